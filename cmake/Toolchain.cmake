@@ -7,7 +7,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
 # One code model for programs and shared objects alike: a precompiled header serves only one.
-add_compile_options(-fPIC)
+add_compile_options(-fPIC -pthread)
+add_link_options(-pthread)
 # clang makes symmetric transfer between coroutines a tail call only with this below -O2.
 add_compile_options(-Wall -Wextra -Wpedantic -Werror -Wshadow -Wno-c99-designator
                     -Wno-missing-field-initializers -foptimize-sibling-calls

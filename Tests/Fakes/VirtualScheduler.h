@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Base/Scheduler.h"
+
+namespace orvel::test {
+
+// A scheduler on a clock that moves only when a test says so. Background work runs inline, one turn
+// after it was asked for.
+class VirtualScheduler final : public Scheduler {
+ public:
+  // Where the wall clock stands at the start: 2026-01-02 03:04:05 UTC.
+  static Date startDate();
+
+  ~VirtualScheduler() override { destroyTasks(); }
+
+  Date now() const override { return startDate() + elapsed_; }
+  Instant instant() const override { return Instant(elapsed_); }
+  void runInBackground(std::function<void()> work, std::function<void()> done,
+                       WorkPriority priority) override;
+
+  // One turn, at the present moment.
+  void turn() { runTurn(); }
+  // Turns at the present moment until nothing is ready.
+  void settle();
+  // Settles, then moves the clock on, stopping and settling at each deadline on the way.
+  void advance(Duration duration);
+
+  Duration elapsed() const { return elapsed_; }
+
+ private:
+  void wake() override {}
+  void deadlinesChanged(SleepClock) override {}
+  Instant instant(SleepClock) const override { return instant(); }
+
+  Duration elapsed_{0};
+};
+
+}  // namespace orvel::test
