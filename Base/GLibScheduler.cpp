@@ -40,7 +40,8 @@ struct GLibScheduler::TurnSource {
 };
 
 GLibScheduler::GLibScheduler() {
-  static GSourceFuncs functions = {nullptr, nullptr, TurnSource::dispatch, nullptr, nullptr, nullptr};
+  static GSourceFuncs functions = {nullptr, nullptr, TurnSource::dispatch,
+                                   nullptr, nullptr, nullptr};
   turns_ = g_source_new(&functions, sizeof(TurnSource));
   reinterpret_cast<TurnSource*>(turns_)->scheduler = this;
   g_source_set_name(turns_, "orvel turns");
@@ -86,7 +87,8 @@ void GLibScheduler::wake() {
   if (hasReadyActions()) {
     g_source_set_ready_time(turns_, 0);
   } else if (!flush_) {
-    flush_ = g_idle_add_full(kPriorityBeforeLayout, &GLibScheduler::flushBeforeLayout, this, nullptr);
+    flush_ =
+        g_idle_add_full(kPriorityBeforeLayout, &GLibScheduler::flushBeforeLayout, this, nullptr);
   }
 }
 

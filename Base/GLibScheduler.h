@@ -11,8 +11,8 @@
 
 namespace orvel {
 
-// The application's scheduler: turns are dispatches of a source of the default main context. It runs
-// ahead of layout and drawing, and gives way to them when a turn has taken half a frame.
+// The application's scheduler: turns are dispatches of a source of the default main context. It
+// runs ahead of layout and drawing, and gives way to them when a turn has taken half a frame.
 class GLibScheduler final : public Scheduler {
  public:
   GLibScheduler();

@@ -157,8 +157,7 @@ void Effect::stop() {
   if (const auto state = std::exchange(state_, nullptr)) state->stop();
 }
 
-detail::UntrackedScope::UntrackedScope()
-    : suspended_(std::exchange(graph().running, nullptr)) {}
+detail::UntrackedScope::UntrackedScope() : suspended_(std::exchange(graph().running, nullptr)) {}
 
 detail::UntrackedScope::~UntrackedScope() { graph().running = suspended_; }
 

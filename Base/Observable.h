@@ -90,8 +90,8 @@ class Observable : public ObservableBase {
 };
 
 // A running subscription: `body` runs at once, and again in the flush of a later turn after any
-// Observable that its latest run read has changed; once, however many changed. Destroying the Effect
-// ends it, also in the middle of a flush and from inside its own body.
+// Observable that its latest run read has changed; once, however many changed. Destroying the
+// Effect ends it, also in the middle of a flush and from inside its own body.
 class Effect {
  public:
   Effect() = default;

@@ -22,9 +22,9 @@ enum class SleepClock { Monotonic, Boot };
 
 enum class WorkPriority { UserInitiated, Utility };
 
-// The main thread's turns. One turn runs what is due, in order, and then flushes the effects; layout
-// and drawing come after it. `GLibScheduler` is the application's, on the process's main loop;
-// tests run the same code on a virtual clock.
+// The main thread's turns. One turn runs what is due, in order, and then flushes the effects;
+// layout and drawing come after it. `GLibScheduler` is the application's, on the process's main
+// loop; tests run the same code on a virtual clock.
 //
 // Every operation belongs to the main thread.
 class Scheduler {
@@ -44,8 +44,8 @@ class Scheduler {
   // Begins `task` on the next turn, in the order of starting.
   [[nodiscard]] TaskHandle start(Task<> task);
 
-  // Runs `work` on a worker and then `done` on a turn of the main thread. `work` touches only what it
-  // holds by value. When the scheduler ends first, `done` never runs.
+  // Runs `work` on a worker and then `done` on a turn of the main thread. `work` touches only what
+  // it holds by value. When the scheduler ends first, `done` never runs.
   virtual void runInBackground(std::function<void()> work, std::function<void()> done,
                                WorkPriority priority) = 0;
 
@@ -61,8 +61,8 @@ class Scheduler {
   virtual Instant instant(SleepClock clock) const = 0;
 
   // Flushes the effects, runs the actions that were waiting when it was called and the timers that
-  // are due, and flushes again. With a `budget` it stops early once that much time has gone; what is
-  // left keeps its order and its place before later actions.
+  // are due, and flushes again. With a `budget` it stops early once that much time has gone; what
+  // is left keeps its order and its place before later actions.
   void runTurn(std::optional<Duration> budget = std::nullopt);
 
   bool hasReadyActions() const { return !ready_.empty(); }
@@ -101,8 +101,8 @@ class Scheduler {
   uint64_t lastTask_ = 0;
 };
 
-// `co_await sleep(d)` inside a task: `Done` after `d`, or `Cancelled` on the turn after the task was
-// cancelled (also when it was cancelled before it went to sleep).
+// `co_await sleep(d)` inside a task: `Done` after `d`, or `Cancelled` on the turn after the task
+// was cancelled (also when it was cancelled before it went to sleep).
 struct SleepAwaiter {
   Duration duration;
   SleepClock clock;

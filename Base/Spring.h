@@ -4,17 +4,15 @@
 
 namespace orvel {
 
-// A damped spring of mass 1: `response` is the period of the undamped motion in seconds, so that its
-// stiffness is (2*pi/response)^2; `dampingFraction` is the damping ratio (1 is critical).
+// A damped spring of mass 1: `response` is the period of the undamped motion in seconds, so that
+// its stiffness is (2*pi/response)^2; `dampingFraction` is the damping ratio (1 is critical).
 struct Spring {
   double response = 0;
   double dampingFraction = 1;
   // When the motion counts as logically finished. Zero means after one `response`.
   double settling = 0;
 
-  constexpr Duration logicalDuration() const {
-    return seconds(settling > 0 ? settling : response);
-  }
+  constexpr Duration logicalDuration() const { return seconds(settling > 0 ? settling : response); }
 
   friend constexpr bool operator==(const Spring&, const Spring&) = default;
 

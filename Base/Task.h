@@ -8,8 +8,9 @@
 
 // Coroutines of the main thread.
 //
-// A coroutine is a function that returns `Task<T>`, never a capturing lambda: its arguments are taken
-// by value, weak references are locked again after each await, and awaits stand in simple statements
+// A coroutine is a function that returns `Task<T>`, never a capturing lambda: its arguments are
+// taken by value, weak references are locked again after each await, and awaits stand in simple
+// statements
 // (`const auto v = co_await x;`). Awaiting a `Task` runs it at once and resumes with its result.
 // `Scheduler::start` runs one from the next turn on.
 namespace orvel {

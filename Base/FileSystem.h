@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace orvel {
+
+// The steps that the program's file work is made of. One implementation is the disk; tests have one
+// in memory that fails or dies at any step. Calls may come from any thread, and block.
+//
+// An empty error code means success.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+
+  // The file's bytes. Absent when it is missing, unreadable, no regular file, or larger than
+  // `limit`.
+  virtual std::optional<std::string> read(const std::filesystem::path& path,
+                                          uint64_t limit = kDefaultReadLimit) = 0;
+  // The names of the folder's entries, in no particular order; empty when it cannot be read.
+  virtual std::vector<std::string> list(const std::filesystem::path& folder) = 0;
+  virtual bool exists(const std::filesystem::path& path) = 0;
+
+  // Creates or empties the file and writes `bytes` to it, readable by the user alone.
+  virtual std::error_code write(const std::filesystem::path& path, std::string_view bytes) = 0;
+  // Brings the file's contents to the disk.
+  virtual std::error_code sync(const std::filesystem::path& path) = 0;
+  // Replaces `to` by `from` in one step.
+  virtual std::error_code rename(const std::filesystem::path& from,
+                                 const std::filesystem::path& to) = 0;
+  // Brings the folder's entries to the disk.
+  virtual std::error_code syncFolder(const std::filesystem::path& folder) = 0;
+  // Removing what does not exist succeeds.
+  virtual std::error_code remove(const std::filesystem::path& path) = 0;
+  // The folder with its missing parents, open to the user alone.
+  virtual std::error_code createFolders(const std::filesystem::path& folder) = 0;
+
+  static constexpr uint64_t kDefaultReadLimit = 256u << 20;
+
+  // The machine's own file system.
+  static std::shared_ptr<FileSystem> disk();
+};
+
+// Replaces the file as a whole: temporary file beside it, sync, rename, sync of the folder. After a
+// failure or a crash at any point the path holds either its former contents or `bytes`. Missing
+// folders are created.
+std::error_code writeAtomically(FileSystem& files, const std::filesystem::path& path,
+                                std::string_view bytes);
+
+}  // namespace orvel

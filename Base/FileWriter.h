@@ -1,0 +1,53 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "Base/FileSystem.h"
+#include "Base/Scheduler.h"
+
+namespace orvel {
+
+struct WriteResult {
+  enum class Outcome {
+    Done,
+    Overtaken,  // a newer request for the same path took its place before it began
+    Failed,     // `error` says why; the path holds what it held before
+  };
+  Outcome outcome = Outcome::Done;
+  std::error_code error;
+};
+
+// Every file of the program is written here: atomically (see `writeAtomically`), on a worker, in
+// the order of the requests for each path. While a request is under way, only the newest of those
+// that follow for the same path is kept.
+class FileWriter {
+ public:
+  // Called on the main thread, on a later turn.
+  using Completion = std::function<void(const WriteResult&)>;
+
+  FileWriter(Scheduler& scheduler, std::shared_ptr<FileSystem> files);
+
+  void write(std::filesystem::path path, std::string bytes, Completion completion = {});
+  void remove(std::filesystem::path path, Completion completion = {});
+
+  // Blocks until every request has been carried out, or until `deadline` has passed with one still
+  // under way; answers whether all of them were. Completions that came due run before it returns.
+  bool drain(Duration deadline);
+
+  // Where reading goes directly.
+  FileSystem& files() const;
+
+ private:
+  struct State;
+
+  void request(std::filesystem::path path, std::optional<std::string> bytes, Completion completion);
+
+  Scheduler& scheduler_;
+  std::shared_ptr<State> state_;
+};
+
+}  // namespace orvel

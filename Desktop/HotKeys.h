@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace orvel {
+
+// Held modifiers of a system-wide key.
+struct HotKeyModifiers {
+  bool control = false;
+  bool option = false;
+  bool shift = false;
+};
+
+// A registered key; destroying it gives the key back.
+class HotKey {
+ public:
+  virtual ~HotKey() = default;
+};
+
+class HotKeys {
+ public:
+  virtual ~HotKeys() = default;
+  // Registers the space bar with these modifiers for the whole desktop. Answers null, possibly on a
+  // later turn, when the desktop or another application holds the key or when there is no such
+  // service.
+  virtual void registerSpace(HotKeyModifiers modifiers, std::function<void()> pressed,
+                             std::function<void(std::unique_ptr<HotKey>)> answer) = 0;
+};
+
+}  // namespace orvel

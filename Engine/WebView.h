@@ -1,0 +1,142 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Base/Image.h"
+#include "Base/Observation.h"
+#include "Engine/Navigation.h"
+#include "Engine/UserContent.h"
+#include "Engine/WebViewConfiguration.h"
+
+// The toolkit's widget, named and never looked into on this floor.
+using GtkWidget = struct _GtkWidget;
+
+namespace orvel {
+
+class NavigationDelegate;
+class UIDelegate;
+
+enum class WebViewProperty { Title, URL, IsLoading, EstimatedProgress, CanGoBack, CanGoForward };
+enum class MediaPlaybackState { None = 0, Playing = 1, Paused = 2, Suspended = 3 };
+enum class CaptureState { None = 0, Active = 1, Muted = 2 };
+enum class ReloadSource { Cache, Origin };
+
+// In the page's view coordinates, CSS pixels.
+struct PageRect {
+  double x = 0;
+  double y = 0;
+  double width = 0;
+  double height = 0;
+
+  friend bool operator==(const PageRect&, const PageRect&) = default;
+};
+
+struct SnapshotRequest {
+  // Absent: the whole visible part.
+  std::optional<PageRect> rect;
+  // Scales the picture to this width, keeping its shape; absent: one pixel a device pixel.
+  std::optional<int> width;
+};
+
+struct FindConfiguration {
+  bool backwards = false;
+  bool isCaseSensitive = false;
+  bool wraps = true;
+};
+
+struct ScriptResult {
+  // The value as JSON text; "null" for what JSON cannot express. Absent when the script threw, the
+  // page was gone or the frame does not exist; `error` then says why.
+  std::optional<std::string> value;
+  std::string error;
+};
+
+struct PDFResult {
+  // Absent after a failure; `error` is then a sentence for the user.
+  std::optional<std::string> data;
+  std::string error;
+};
+
+// A live page: the engine's view with its web process.
+//
+// All operations belong to the main thread. Answers of asynchronous operations come on a later
+// turn, exactly once, also when the view has died meanwhile (with the answer of a failure).
+// Destroying the view ends its page; the process goes when no view uses it.
+class WebView {
+ public:
+  virtual ~WebView() = default;
+
+  // Both may be null; they are not owned and are asked no more once cleared.
+  virtual void setNavigationDelegate(NavigationDelegate* delegate) = 0;
+  virtual void setUIDelegate(UIDelegate* delegate) = 0;
+  virtual const WebViewConfiguration& configuration() const = 0;
+
+  // Loading.
+  virtual void load(const URLRequest& request) = 0;
+  // Shows `html` as the page of `baseURL`: the address reads so, relative links resolve against it,
+  // and reloading loads that address. Without one the address is about:blank.
+  virtual void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) = 0;
+  virtual void reload(ReloadSource source) = 0;
+  virtual void stopLoading() = 0;
+  virtual void goBack() = 0;
+  virtual void goForward() = 0;
+
+  // The back and forward list with scroll positions as opaque bytes; absent when there is none yet.
+  virtual std::optional<std::string> interactionState() const = 0;
+  // Takes such bytes back and loads the current entry. Bytes that the engine refuses do nothing.
+  virtual void setInteractionState(const std::string& state) = 0;
+
+  // What the engine reports of the page.
+  virtual std::optional<std::string> title() const = 0;
+  virtual std::optional<URL> url() const = 0;
+  virtual bool isLoading() const = 0;
+  // 0 to 1.
+  virtual double estimatedProgress() const = 0;
+  virtual bool canGoBack() const = 0;
+  virtual bool canGoForward() const = 0;
+  // `changed` runs on the main thread after each change, with no call for the present value.
+  [[nodiscard]] virtual Observation observe(WebViewProperty property,
+                                            std::function<void()> changed) = 0;
+
+  // 1.0 is actual size.
+  virtual double pageZoom() const = 0;
+  virtual void setPageZoom(double zoom) = 0;
+
+  // The view stands in a window and is mapped there: it is on screen.
+  virtual bool isInWindow() const = 0;
+  virtual void focus() = 0;
+  // Takes the view out of its parent widget, if it is in one.
+  virtual void removeFromParent() = 0;
+  // The widget to put on screen; owned by the view. Null in an engine without an interface.
+  virtual GtkWidget* widget() = 0;
+
+  // Null image: the page could not be drawn.
+  virtual void takeSnapshot(const SnapshotRequest& request,
+                            std::function<void(ImageRef)> answer) = 0;
+  // The page's whole length.
+  virtual void createPDF(std::function<void(PDFResult)> answer) = 0;
+  virtual void print() = 0;
+  virtual void find(const std::string& text, const FindConfiguration& configuration,
+                    std::function<void(bool matchFound)> answer) = 0;
+
+  // Evaluates an expression or program; absent `frame` is the main frame.
+  virtual void evaluateJavaScript(const std::string& script, const ContentWorld& world,
+                                  const std::optional<FrameInfo>& frame,
+                                  std::function<void(ScriptResult)> answer) = 0;
+  // Runs the body of an async function in the main frame. `arguments` is a JSON object whose
+  // members are its parameters; what it returns is awaited.
+  virtual void callAsyncJavaScript(const std::string& body, const std::string& arguments,
+                                   const ContentWorld& world,
+                                   std::function<void(ScriptResult)> answer) = 0;
+
+  virtual void pauseAllMediaPlayback() = 0;
+  virtual void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) = 0;
+  virtual CaptureState cameraCaptureState() const = 0;
+  virtual CaptureState microphoneCaptureState() const = 0;
+};
+
+}  // namespace orvel
