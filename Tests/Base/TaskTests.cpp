@@ -1,0 +1,254 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Base/Observable.h"
+#include "Base/Scheduler.h"
+#include "Desktop/Animator.h"
+#include "Tests/Fakes/VirtualScheduler.h"
+
+namespace orvel {
+namespace {
+
+using test::VirtualScheduler;
+using testing::ElementsAre;
+
+using Lines = std::vector<std::string>;
+
+struct TaskTest : testing::Test {
+  Lines log;
+  VirtualScheduler scheduler;
+};
+
+Task<> say(Lines& log, std::string text) {
+  log.push_back(std::move(text));
+  co_return;
+}
+
+Task<> sayAfter(Lines& log, std::string text, Duration duration) {
+  const auto result = co_await sleep(duration);
+  log.push_back(text + (result == SleepResult::Done ? " done" : " cancelled"));
+}
+
+TEST_F(TaskTest, BeginsOnTheNextTurnInTheOrderOfStartingAfterTheFlush) {
+  Observable<int> value = 0;
+  const Effect watch = effect([&] { log.push_back(fmt::format("effect {}", value.get())); });
+  scheduler.start(say(log, "first")).detach();
+  scheduler.start(say(log, "second")).detach();
+  value = 1;
+  EXPECT_THAT(log, ElementsAre("effect 0"));
+  scheduler.turn();
+  EXPECT_THAT(log, ElementsAre("effect 0", "effect 1", "first", "second"));
+}
+
+Task<> writeAndStart(VirtualScheduler& scheduler, Observable<int>& value, Lines& log) {
+  value = value.peek() + 1;
+  log.push_back("task");
+  if (value.peek() < 3) scheduler.start(writeAndStart(scheduler, value, log)).detach();
+  co_return;
+}
+
+TEST_F(TaskTest, WhatATurnStartsWaitsForTheFlushOfThatTurn) {
+  Observable<int> value = 0;
+  const Effect watch = effect([&] { log.push_back(fmt::format("effect {}", value.get())); });
+  scheduler.start(writeAndStart(scheduler, value, log)).detach();
+  scheduler.settle();
+  EXPECT_THAT(log,
+              ElementsAre("effect 0", "task", "effect 1", "task", "effect 2", "task", "effect 3"));
+}
+
+struct Owner {
+  TaskHandle handle;
+};
+
+Task<> replaceOwnHandle(VirtualScheduler& scheduler, Owner& owner, Lines& log) {
+  owner.handle = scheduler.start(say(log, "replacement"));
+  log.push_back("still running");
+  const bool cancelled = co_await isCancelled();
+  log.push_back(cancelled ? "cancelled" : "not cancelled");
+  const auto slept = co_await sleep(1s);
+  log.push_back(slept == SleepResult::Cancelled ? "sleep cancelled" : "slept");
+}
+
+TEST_F(TaskTest, ReplacesItsOwnHandle) {
+  Owner owner;
+  owner.handle = scheduler.start(replaceOwnHandle(scheduler, owner, log));
+  scheduler.settle();
+  EXPECT_THAT(log, ElementsAre("still running", "cancelled", "replacement", "sleep cancelled"));
+  EXPECT_EQ(scheduler.liveTaskCount(), 0u);
+}
+
+Task<> dropOwner(std::unique_ptr<Owner>& owner, Lines& log) {
+  owner.reset();
+  log.push_back("owner gone");
+  co_return;
+}
+
+TEST_F(TaskTest, DropsItsOwnHandle) {
+  auto owner = std::make_unique<Owner>();
+  owner->handle = scheduler.start(dropOwner(owner, log));
+  scheduler.settle();
+  EXPECT_THAT(log, ElementsAre("owner gone"));
+}
+
+TEST_F(TaskTest, AnswersACancelledSleepOnTheNextTurn) {
+  auto handle = scheduler.start(sayAfter(log, "sleep", 1h));
+  scheduler.settle();
+  handle.cancel();
+  EXPECT_TRUE(log.empty());
+  scheduler.turn();
+  EXPECT_THAT(log, ElementsAre("sleep cancelled"));
+  EXPECT_EQ(scheduler.elapsed(), 0s);
+}
+
+TEST_F(TaskTest, AnswersTheSleepOfATaskCancelledBeforeItSlept) {
+  { const auto handle = scheduler.start(sayAfter(log, "sleep", 1h)); }
+  scheduler.settle();
+  EXPECT_THAT(log, ElementsAre("sleep cancelled"));
+}
+
+TEST_F(TaskTest, DetachedTasksOutliveTheirHandles) {
+  scheduler.start(sayAfter(log, "sleep", 2s)).detach();
+  scheduler.advance(1999ms);
+  EXPECT_TRUE(log.empty());
+  scheduler.advance(1ms);
+  EXPECT_THAT(log, ElementsAre("sleep done"));
+}
+
+Task<> loopForSixHours(int& passes) {
+  for (;;) {
+    const auto result = co_await sleep(300s, SleepClock::Boot);
+    if (result == SleepResult::Cancelled) co_return;
+    ++passes;
+  }
+}
+
+TEST_F(TaskTest, SleepersWakeInTheOrderOfTheirDeadlinesAndLoopsCostNothing) {
+  int passes = 0;
+  const auto loop = scheduler.start(loopForSixHours(passes));
+  for (const int delay : {30, 10, 20})
+    scheduler.start(sayAfter(log, std::to_string(delay), std::chrono::seconds(delay))).detach();
+  scheduler.advance(6h);
+  EXPECT_EQ(passes, 72);
+  EXPECT_THAT(log, ElementsAre("10 done", "20 done", "30 done"));
+}
+
+Task<int> half(int value) {
+  co_await sleep(1s);
+  co_return value / 2;
+}
+
+Task<> sumOfHalves(int& sum) {
+  for (int value = 2; value <= 8; value += 2) {
+    const int part = co_await half(value);
+    sum += part;
+  }
+}
+
+TEST_F(TaskTest, AwaitsOtherTasks) {
+  int sum = 0;
+  scheduler.start(sumOfHalves(sum)).detach();
+  scheduler.advance(4s);
+  EXPECT_EQ(sum, 10);
+}
+
+Task<> askWorker(VirtualScheduler& scheduler, std::string text, Lines& log) {
+  auto work = background(scheduler, [text] { return text + "!"; });
+  const auto answer = co_await std::move(work);
+  log.push_back(answer);
+}
+
+TEST_F(TaskTest, BackgroundWorkComesBackOnALaterTurn) {
+  scheduler.start(askWorker(scheduler, "work", log)).detach();
+  scheduler.turn();
+  EXPECT_TRUE(log.empty());
+  scheduler.settle();
+  EXPECT_THAT(log, ElementsAre("work!"));
+}
+
+Task<> awaitFuture(Future<int> future, Lines& log) {
+  const int value = co_await std::move(future);
+  log.push_back(std::to_string(value));
+}
+
+TEST_F(TaskTest, AFutureTakesItsFirstValueAndResumesOnTheNextTurn) {
+  auto [future, resolve] = makeFuture<int>();
+  scheduler.start(awaitFuture(std::move(future), log)).detach();
+  scheduler.settle();
+  resolve(1);
+  resolve(2);
+  EXPECT_TRUE(log.empty());
+  scheduler.settle();
+  EXPECT_THAT(log, ElementsAre("1"));
+}
+
+TEST(Scheduler, EndsSuspendedTasksAndLateResolversDoNothing) {
+  Lines log;
+  auto [future, resolve] = makeFuture<int>();
+  TaskHandle sleeping;
+  {
+    VirtualScheduler scheduler;
+    scheduler.start(awaitFuture(std::move(future), log)).detach();
+    sleeping = scheduler.start(sayAfter(log, "sleep", 1h));
+    scheduler.settle();
+  }
+  resolve(1);
+  sleeping.cancel();
+  EXPECT_TRUE(log.empty());
+}
+
+TEST_F(TaskTest, TakesAQueueOfAHundredThousandTasks) {
+  size_t ran = 0;
+  for (int i = 0; i < 100'000; ++i) scheduler.post([&] { ++ran; });
+  scheduler.turn();
+  EXPECT_EQ(ran, 100'000u);
+}
+
+// Animation
+
+struct AnimatorTest : TaskTest {
+  bool isMotionOn = true;
+  Animator animator{scheduler, [this] { return isMotionOn; }};
+};
+
+TEST_F(AnimatorTest, CompletesOnceAfterTheSpringsResponseWithNoWindow) {
+  Observable<int> value = 0;
+  int completions = 0;
+  animator.animate(
+      Spring::quick, [&] { value = 1; }, [&] { ++completions; });
+  EXPECT_EQ(value.peek(), 1);
+  scheduler.advance(219ms);
+  EXPECT_EQ(completions, 0);
+  scheduler.advance(1ms);
+  EXPECT_EQ(completions, 1);
+  scheduler.advance(1h);
+  EXPECT_EQ(completions, 1);
+}
+
+TEST_F(AnimatorTest, UsesTheSettlingTimeWhereASpringNamesOne) {
+  int completions = 0;
+  animator.animate(
+      {.response = 0.3, .dampingFraction = 1, .settling = 0.5}, [] {}, [&] { ++completions; });
+  scheduler.advance(499ms);
+  EXPECT_EQ(completions, 0);
+  scheduler.advance(1ms);
+  EXPECT_EQ(completions, 1);
+}
+
+TEST_F(AnimatorTest, WithoutMotionEverythingHappensBeforeItReturns) {
+  isMotionOn = false;
+  Observable<int> value = 0;
+  std::optional<Transaction> seen;
+  const Effect watch = effect([&](const Wake& wake) {
+    value.get();
+    seen = wake.transaction;
+  });
+  animator.animate(
+      Spring::quick, [&] { value = 1; }, [&] { log.push_back("completed"); });
+  EXPECT_EQ(value.peek(), 1);
+  EXPECT_THAT(log, ElementsAre("completed"));
+  scheduler.settle();
+  EXPECT_FALSE(seen);
+}
+
+}  // namespace
+}  // namespace orvel

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Desktop/Desktop.h"
+
+// A desktop that writes down what it was asked and answers as the test says.
+namespace orvel::test {
+
+class FakeWindow final : public DesktopWindow {
+ public:
+  void makeKeyAndOrderFront() override {
+    isShown = isKeyWindow = true;
+    ++frontCount;
+  }
+  void orderOut() override { isShown = isKeyWindow = false; }
+  void performClose() override {
+    ++closeCount;
+    isShown = isKeyWindow = false;
+  }
+  bool isKey() const override { return isKeyWindow; }
+  bool isVisible() const override { return isShown; }
+  bool isMinimized() const override { return false; }
+  bool isFullscreen() const override { return false; }
+  bool isTextEditorFocused() const override { return isEditing; }
+  WindowAppearance appearance() const override { return current; }
+  void setAppearance(WindowAppearance appearance) override {
+    current = appearance;
+    ++appearanceCount;
+  }
+  void setButtonHidden(WindowButton button, bool isHidden) override { hidden[button] = isHidden; }
+  void setButtonAlpha(WindowButton button, double value, double duration) override {
+    alpha[button] = value;
+    lastDuration = duration;
+  }
+
+  bool isShown = false;
+  bool isKeyWindow = false;
+  bool isEditing = false;
+  int frontCount = 0;
+  int closeCount = 0;
+  int appearanceCount = 0;
+  double lastDuration = -1;
+  WindowAppearance current = WindowAppearance::Auto;
+  std::map<WindowButton, bool> hidden;
+  std::map<WindowButton, double> alpha;
+};
+
+// All services of a desktop in one object; `desktop()` is what the model gets.
+class FakeDesktop final : public DesktopApplication,
+                          public Dialogs,
+                          public HotKeys,
+                          public MemoryPressure,
+                          public Pasteboard,
+                          public SystemSearch,
+                          public Workspace {
+ public:
+  explicit FakeDesktop(Scheduler& scheduler)
+      : animator(scheduler, [this] { return isMotionOn; }), scheduler_(scheduler) {}
+
+  Desktop desktop() { return {animator, *this, *this, *this, *this, *this, *this, *this}; }
+
+  // Application
+  bool isActive() const override { return isApplicationActive; }
+  void activate() override { ++activateCount; }
+  DesktopWindow* keyWindow() const override { return key; }
+  void terminate() override { ++terminateCount; }
+
+  // Dialogs
+  void showAlert(DesktopWindow* parent, const Alert& alert,
+                 std::function<void(AlertAnswer)> answer) override;
+  void showOpenPanel(
+      DesktopWindow* parent, const OpenPanel& panel,
+      std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override;
+  void showSavePanel(DesktopWindow* parent, const SavePanel& panel,
+                     std::function<void(std::optional<std::filesystem::path>)> answer) override;
+
+  // Hot keys
+  void registerSpace(HotKeyModifiers modifiers, std::function<void()> pressed,
+                     std::function<void(std::unique_ptr<HotKey>)> answer) override;
+
+  // Memory
+  Observation observe(std::function<void()> event) override;
+
+  // Pasteboard
+  void setText(const std::string& text) override {
+    pasteboardText = text;
+    pasteboardImage = nullptr;
+  }
+  void setImage(const ImageRef& image) override {
+    pasteboardImage = image;
+    pasteboardText.reset();
+  }
+  void getText(std::function<void(std::optional<std::string>)> answer) override {
+    scheduler_.post([answer = std::move(answer), text = pasteboardText] { answer(text); });
+  }
+
+  // Search
+  void deleteDomain(const std::string& domain, std::function<void()> answer) override;
+  void deleteItems(std::vector<std::string> identifiers, std::function<void()> answer) override;
+  void index(std::vector<SearchableItem> items, std::function<void()> answer) override;
+
+  // Workspace
+  std::optional<ApplicationInfo> applicationToOpen(const URL& url) const override;
+  void open(const URL& url) override { opened.push_back(url); }
+  void openFile(const std::filesystem::path& file) override { openedFiles.push_back(file); }
+  void reveal(const std::filesystem::path& file) override { revealed.push_back(file); }
+  bool isDefaultBrowser() const override { return false; }
+  void makeDefaultBrowser(std::function<void(bool)> answer) override {
+    scheduler_.post([answer = std::move(answer)] { answer(true); });
+  }
+  void noteDownloadFinished(const std::filesystem::path& file) override {
+    finishedDownloads.push_back(file);
+  }
+
+  Animator animator;
+  bool isMotionOn = false;
+  bool isApplicationActive = true;
+  int activateCount = 0;
+  int terminateCount = 0;
+  DesktopWindow* key = nullptr;
+
+  struct ShownAlert {
+    DesktopWindow* parent;
+    Alert alert;
+  };
+  std::vector<ShownAlert> alerts;
+  // Answers each alert; absent leaves it open, to be answered by the test with `openAlerts`.
+  std::function<std::optional<AlertAnswer>(const Alert&)> answerAlert;
+  std::vector<std::function<void(AlertAnswer)>> openAlerts;
+  std::vector<OpenPanel> openPanels;
+  std::optional<std::vector<std::filesystem::path>> chosenFiles;
+  std::vector<SavePanel> savePanels;
+  std::optional<std::filesystem::path> chosenDestination;
+
+  bool isHotKeyTaken = false;
+  std::function<void()> hotKeyPressed;
+  std::function<void()> memoryIsShort;
+  std::optional<std::string> pasteboardText;
+  ImageRef pasteboardImage;
+  std::map<std::string, SearchableItem> indexed;
+  int indexCallCount = 0;
+  // Applications by scheme.
+  std::map<std::string, ApplicationInfo> applications;
+  std::vector<URL> opened;
+  std::vector<std::filesystem::path> openedFiles;
+  std::vector<std::filesystem::path> revealed;
+  std::vector<std::filesystem::path> finishedDownloads;
+
+ private:
+  Scheduler& scheduler_;
+};
+
+}  // namespace orvel::test

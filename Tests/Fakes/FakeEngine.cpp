@@ -1,0 +1,467 @@
+#include "Tests/Fakes/FakeEngine.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+namespace orvel::test {
+
+// Data stores
+
+void FakeDataStore::fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) {
+  std::vector<WebsiteDataRecord> records;
+  for (const std::string& domain : domains) records.push_back({domain});
+  scheduler_.post([records, answer = std::move(answer)] { answer(records); });
+}
+
+void FakeDataStore::removeData(std::vector<WebsiteDataRecord> records,
+                               std::function<void()> answer) {
+  for (const WebsiteDataRecord& record : records) domains.erase(record.displayName);
+  scheduler_.post(std::move(answer));
+}
+
+// Content rules
+
+void FakeRuleStore::getAvailableIdentifiers(std::function<void(std::vector<std::string>)> answer) {
+  std::vector<std::string> identifiers;
+  for (const auto& [identifier, list] : lists) identifiers.push_back(identifier);
+  scheduler_.post([identifiers, answer = std::move(answer)] { answer(identifiers); });
+}
+
+void FakeRuleStore::lookUp(const std::string& identifier,
+                           std::function<void(CompiledRules)> answer) {
+  CompiledRules result;
+  if (const auto found = lists.find(identifier);
+      found != lists.end() && !damaged.contains(identifier))
+    result.list = found->second;
+  else
+    result.error = ContentRuleError{"unknown identifier"};
+  scheduler_.post([result, answer = std::move(answer)] { answer(result); });
+}
+
+namespace {
+
+Task<> runAfter(Duration duration, std::function<void()> action) {
+  co_await sleep(duration);
+  action();
+}
+
+}  // namespace
+
+void FakeRuleStore::compile(const std::string& identifier, std::string json,
+                            std::function<void(CompiledRules)> answer) {
+  auto finish = [this, identifier, json = std::move(json), answer = std::move(answer)] {
+    if (auto complaint = refuse ? refuse(identifier, json) : std::nullopt)
+      return answer({nullptr, ContentRuleError{*complaint}});
+    compiled.push_back(identifier);
+    damaged.erase(identifier);
+    answer({lists[identifier] = std::make_shared<FakeRuleList>(identifier, json), std::nullopt});
+  };
+  scheduler_.start(runAfter(compileTime, std::move(finish))).detach();
+}
+
+void FakeRuleStore::remove(const std::string& identifier,
+                           std::function<void(std::optional<std::string>)> answer) {
+  const bool isKnown = lists.erase(identifier) > 0;
+  scheduler_.post([isKnown, answer = std::move(answer)] {
+    answer(isKnown ? std::nullopt : std::optional<std::string>("unknown identifier"));
+  });
+}
+
+bool FakeContentController::post(const std::string& name, const ContentWorld& world,
+                                 const std::string& body, const FrameInfo& frame) {
+  const auto handler = handlers.find({name, world});
+  if (handler == handlers.end()) return false;
+  handler->second({name, body, frame});
+  return true;
+}
+
+// Downloads
+
+Observation FakeDownload::observeProgress(std::function<void()> changed) {
+  progressChanged_ = std::move(changed);
+  return Observation([weak = weak_from_this()] {
+    if (const auto self = weak.lock()) self->progressChanged_ = nullptr;
+  });
+}
+
+void FakeDownload::begin(const std::string& suggestedFilename) {
+  const auto delegate = delegate_.lock();
+  if (!delegate) return;
+  delegate->decideDestination(shared_from_this(), suggestedFilename,
+                              [self = shared_from_this()](auto path) {
+                                self->destination = path;
+                                self->hasDestinationAnswer = true;
+                              });
+}
+
+void FakeDownload::setProgress(double fraction) {
+  fraction_ = fraction;
+  if (progressChanged_) progressChanged_();
+}
+
+void FakeDownload::finish() {
+  if (const auto delegate = delegate_.lock()) delegate->didFinish(shared_from_this());
+}
+
+void FakeDownload::fail(const LoadError& error) {
+  if (const auto delegate = delegate_.lock()) delegate->didFail(shared_from_this(), error);
+}
+
+void FakeDownload::cancel() { fail({LoadError::Kind::Cancelled, "Fake", 1, "Cancelled", url_}); }
+
+// Web views
+
+FakeWebView::FakeWebView(FakeEngine& engine, const WebViewConfiguration& configuration)
+    : engine_(engine), configuration_(configuration) {
+  if (!configuration_.userContentController)
+    configuration_.userContentController = engine.makeUserContentController();
+}
+
+FakeWebView::~FakeWebView() = default;
+
+FakeContentController& FakeWebView::controller() const {
+  return static_cast<FakeContentController&>(*configuration_.userContentController);
+}
+
+Observation FakeWebView::observe(WebViewProperty property, std::function<void()> changed) {
+  const uint64_t id = ++lastObserver_;
+  observers_[id] = {property, std::move(changed)};
+  return Observation([weak = weak_from_this(), id] {
+    if (const auto self = weak.lock()) self->observers_.erase(id);
+  });
+}
+
+int FakeWebView::observerCount() const { return static_cast<int>(observers_.size()); }
+
+void FakeWebView::notify(WebViewProperty property) {
+  const auto self = shared_from_this();
+  std::vector<std::function<void()>> due;
+  for (const auto& [id, observer] : observers_)
+    if (observer.property == property) due.push_back(observer.changed);
+  for (const auto& changed : due) changed();
+}
+
+void FakeWebView::setTitle(const std::string& title) {
+  title_ = title;
+  notify(WebViewProperty::Title);
+}
+
+void FakeWebView::setURL(const std::string& url) {
+  url_ = URL::parse(url);
+  notify(WebViewProperty::URL);
+}
+
+void FakeWebView::setProgress(double progress) {
+  progress_ = progress;
+  notify(WebViewProperty::EstimatedProgress);
+}
+
+void FakeWebView::setLoading(bool isLoading, double progress) {
+  isLoading_ = isLoading;
+  notify(WebViewProperty::IsLoading);
+  setProgress(progress);
+}
+
+void FakeWebView::load(const URLRequest& request) {
+  requests.push_back(request);
+  isMovingInHistory_ = false;
+  NavigationAction action;
+  action.request = request;
+  action.targetFrame = FrameInfo{};
+  decideAndBegin(std::move(action), [](NavigationPolicy) {});
+}
+
+void FakeWebView::decideAndBegin(NavigationAction action,
+                                 std::function<void(NavigationPolicy)> decided) {
+  const uint64_t generation = ++generation_;
+  if (!navigation_) {
+    decided(NavigationPolicy::Allow);
+    return begin(action.request->url);
+  }
+  navigation_->decidePolicyForAction(
+      *this, action,
+      [weak = weak_from_this(), action, generation, decided](NavigationPolicy policy) {
+        decided(policy);
+        const auto self = weak.lock();
+        if (!self || generation != self->generation_) return;
+        if (policy == NavigationPolicy::Download) {
+          auto download =
+              std::make_shared<FakeDownload>(self->engine_.scheduler(), action.request->url);
+          self->engine_.downloads.push_back(download);
+          if (self->navigation_) self->navigation_->didBecomeDownload(*self, download);
+        }
+        const bool isMainFrame = action.targetFrame && action.targetFrame->isMainFrame;
+        if (policy == NavigationPolicy::Allow && isMainFrame) self->begin(action.request->url);
+      });
+}
+
+void FakeWebView::begin(const URL& url) {
+  const uint64_t generation = ++generation_;
+  url_ = url;
+  notify(WebViewProperty::URL);
+  setLoading(true, 0.1);
+  if (engine_.pageAt(url).load == FakePage::Load::Hang) return;
+  engine_.scheduler().post([weak = weak_from_this(), generation, url] {
+    const auto self = weak.lock();
+    if (self && generation == self->generation_) self->respond(url);
+  });
+}
+
+void FakeWebView::finishHangingLoad() {
+  if (!isLoading_ || !url_) return;
+  FakePage page = engine_.pageAt(*url_);
+  page.load = FakePage::Load::Finish;
+  commit(*url_, page);
+}
+
+void FakeWebView::respond(const URL& url) {
+  const FakePage page = engine_.pageAt(url);
+  if (page.load == FakePage::Load::Fail) {
+    setLoading(false, 0);
+    LoadError error = page.error;
+    if (!error.failingURL) error.failingURL = url;
+    if (navigation_) navigation_->didFailProvisionalNavigation(*this, error);
+    return;
+  }
+  if (!navigation_) return commit(url, page);
+  NavigationResponse response{.url = url,
+                              .status = 200,
+                              .mimeType = page.mimeType,
+                              .canShowMIMEType = page.canShowMIMEType,
+                              .contentDisposition = page.contentDisposition};
+  const uint64_t generation = generation_;
+  navigation_->decidePolicyForResponse(
+      *this, response, [weak = weak_from_this(), generation, url, page](NavigationPolicy policy) {
+        const auto self = weak.lock();
+        if (!self || generation != self->generation_) return;
+        if (policy == NavigationPolicy::Allow) return self->commit(url, page);
+        self->setLoading(false, 0);
+        if (policy != NavigationPolicy::Download || !self->navigation_) return;
+        auto download = std::make_shared<FakeDownload>(self->engine_.scheduler(), url);
+        self->engine_.downloads.push_back(download);
+        self->navigation_->didBecomeDownload(*self, download);
+      });
+}
+
+void FakeWebView::commit(const URL& url, const FakePage& page) {
+  const URL committed = page.redirect ? *URL::parse(*page.redirect) : url;
+  if (!isMovingInHistory_) {
+    history_.resize(static_cast<size_t>(position_ + 1), committed);
+    history_.push_back(committed);
+    ++position_;
+  }
+  isMovingInHistory_ = false;
+  if (url_ != committed) {
+    url_ = committed;
+    notify(WebViewProperty::URL);
+  }
+  notify(WebViewProperty::CanGoBack);
+  notify(WebViewProperty::CanGoForward);
+  const auto self = shared_from_this();
+  if (navigation_) navigation_->didCommit(*this);
+  setTitle(page.title);
+  setLoading(false, 1);
+  if (navigation_) navigation_->didFinish(*this);
+}
+
+void FakeWebView::loadHTMLString(const std::string& text, const std::optional<URL>& baseURL) {
+  ++generation_;
+  html = text;
+  url_ = baseURL ? *baseURL : *URL::parse("about:blank");
+  setLoading(false, 1);
+  notify(WebViewProperty::URL);
+}
+
+void FakeWebView::reload(ReloadSource) {
+  if (!url_) return;
+  isMovingInHistory_ = true;
+  NavigationAction action;
+  action.request = URLRequest{.url = *url_};
+  action.targetFrame = FrameInfo{};
+  action.navigationType = NavigationType::Reload;
+  requests.push_back(*action.request);
+  decideAndBegin(std::move(action), [](NavigationPolicy) {});
+}
+
+void FakeWebView::stopLoading() {
+  ++generation_;
+  ++stopCount;
+  if (isLoading_) setLoading(false, 0);
+}
+
+void FakeWebView::move(int step) {
+  const int next = position_ + step;
+  if (next < 0 || next >= static_cast<int>(history_.size())) return;
+  position_ = next;
+  isMovingInHistory_ = true;
+  NavigationAction action;
+  action.request = URLRequest{.url = history_[static_cast<size_t>(next)]};
+  action.targetFrame = FrameInfo{};
+  action.navigationType = NavigationType::BackForward;
+  decideAndBegin(std::move(action), [](NavigationPolicy) {});
+}
+
+void FakeWebView::goBack() { move(-1); }
+void FakeWebView::goForward() { move(1); }
+
+std::optional<std::string> FakeWebView::interactionState() const {
+  if (history_.empty()) return std::nullopt;
+  nlohmann::json state = {{"position", position_}, {"history", nlohmann::json::array()}};
+  for (const URL& url : history_) state["history"].push_back(url.text());
+  return state.dump();
+}
+
+void FakeWebView::setInteractionState(const std::string& text) {
+  restoredStates.push_back(text);
+  const auto state = nlohmann::json::parse(text, nullptr, false);
+  if (!state.is_object() || state["history"].empty()) return;
+  history_.clear();
+  for (const auto& entry : state["history"])
+    history_.push_back(*URL::parse(entry.get<std::string>()));
+  position_ = state["position"];
+  isMovingInHistory_ = true;
+  begin(history_[static_cast<size_t>(position_)]);
+}
+
+void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageRef)> answer) {
+  engine_.scheduler().post([answer = std::move(answer), image = snapshot] { answer(image); });
+}
+
+void FakeWebView::createPDF(std::function<void(PDFResult)> answer) {
+  engine_.scheduler().post([answer = std::move(answer)] { answer({"%PDF-1.4 fake", ""}); });
+}
+
+void FakeWebView::find(const std::string& text, const FindConfiguration&,
+                       std::function<void(bool)> answer) {
+  const bool isFound = pageText.find(text) != std::string::npos;
+  engine_.scheduler().post([answer = std::move(answer), isFound] { answer(isFound); });
+}
+
+void FakeWebView::evaluateJavaScript(const std::string& text, const ContentWorld& world,
+                                     const std::optional<FrameInfo>& frame,
+                                     std::function<void(ScriptResult)> answer) {
+  evaluations.push_back({text, world, frame});
+  const ScriptResult result = script ? script(text) : ScriptResult{"null", ""};
+  engine_.scheduler().post([answer = std::move(answer), result] {
+    if (answer) answer(result);
+  });
+}
+
+void FakeWebView::callAsyncJavaScript(const std::string& body, const std::string&,
+                                      const ContentWorld& world,
+                                      std::function<void(ScriptResult)> answer) {
+  evaluateJavaScript(body, world, std::nullopt, std::move(answer));
+}
+
+void FakeWebView::pauseAllMediaPlayback() {
+  ++pauseCount;
+  if (media == MediaPlaybackState::Playing) media = MediaPlaybackState::Paused;
+}
+
+void FakeWebView::requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) {
+  engine_.scheduler().post([weak = weak_from_this(), answer = std::move(answer)] {
+    const auto self = weak.lock();
+    answer(self ? self->media : MediaPlaybackState::None);
+  });
+}
+
+NavigationPolicy FakeWebView::navigate(NavigationAction action) {
+  NavigationPolicy result = NavigationPolicy::Cancel;
+  decideAndBegin(std::move(action), [&result](NavigationPolicy policy) { result = policy; });
+  return result;
+}
+
+NavigationPolicy FakeWebView::clickLink(const std::string& url, ModifierFlags modifiers,
+                                        MouseButton button) {
+  NavigationAction action;
+  action.request = URLRequest{.url = *URL::parse(url)};
+  action.navigationType = NavigationType::LinkActivated;
+  action.sourceFrame = action.targetFrame = FrameInfo{};
+  action.modifierFlags = modifiers;
+  action.buttonNumber = button;
+  action.hasUserGesture = true;
+  return navigate(std::move(action));
+}
+
+std::shared_ptr<WebView> FakeWebView::openWindow(const std::string& url) {
+  if (!ui_) return nullptr;
+  NavigationAction action;
+  action.request = URLRequest{.url = *URL::parse(url)};
+  action.sourceFrame = FrameInfo{};
+  action.hasUserGesture = true;
+  WebViewConfiguration configuration = configuration_;
+  configuration.userContentController = nullptr;
+  configuration.opener = std::make_shared<WindowOpener>();
+  auto view = ui_->createWebView(*this, configuration, action);
+  if (view) view->load(*action.request);
+  return view;
+}
+
+void FakeWebView::closeWindow() {
+  if (ui_) ui_->webViewDidClose(*this);
+}
+
+void FakeWebView::die() {
+  ++generation_;
+  url_.reset();
+  title_.reset();
+  isLoading_ = false;
+  if (navigation_) navigation_->webContentProcessDidTerminate(*this);
+}
+
+// The engine
+
+std::shared_ptr<WebsiteDataStore> FakeEngine::dataStoreForIdentifier(const UUID& identifier) {
+  auto& weak = stores[identifier];
+  auto store = weak.lock();
+  if (!store) weak = store = std::make_shared<FakeDataStore>(scheduler_, identifier);
+  return store;
+}
+
+std::shared_ptr<WebsiteDataStore> FakeEngine::nonPersistentDataStore() {
+  return std::make_shared<FakeDataStore>(scheduler_, std::nullopt);
+}
+
+void FakeEngine::removeDataStoreForIdentifier(
+    const UUID& identifier, std::function<void(std::optional<std::string>)> answer) {
+  std::optional<std::string> error;
+  if (failingRemovals > 0) {
+    --failingRemovals;
+    error = "in use";
+  } else {
+    removedStores.push_back(identifier);
+  }
+  scheduler_.post([error, answer = std::move(answer)] { answer(error); });
+}
+
+std::shared_ptr<UserContentController> FakeEngine::makeUserContentController() {
+  return std::make_shared<FakeContentController>();
+}
+
+std::shared_ptr<WebView> FakeEngine::makeWebView(const WebViewConfiguration& configuration) {
+  auto view = std::make_shared<FakeWebView>(*this, configuration);
+  views.push_back(view);
+  return view;
+}
+
+std::shared_ptr<ContentRuleListStore> FakeEngine::contentRuleListStore() {
+  if (!hasRuleStore) return nullptr;
+  return {&ruleStore, [](ContentRuleListStore*) {}};
+}
+
+void FakeEngine::setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) {
+  schemeHandlers[scheme] = std::move(handler);
+}
+
+FakePage FakeEngine::pageAt(const URL& url) const {
+  const auto found = pages.find(url.text());
+  if (found != pages.end()) return found->second;
+  return {.title = url.text()};
+}
+
+int FakeEngine::liveViewCount() const {
+  return static_cast<int>(
+      std::count_if(views.begin(), views.end(), [](const auto& view) { return !view.expired(); }));
+}
+
+}  // namespace orvel::test

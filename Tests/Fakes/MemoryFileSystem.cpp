@@ -1,0 +1,144 @@
+#include "Tests/Fakes/MemoryFileSystem.h"
+
+#include <cerrno>
+
+namespace orvel::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool isIn(const std::string& path, const fs::path& folder) {
+  return fs::path(path).parent_path() == folder;
+}
+
+}  // namespace
+
+MemoryFileSystem::Fault MemoryFileSystem::nextStep() {
+  if (isDead_) return Fault::Killed;
+  const int step = steps_++;
+  const Fault fault = faultyStep_ == -1 || step == faultyStep_ ? fault_ : Fault::None;
+  if (fault == Fault::Killed) isDead_ = true;
+  return fault;
+}
+
+std::error_code MemoryFileSystem::fail(Fault fault) const {
+  return {fault == Fault::DiskFull ? ENOSPC : EIO, std::generic_category()};
+}
+
+void MemoryFileSystem::failAtStep(int step, Fault fault) {
+  const std::lock_guard lock(mutex_);
+  faultyStep_ = steps_ + step;
+  fault_ = fault;
+}
+
+void MemoryFileSystem::failAlways(Fault fault) {
+  const std::lock_guard lock(mutex_);
+  faultyStep_ = -1;
+  fault_ = fault;
+}
+
+std::optional<std::string> MemoryFileSystem::read(const fs::path& path, uint64_t limit) {
+  const std::lock_guard lock(mutex_);
+  const auto file = seen_.find(path.string());
+  if (file == seen_.end() || file->second.size() > limit) return std::nullopt;
+  return file->second;
+}
+
+std::vector<std::string> MemoryFileSystem::list(const fs::path& folder) {
+  const std::lock_guard lock(mutex_);
+  std::vector<std::string> names;
+  for (const auto& [path, bytes] : seen_)
+    if (isIn(path, folder)) names.push_back(fs::path(path).filename().string());
+  return names;
+}
+
+bool MemoryFileSystem::exists(const fs::path& path) {
+  const std::lock_guard lock(mutex_);
+  return seen_.contains(path.string()) || folders_.contains(path.string());
+}
+
+std::error_code MemoryFileSystem::write(const fs::path& path, std::string_view bytes) {
+  const std::lock_guard lock(mutex_);
+  if (!folders_.contains(path.parent_path().string()))
+    return std::make_error_code(std::errc::no_such_file_or_directory);
+  const bool wasDead = isDead_;
+  const Fault fault = nextStep();
+  if (wasDead || fault == Fault::InputOutput) return fail(fault);
+  if (fault != Fault::None) bytes = bytes.substr(0, bytes.size() / 2);
+  seen_[path.string()] = bytes;
+  synced_.erase(path.string());
+  return fault == Fault::None ? std::error_code() : fail(fault);
+}
+
+std::error_code MemoryFileSystem::sync(const fs::path& path) {
+  const std::lock_guard lock(mutex_);
+  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
+  synced_[path.string()] = seen_[path.string()];
+  return {};
+}
+
+std::error_code MemoryFileSystem::rename(const fs::path& from, const fs::path& to) {
+  const std::lock_guard lock(mutex_);
+  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
+  seen_[to.string()] = std::move(seen_[from.string()]);
+  seen_.erase(from.string());
+  synced_.erase(to.string());
+  if (auto content = synced_.extract(from.string())) {
+    content.key() = to.string();
+    synced_.insert(std::move(content));
+  }
+  return {};
+}
+
+std::error_code MemoryFileSystem::syncFolder(const fs::path& folder) {
+  const std::lock_guard lock(mutex_);
+  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
+  std::erase_if(durable_, [&](const auto& file) { return isIn(file.first, folder); });
+  for (const auto& [path, bytes] : seen_)
+    // A name whose contents were never synced survives as an empty file.
+    if (isIn(path, folder)) durable_[path] = synced_.contains(path) ? synced_[path] : "";
+  return {};
+}
+
+std::error_code MemoryFileSystem::remove(const fs::path& path) {
+  const std::lock_guard lock(mutex_);
+  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
+  seen_.erase(path.string());
+  synced_.erase(path.string());
+  return {};
+}
+
+std::error_code MemoryFileSystem::createFolders(const fs::path& folder) {
+  const std::lock_guard lock(mutex_);
+  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
+  for (fs::path part = folder; part != part.root_path(); part = part.parent_path())
+    folders_.insert(part.string());
+  return {};
+}
+
+void MemoryFileSystem::restartAfterKill() {
+  const std::lock_guard lock(mutex_);
+  isDead_ = false;
+  fault_ = Fault::None;
+}
+
+void MemoryFileSystem::restartAfterPowerCut() {
+  const std::lock_guard lock(mutex_);
+  seen_ = synced_ = durable_;
+  restartAfterKill();
+}
+
+void MemoryFileSystem::put(const fs::path& path, std::string bytes) {
+  const std::lock_guard lock(mutex_);
+  for (fs::path part = path.parent_path(); part != part.root_path(); part = part.parent_path())
+    folders_.insert(part.string());
+  seen_[path.string()] = synced_[path.string()] = durable_[path.string()] = std::move(bytes);
+}
+
+std::map<std::string, std::string> MemoryFileSystem::contents() const {
+  const std::lock_guard lock(mutex_);
+  return seen_;
+}
+
+}  // namespace orvel::test
