@@ -6,9 +6,11 @@
 namespace {
 
 using nlohmann::json;
+using orvel::tools::Answer;
+using orvel::tools::Line;
 using orvel::tools::Operations;
 
-json answer(const Operations& operations, const std::string& line) {
+Answer answer(const Operations& operations, const std::string& line) {
   const json badRequest = {{"error", "badRequest"}};
   const json request = json::parse(line, nullptr, false);
   if (!request.is_object()) return badRequest;
@@ -20,6 +22,11 @@ json answer(const Operations& operations, const std::string& line) {
   }
 }
 
+std::string printed(const Answer& answer) {
+  if (const auto* line = std::get_if<Line>(&answer)) return line->text;
+  return std::get<json>(answer).dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
 int evaluate() {
   Operations operations;
   orvel::tools::addAddressOperations(operations);
@@ -27,9 +34,7 @@ int evaluate() {
   orvel::tools::addSessionOperations(operations);
   std::ios::sync_with_stdio(false);
   for (std::string line; std::getline(std::cin, line);)
-    std::cout << answer(operations, line).dump(-1, ' ', false, json::error_handler_t::replace)
-              << '\n'
-              << std::flush;
+    std::cout << printed(answer(operations, line)) << '\n' << std::flush;
   return 0;
 }
 
