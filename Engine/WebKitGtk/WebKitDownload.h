@@ -1,0 +1,38 @@
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include "Base/GRef.h"
+#include "Engine/Download.h"
+
+namespace orvel {
+
+// Lives as long as the engine's own download, which it follows.
+class WebKitDownloadAdapter final : public Download,
+                                    public std::enable_shared_from_this<WebKitDownloadAdapter> {
+ public:
+  static std::shared_ptr<WebKitDownloadAdapter> follow(WebKitDownload* download);
+  ~WebKitDownloadAdapter() override;
+
+  std::optional<URL> originalURL() const override;
+  double fractionCompleted() const override;
+  Observation observeProgress(std::function<void()> changed) override;
+  void cancel() override;
+  void setDelegate(std::weak_ptr<DownloadDelegate> delegate) override;
+
+ private:
+  explicit WebKitDownloadAdapter(WebKitDownload* download);
+  static gboolean decideDestination(WebKitDownload*, const char* suggested, gpointer self);
+  static void progressed(WebKitDownload*, GParamSpec*, gpointer self);
+  static void failed(WebKitDownload*, GError* error, gpointer self);
+  static void finished(WebKitDownload*, gpointer self);
+
+  GRef<WebKitDownload> download_;
+  std::weak_ptr<DownloadDelegate> delegate_;
+  std::function<void()> progressChanged_;
+  std::optional<LoadError> failure_;
+  // Cleared when the transfer has ended.
+  std::shared_ptr<WebKitDownloadAdapter> self_;
+};
+
+}  // namespace orvel

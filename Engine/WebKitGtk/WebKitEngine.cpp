@@ -1,0 +1,136 @@
+#include "Engine/WebKitGtk/WebKitEngine.h"
+
+#include <fmt/format.h>
+
+#include "BrowserCore/Text.h"
+#include "Engine/WebKitGtk/HTTPSFirst.h"
+#include "Engine/WebKitGtk/WebKitContentController.h"
+#include "Engine/WebKitGtk/WebKitDataStore.h"
+#include "Engine/WebKitGtk/WebKitRuleListStore.h"
+#include "Engine/WebKitGtk/WebKitWebView.h"
+
+namespace orvel {
+
+WebKitEngine::WebKitEngine(Scheduler& scheduler, WebKitEngineOptions options)
+    : scheduler_(scheduler),
+      options_(std::move(options)),
+      httpsFirst_(std::make_unique<HTTPSFirst>(options_.cacheFolder / "HTTPSFirst")),
+      ruleStore_(std::make_shared<WebKitRuleListStore>(options_.cacheFolder / "ContentRules")) {}
+
+WebKitEngine::~WebKitEngine() = default;
+
+std::string WebKitEngine::name() const { return "WebKitGTK"; }
+
+std::string WebKitEngine::version() const {
+  return fmt::format("{}.{}.{}", webkit_get_major_version(), webkit_get_minor_version(),
+                     webkit_get_micro_version());
+}
+
+std::shared_ptr<WebsiteDataStore> WebKitEngine::dataStoreForIdentifier(const UUID& identifier) {
+  auto& known = dataStores_[identifier];
+  if (auto store = known.lock()) return store;
+  const std::string folder = identifier.text();
+  auto store = std::make_shared<WebKitDataStore>(options_.dataFolder / folder,
+                                                 options_.cacheFolder / "WebKit" / folder);
+  known = store;
+  return store;
+}
+
+std::shared_ptr<WebsiteDataStore> WebKitEngine::nonPersistentDataStore() {
+  return std::make_shared<WebKitDataStore>();
+}
+
+void WebKitEngine::removeDataStoreForIdentifier(
+    const UUID& identifier, std::function<void(std::optional<std::string>)> answer) {
+  const auto known = dataStores_.find(identifier);
+  if (known != dataStores_.end() && !known->second.expired())
+    return scheduler_.post([answer = std::move(answer)] { answer("the data store is in use"); });
+  dataStores_.erase(identifier);
+  const auto folders = {options_.dataFolder / identifier.text(),
+                        options_.cacheFolder / "WebKit" / identifier.text()};
+  auto failure = std::make_shared<std::optional<std::string>>();
+  scheduler_.runInBackground(
+      [folders = std::vector<std::filesystem::path>(folders), failure] {
+        for (const auto& folder : folders) {
+          std::error_code error;
+          std::filesystem::remove_all(folder, error);
+          if (error) *failure = error.message();
+        }
+      },
+      [failure, answer = std::move(answer)] { answer(*failure); }, WorkPriority::Utility);
+}
+
+std::shared_ptr<UserContentController> WebKitEngine::makeUserContentController() {
+  return std::make_shared<WebKitContentController>();
+}
+
+std::shared_ptr<ContentRuleListStore> WebKitEngine::contentRuleListStore() { return ruleStore_; }
+
+std::shared_ptr<WebView> WebKitEngine::makeWebView(const WebViewConfiguration& configuration) {
+  const auto signal =
+      configuration.isGlobalPrivacyControlEnabled ? PrivacySignal::On : PrivacySignal::Off;
+  auto view = std::make_shared<WebKitWebView>(*this, context(signal), configuration);
+  view->start();
+  return view;
+}
+
+WebKitWebContext* WebKitEngine::context(PrivacySignal signal) {
+  auto& context = contexts_[static_cast<int>(signal)];
+  if (context) return context.get();
+  context = GRef<WebKitWebContext>::adopt(webkit_web_context_new());
+  // Right after the context is made: the signal for it comes too late for the first process.
+  webkit_web_context_set_web_process_extensions_directory(context.get(),
+                                                          options_.webProcessFolder.c_str());
+  webkit_web_context_set_web_process_extensions_initialization_user_data(
+      context.get(), g_variant_new("(b)", signal == PrivacySignal::On));
+  for (const auto& [scheme, handler] : schemeHandlers_) registerScheme(context.get(), scheme);
+  return context.get();
+}
+
+void WebKitEngine::setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) {
+  const bool isNew = !schemeHandlers_.contains(scheme);
+  schemeHandlers_[scheme] = std::move(handler);
+  if (!isNew) return;
+  for (const auto& context : contexts_)
+    if (context) registerScheme(context.get(), scheme);
+}
+
+void WebKitEngine::registerScheme(WebKitWebContext* context, const std::string& scheme) {
+  webkit_web_context_register_uri_scheme(context, scheme.c_str(), &WebKitEngine::serve, this,
+                                         nullptr);
+  auto* security = webkit_web_context_get_security_manager(context);
+  webkit_security_manager_register_uri_scheme_as_secure(security, scheme.c_str());
+  webkit_security_manager_register_uri_scheme_as_cors_enabled(security, scheme.c_str());
+  webkit_security_manager_register_uri_scheme_as_display_isolated(security, scheme.c_str());
+}
+
+void WebKitEngine::serve(WebKitURISchemeRequest* raw, gpointer self) {
+  auto* engine = static_cast<WebKitEngine*>(self);
+  const auto request = GRef<WebKitURISchemeRequest>::retain(raw);
+  const auto url = URL::parse(webkit_uri_scheme_request_get_uri(raw));
+  const auto handler =
+      engine->schemeHandlers_.find(std::string_view(webkit_uri_scheme_request_get_scheme(raw)));
+  if (!url || handler == engine->schemeHandlers_.end()) {
+    const GErrorRef error(g_error_new_literal(G_IO_ERROR, G_IO_ERROR_NOT_FOUND, "No such page"));
+    return webkit_uri_scheme_request_finish_error(raw, error.get());
+  }
+  URLRequest asked{.url = *url};
+  if (const char* method = webkit_uri_scheme_request_get_http_method(raw)) asked.method = method;
+  handler->second(asked, [request](SchemeResponse response) {
+    auto bytes = g_bytes_new(response.body.data(), response.body.size());
+    const auto stream = GRef<GInputStream>::adopt(g_memory_input_stream_new_from_bytes(bytes));
+    g_bytes_unref(bytes);
+    const auto result = GRef<WebKitURISchemeResponse>::adopt(
+        webkit_uri_scheme_response_new(stream.get(), static_cast<gint64>(response.body.size())));
+    webkit_uri_scheme_response_set_status(result.get(), static_cast<guint>(response.status),
+                                          nullptr);
+    webkit_uri_scheme_response_set_content_type(result.get(), response.mimeType.c_str());
+    auto* headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
+    for (const auto& [name, value] : response.headers)
+      soup_message_headers_append(headers, name.c_str(), value.c_str());
+    webkit_uri_scheme_response_set_http_headers(result.get(), headers);
+    webkit_uri_scheme_request_finish_with_response(request.get(), result.get());
+  });
+}
+
+}  // namespace orvel

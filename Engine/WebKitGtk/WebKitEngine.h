@@ -1,0 +1,68 @@
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Base/GRef.h"
+#include "Base/Scheduler.h"
+#include "Engine/Engine.h"
+
+namespace orvel {
+
+class HTTPSFirst;
+class WebKitDataStore;
+class WebKitWebView;
+
+// Where the engine keeps its data and finds its parts.
+struct WebKitEngineOptions {
+  // Cookies and storage, a folder a profile below it.
+  std::filesystem::path dataFolder;
+  // Caches, a folder a profile below it, and compiled content rules.
+  std::filesystem::path cacheFolder;
+  // Holds the shared object that is loaded into each web process.
+  std::filesystem::path webProcessFolder;
+};
+
+// The contract's implementation on the system's WebKitGTK.
+class WebKitEngine final : public Engine {
+ public:
+  WebKitEngine(Scheduler& scheduler, WebKitEngineOptions options);
+  ~WebKitEngine() override;
+
+  std::string name() const override;
+  std::string version() const override;
+  std::shared_ptr<WebsiteDataStore> dataStoreForIdentifier(const UUID& identifier) override;
+  std::shared_ptr<WebsiteDataStore> nonPersistentDataStore() override;
+  void removeDataStoreForIdentifier(
+      const UUID& identifier, std::function<void(std::optional<std::string>)> answer) override;
+  std::shared_ptr<UserContentController> makeUserContentController() override;
+  std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
+  std::shared_ptr<ContentRuleListStore> contentRuleListStore() override;
+  void setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) override;
+
+  Scheduler& scheduler() { return scheduler_; }
+  HTTPSFirst& httpsFirst() { return *httpsFirst_; }
+
+ private:
+  enum class PrivacySignal { Off, On };
+  // The web processes of a context share what they were started with, so the privacy signal, which
+  // is decided there, takes a context of its own.
+  WebKitWebContext* context(PrivacySignal signal);
+  void registerScheme(WebKitWebContext* context, const std::string& scheme);
+  static void serve(WebKitURISchemeRequest* request, gpointer self);
+
+  Scheduler& scheduler_;
+  WebKitEngineOptions options_;
+  GRef<WebKitWebContext> contexts_[2];
+  std::unique_ptr<HTTPSFirst> httpsFirst_;
+  std::map<UUID, std::weak_ptr<WebKitDataStore>> dataStores_;
+  std::shared_ptr<ContentRuleListStore> ruleStore_;
+  std::map<std::string, URLSchemeHandler, std::less<>> schemeHandlers_;
+};
+
+}  // namespace orvel

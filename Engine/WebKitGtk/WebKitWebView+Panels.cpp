@@ -1,0 +1,176 @@
+#include <utility>
+
+#include "Engine/WebKitGtk/WebKitWebView.h"
+#include "Engine/WebKitGtk/WebKitWindowOpener.h"
+
+namespace orvel {
+
+namespace {
+
+std::string textOf(const char* text) { return text ? text : ""; }
+
+// Takes a reference on the dialog, which the engine would otherwise close when the signal returns.
+std::shared_ptr<WebKitScriptDialog> hold(WebKitScriptDialog* dialog) {
+  return {webkit_script_dialog_ref(dialog), [](WebKitScriptDialog* held) {
+            webkit_script_dialog_close(held);
+            webkit_script_dialog_unref(held);
+          }};
+}
+
+void runScriptDialog(WebKitWebView& view, UIDelegate& ui, WebKitScriptDialog* raw,
+                     const FrameInfo& frame) {
+  const auto dialog = hold(raw);
+  const std::string message = textOf(webkit_script_dialog_get_message(raw));
+  const auto confirm = [dialog](bool isConfirmed) {
+    webkit_script_dialog_confirm_set_confirmed(dialog.get(), isConfirmed);
+  };
+  switch (webkit_script_dialog_get_dialog_type(raw)) {
+    case WEBKIT_SCRIPT_DIALOG_ALERT:
+      return ui.runJavaScriptAlertPanel(view, message, frame, [dialog] {});
+    case WEBKIT_SCRIPT_DIALOG_CONFIRM:
+      return ui.runJavaScriptConfirmPanel(view, message, frame, confirm);
+    case WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM:
+      return ui.runBeforeUnloadPanel(view, frame, confirm);
+    case WEBKIT_SCRIPT_DIALOG_PROMPT:
+      return ui.runJavaScriptTextInputPanel(
+          view, message, textOf(webkit_script_dialog_prompt_get_default_text(raw)), frame,
+          [dialog](const std::optional<std::string>& text) {
+            if (text) webkit_script_dialog_prompt_set_text(dialog.get(), text->c_str());
+          });
+  }
+}
+
+void answerPermission(WebKitPermissionRequest* request, PermissionDecision decision) {
+  if (decision == PermissionDecision::Grant)
+    webkit_permission_request_allow(request);
+  else
+    webkit_permission_request_deny(request);
+}
+
+CaptureDeviceType deviceType(WebKitUserMediaPermissionRequest* request) {
+  const bool audio = webkit_user_media_permission_is_for_audio_device(request);
+  const bool video = webkit_user_media_permission_is_for_video_device(request);
+  if (audio && video) return CaptureDeviceType::CameraAndMicrophone;
+  return audio ? CaptureDeviceType::Microphone : CaptureDeviceType::Camera;
+}
+
+void runFileChooser(WebKitWebView& view, UIDelegate& ui, WebKitFileChooserRequest* raw) {
+  const auto request = GRef<WebKitFileChooserRequest>::retain(raw);
+  OpenPanelParameters parameters;
+  parameters.allowsMultipleSelection = webkit_file_chooser_request_get_select_multiple(raw);
+  for (auto* types = webkit_file_chooser_request_get_mime_types(raw); types && *types; ++types)
+    parameters.mimeTypes.emplace_back(*types);
+  ui.runOpenPanel(view, parameters,
+                  [request](const std::optional<std::vector<std::filesystem::path>>& files) {
+                    if (!files || files->empty())
+                      return webkit_file_chooser_request_cancel(request.get());
+                    std::vector<const char*> names;
+                    for (const auto& file : *files) names.push_back(file.c_str());
+                    names.push_back(nullptr);
+                    webkit_file_chooser_request_select_files(request.get(), names.data());
+                  });
+}
+
+}  // namespace
+
+void WebKitWebView::connectPanels() {
+  using Self = WebKitWebView;
+  connect(
+      "create",
+      +[](::WebKitWebView* native, WebKitNavigationAction* asked, gpointer data) -> GtkWidget* {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (!self->ui_) return nullptr;
+        WebViewConfiguration configuration = self->configuration_;
+        configuration.userContentController = nullptr;
+        configuration.opener = std::make_shared<WebKitWindowOpener>(native);
+        NavigationAction action;
+        if (const auto url =
+                URL::parse(webkit_uri_request_get_uri(webkit_navigation_action_get_request(asked))))
+          action.request = URLRequest{.url = *url};
+        action.sourceFrame = self->mainFrame();
+        action.hasUserGesture = webkit_navigation_action_is_user_gesture(asked);
+        const auto view = self->ui_->createWebView(*self, configuration, action);
+        return view ? view->widget() : nullptr;
+      });
+  connect(
+      "close", +[](::WebKitWebView*, gpointer data) {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (self->ui_) self->ui_->webViewDidClose(*self);
+      });
+  connect(
+      "script-dialog",
+      +[](::WebKitWebView*, WebKitScriptDialog* dialog, gpointer data) -> gboolean {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (self->ui_) runScriptDialog(*self, *self->ui_, dialog, self->mainFrame());
+        return TRUE;
+      });
+  connect(
+      "run-file-chooser",
+      +[](::WebKitWebView*, WebKitFileChooserRequest* request, gpointer data) -> gboolean {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (self->ui_)
+          runFileChooser(*self, *self->ui_, request);
+        else
+          webkit_file_chooser_request_cancel(request);
+        return TRUE;
+      });
+  connect(
+      "permission-request",
+      +[](::WebKitWebView*, WebKitPermissionRequest* raw, gpointer data) -> gboolean {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        const auto request = GRef<WebKitPermissionRequest>::retain(raw);
+        const auto answer = [request](PermissionDecision decision) {
+          answerPermission(request.get(), decision);
+        };
+        const std::string host = self->mainFrame().securityOriginHost;
+        if (self->ui_ && WEBKIT_IS_USER_MEDIA_PERMISSION_REQUEST(raw))
+          self->ui_->requestMediaCapturePermission(
+              *self, host, deviceType(WEBKIT_USER_MEDIA_PERMISSION_REQUEST(raw)), answer);
+        else if (self->ui_ && WEBKIT_IS_GEOLOCATION_PERMISSION_REQUEST(raw))
+          self->ui_->requestGeolocationPermission(*self, host, answer);
+        else
+          webkit_permission_request_deny(raw);
+        return TRUE;
+      });
+  connect(
+      "authenticate",
+      +[](::WebKitWebView*, WebKitAuthenticationRequest* raw, gpointer data) -> gboolean {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (!self->navigation_) return FALSE;
+        AuthenticationChallenge challenge;
+        challenge.host = textOf(webkit_authentication_request_get_host(raw));
+        challenge.port = static_cast<uint16_t>(webkit_authentication_request_get_port(raw));
+        challenge.realm = textOf(webkit_authentication_request_get_realm(raw));
+        challenge.isProxy = webkit_authentication_request_is_for_proxy(raw);
+        challenge.isRetry = webkit_authentication_request_is_retry(raw);
+        const auto url = self->url();
+        challenge.isInsecure = !url || !url->hasScheme("https");
+        self->navigation_->didReceiveAuthenticationChallenge(
+            *self, challenge,
+            [request = GRef<WebKitAuthenticationRequest>::retain(raw)](
+                const std::optional<Credential>& credential) {
+              if (!credential)
+                return webkit_authentication_request_authenticate(request.get(), nullptr);
+              auto* native =
+                  webkit_credential_new(credential->user.c_str(), credential->password.c_str(),
+                                        WEBKIT_CREDENTIAL_PERSISTENCE_FOR_SESSION);
+              webkit_authentication_request_authenticate(request.get(), native);
+              webkit_credential_free(native);
+            });
+        return TRUE;
+      });
+  connect(
+      "enter-fullscreen", +[](::WebKitWebView*, gpointer data) -> gboolean {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (self->ui_) self->ui_->fullscreenDidChange(*self, true);
+        return FALSE;
+      });
+  connect(
+      "leave-fullscreen", +[](::WebKitWebView*, gpointer data) -> gboolean {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (self->ui_) self->ui_->fullscreenDidChange(*self, false);
+        return FALSE;
+      });
+}
+
+}  // namespace orvel

@@ -1,0 +1,290 @@
+#include "Engine/WebKitGtk/WebKitWebView.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+#include "Engine/WebKitGtk/EngineScripts.h"
+#include "Engine/WebKitGtk/HTTPSFirst.h"
+#include "Engine/WebKitGtk/LoadErrors.h"
+#include "Engine/WebKitGtk/WebKitContentController.h"
+#include "Engine/WebKitGtk/WebKitDataStore.h"
+#include "Engine/WebKitGtk/WebKitEngine.h"
+#include "Engine/WebKitGtk/WebKitWindowOpener.h"
+
+namespace orvel {
+
+namespace {
+
+GRef<::WebKitWebView> makeNative(WebKitWebContext* context,
+                                 const WebViewConfiguration& configuration,
+                                 WebKitUserContentManager* manager) {
+  const auto settings = GRef<WebKitSettings>::adopt(webkit_settings_new());
+  GObject* object = nullptr;
+  if (const auto* opener = static_cast<WebKitWindowOpener*>(configuration.opener.get())) {
+    // A related view has its opener's context and session, but neither its scripts nor its
+    // settings.
+    object = G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "related-view", opener->view(),
+                                   "user-content-manager", manager, "settings", settings.get(),
+                                   nullptr));
+  } else {
+    auto* session = static_cast<WebKitDataStore&>(*configuration.websiteDataStore).session();
+    object = G_OBJECT(g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", context, "network-session",
+                                   session, "user-content-manager", manager, "settings",
+                                   settings.get(), nullptr));
+  }
+  return GRef<::WebKitWebView>::retain(WEBKIT_WEB_VIEW(object));
+}
+
+}  // namespace
+
+WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
+                             const WebViewConfiguration& configuration)
+    : engine_(engine), configuration_(configuration) {
+  if (!configuration_.websiteDataStore)
+    configuration_.websiteDataStore = engine.nonPersistentDataStore();
+  if (!configuration_.userContentController)
+    configuration_.userContentController = engine.makeUserContentController();
+  if (configuration_.isGlobalPrivacyControlEnabled) controller().enablePrivacySignal();
+  view_ = makeNative(context, configuration_, controller().manager());
+  // The opener's view is wanted for that alone.
+  configuration_.opener = nullptr;
+  applySettings();
+}
+
+WebKitWebView::~WebKitWebView() {
+  engine_.httpsFirst().removeListener(this);
+  controller().setNavigationReporter(nullptr);
+  auto* session = webkit_web_view_get_network_session(view_.get());
+  g_signal_handlers_disconnect_by_data(session, this);
+  g_signal_handlers_disconnect_by_data(webkit_web_view_get_back_forward_list(view_.get()), this);
+  g_signal_handlers_disconnect_by_data(webkit_web_view_get_find_controller(view_.get()), this);
+  g_signal_handlers_disconnect_by_data(view_.get(), this);
+  finishFinding(false);
+  removeFromParent();
+}
+
+WebKitContentController& WebKitWebView::controller() const {
+  return static_cast<WebKitContentController&>(*configuration_.userContentController);
+}
+
+void WebKitWebView::applySettings() {
+  auto* settings = webkit_web_view_get_settings(view_.get());
+  webkit_settings_set_enable_fullscreen(settings, configuration_.isElementFullscreenEnabled);
+  webkit_settings_set_enable_developer_extras(settings, TRUE);
+  webkit_settings_set_enable_back_forward_navigation_gestures(settings, TRUE);
+  webkit_settings_set_enable_media_stream(settings, TRUE);
+  if (configuration_.applicationNameForUserAgent.empty()) return;
+  // The engine's own text up to where it names its version.
+  std::string agent = webkit_settings_get_user_agent(settings);
+  const std::string_view layoutEngine = "(KHTML, like Gecko)";
+  if (const size_t at = agent.find(layoutEngine); at != std::string::npos)
+    agent.resize(at + layoutEngine.size());
+  agent += " " + configuration_.applicationNameForUserAgent;
+  webkit_settings_set_user_agent(settings, agent.c_str());
+}
+
+void WebKitWebView::start() {
+  connectLoading();
+  connectPolicy();
+  connectPanels();
+  connectFind();
+  controller().setNavigationReporter([this](NavigationReport report) {
+    classifier_.noteReport(std::move(report), engine_.scheduler().instant());
+  });
+  if (configuration_.preferredHTTPSNavigationPolicy !=
+      HTTPSNavigationPolicy::AutomaticFallbackToHTTP)
+    return;
+  controller().setEngineRules(engine_.httpsFirst().rules());
+  engine_.httpsFirst().addListener(
+      this, [this] { controller().setEngineRules(engine_.httpsFirst().rules()); });
+}
+
+void WebKitWebView::connectLoading() {
+  using Self = WebKitWebView;
+  static constexpr std::pair<const char*, WebViewProperty> kMirrored[] = {
+      {"notify::title", WebViewProperty::Title},
+      {"notify::uri", WebViewProperty::URL},
+      {"notify::is-loading", WebViewProperty::IsLoading},
+      {"notify::estimated-load-progress", WebViewProperty::EstimatedProgress}};
+  for (const auto& [signal, property] : kMirrored) {
+    connect(
+        signal, +[](::WebKitWebView*, GParamSpec* spec, gpointer self) {
+          for (const auto& [name, changed] : kMirrored)
+            if (std::string_view(name).ends_with(spec->name))
+              static_cast<Self*>(self)->notify(changed);
+        });
+  }
+  g_signal_connect(webkit_web_view_get_back_forward_list(view_.get()), "changed",
+                   G_CALLBACK(+[](WebKitBackForwardList*, gpointer, gpointer, gpointer self) {
+                     static_cast<Self*>(self)->notify(WebViewProperty::CanGoBack);
+                     static_cast<Self*>(self)->notify(WebViewProperty::CanGoForward);
+                   }),
+                   this);
+  connect(
+      "load-changed", +[](::WebKitWebView*, WebKitLoadEvent event, gpointer data) {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (event == WEBKIT_LOAD_STARTED) self->hasCommitted_ = false;
+        if (event == WEBKIT_LOAD_COMMITTED) {
+          self->hasCommitted_ = true;
+          self->plainRequest_.reset();
+          self->undecided_.clear();
+          if (self->navigation_) self->navigation_->didCommit(*self);
+        }
+        // A failed load finishes too; it has been reported as failed.
+        if (event == WEBKIT_LOAD_FINISHED && self->hasCommitted_ && self->navigation_)
+          self->navigation_->didFinish(*self);
+      });
+  connect(
+      "web-process-terminated",
+      +[](::WebKitWebView*, WebKitWebProcessTerminationReason, gpointer data) {
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (self->navigation_) self->navigation_->webContentProcessDidTerminate(*self);
+      });
+}
+
+void WebKitWebView::notify(WebViewProperty property) {
+  const auto self = shared_from_this();
+  std::vector<uint64_t> due;
+  for (const auto& [id, observer] : observers_)
+    if (observer.property == property) due.push_back(id);
+  for (const uint64_t id : due)
+    if (const auto observer = observers_.find(id); observer != observers_.end()) {
+      const auto changed = observer->second.changed;
+      changed();
+    }
+}
+
+Observation WebKitWebView::observe(WebViewProperty property, std::function<void()> changed) {
+  const uint64_t id = ++lastObserver_;
+  observers_[id] = {property, std::move(changed)};
+  return Observation([weak = weak_from_this(), id] {
+    if (const auto self = weak.lock()) self->observers_.erase(id);
+  });
+}
+
+FrameInfo WebKitWebView::mainFrame() const {
+  const auto address = url();
+  const auto host = address ? address->host() : std::nullopt;
+  return {0, true, std::string(host.value_or(std::string_view()))};
+}
+
+// Loading
+
+void WebKitWebView::load(const URLRequest& request) {
+  waitingLoad_ = request.url;
+  engine_.httpsFirst().whenReady([weak = weak_from_this(), request] {
+    const auto self = weak.lock();
+    if (!self || self->waitingLoad_ != request.url) return;
+    self->waitingLoad_.reset();
+    self->classifier_.noteProgramLoad(request.url.text());
+    const auto native =
+        GRef<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.text().c_str()));
+    if (auto* headers = webkit_uri_request_get_http_headers(native.get()))
+      for (const auto& [name, value] : request.headers)
+        soup_message_headers_append(headers, name.c_str(), value.c_str());
+    webkit_web_view_load_request(self->view_.get(), native.get());
+  });
+}
+
+void WebKitWebView::loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) {
+  waitingLoad_.reset();
+  const char* base = baseURL ? baseURL->text().c_str() : nullptr;
+  if (base)
+    webkit_web_view_load_alternate_html(view_.get(), html.c_str(), base, base);
+  else
+    webkit_web_view_load_html(view_.get(), html.c_str(), nullptr);
+}
+
+void WebKitWebView::reload(ReloadSource source) {
+  if (source == ReloadSource::Origin)
+    webkit_web_view_reload_bypass_cache(view_.get());
+  else
+    webkit_web_view_reload(view_.get());
+}
+
+void WebKitWebView::stopLoading() {
+  waitingLoad_.reset();
+  webkit_web_view_stop_loading(view_.get());
+}
+
+void WebKitWebView::goBack() { webkit_web_view_go_back(view_.get()); }
+void WebKitWebView::goForward() { webkit_web_view_go_forward(view_.get()); }
+
+std::optional<std::string> WebKitWebView::interactionState() const {
+  auto* list = webkit_web_view_get_back_forward_list(view_.get());
+  if (!webkit_back_forward_list_get_current_item(list)) return std::nullopt;
+  auto* state = webkit_web_view_get_session_state(view_.get());
+  GBytes* bytes = webkit_web_view_session_state_serialize(state);
+  webkit_web_view_session_state_unref(state);
+  gsize size = 0;
+  const auto* data = static_cast<const char*>(g_bytes_get_data(bytes, &size));
+  std::string result(data, size);
+  g_bytes_unref(bytes);
+  return result;
+}
+
+void WebKitWebView::setInteractionState(const std::string& text) {
+  GBytes* bytes = g_bytes_new(text.data(), text.size());
+  auto* state = webkit_web_view_session_state_new(bytes);
+  g_bytes_unref(bytes);
+  if (!state) return;
+  webkit_web_view_restore_session_state(view_.get(), state);
+  webkit_web_view_session_state_unref(state);
+  auto* list = webkit_web_view_get_back_forward_list(view_.get());
+  auto* current = webkit_back_forward_list_get_current_item(list);
+  if (!current) return;
+  engine_.httpsFirst().whenReady(
+      [weak = weak_from_this(), item = GRef<WebKitBackForwardListItem>::retain(current)] {
+        // The list alone is back; this loads its page and scrolls it.
+        if (const auto self = weak.lock())
+          webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item.get());
+      });
+}
+
+// Mirrors
+
+std::optional<std::string> WebKitWebView::title() const {
+  const char* title = webkit_web_view_get_title(view_.get());
+  if (!title) return std::nullopt;
+  return title;
+}
+
+std::optional<URL> WebKitWebView::url() const {
+  if (waitingLoad_) return waitingLoad_;
+  const char* uri = webkit_web_view_get_uri(view_.get());
+  if (uri && *uri) return URL::parse(uri);
+  // Right after a restore the view itself knows no address yet.
+  auto* list = webkit_web_view_get_back_forward_list(view_.get());
+  auto* current = webkit_back_forward_list_get_current_item(list);
+  const char* restored = current ? webkit_back_forward_list_item_get_uri(current) : nullptr;
+  return restored ? URL::parse(restored) : std::nullopt;
+}
+
+bool WebKitWebView::isLoading() const {
+  return waitingLoad_ || webkit_web_view_is_loading(view_.get());
+}
+
+double WebKitWebView::estimatedProgress() const {
+  return webkit_web_view_get_estimated_load_progress(view_.get());
+}
+
+bool WebKitWebView::canGoBack() const { return webkit_web_view_can_go_back(view_.get()); }
+bool WebKitWebView::canGoForward() const { return webkit_web_view_can_go_forward(view_.get()); }
+
+double WebKitWebView::pageZoom() const { return webkit_web_view_get_zoom_level(view_.get()); }
+void WebKitWebView::setPageZoom(double zoom) { webkit_web_view_set_zoom_level(view_.get(), zoom); }
+
+bool WebKitWebView::isInWindow() const {
+  return gtk_widget_get_root(GTK_WIDGET(view_.get())) &&
+         gtk_widget_get_mapped(GTK_WIDGET(view_.get()));
+}
+
+void WebKitWebView::focus() { gtk_widget_grab_focus(GTK_WIDGET(view_.get())); }
+
+void WebKitWebView::removeFromParent() {
+  auto* widget = GTK_WIDGET(view_.get());
+  if (gtk_widget_get_parent(widget)) gtk_widget_unparent(widget);
+}
+
+}  // namespace orvel

@@ -1,0 +1,135 @@
+#pragma once
+
+#include <webkit/webkit.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Base/GRef.h"
+#include "Engine/Delegates.h"
+#include "Engine/WebKitGtk/NavigationClassifier.h"
+#include "Engine/WebView.h"
+
+namespace orvel {
+
+class WebKitContentController;
+class WebKitEngine;
+
+// One web view of the engine. Its topics have source files of their own: loading and mirroring
+// (WebKitWebView.cpp), decisions (+Policy), panels and permissions (+Panels), scripts, pictures,
+// find and media (+Content).
+class WebKitWebView final : public WebView, public std::enable_shared_from_this<WebKitWebView> {
+ public:
+  WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
+                const WebViewConfiguration& configuration);
+  ~WebKitWebView() override;
+  // Connects to the engine; once, right after the view is owned by a shared pointer.
+  void start();
+
+  void setNavigationDelegate(NavigationDelegate* delegate) override { navigation_ = delegate; }
+  void setUIDelegate(UIDelegate* delegate) override { ui_ = delegate; }
+  const WebViewConfiguration& configuration() const override { return configuration_; }
+
+  void load(const URLRequest& request) override;
+  void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) override;
+  void reload(ReloadSource source) override;
+  void stopLoading() override;
+  void goBack() override;
+  void goForward() override;
+  std::optional<std::string> interactionState() const override;
+  void setInteractionState(const std::string& state) override;
+
+  std::optional<std::string> title() const override;
+  std::optional<URL> url() const override;
+  bool isLoading() const override;
+  double estimatedProgress() const override;
+  bool canGoBack() const override;
+  bool canGoForward() const override;
+  Observation observe(WebViewProperty property, std::function<void()> changed) override;
+  double pageZoom() const override;
+  void setPageZoom(double zoom) override;
+  bool isInWindow() const override;
+  void focus() override;
+  void removeFromParent() override;
+  GtkWidget* widget() override { return GTK_WIDGET(view_.get()); }
+
+  void takeSnapshot(const SnapshotRequest& request, std::function<void(ImageRef)> answer) override;
+  void createPDF(std::function<void(PDFResult)> answer) override;
+  void print() override;
+  void find(const std::string& text, const FindConfiguration& configuration,
+            std::function<void(bool)> answer) override;
+  void evaluateJavaScript(const std::string& script, const ContentWorld& world,
+                          const std::optional<FrameInfo>& frame,
+                          std::function<void(ScriptResult)> answer) override;
+  void callAsyncJavaScript(const std::string& body, const std::string& arguments,
+                           const ContentWorld& world,
+                           std::function<void(ScriptResult)> answer) override;
+  void pauseAllMediaPlayback() override;
+  void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
+  CaptureState cameraCaptureState() const override;
+  CaptureState microphoneCaptureState() const override;
+
+  ::WebKitWebView* native() const { return view_.get(); }
+
+ private:
+  // The search under way, which the engine answers by one of two signals.
+  struct Finding {
+    std::string text;
+    bool isCaseSensitive = false;
+    std::function<void(bool)> answer;
+  };
+
+  WebKitContentController& controller() const;
+  template <class Handler>
+  void connect(const char* signal, Handler handler) {
+    g_signal_connect(view_.get(), signal, G_CALLBACK(handler), this);
+  }
+  void applySettings();
+  void connectLoading();
+  void connectPolicy();
+  void connectPanels();
+  void connectFind();
+  void finishFinding(bool isFound);
+  void notify(WebViewProperty property);
+  FrameInfo mainFrame() const;
+
+  // Policy
+  bool decideAction(WebKitNavigationPolicyDecision* decision, bool isNewWindow);
+  bool decideResponse(WebKitResponsePolicyDecision* decision);
+  void answerResponse(GRef<WebKitPolicyDecision> decision, const NavigationResponse& response);
+  bool loadFailed(const char* uri, const GError& error);
+  bool fallBackToHTTP(const LoadError& error);
+  void downloadStarted(WebKitDownload* download);
+
+  // Content
+  // Evaluates in every frame of the page; answers the values' JSON texts.
+  void evaluateEverywhere(const std::string& script, const ContentWorld& world,
+                          std::function<void(std::vector<std::string>)> answer);
+
+  WebKitEngine& engine_;
+  WebViewConfiguration configuration_;
+  GRef<::WebKitWebView> view_;
+  NavigationDelegate* navigation_ = nullptr;
+  UIDelegate* ui_ = nullptr;
+
+  struct Observer {
+    WebViewProperty property;
+    std::function<void()> changed;
+  };
+  std::map<uint64_t, Observer> observers_;
+  uint64_t lastObserver_ = 0;
+
+  NavigationClassifier classifier_;
+  // A load that waits for the https-first rule.
+  std::optional<URL> waitingLoad_;
+  // The http address that was asked for last in the main frame: it may be upgraded.
+  std::optional<URL> plainRequest_;
+  // Addresses that were put to the delegate as a sub-frame's for want of knowledge.
+  std::map<std::string, NavigationAction> undecided_;
+  bool hasCommitted_ = false;
+  Finding finding_;
+};
+
+}  // namespace orvel

@@ -1,0 +1,99 @@
+// The part of the program that runs inside each web process: it adds the privacy signal to requests
+// and evaluates scripts in every frame of a page, which the view's own process cannot.
+
+#include <webkit/webkit-web-process-extension.h>
+
+#include <cstring>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace {
+
+constexpr const char kEngineWorld[] = "orvel-engine";
+
+bool sendsPrivacySignal = false;
+
+// The frames of each page, in the order in which they appeared. Entries go when their frames do.
+std::unordered_map<guint64, std::vector<WebKitFrame*>>& framesByPage() {
+  static auto* frames = new std::unordered_map<guint64, std::vector<WebKitFrame*>>();
+  return *frames;
+}
+
+void frameDied(gpointer page, GObject* frame) {
+  auto& frames = framesByPage()[reinterpret_cast<guint64>(page)];
+  std::erase(frames, reinterpret_cast<WebKitFrame*>(frame));
+}
+
+void windowObjectCleared(WebKitScriptWorld*, WebKitWebPage* page, WebKitFrame* frame, gpointer) {
+  const guint64 id = webkit_web_page_get_id(page);
+  auto& frames = framesByPage()[id];
+  for (const WebKitFrame* known : frames)
+    if (known == frame) return;
+  frames.push_back(frame);
+  g_object_weak_ref(G_OBJECT(frame), &frameDied, reinterpret_cast<gpointer>(id));
+}
+
+// Worlds of the same name are the same world as the view's process means by it.
+WebKitScriptWorld* world(const char* name) {
+  if (!*name) return webkit_script_world_get_default();
+  static auto* worlds = new std::unordered_map<std::string, WebKitScriptWorld*>();
+  auto& known = (*worlds)[name];
+  if (!known) known = webkit_script_world_new_with_name(name);
+  return known;
+}
+
+std::string evaluate(WebKitFrame* frame, WebKitScriptWorld* in, const char* script) {
+  JSCContext* context = webkit_frame_get_js_context_for_script_world(frame, in);
+  if (!context) return "null";
+  JSCValue* value = jsc_context_evaluate(context, script, -1);
+  std::string result = "null";
+  if (jsc_context_get_exception(context)) {
+    jsc_context_clear_exception(context);
+  } else if (char* text = jsc_value_to_json(value, 0)) {
+    result = text;
+    g_free(text);
+  }
+  g_object_unref(value);
+  g_object_unref(context);
+  return result;
+}
+
+gboolean messageReceived(WebKitWebPage* page, WebKitUserMessage* message, gpointer) {
+  if (std::strcmp(webkit_user_message_get_name(message), "evaluate") != 0) return FALSE;
+  const char* worldName = nullptr;
+  const char* script = nullptr;
+  g_variant_get(webkit_user_message_get_parameters(message), "(&s&s)", &worldName, &script);
+  GVariantBuilder results;
+  g_variant_builder_init(&results, G_VARIANT_TYPE("as"));
+  const std::vector<WebKitFrame*> frames = framesByPage()[webkit_web_page_get_id(page)];
+  for (WebKitFrame* frame : frames)
+    g_variant_builder_add(&results, "s", evaluate(frame, world(worldName), script).c_str());
+  webkit_user_message_send_reply(
+      message, webkit_user_message_new("evaluated", g_variant_builder_end(&results)));
+  return TRUE;
+}
+
+gboolean sendRequest(WebKitWebPage*, WebKitURIRequest* request, WebKitURIResponse*, gpointer) {
+  if (sendsPrivacySignal && g_str_has_prefix(webkit_uri_request_get_uri(request), "http"))
+    if (auto* headers = webkit_uri_request_get_http_headers(request))
+      soup_message_headers_replace(headers, "Sec-GPC", "1");
+  return FALSE;
+}
+
+void pageCreated(WebKitWebProcessExtension*, WebKitWebPage* page, gpointer) {
+  g_signal_connect(page, "send-request", G_CALLBACK(sendRequest), nullptr);
+  g_signal_connect(page, "user-message-received", G_CALLBACK(messageReceived), nullptr);
+}
+
+}  // namespace
+
+extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize_with_user_data(
+    WebKitWebProcessExtension* extension, const GVariant* data) {
+  gboolean isOn = FALSE;
+  g_variant_get(const_cast<GVariant*>(data), "(b)", &isOn);
+  sendsPrivacySignal = isOn;
+  g_signal_connect(world(kEngineWorld), "window-object-cleared", G_CALLBACK(windowObjectCleared),
+                   nullptr);
+  g_signal_connect(extension, "page-created", G_CALLBACK(pageCreated), nullptr);
+}
