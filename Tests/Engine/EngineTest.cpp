@@ -1,0 +1,50 @@
+#include "Tests/Engine/EngineTest.h"
+
+namespace orvel::test {
+
+EngineTest::EngineTest() {
+  // The engine's network process asks its environment for the proxy.
+  g_setenv("http_proxy", server.proxy().c_str(), TRUE);
+  g_setenv("https_proxy", server.proxy().c_str(), TRUE);
+  g_setenv("no_proxy", "", TRUE);
+  engine = std::make_unique<WebKitEngine>(
+      scheduler, WebKitEngineOptions{.dataFolder = folder.path / "data",
+                                     .cacheFolder = folder.path / "cache",
+                                     .webProcessFolder = ORVEL_BUILD_DIR "/lib/web-process"});
+  store = engine->nonPersistentDataStore();
+}
+
+EngineTest::~EngineTest() {
+  for (GtkWidget* window : windows_) gtk_window_destroy(GTK_WINDOW(window));
+}
+
+std::shared_ptr<WebView> EngineTest::makeView(WebViewConfiguration configuration) {
+  if (!configuration.websiteDataStore) configuration.websiteDataStore = store;
+  return engine->makeWebView(configuration);
+}
+
+void EngineTest::show(WebView& view) {
+  GtkWidget* window = gtk_window_new();
+  gtk_window_set_default_size(GTK_WINDOW(window), 800, 600);
+  gtk_window_set_child(GTK_WINDOW(window), view.widget());
+  gtk_window_present(GTK_WINDOW(window));
+  windows_.push_back(window);
+  ASSERT_TRUE(eventually([&] { return view.isInWindow(); }));
+}
+
+void EngineTest::load(WebView& view, const std::string& url) {
+  view.load({.url = *URL::parse(url)});
+  ASSERT_TRUE(eventually([&] {
+    return !view.isLoading() && view.url() && view.estimatedProgress() == 1.0;
+  })) << url;
+}
+
+std::string EngineTest::evaluate(WebView& view, const std::string& script) {
+  std::optional<ScriptResult> result;
+  view.evaluateJavaScript(script, ContentWorld::page(), std::nullopt,
+                          [&](ScriptResult value) { result = std::move(value); });
+  eventually([&] { return result.has_value(); });
+  return result ? result->value.value_or("") : "";
+}
+
+}  // namespace orvel::test
