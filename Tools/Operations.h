@@ -4,12 +4,20 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <variant>
 
 namespace orvel::tools {
 
+// A JSON value as finished text without line ends: for what nests deeper than a recursive printer
+// bears.
+struct Line {
+  std::string text;
+};
+using Answer = std::variant<nlohmann::json, Line>;
+
 // Answers one request of `orvel-core eval`. A request that lacks a field or has one of the wrong
-// type may throw a `nlohmann::json::exception`; the loop answers it with `{"error":"badRequest"}`.
-using Operation = std::function<nlohmann::json(const nlohmann::json& request)>;
+// type may throw any `std::exception`; the loop answers it with `{"error":"badRequest"}`.
+using Operation = std::function<Answer(const nlohmann::json& request)>;
 using Operations = std::map<std::string, Operation, std::less<>>;
 
 // Each adds the operations of one area under the names of their "op" field.
