@@ -4,17 +4,6 @@
 
 namespace orvel {
 
-namespace {
-
-constexpr int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
-}  // namespace
-
 std::optional<std::string> percentEncoded(std::string_view text, const CharacterSet& allowed) {
   static constexpr char kDigits[] = "0123456789ABCDEF";
   if (!text::isValidUTF8(text)) return std::nullopt;
@@ -38,8 +27,8 @@ std::string percentDecoded(std::string_view text) {
   result.reserve(text.size());
   size_t copied = 0;
   while (percent != std::string_view::npos) {
-    const int high = percent + 2 < text.size() ? hexValue(text[percent + 1]) : -1;
-    const int low = high < 0 ? -1 : hexValue(text[percent + 2]);
+    const int high = percent + 2 < text.size() ? text::hexValue(text[percent + 1]) : -1;
+    const int low = high < 0 ? -1 : text::hexValue(text[percent + 2]);
     if (low >= 0) {
       result += text.substr(copied, percent - copied);
       result += static_cast<char>(high << 4 | low);

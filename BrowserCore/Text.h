@@ -17,6 +17,14 @@ namespace orvel::text {
 [[nodiscard]] bool equalsIgnoringASCIICase(std::string_view a, std::string_view b);
 [[nodiscard]] std::string lowerASCII(std::string_view text);
 
+// The value of a hexadecimal digit; -1 for any other character.
+[[nodiscard]] constexpr int hexValue(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
 // Unicode's lower case, one code point at a time: independent of the locale and of what stands
 // beside a letter, so that the lower case of a prefix is a prefix of the lower case. Ill-formed
 // bytes stay.

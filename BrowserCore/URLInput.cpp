@@ -1,6 +1,7 @@
 #include "BrowserCore/URLInput.h"
 
 #include <arpa/inet.h>
+#include <fmt/format.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -43,7 +44,7 @@ bool isRegisteredName(std::string_view host) {
       if (!isNameCharacter(c)) return false;
       continue;
     }
-    if (host.size() < 2 || !u_isxdigit(host[0]) || !u_isxdigit(host[1])) return false;
+    if (host.size() < 2 || text::hexValue(host[0]) < 0 || text::hexValue(host[1]) < 0) return false;
     host.remove_prefix(2);
   }
   return true;
@@ -113,23 +114,25 @@ bool isTopLevelLabel(std::string_view label) {
   return letters == 2;
 }
 
-bool isDomain(std::string_view host) {
-  if (host.find('.') == std::string_view::npos) return false;
+// The last piece between dots that isn't empty; empty without one.
+std::string_view lastLabel(std::string_view host) {
   const std::string_view labels = text::trimmed(host, '.');
-  const size_t dot = labels.rfind('.');
-  return isTopLevelLabel(dot == std::string_view::npos ? labels : labels.substr(dot + 1));
+  return labels.substr(labels.rfind('.') + 1);
+}
+
+bool isDomain(std::string_view host) {
+  return host.find('.') != std::string_view::npos && isTopLevelLabel(lastLabel(host));
 }
 
 std::string_view lastPathComponent(std::string_view path) {
   const std::string_view components = text::trimmed(path, '/');
   if (components.empty()) return path.substr(0, 1);
-  const size_t slash = components.rfind('/');
-  return slash == std::string_view::npos ? components : components.substr(slash + 1);
+  return components.substr(components.rfind('/') + 1);
 }
 
 // [\d.]+|\[.*\] with the digits of every script.
 bool isAddressLiteral(std::string_view host) {
-  if (host.starts_with('[') && host.ends_with(']')) return true;
+  if (host.size() > 1 && host.starts_with('[') && host.ends_with(']')) return true;
   while (!host.empty()) {
     const UChar32 c = takeCodePoint(host);
     if (c != '.' && (c < 0 || !u_isdigit(c))) return false;
@@ -165,9 +168,9 @@ std::optional<std::string> siteKey(const URL& url) {
   if (!decoded) return std::nullopt;
   const std::string host = text::lower(*decoded);
   if (isAddressLiteral(host)) return host;
-  const auto labels = text::splitNonEmpty(host, '.');
-  if (labels.size() < 2) return std::string(labels.back());
-  return std::string(labels[labels.size() - 2]).append(".").append(labels.back());
+  const std::string_view last = lastLabel(host);
+  const std::string_view before = lastLabel({host.data(), last.data()});
+  return before.empty() ? std::string(last) : fmt::format("{}.{}", before, last);
 }
 
 bool isHostWithin(std::string_view host, std::string_view domain) {

@@ -112,10 +112,15 @@ TEST(DisplayHost, ShortensAddresses) {
 
 TEST(SiteKey, KeepsTheLastTwoLabels) {
   const std::pair<const char*, const char*> cases[] = {
-      {"https://www.Example.com/", "example.com"},  {"https://a.example.co.uk", "co.uk"},
-      {"http://localhost:3000", "localhost"},       {"http://127.0.0.1", "127.0.0.1"},
-      {"http://[2001:DB8::1]:80", "[2001:db8::1]"}, {"https://a.example.com.", "example.com"},
+      {"https://www.Example.com/", "example.com"},
+      {"https://a.example.co.uk", "co.uk"},
+      {"http://localhost:3000", "localhost"},
+      {"http://127.0.0.1", "127.0.0.1"},
+      {"http://[2001:DB8::1]:80", "[2001:db8::1]"},
+      {"https://a.example.com.", "example.com"},
       {"https://a.BÜCHER.de", "bücher.de"},
+      {"https://a..b..c..", "b.c"},
+      {"https://[", "["},
   };
   for (const auto& [url, expected] : cases)
     EXPECT_EQ(siteKey(URL::parse(url).value()), expected) << url;
