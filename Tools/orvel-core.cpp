@@ -28,7 +28,7 @@ Addresses
   {"op":"explicitURL","text":T}          the address that a typed text is meant as, or null
   {"op":"displayHost","url":U}           the short name under which an address is shown
   {"op":"siteKey","url":U}               the site that an address belongs to, or null
-  {"op":"strip","url":U}                 the address without tracking parameters; null if it has none
+  {"op":"strip","url":U}                 the address without tracking parameters; null without any
   {"op":"complete","typed":T,"urls":[U]} the typed text with its completion, or null
   {"op":"linkRoute","pattern":P,"url":U} whether a link to U belongs to the pattern
   {"op":"wandered","pinned":U,"url":U}   whether a pinned tab shows another page than its pin
@@ -53,7 +53,7 @@ Learning
       An EVENT is {"record":[QUERY,KEY,SECONDS]}, {"top":[QUERY,[KEY]]} or {"forget":KEY}.
 
 Extensions
-  {"op":"listing","url":U}               the source of the extension that a store's page lists, or null
+  {"op":"listing","url":U}               the source of the extension that a page lists, or null
   {"op":"zipArchive","base64":B}         the zip archive within what a store sent, in base64, or
       {"error":"notAnExtension"}
 
