@@ -74,7 +74,7 @@ void record(benchmark::State& state) {
 }
 BENCHMARK(record);
 
-// Every page is looked at in both passes: nothing fits.
+// Texts for which every page is looked at.
 void completeOver500(benchmark::State& state) {
   std::vector<URL> urls;
   for (int i = 0; i < 500; ++i)

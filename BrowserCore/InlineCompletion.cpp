@@ -62,17 +62,14 @@ std::optional<std::string> InlineCompletion::complete(std::string_view typed,
       std::string_view(lowered).substr(0, lowered.size() - (lowered.ends_with('/') ? 1 : 0));
   const Reach reach = lowered.find('/') == std::string::npos ? Reach::host : Reach::hostAndPath;
 
-  const bool namesPage = anyForm(urls, reach, [needle](const Form& form) {
-    return form.size() == needle.size() && form.startsWith(needle);
+  std::optional<std::string> result;
+  const bool namesPage = anyForm(urls, reach, [&](const Form& form) {
+    if (form.size() == needle.size() && form.startsWith(needle)) return true;
+    if (!result && form.size() > lowered.size() && form.startsWith(lowered))
+      result = std::string(typed) + form.textBehind(lowered.size());
+    return false;
   });
   if (namesPage) return std::nullopt;
-
-  std::optional<std::string> result;
-  anyForm(urls, reach, [&](const Form& form) {
-    if (form.size() <= lowered.size() || !form.startsWith(lowered)) return false;
-    result = std::string(typed) + form.textBehind(lowered.size());
-    return true;
-  });
   return result;
 }
 
