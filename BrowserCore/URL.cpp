@@ -3,6 +3,7 @@
 #include <charconv>
 #include <limits>
 
+#include "BrowserCore/PercentCoding.h"
 #include "BrowserCore/Text.h"
 
 namespace orvel {
@@ -114,7 +115,7 @@ namespace {
 
 struct HostAndPort {
   std::string_view host;
-  std::string_view port;
+  std::optional<std::string_view> port;
 };
 
 HostAndPort split(std::string_view authority) {
@@ -124,7 +125,7 @@ HostAndPort split(std::string_view authority) {
       authority.starts_with('[') ? authority.find(']') : std::string_view::npos;
   const size_t colon =
       authority.find(':', literalEnd == std::string_view::npos ? 0 : literalEnd + 1);
-  if (colon == std::string_view::npos) return {authority, {}};
+  if (colon == std::string_view::npos) return {authority, std::nullopt};
   return {authority.substr(0, colon), authority.substr(colon + 1)};
 }
 
@@ -138,10 +139,13 @@ std::optional<std::string_view> URL::host() const {
   return host;
 }
 
-std::optional<uint16_t> URL::port() const {
+std::optional<std::string_view> URL::portText() const {
   const auto whole = authority();
-  if (!whole) return std::nullopt;
-  const std::string_view digits = split(*whole).port;
+  return whole ? split(*whole).port : std::nullopt;
+}
+
+std::optional<uint16_t> URL::port() const {
+  const std::string_view digits = portText().value_or("");
   uint16_t value = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
   if (digits.empty() || error != std::errc() || end != digits.data() + digits.size())
@@ -160,6 +164,16 @@ std::optional<std::string_view> URL::fragment() const {
   if (queryEnd_ == text_.size()) return std::nullopt;
   return std::string_view(text_).substr(queryEnd_ + 1);
 }
+
+std::optional<std::string> URL::decodedHost() const {
+  const auto written = host();
+  if (!written) return std::nullopt;
+  std::string decoded = percentDecoded(*written);
+  if (!holdsOnlyAllowedBytes(decoded)) return std::string(*written);
+  return decoded;
+}
+
+std::string URL::decodedPath() const { return percentDecoded(path()); }
 
 std::optional<URL> URL::resolve(std::string_view reference) const {
   if (schemeLength(reference) != 0) return parse(reference);

@@ -37,9 +37,16 @@ class URL {
   // The host as written, with the brackets of an IPv6 literal. Absent when it is empty or when
   // there is no authority.
   std::optional<std::string_view> host() const;
-  // The digits after the host's colon. Absent when empty, not a number or above 65535.
+  // What follows the host's colon, whatever it is; absent without a colon.
+  std::optional<std::string_view> portText() const;
+  // The number that `portText` holds. Absent when empty, not a number or above 65535.
   std::optional<uint16_t> port() const;
+  // The host with its percent-encoded bytes decoded; as written when what they stand for is no text
+  // or holds control characters or blanks.
+  std::optional<std::string> decodedHost() const;
   std::string_view path() const;
+  // The path with its percent-encoded bytes decoded; as written when they stand for no text.
+  std::string decodedPath() const;
   // Without the "?"; absent without one.
   std::optional<std::string_view> query() const;
   // Without the "#"; absent without one.

@@ -2,19 +2,14 @@
 
 #include <sodium/randombytes.h>
 
+#include "BrowserCore/Text.h"
+
 namespace orvel {
 
 namespace {
 
 constexpr bool isHyphenAt(size_t position) {
   return position == 8 || position == 13 || position == 18 || position == 23;
-}
-
-constexpr int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
 }
 
 }  // namespace
@@ -36,7 +31,7 @@ std::optional<UUID> UUID::parse(std::string_view text) {
       if (text[i] != '-') return std::nullopt;
       continue;
     }
-    const int value = hexValue(text[i]);
+    const int value = text::hexValue(text[i]);
     if (value < 0) return std::nullopt;
     id.bytes_[digit / 2] = static_cast<uint8_t>((id.bytes_[digit / 2] << 4) | value);
     ++digit;

@@ -16,7 +16,7 @@ struct Line {
 using Answer = std::variant<nlohmann::json, Line>;
 
 // Answers one request of `orvel-core eval`. A request that lacks a field or has one of the wrong
-// type may throw a `nlohmann::json::exception`; the loop answers it with `{"error":"badRequest"}`.
+// type may throw any `std::exception`; the loop answers it with `{"error":"badRequest"}`.
 using Operation = std::function<Answer(const nlohmann::json& request)>;
 using Operations = std::map<std::string, Operation, std::less<>>;
 

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace orvel {
+
+// A free name for a downloaded file: the last path component of what the server suggests, or
+// "download" without one, with a number from 2 on before its extension while `exists` holds for it.
+//
+// The name cannot leave its folder or disguise itself: it is neither "." nor "..", and holds no
+// slash, control character or character that turns the direction of writing. It has at most 255
+// bytes, the longest that file systems keep; a longer one loses the end of what stands before the
+// extension.
+[[nodiscard]] std::string downloadName(std::string_view suggested,
+                                       const std::function<bool(const std::string&)>& exists);
+
+}  // namespace orvel

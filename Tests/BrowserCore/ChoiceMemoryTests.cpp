@@ -1,0 +1,94 @@
+#include "BrowserCore/ChoiceMemory.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace orvel {
+namespace {
+
+using testing::ElementsAre;
+using testing::Field;
+using Choice = ChoiceMemory::Choice;
+
+Date at(int seconds) { return Date(std::chrono::seconds(seconds)); }
+
+std::optional<std::string> top(const ChoiceMemory& memory, std::string_view query,
+                               std::vector<std::string> keys = {"a", "b", "c"}) {
+  return memory.topChoice(query, keys);
+}
+
+TEST(ChoiceMemory, OffersWhatWasPickedTwiceForEveryPrefix) {
+  ChoiceMemory memory;
+  memory.record(" GitHub\n", "a", at(1));
+  EXPECT_EQ(top(memory, "github"), std::nullopt);
+  memory.record("gith", "a", at(2));
+  for (const char* query : {"g", "gi", "GITH", " gith "})
+    EXPECT_EQ(top(memory, query), "a") << query;
+  EXPECT_EQ(top(memory, "githu"), std::nullopt);
+  EXPECT_EQ(top(memory, ""), std::nullopt);
+  memory.record(" ", "a", at(3));
+  EXPECT_FALSE(memory.choices.contains(""));
+}
+
+TEST(ChoiceMemory, PassesOverWhatIsNotOnOffer) {
+  ChoiceMemory memory;
+  for (const char* key : {"a", "a", "a", "b", "b", "c"}) memory.record("x", key, at(1));
+  EXPECT_EQ(top(memory, "x"), "a");
+  EXPECT_EQ(top(memory, "x", {"c", "b"}), "b");
+  EXPECT_EQ(top(memory, "x", {"c"}), std::nullopt);
+}
+
+TEST(ChoiceMemory, KeepsFourChoicesMostPickedThenLatest) {
+  ChoiceMemory memory;
+  memory.record("x", "old", at(1));
+  for (const char* key : {"a", "b"}) memory.record("x", key, at(2));
+  memory.record("x", "late", at(9));
+  memory.record("x", "b", at(3));
+  EXPECT_THAT(memory.choices["x"],
+              ElementsAre(Field(&Choice::key, "b"), Field(&Choice::key, "late"),
+                          Field(&Choice::key, "a"), Field(&Choice::key, "old")));
+  memory.record("x", "fifth", at(5));
+  EXPECT_THAT(memory.choices["x"], ElementsAre(Choice{"b", 2, at(3)}, Choice{"late", 1, at(9)},
+                                               Choice{"fifth", 1, at(5)}, Choice{"a", 1, at(2)}));
+}
+
+TEST(ChoiceMemory, CountsSixteenCharacters) {
+  ChoiceMemory memory;
+  std::string sixteen;
+  for (int i = 0; i < 16; ++i) sixteen += "e\u0301";
+  for (int i = 0; i < 2; ++i) memory.record(sixteen + "z", "a", at(i));
+  EXPECT_EQ(memory.choices.size(), 16u);
+  EXPECT_EQ(top(memory, sixteen), "a");
+  EXPECT_EQ(top(memory, sixteen + "z"), std::nullopt);
+}
+
+TEST(ChoiceMemory, ForgetsPrefixesUnusedForTheLongestTime) {
+  ChoiceMemory memory;
+  for (int i = 0; i < 2000; ++i) memory.choices[std::to_string(10'000 + i)] = {{"a", 2, at(i)}};
+  memory.choices["10500"].clear();
+  memory.record("xyz", "a", at(-1));
+  EXPECT_EQ(memory.choices.size(), ChoiceMemory::kMostPrefixes);
+  EXPECT_FALSE(memory.choices.contains("10500")) << "an empty list counts as the oldest";
+  EXPECT_TRUE(memory.choices.contains("10000"));
+  for (const char* prefix : {"x", "xy", "xyz"}) memory.choices.erase(prefix);
+  memory.choices["new"] = {{"a", 1, at(99'999)}};
+  memory.choices["newer"] = {{"a", 1, at(99'999)}};
+  memory.record("q", "a", at(99'999));
+  EXPECT_EQ(memory.choices.size(), ChoiceMemory::kMostPrefixes);
+  EXPECT_FALSE(memory.choices.contains("10000"));
+  EXPECT_TRUE(memory.choices.contains("11999"));
+}
+
+TEST(ChoiceMemory, ForgetsAKeyAndThePrefixesThatItEmptied) {
+  ChoiceMemory memory;
+  memory.record("ab", "a", at(1));
+  memory.record("a", "b", at(1));
+  memory.choices["empty"] = {};
+  memory.forget("a");
+  EXPECT_THAT(memory.choices["a"], ElementsAre(Choice{"b", 1, at(1)}));
+  EXPECT_FALSE(memory.choices.contains("ab"));
+  EXPECT_TRUE(memory.choices.contains("empty"));
+}
+
+}  // namespace
+}  // namespace orvel

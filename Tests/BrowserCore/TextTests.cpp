@@ -1,0 +1,62 @@
+#include "BrowserCore/Text.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "BrowserCore/Characters.h"
+#include "BrowserCore/PercentCoding.h"
+
+namespace orvel {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(Text, LowersEveryLetterWithoutLookingAround) {
+  EXPECT_EQ(text::lower("ÀÉ STRASSE"), "àé strasse");
+  EXPECT_EQ(text::lower("ΟΔΟΣ"), "οδοσ") << "a final sigma would change when typing goes on";
+  EXPECT_EQ(text::lower("İX"), "i\u0307x");
+  EXPECT_EQ(text::lower("A\xff\xc3Ü"), "a\xff\xc3ü");
+}
+
+TEST(Text, TrimsBlanksWithOrWithoutLineEnds) {
+  EXPECT_EQ(text::trimmed(" \t\r\n\u00a0\u2028a b\u3000\u0085\n"), "a b");
+  EXPECT_EQ(text::trimmed(" \u3000\n "), "");
+  EXPECT_EQ(text::trimmedBlanks(" \t\u00a0\na\n\u3000\t"), "\na\n");
+  EXPECT_EQ(text::trimmed("\x80\x80 \xe3\x80"), "\x80\x80 \xe3\x80");
+  EXPECT_EQ(text::trimmed("//a//b//", '/'), "a//b");
+  EXPECT_EQ(text::trimmed("//", '/'), "");
+}
+
+TEST(Text, SplitsOnceBehindTheFirstPiece) {
+  const auto halves = [](std::string_view text) {
+    const auto [first, rest] = text::splitOnce(text, '/');
+    return fmt::format("[{}] [{}]", first, rest);
+  };
+  EXPECT_EQ(halves("a/b/c"), "[a] [b/c]");
+  EXPECT_EQ(halves("//a//b"), "[a] [/b]");
+  EXPECT_EQ(halves("a/"), "[a] []");
+  EXPECT_EQ(halves("//"), "[] []");
+}
+
+TEST(Text, CountsCharactersAsPeopleDo) {
+  EXPECT_THAT(text::characterEnds("abc", 2), ElementsAre(1, 2));
+  EXPECT_THAT(text::characterEnds("e\u0301a", 9), ElementsAre(3, 4));
+  EXPECT_THAT(text::characterEnds("ae\u0301", 2), ElementsAre(1, 4))
+      << "a mark behind the last one";
+  EXPECT_THAT(text::characterEnds("a\r\nb", 9), ElementsAre(1, 3, 4));
+  EXPECT_EQ(text::characterCount("👩‍👩‍👧🇩🇪", 9), 2u);
+  EXPECT_EQ(text::characterCount(std::string(1 << 20, 'a'), 17), 17u);
+  EXPECT_EQ(text::characterCount("", 5), 0u);
+}
+
+TEST(PercentCoding, KeepsWhatMayStandAndWhatIsNoCode) {
+  EXPECT_EQ(percentEncoded("a b+c&d=e?f#g/ü%", kQueryValueCharacters),
+            "a%20b%2Bc%26d%3De%3Ff%23g/%C3%BC%25");
+  EXPECT_EQ(percentEncoded("\xff", kPathCharacters), std::nullopt);
+  EXPECT_EQ(percentDecoded("%41%c3%BC%zz%4"), "Aü%zz%4");
+  EXPECT_EQ(percentDecoded("%%34%31%"), "%41%");
+  EXPECT_EQ(percentDecoded("a%ff"), "a%ff") << "what it stands for is no text";
+}
+
+}  // namespace
+}  // namespace orvel

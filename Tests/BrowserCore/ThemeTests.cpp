@@ -1,0 +1,61 @@
+#include "BrowserCore/Theme.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace orvel {
+namespace {
+
+TEST(Theme, FindsTheNearestHueOnTheCircle) {
+  const std::pair<double, std::string_view> cases[] = {
+      {0.5, "verdigris"},
+      {0.0, "cognac"},
+      {0.99, "claret"},
+      {1.0, "cognac"},
+      {0.996, "cognac"},
+      {0.70, "heather"},
+      {0.68, "navy"},
+      {0.15, "vellum"},
+      {0.2, "vellum"},
+      {2.3, "sage"},
+      {std::numeric_limits<double>::quiet_NaN(), "claret"},
+      {std::numeric_limits<double>::infinity(), "claret"},
+  };
+  for (const auto& [hue, id] : cases) EXPECT_EQ(Theme::forHue(hue).id, id) << hue;
+  for (const Theme& theme : Theme::all) EXPECT_EQ(&Theme::forHue(theme.hue), &theme);
+}
+
+// The relative luminance and contrast of WCAG 2.1.
+double luminance(const Color& color) {
+  const auto linear = [](uint8_t byte) {
+    const double value = byte / 255.0;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(color.red) + 0.7152 * linear(color.green) + 0.0722 * linear(color.blue);
+}
+double contrast(const Color& a, const Color& b) {
+  const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
+  return (light + 0.05) / (dark + 0.05);
+}
+
+TEST(Theme, CanBeReadInBothSchemes) {
+  for (const Theme& theme : Theme::all)
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+      const Theme::Variant& colors = theme.in(scheme);
+      const bool isDark = scheme == ColorScheme::dark;
+      EXPECT_EQ(luminance(colors.backdrop.top) < 0.5, isDark) << theme.id;
+      EXPECT_GE(contrast(colors.accent, colors.onAccent), 4.5) << theme.id;
+      EXPECT_GE(contrast(colors.accent, colors.backdrop.top), 3) << theme.id;
+      EXPECT_GE(contrast(colors.accent, colors.backdrop.bottom), 3) << theme.id;
+    }
+}
+
+TEST(Theme, IsFoundByItsStoredID) {
+  for (const Theme& theme : Theme::all) EXPECT_EQ(Theme::withID(theme.id), &theme);
+  EXPECT_EQ(Theme::withID("Claret"), nullptr);
+  EXPECT_EQ(Theme::withID("navy")->dark.accent, Color::hex(0x86A2CC));
+}
+
+}  // namespace
+}  // namespace orvel
