@@ -1,0 +1,147 @@
+#include "Desktop/Gtk/GtkServices.h"
+
+#include "Base/GRef.h"
+#include "Desktop/Gtk/Textures.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr const char* kDesktopFile = "com.brinemark.orvel.desktop";
+
+GdkClipboard* clipboard() { return gdk_display_get_clipboard(gdk_display_get_default()); }
+
+// Carries the activation token, so that the other application may come to the front.
+GRef<GAppLaunchContext> launchContext() {
+  return GRef<GAppLaunchContext>::adopt(
+      G_APP_LAUNCH_CONTEXT(gdk_display_get_app_launch_context(gdk_display_get_default())));
+}
+
+GText uriOf(const std::filesystem::path& file) {
+  return GText(g_filename_to_uri(file.c_str(), nullptr, nullptr));
+}
+
+}  // namespace
+
+// Pasteboard
+
+void GtkPasteboard::setText(const std::string& text) {
+  gdk_clipboard_set_text(clipboard(), text.c_str());
+}
+
+void GtkPasteboard::setImage(const ImageRef& image) {
+  if (const auto texture = textureOf(image)) gdk_clipboard_set_texture(clipboard(), texture.get());
+}
+
+void GtkPasteboard::getText(std::function<void(std::optional<std::string>)> answer) {
+  using Answer = std::function<void(std::optional<std::string>)>;
+  gdk_clipboard_read_text_async(
+      clipboard(), nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
+        const GText text(gdk_clipboard_read_text_finish(GDK_CLIPBOARD(source), result, nullptr));
+        (*give)(text ? std::optional<std::string>(text.get()) : std::nullopt);
+      },
+      new Answer(std::move(answer)));
+}
+
+// Workspace
+
+std::optional<ApplicationInfo> GtkWorkspace::applicationToOpen(const URL& url) const {
+  const auto info = GRef<GAppInfo>::adopt(
+      g_app_info_get_default_for_uri_scheme(std::string(url.scheme()).c_str()));
+  if (!info || g_strcmp0(g_app_info_get_id(info.get()), kDesktopFile) == 0) return std::nullopt;
+  const char* id = g_app_info_get_id(info.get());
+  return ApplicationInfo{id ? id : "", g_app_info_get_display_name(info.get())};
+}
+
+void GtkWorkspace::open(const URL& url) {
+  if (!applicationToOpen(url)) return;
+  g_app_info_launch_default_for_uri_async(url.text().c_str(), launchContext().get(), nullptr,
+                                          nullptr, nullptr);
+}
+
+void GtkWorkspace::openFile(const std::filesystem::path& file) {
+  if (const GText uri = uriOf(file))
+    g_app_info_launch_default_for_uri_async(uri.get(), launchContext().get(), nullptr, nullptr,
+                                            nullptr);
+}
+
+void GtkWorkspace::reveal(const std::filesystem::path& file) {
+  const GText uri = uriOf(file);
+  if (!uri) return;
+  g_bus_get(
+      G_BUS_TYPE_SESSION, nullptr,
+      [](GObject*, GAsyncResult* result, gpointer data) {
+        const GText address(static_cast<char*>(data));
+        const auto bus = GRef<GDBusConnection>::adopt(g_bus_get_finish(result, nullptr));
+        if (!bus) return;
+        const char* uris[] = {address.get(), nullptr};
+        g_dbus_connection_call(bus.get(), "org.freedesktop.FileManager1",
+                               "/org/freedesktop/FileManager1", "org.freedesktop.FileManager1",
+                               "ShowItems", g_variant_new("(^ass)", uris, ""), nullptr,
+                               G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
+      },
+      g_strdup(uri.get()));
+}
+
+bool GtkWorkspace::isDefaultBrowser() const {
+  const auto info = GRef<GAppInfo>::adopt(g_app_info_get_default_for_uri_scheme("https"));
+  return info && g_strcmp0(g_app_info_get_id(info.get()), kDesktopFile) == 0;
+}
+
+void GtkWorkspace::makeDefaultBrowser(std::function<void(bool)> answer) {
+  const auto own =
+      GRef<GAppInfo>::adopt(G_APP_INFO(g_object_ref_sink(g_app_info_create_from_commandline(
+          "orvel %U", "Orvel", G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr))));
+  for (const char* type : {"x-scheme-handler/http", "x-scheme-handler/https", "text/html"})
+    g_app_info_set_as_default_for_type(own.get(), type, nullptr);
+  answer(isDefaultBrowser());
+}
+
+void GtkWorkspace::noteDownloadFinished(const std::filesystem::path& file) {
+  if (const GText uri = uriOf(file))
+    gtk_recent_manager_add_item(gtk_recent_manager_get_default(), uri.get());
+}
+
+// Memory
+
+Observation GtkMemoryPressure::observe(std::function<void()> event) {
+  struct Watch {
+    GRef<GMemoryMonitor> monitor;
+    std::function<void()> event;
+    gulong connection = 0;
+  };
+  auto watch = std::make_shared<Watch>();
+  watch->monitor = GRef<GMemoryMonitor>::adopt(g_memory_monitor_dup_default());
+  watch->event = std::move(event);
+  watch->connection =
+      g_signal_connect(watch->monitor.get(), "low-memory-warning",
+                       G_CALLBACK(+[](GMemoryMonitor*, GMemoryMonitorWarningLevel, gpointer data) {
+                         static_cast<Watch*>(data)->event();
+                       }),
+                       watch.get());
+  return Observation(
+      [watch] { g_signal_handler_disconnect(watch->monitor.get(), watch->connection); });
+}
+
+// What this desktop does not have
+
+void NoHotKeys::registerSpace(HotKeyModifiers, std::function<void()>,
+                              std::function<void(std::unique_ptr<HotKey>)> answer) {
+  scheduler_.post([answer = std::move(answer)] { answer(nullptr); });
+}
+
+void NoSystemSearch::deleteDomain(const std::string&, std::function<void()> answer) {
+  scheduler_.post(std::move(answer));
+}
+
+void NoSystemSearch::deleteItems(std::vector<std::string>, std::function<void()> answer) {
+  scheduler_.post(std::move(answer));
+}
+
+void NoSystemSearch::index(std::vector<SearchableItem>, std::function<void()> answer) {
+  scheduler_.post(std::move(answer));
+}
+
+}  // namespace orvel
