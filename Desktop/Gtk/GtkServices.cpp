@@ -1,5 +1,7 @@
 #include "Desktop/Gtk/GtkServices.h"
 
+#include <gio/gdesktopappinfo.h>
+
 #include "Base/GRef.h"
 #include "Desktop/Gtk/Textures.h"
 
@@ -91,11 +93,11 @@ bool GtkWorkspace::isDefaultBrowser() const {
 }
 
 void GtkWorkspace::makeDefaultBrowser(std::function<void(bool)> answer) {
-  const auto own =
-      GRef<GAppInfo>::adopt(G_APP_INFO(g_object_ref_sink(g_app_info_create_from_commandline(
-          "orvel %U", "Orvel", G_APP_INFO_CREATE_SUPPORTS_URIS, nullptr))));
+  const auto own = GRef<GDesktopAppInfo>::adopt(g_desktop_app_info_new(kDesktopFile));
+  // A program that is not installed cannot be anybody's default.
+  if (!own) return answer(false);
   for (const char* type : {"x-scheme-handler/http", "x-scheme-handler/https", "text/html"})
-    g_app_info_set_as_default_for_type(own.get(), type, nullptr);
+    g_app_info_set_as_default_for_type(G_APP_INFO(own.get()), type, nullptr);
   answer(isDefaultBrowser());
 }
 

@@ -1,14 +1,23 @@
 #include <gmock/gmock.h>
+#include <signal.h>
+
+#include <fstream>
 
 #include "Tests/Engine/EngineTest.h"
+#include "Tests/Engine/RecordingDelegate.h"
 
 namespace orvel {
 namespace {
 
 using test::EngineTest;
 using test::eventually;
+using test::RecordingDelegate;
+using test::turnFor;
+using testing::ElementsAre;
 
-struct LoadingTest : EngineTest {};
+struct LoadingTest : EngineTest {
+  RecordingDelegate delegate;
+};
 
 TEST_F(LoadingTest, LoadsAPageOfAMadeUpHostThroughTheProxy) {
   server.serve("http://lighthouse.test/", "<title>Light</title><p id=p>on</p>");
@@ -23,6 +32,179 @@ TEST_F(LoadingTest, LoadsAPageOfAMadeUpHostThroughTheProxy) {
   EXPECT_EQ(server.requestCount("http://lighthouse.test/"), 1);
   EXPECT_FALSE(progress.empty());
   EXPECT_EQ(progress.back(), 1.0);
+}
+
+TEST_F(LoadingTest, TellsOfCommitFinishAndHistory) {
+  server.serve("http://one.test/", "<title>One</title>");
+  server.serve("http://two.test/", "<title>Two</title>");
+  const auto view = makeView();
+  delegate.attachTo(*view);
+  load(*view, "http://one.test/");
+  EXPECT_FALSE(view->canGoBack());
+  load(*view, "http://two.test/");
+  EXPECT_TRUE(eventually([&] { return view->canGoBack() && delegate.finishes == 2; }));
+  EXPECT_EQ(delegate.commits, 2);
+  view->goBack();
+  EXPECT_TRUE(eventually([&] { return view->url() == URL::parse("http://one.test/"); }));
+  EXPECT_TRUE(eventually([&] { return view->canGoForward(); }));
+}
+
+TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
+  server.serve("http://one.test/", "<title>One</title>");
+  server.serve("http://long.test/", "<title>Long</title><body style='height:5000px'>");
+  std::string state;
+  {
+    const auto view = makeView();
+    show(*view);
+    load(*view, "http://one.test/");
+    load(*view, "http://long.test/");
+    evaluate(*view, "scrollTo(0, 1234)");
+    ASSERT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "1234"; }));
+    turnFor(300ms);
+    state = view->interactionState().value_or("");
+    ASSERT_FALSE(state.empty());
+  }
+  const auto view = makeView();
+  EXPECT_EQ(view->interactionState(), std::nullopt);
+  view->setInteractionState(state);
+  EXPECT_EQ(view->url(), URL::parse("http://long.test/")) << "known before anything has loaded";
+  show(*view);
+  EXPECT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "1234"; }));
+  EXPECT_TRUE(view->canGoBack());
+  view->setInteractionState("garbage");
+  EXPECT_EQ(view->url(), URL::parse("http://long.test/"));
+}
+
+TEST_F(LoadingTest, ReportsFailuresWithTheirKindAndShowsPagesUnderTheirAddress) {
+  server.refuse("closed.test", 80);
+  const auto view = makeView();
+  delegate.attachTo(*view);
+  view->load({.url = *URL::parse("http://closed.test/path?a=1")});
+  ASSERT_TRUE(eventually([&] { return !delegate.errors.empty(); }));
+  EXPECT_EQ(delegate.errors.front().failingURL, URL::parse("http://closed.test/path?a=1"));
+  EXPECT_NE(delegate.errors.front().kind, LoadError::Kind::Cancelled);
+  view->loadHTMLString("<title>Sorry</title>", URL::parse("http://closed.test/path?a=1"));
+  EXPECT_TRUE(eventually([&] { return view->title() == "Sorry"; }));
+  EXPECT_EQ(view->url(), URL::parse("http://closed.test/path?a=1"));
+}
+
+TEST_F(LoadingTest, TellsOfADeadPageProcessAndComesBackOnReload) {
+  server.serve("http://one.test/", "<title>One</title>");
+  const auto view = makeView();
+  delegate.attachTo(*view);
+  show(*view);
+  load(*view, "http://one.test/");
+  webkit_web_view_terminate_web_process(WEBKIT_WEB_VIEW(view->widget()));
+  ASSERT_TRUE(eventually([&] { return delegate.terminations == 1; }));
+  view->reload(ReloadSource::Cache);
+  EXPECT_TRUE(eventually([&] { return view->title() == "One"; }));
+}
+
+int webProcessCount() {
+  int count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream status(entry.path() / "status");
+    std::string name;
+    std::string parent;
+    for (std::string line; std::getline(status, line);) {
+      if (line.starts_with("Name:")) name = line;
+      if (line.starts_with("PPid:")) parent = line.substr(6);
+    }
+    if (name.find("WebKitWebP") != std::string::npos && std::stoi(parent) == getpid()) ++count;
+  }
+  return count;
+}
+
+TEST_F(LoadingTest, EndsThePageProcessWithItsView) {
+  server.serve("http://one.test/", "<title>One</title>");
+  auto view = makeView();
+  load(*view, "http://one.test/");
+  const int before = webProcessCount();
+  ASSERT_GE(before, 1);
+  view.reset();
+  EXPECT_TRUE(eventually([&] { return webProcessCount() < before; }, 10s))
+      << webProcessCount() << " of " << before;
+}
+
+TEST_F(LoadingTest, SendsThePrivacySignalAndShowsItToPages) {
+  server.serve("http://signal.test/", "<title>x</title><script src=/s.js></script>");
+  server.serve("http://quiet.test/", "<title>x</title>");
+  const auto signalling = makeView({.isGlobalPrivacyControlEnabled = true});
+  load(*signalling, "http://signal.test/");
+  EXPECT_EQ(evaluate(*signalling, "navigator.globalPrivacyControl"), "true");
+  for (const auto& request : server.requests())
+    EXPECT_EQ(request.headers.count("sec-gpc"), 1u) << request.url;
+  server.clearRequests();
+  const auto quiet = makeView();
+  load(*quiet, "http://quiet.test/");
+  EXPECT_NE(evaluate(*quiet, "navigator.globalPrivacyControl"), "true");
+  for (const auto& request : server.requests())
+    EXPECT_EQ(request.headers.count("sec-gpc"), 0u) << request.url;
+}
+
+TEST_F(LoadingTest, KeepsProfilesApartAndRemembersCookies) {
+  server.serve("http://jar.test/set",
+               {.body = "set", .headers = {{"Set-Cookie", "k=v; Max-Age=99999"}}});
+  server.serve("http://jar.test/", "<title>jar</title>");
+  const UUID first = UUID::random();
+  const UUID second = UUID::random();
+  const auto cookieSeen = [&](const UUID& profile) {
+    server.clearRequests();
+    const auto view = makeView({.websiteDataStore = engine->dataStoreForIdentifier(profile)});
+    load(*view, "http://jar.test/");
+    for (const auto& request : server.requests())
+      if (request.headers.count("cookie")) return true;
+    return false;
+  };
+  {
+    const auto view = makeView({.websiteDataStore = engine->dataStoreForIdentifier(first)});
+    load(*view, "http://jar.test/set");
+  }
+  EXPECT_TRUE(cookieSeen(first));
+  EXPECT_FALSE(cookieSeen(second));
+}
+
+// HTTPS first
+
+struct HTTPSFirstTest : LoadingTest {
+  std::shared_ptr<WebView> makeUpgradingView() {
+    auto view = makeView(
+        {.preferredHTTPSNavigationPolicy = HTTPSNavigationPolicy::AutomaticFallbackToHTTP});
+    delegate.attachTo(*view);
+    return view;
+  }
+};
+
+TEST_F(HTTPSFirstTest, TriesHTTPSFirstAndFallsBackByItself) {
+  server.serve("http://old.test/page", "<title>Old</title>");
+  server.refuse("old.test", 443);
+  const auto view = makeUpgradingView();
+  view->load({.url = *URL::parse("http://old.test/page")});
+  ASSERT_TRUE(eventually([&] { return view->title() == "Old"; }));
+  EXPECT_EQ(view->url(), URL::parse("http://old.test/page"));
+  EXPECT_TRUE(delegate.errors.empty());
+  // The host is known now: no second try.
+  load(*view, "http://old.test/page?again");
+  EXPECT_TRUE(eventually([&] { return server.requestCount("http://old.test/page") == 2; }));
+}
+
+TEST_F(HTTPSFirstTest, AnAddressAskedForOverHTTPSNeverFallsBack) {
+  server.serve("http://old.test/", "<title>Old</title>");
+  server.refuse("old.test", 443);
+  const auto view = makeUpgradingView();
+  view->load({.url = *URL::parse("https://old.test/")});
+  ASSERT_TRUE(eventually([&] { return !delegate.errors.empty(); }));
+  EXPECT_EQ(server.requestCount("http://old.test/"), 0);
+}
+
+TEST_F(HTTPSFirstTest, LeavesThisMachineAndOtherPortsAlone) {
+  server.serve("http://localhost/", "<title>Local</title>");
+  server.serve("http://ported.test:8080/", "<title>Port</title>");
+  const auto view = makeUpgradingView();
+  load(*view, "http://localhost/");
+  EXPECT_TRUE(eventually([&] { return view->title() == "Local"; }));
+  load(*view, "http://ported.test:8080/");
+  EXPECT_TRUE(eventually([&] { return view->title() == "Port"; }));
 }
 
 }  // namespace

@@ -1,0 +1,249 @@
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "Tests/Engine/EngineTest.h"
+#include "Tests/Engine/RecordingDelegate.h"
+
+namespace orvel {
+namespace {
+
+using test::EngineTest;
+using test::eventually;
+using test::RecordingDelegate;
+using test::ServedPage;
+using test::turnFor;
+using testing::ElementsAre;
+
+struct PageTest : EngineTest {
+  RecordingDelegate delegate;
+
+  std::shared_ptr<WebView> page(const std::string& html,
+                                const std::string& url = "http://page.test/") {
+    server.serve(url, html);
+    auto view = makeView();
+    delegate.attachTo(*view);
+    show(*view);
+    load(*view, url);
+    return view;
+  }
+};
+
+TEST_F(PageTest, AsksForEachScriptDialogAndTakesItsAnswer) {
+  const auto view = page("<title>x</title>");
+  EXPECT_EQ(evaluate(*view, "alert('hello'); 1"), "1");
+  EXPECT_EQ(evaluate(*view, "confirm('sure?')"), "false");
+  delegate.confirmAnswer = true;
+  EXPECT_EQ(evaluate(*view, "confirm('sure?')"), "true");
+  EXPECT_EQ(evaluate(*view, "prompt('name', 'me')"), "null");
+  delegate.promptAnswer = "Ada";
+  EXPECT_EQ(evaluate(*view, "prompt('name')"), "\"Ada\"");
+  EXPECT_THAT(delegate.panels,
+              ElementsAre("alert page.test: hello", "confirm: sure?", "confirm: sure?",
+                          "prompt: name [me]", "prompt: name []"));
+}
+
+TEST_F(PageTest, OpensAWindowThatTheEngineNavigates) {
+  server.serve("http://page.test/popup", "<title>Popup</title>");
+  std::shared_ptr<WebView> popup;
+  delegate.makeWindow = [&](const WebViewConfiguration& configuration) {
+    return popup = engine->makeWebView(configuration);
+  };
+  const auto view = page("<title>x</title>");
+  // Without a user's gesture the engine lets no window open.
+  view->callAsyncJavaScript("return window.open('/popup') !== null", "{}", ContentWorld::page(),
+                            {});
+  if (!eventually([&] { return popup != nullptr; }, 2s))
+    GTEST_SKIP() << "the engine wants a gesture here; the end-to-end tests click";
+  EXPECT_TRUE(eventually([&] { return popup->title() == "Popup"; }));
+  EXPECT_EQ(evaluate(*popup, "opener !== null"), "true");
+}
+
+TEST_F(PageTest, ScriptsOfAnIsolatedWorldSignTheirMessagesWithTheFrame) {
+  server.serve("http://inner.test/", "<title>inner</title>");
+  server.serve("http://page.test/", "<iframe src='http://inner.test/'></iframe>");
+  auto controller = engine->makeUserContentController();
+  std::vector<ScriptMessage> messages;
+  controller->addScriptMessageHandler("probe", ContentWorld::defaultClient(),
+                                      [&](const ScriptMessage& m) { messages.push_back(m); });
+  controller->removeAllUserScripts();
+  controller->addUserScript(
+      {.source = "window.marker = location.host; webkit.messageHandlers.probe.postMessage({host: "
+                 "location.host})",
+       .world = ContentWorld::defaultClient()});
+  const auto view = makeView({.userContentController = controller});
+  load(*view, "http://page.test/");
+  ASSERT_TRUE(eventually([&] { return messages.size() == 2; }));
+  std::sort(messages.begin(), messages.end(),
+            [](const auto& a, const auto& b) { return a.frame.isMainFrame > b.frame.isMainFrame; });
+  EXPECT_EQ(messages[0].body, R"({"host":"page.test"})");
+  EXPECT_EQ(messages[0].frame.securityOriginHost, "page.test");
+  EXPECT_EQ(messages[1].frame.securityOriginHost, "inner.test");
+  EXPECT_FALSE(messages[1].frame.isMainFrame);
+  EXPECT_NE(messages[0].frame.id, messages[1].frame.id);
+
+  std::optional<ScriptResult> inFrame;
+  view->evaluateJavaScript("marker", ContentWorld::defaultClient(), messages[1].frame,
+                           [&](ScriptResult result) { inFrame = result; });
+  EXPECT_TRUE(eventually([&] { return inFrame.has_value(); }));
+  EXPECT_EQ(inFrame->value, "\"inner.test\"");
+  EXPECT_EQ(evaluate(*view, "typeof marker"), "\"undefined\"") << "worlds are apart";
+  EXPECT_EQ(evaluate(*view, "typeof window.webkit?.messageHandlers?.probe"), "\"undefined\"");
+}
+
+TEST_F(PageTest, CallsAsyncFunctionsWithArguments) {
+  const auto view = page("<title>x</title>");
+  std::optional<ScriptResult> result;
+  view->callAsyncJavaScript("return (await Promise.resolve(list)).map(x => x * factor)",
+                            R"({"list": [1, 2, 3], "factor": 2})", ContentWorld::page(),
+                            [&](ScriptResult r) { result = r; });
+  ASSERT_TRUE(eventually([&] { return result.has_value(); }));
+  EXPECT_EQ(result->value, "[2,4,6]");
+  result.reset();
+  view->callAsyncJavaScript("throw new Error('broken')", "{}", ContentWorld::page(),
+                            [&](ScriptResult r) { result = r; });
+  ASSERT_TRUE(eventually([&] { return result.has_value(); }));
+  EXPECT_EQ(result->value, std::nullopt);
+  EXPECT_THAT(result->error, testing::HasSubstr("broken"));
+}
+
+TEST_F(PageTest, FindsForwardsBackwardsAndNothing) {
+  const auto view = page("<p>needle</p><p>Needle</p>");
+  const auto find = [&](const std::string& text, bool backwards) {
+    std::optional<bool> found;
+    view->find(text, {.backwards = backwards}, [&](bool is) { found = is; });
+    eventually([&] { return found.has_value(); });
+    return found.value_or(false);
+  };
+  EXPECT_TRUE(find("needle", false));
+  EXPECT_TRUE(find("needle", false));
+  EXPECT_TRUE(find("needle", true));
+  EXPECT_FALSE(find("haystack", false));
+}
+
+TEST_F(PageTest, TakesPicturesOfThePageAndOfAPart) {
+  const auto view = page(
+      "<body style='margin:0;background:#ff0000'><div "
+      "style='width:50px;height:50px;background:#0000ff'>");
+  const auto snapshot = [&](SnapshotRequest request) {
+    std::optional<ImageRef> image;
+    view->takeSnapshot(request, [&](ImageRef taken) { image = taken; });
+    eventually([&] { return image.has_value(); });
+    return image.value_or(nullptr);
+  };
+  turnFor(200ms);
+  const ImageRef whole = snapshot({.width = 360});
+  ASSERT_TRUE(whole);
+  EXPECT_EQ(whole->width(), 360);
+  const ImageRef part = snapshot({.rect = PageRect{10, 10, 20, 20}});
+  ASSERT_TRUE(part);
+  EXPECT_EQ(part->width(), 20);
+  EXPECT_THAT(std::vector<uint8_t>(part->pixels().begin(), part->pixels().begin() + 4),
+              ElementsAre(0, 0, 255, 255));
+}
+
+TEST_F(PageTest, ExportsThePageAsPDF) {
+  const auto view = page("<p>printed</p>");
+  std::optional<PDFResult> result;
+  view->createPDF([&](PDFResult r) { result = std::move(r); });
+  ASSERT_TRUE(eventually([&] { return result.has_value(); }, 10s));
+  EXPECT_THAT(result->data.value_or(result->error), testing::StartsWith("%PDF-"));
+}
+
+TEST_F(PageTest, AsksForNameAndPasswordAndGoesOnWithoutThem) {
+  server.serve("http://locked.test/", {.body = "<title>Locked</title>",
+                                       .status = 401,
+                                       .headers = {{"WWW-Authenticate", "Basic realm=\"Vault\""}}});
+  const auto view = makeView();
+  delegate.attachTo(*view);
+  view->load({.url = *URL::parse("http://locked.test/")});
+  ASSERT_TRUE(eventually([&] { return !delegate.challenges.empty(); }));
+  EXPECT_EQ(delegate.challenges.front().host, "locked.test");
+  EXPECT_EQ(delegate.challenges.front().realm, "Vault");
+  EXPECT_TRUE(delegate.challenges.front().isInsecure);
+  EXPECT_TRUE(eventually([&] { return view->title() == "Locked"; }))
+      << "the server's refusal shows";
+}
+
+struct SavingDelegate final : DownloadDelegate {
+  std::filesystem::path destination;
+  std::string suggested;
+  bool isFinished = false;
+  void decideDestination(
+      const std::shared_ptr<Download>&, const std::string& name,
+      std::function<void(std::optional<std::filesystem::path>)> answer) override {
+    suggested = name;
+    answer(destination);
+  }
+  void didFinish(const std::shared_ptr<Download>&) override { isFinished = true; }
+  void didFail(const std::shared_ptr<Download>&, const LoadError&) override {}
+};
+
+TEST_F(PageTest, TurnsAResponseItCannotShowIntoADownload) {
+  server.serve("http://files.test/data.bin",
+               {.body = "bytes", .headers = {{"Content-Type", "application/octet-stream"}}});
+  const auto saving = std::make_shared<SavingDelegate>();
+  saving->destination = folder.path / "saved.bin";
+  delegate.downloadDelegate = saving;
+  const auto view = makeView();
+  delegate.attachTo(*view);
+  view->load({.url = *URL::parse("http://files.test/data.bin")});
+  ASSERT_TRUE(eventually([&] { return saving->isFinished; }));
+  EXPECT_EQ(saving->suggested, "data.bin");
+  std::ifstream file(saving->destination);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "bytes");
+}
+
+TEST_F(PageTest, BlocksAndRestoresByContentRules) {
+  server.serve("http://page.test/", "<title>x</title><img src='http://ads.test/pixel.gif'>");
+  std::shared_ptr<ContentRuleList> rules;
+  std::optional<ContentRuleError> error;
+  const auto store = engine->contentRuleListStore();
+  const auto compile = [&](const std::string& json) {
+    bool isDone = false;
+    store->compile("list", json, [&](CompiledRules result) {
+      rules = result.list;
+      error = result.error;
+      isDone = true;
+    });
+    eventually([&] { return isDone; }, 10s);
+  };
+  compile("[{\"trigger\": 5}]");
+  EXPECT_FALSE(rules);
+  EXPECT_FALSE(error.value_or(ContentRuleError{}).message.empty());
+  compile(R"([{"trigger":{"url-filter":"ads\\.test"},"action":{"type":"block"}}])");
+  ASSERT_TRUE(rules);
+
+  auto controller = engine->makeUserContentController();
+  const auto view = makeView({.userContentController = controller});
+  load(*view, "http://page.test/");
+  EXPECT_EQ(server.requestCount("http://ads.test/pixel.gif"), 1);
+  controller->addContentRuleList(rules);
+  server.clearRequests();
+  load(*view, "http://page.test/?blocked");
+  EXPECT_EQ(server.requestCount("http://ads.test/pixel.gif"), 0);
+  controller->removeAllContentRuleLists();
+  load(*view, "http://page.test/?again");
+  EXPECT_EQ(server.requestCount("http://ads.test/pixel.gif"), 1);
+}
+
+TEST_F(PageTest, AsksAboutLateMainFrameNavigationsBeforeTheyCommit) {
+  server.serve("http://next.test/", "<title>Next</title>");
+  const auto view = page("<title>Here</title>");
+  delegate.actions.clear();
+  delegate.decide = [](const NavigationAction& action) {
+    const bool isRefused = action.targetFrame && action.targetFrame->isMainFrame &&
+                           action.request->url.host() == "next.test";
+    return isRefused ? NavigationPolicy::Cancel : NavigationPolicy::Allow;
+  };
+  evaluate(*view, "location = 'http://next.test/'; 1");
+  ASSERT_TRUE(eventually([&] {
+    return !delegate.actions.empty() && delegate.actions.back().targetFrame->isMainFrame;
+  }));
+  turnFor(200ms);
+  EXPECT_EQ(view->title(), "Here") << "the old page stays";
+  EXPECT_EQ(delegate.commits, 1);
+}
+
+}  // namespace
+}  // namespace orvel

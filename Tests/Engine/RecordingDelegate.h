@@ -1,0 +1,111 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Engine/Delegates.h"
+
+namespace orvel::test {
+
+// Both delegates of a view: writes down what happens and answers as the test says.
+class RecordingDelegate : public NavigationDelegate, public UIDelegate {
+ public:
+  void attachTo(WebView& view) {
+    view.setNavigationDelegate(this);
+    view.setUIDelegate(this);
+  }
+
+  void decidePolicyForAction(WebView&, const NavigationAction& action,
+                             PolicyHandler answer) override {
+    actions.push_back(action);
+    answer(decide ? decide(action) : NavigationPolicy::Allow);
+  }
+  void decidePolicyForResponse(WebView&, const NavigationResponse& response,
+                               PolicyHandler answer) override {
+    responses.push_back(response);
+    answer(response.canShowMIMEType ? NavigationPolicy::Allow : NavigationPolicy::Download);
+  }
+  void didBecomeDownload(WebView&, std::shared_ptr<Download> download) override {
+    downloads.push_back(std::move(download));
+    downloads.back()->setDelegate(downloadDelegate);
+  }
+  void didCommit(WebView&) override { ++commits; }
+  void didFinish(WebView&) override { ++finishes; }
+  void didFailProvisionalNavigation(WebView&, const LoadError& error) override {
+    errors.push_back(error);
+  }
+  void webContentProcessDidTerminate(WebView&) override { ++terminations; }
+  void didReceiveAuthenticationChallenge(
+      WebView&, const AuthenticationChallenge& challenge,
+      std::function<void(std::optional<Credential>)> answer) override {
+    challenges.push_back(challenge);
+    answer(credential);
+  }
+
+  std::shared_ptr<WebView> createWebView(WebView&, const WebViewConfiguration& configuration,
+                                         const NavigationAction& action) override {
+    windowRequests.push_back(action);
+    return makeWindow ? makeWindow(configuration) : nullptr;
+  }
+  void webViewDidClose(WebView&) override { ++closes; }
+  void runJavaScriptAlertPanel(WebView&, const std::string& message, const FrameInfo& frame,
+                               std::function<void()> answer) override {
+    panels.push_back("alert " + frame.securityOriginHost + ": " + message);
+    answer();
+  }
+  void runJavaScriptConfirmPanel(WebView&, const std::string& message, const FrameInfo&,
+                                 std::function<void(bool)> answer) override {
+    panels.push_back("confirm: " + message);
+    answer(confirmAnswer);
+  }
+  void runJavaScriptTextInputPanel(
+      WebView&, const std::string& prompt, const std::string& defaultText, const FrameInfo&,
+      std::function<void(std::optional<std::string>)> answer) override {
+    panels.push_back("prompt: " + prompt + " [" + defaultText + "]");
+    answer(promptAnswer);
+  }
+  void runBeforeUnloadPanel(WebView&, const FrameInfo&, std::function<void(bool)> answer) override {
+    panels.push_back("leave?");
+    answer(confirmAnswer);
+  }
+  void runOpenPanel(
+      WebView&, const OpenPanelParameters& parameters,
+      std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override {
+    panels.push_back(parameters.allowsMultipleSelection ? "files" : "file");
+    answer(chosenFiles);
+  }
+  void requestMediaCapturePermission(WebView&, const std::string&, CaptureDeviceType,
+                                     std::function<void(PermissionDecision)> answer) override {
+    answer(PermissionDecision::Deny);
+  }
+  void requestGeolocationPermission(WebView&, const std::string& host,
+                                    std::function<void(PermissionDecision)> answer) override {
+    panels.push_back("location " + host);
+    answer(PermissionDecision::Deny);
+  }
+  void fullscreenDidChange(WebView&, bool) override {}
+
+  std::function<NavigationPolicy(const NavigationAction&)> decide;
+  std::function<std::shared_ptr<WebView>(const WebViewConfiguration&)> makeWindow;
+  std::weak_ptr<DownloadDelegate> downloadDelegate;
+  std::optional<Credential> credential;
+  std::optional<std::string> promptAnswer;
+  std::optional<std::vector<std::filesystem::path>> chosenFiles;
+  bool confirmAnswer = false;
+
+  std::vector<NavigationAction> actions;
+  std::vector<NavigationResponse> responses;
+  std::vector<std::shared_ptr<Download>> downloads;
+  std::vector<LoadError> errors;
+  std::vector<AuthenticationChallenge> challenges;
+  std::vector<NavigationAction> windowRequests;
+  std::vector<std::string> panels;
+  int commits = 0;
+  int finishes = 0;
+  int terminations = 0;
+  int closes = 0;
+};
+
+}  // namespace orvel::test
