@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Letter case by Unicode's full mappings, the same in every locale.
+namespace orvel::text {
+
+[[nodiscard]] std::string lowerCased(std::string_view text);
+[[nodiscard]] std::string upperCased(std::string_view text);
+
+}  // namespace orvel::text
