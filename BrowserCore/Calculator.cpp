@@ -4,7 +4,10 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
+#include <memory_resource>
 #include <string>
 #include <variant>
 #include <vector>
@@ -38,26 +41,15 @@ constexpr Function functions[] = {
     {"cos", std::cos},   {"tan", std::tan},
 };
 
-using Name = std::variant<const Constant*, const Function*>;
-using Token = std::variant<double, Name, char>;
+using Token = std::variant<double, const Constant*, const Function*, char>;
+using Tokens = std::pmr::vector<Token>;
 
-std::optional<Name> named(std::string_view name) {
+std::optional<Token> named(std::string_view name) {
   for (const Constant& constant : constants)
     if (constant.name == name) return &constant;
   for (const Function& function : functions)
     if (function.name == name) return &function;
   return std::nullopt;
-}
-
-bool isSymbol(const Token& token, std::string_view anyOf) {
-  const char* symbol = std::get_if<char>(&token);
-  return symbol && anyOf.find(*symbol) != std::string_view::npos;
-}
-
-const Function* function(const Token& token) {
-  const Name* name = std::get_if<Name>(&token);
-  const auto* found = name ? std::get_if<const Function*>(name) : nullptr;
-  return found ? *found : nullptr;
 }
 
 constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -82,35 +74,62 @@ bool looksLikeCode(std::string_view text) {
 std::string rewritten(std::string_view typed) {
   static constexpr std::pair<std::string_view, std::string_view> kSpellings[] = {
       {" of ", " * "}, {"×", "*"}, {"÷", "/"}, {"−", "-"}, {",", ""}};
-  const std::string lower = text::lowerCased(typed);
+  const auto canBegin = [](char c) { return c == ' ' || c == ',' || (c & 0x80) != 0; };
+  std::string lower = text::lowerCased(typed);
+  if (std::none_of(lower.begin(), lower.end(), canBegin)) return lower;
   std::string_view rest = lower;
   std::string result;
   result.reserve(rest.size());
   while (!rest.empty()) {
+    const auto plain = std::find_if(rest.begin(), rest.end(), canBegin);
+    result.append(rest.begin(), plain);
+    rest.remove_prefix(static_cast<size_t>(plain - rest.begin()));
+    if (rest.empty()) break;
     const auto spelling =
         std::find_if(std::begin(kSpellings), std::end(kSpellings),
                      [&rest](const auto& pair) { return rest.starts_with(pair.first); });
-    if (spelling == std::end(kSpellings)) {
-      result += rest.front();
-      rest.remove_prefix(1);
-    } else {
-      result += spelling->second;
-      rest.remove_prefix(spelling->first.size());
-    }
+    const bool isFound = spelling != std::end(kSpellings);
+    result += isFound ? spelling->second : rest.substr(0, 1);
+    rest.remove_prefix(isFound ? spelling->first.size() : 1);
   }
   return result;
 }
 
-bool isNumeric(UChar32 c) {
-  return c >= 0 && u_getIntPropertyValue(c, UCHAR_NUMERIC_TYPE) != U_NT_NONE;
+// Unicode's classes, with a short way for ASCII.
+
+constexpr auto isNumberPart = [](UChar32 c) {
+  if (c < 0x80) return (c >= '0' && c <= '9') || c == '.';
+  return u_getIntPropertyValue(c, UCHAR_NUMERIC_TYPE) != U_NT_NONE;
+};
+
+constexpr auto isLetter = [](UChar32 c) {
+  if (c < 0x80) return c >= 'a' && c <= 'z';
+  return u_isUAlphabetic(c) != 0;
+};
+
+bool isSpace(UChar32 c) {
+  if (c < 0x80) return c == ' ' || (c >= '\t' && c <= '\r');
+  return u_isUWhiteSpace(c);
 }
 
-bool isNumberPart(UChar32 c) { return c == '.' || isNumeric(c); }
-
-bool isLetter(UChar32 c) { return c >= 0 && u_isUAlphabetic(c); }
+bool isOperator(UChar32 c) {
+  switch (c) {
+    case '+':
+    case '-':
+    case '*':
+    case '/':
+    case '^':
+    case '%':
+    case '(':
+    case ')':
+      return true;
+    default:
+      return false;
+  }
+}
 
 // Absent as soon as the text holds anything that no calculation has.
-std::optional<std::vector<Token>> tokenize(std::string_view text) {
+std::optional<Tokens> tokenize(std::string_view text, std::pmr::memory_resource& memory) {
   const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
   const auto size = static_cast<int64_t>(text.size());
   const auto next = [bytes, size](int64_t& position) {
@@ -118,18 +137,18 @@ std::optional<std::vector<Token>> tokenize(std::string_view text) {
     U8_NEXT(bytes, position, size, c);
     return c;
   };
-  std::vector<Token> tokens;
+  Tokens tokens(&memory);
   tokens.reserve(std::min<size_t>(text.size(), 16));
   for (int64_t position = 0; position < size;) {
     const int64_t begin = position;
     int64_t end = position;
     const UChar32 first = next(end);
-    const auto run = [&](bool (*belongs)(UChar32)) {
+    const auto run = [&](auto belongs) {
       for (position = end; position < size && belongs(next(position));) end = position;
       position = end;
       return text.substr(static_cast<size_t>(begin), static_cast<size_t>(end - begin));
     };
-    if (first >= 0 && u_isUWhiteSpace(first)) {
+    if (isSpace(first)) {
       position = end;
     } else if (isNumberPart(first)) {
       const auto number = decimalNumber::parse(run(isNumberPart));
@@ -139,9 +158,7 @@ std::optional<std::vector<Token>> tokenize(std::string_view text) {
       const auto name = named(run(isLetter));
       if (!name) return std::nullopt;
       tokens.emplace_back(*name);
-    } else if (first > 0 && first < 0x80 &&
-               std::string_view("+-*/^%()").find(static_cast<char>(first)) !=
-                   std::string_view::npos) {
+    } else if (isOperator(first)) {
       tokens.emplace_back(static_cast<char>(first));
       position = end;
     } else {
@@ -152,10 +169,11 @@ std::optional<std::vector<Token>> tokenize(std::string_view text) {
 }
 
 // Tells a calculation from a lone number or name.
-bool isMath(const std::vector<Token>& tokens) {
+bool isMath(const Tokens& tokens) {
   const auto qualifies = [&tokens](const Token& token) {
-    return function(token) || isSymbol(token, "+*/^%") ||
-           (isSymbol(token, "-") && tokens.size() > 2);
+    if (const char* symbol = std::get_if<char>(&token))
+      return *symbol == '-' ? tokens.size() > 2 : *symbol != '(' && *symbol != ')';
+    return std::holds_alternative<const Function*>(token);
   };
   return std::any_of(tokens.begin(), tokens.end(), qualifies) &&
          std::any_of(tokens.begin(), tokens.end(),
@@ -172,7 +190,11 @@ bool isMath(const std::vector<Token>& tokens) {
 //   primary    = number | constant | function primary | "(" expression ")"
 class Parser {
  public:
-  explicit Parser(const std::vector<Token>& tokens) : tokens_(tokens) {}
+  Parser(const Tokens& tokens, std::pmr::memory_resource& memory)
+      : tokens_(tokens), pending_(&memory) {
+    pending_.reserve(8);
+    advanceTo(0);
+  }
 
   // The value of all tokens.
   std::optional<double> parse() {
@@ -200,24 +222,27 @@ class Parser {
   bool parsePrimary() {
     while (!isClosed_) {
       if (next_ == tokens_.size()) return false;
-      const Token& token = tokens_[next_++];
-      const bool isArgument = isWaiting(Kind::Apply);
+      const Token& token = tokens_[next_];
+      const char symbol = symbol_;
+      advanceTo(next_ + 1);
       if (const double* number = std::get_if<double>(&token)) {
         value_ = *number;
         break;
       }
-      if (const Function* found = function(token)) {
-        pending_.push_back({Kind::Apply, 0, found});
-      } else if (const Name* name = std::get_if<Name>(&token)) {
-        value_ = std::get<const Constant*>(*name)->value;
+      if (const auto* constant = std::get_if<const Constant*>(&token)) {
+        value_ = (*constant)->value;
         break;
-      } else if (isSymbol(token, "(")) {
-        pending_.push_back({Kind::Open});
-      } else if (isSymbol(token, "-") && !isArgument) {
-        pending_.push_back({Kind::Negate});
-      } else if (!isSymbol(token, "+") || isArgument) {
-        return false;
       }
+      if (const auto* function = std::get_if<const Function*>(&token))
+        pending_.push_back({Kind::Apply, 0, *function});
+      else if (symbol == '(')
+        pending_.push_back({Kind::Open});
+      else if (isWaiting(Kind::Apply))
+        return false;
+      else if (symbol == '-')
+        pending_.push_back({Kind::Negate});
+      else if (symbol != '+')
+        return false;
     }
     isClosed_ = false;
     for (; isWaiting(Kind::Apply); pending_.pop_back())
@@ -259,9 +284,15 @@ class Parser {
 
   bool isWaiting(Kind kind) const { return !pending_.empty() && pending_.back().kind == kind; }
 
+  void advanceTo(size_t position) {
+    next_ = position;
+    const char* symbol = next_ < tokens_.size() ? std::get_if<char>(&tokens_[next_]) : nullptr;
+    symbol_ = symbol ? *symbol : '\0';
+  }
+
   bool skip(char symbol) {
-    if (next_ == tokens_.size() || tokens_[next_] != Token(symbol)) return false;
-    ++next_;
+    if (symbol_ != symbol) return false;
+    advanceTo(next_ + 1);
     return true;
   }
 
@@ -277,9 +308,10 @@ class Parser {
     return pending;
   }
 
-  const std::vector<Token>& tokens_;
+  const Tokens& tokens_;
   size_t next_ = 0;
-  std::vector<Pending> pending_;
+  char symbol_ = '\0';  // the next token, if it is a symbol
+  std::pmr::vector<Pending> pending_;
   double value_ = 0;
   bool isClosed_ = false;  // `value_` is that of the parentheses just closed
 };
@@ -288,9 +320,12 @@ class Parser {
 
 std::optional<double> evaluate(std::string_view text) {
   if (looksLikeCode(text)) return std::nullopt;
-  const auto tokens = tokenize(rewritten(text));
+  // What people type fits in here: a keystroke costs no allocation.
+  std::array<std::byte, 1024> space;
+  std::pmr::monotonic_buffer_resource memory(space.data(), space.size());
+  const auto tokens = tokenize(rewritten(text), memory);
   if (!tokens || !isMath(*tokens)) return std::nullopt;
-  const auto value = Parser(*tokens).parse();
+  const auto value = Parser(*tokens, memory).parse();
   return value && std::isfinite(*value) ? value : std::nullopt;
 }
 

@@ -1,65 +1,72 @@
 #include "BrowserCore/DecimalNumber.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <limits>
 
 namespace orvel::decimalNumber {
 
 namespace {
 
 // The value 0.d1d2d3... times ten to the `exponent`, without zeros at either end of the digits.
-struct Decimal {
-  std::string digits;
-  int exponent = 0;
-  bool isNegative = false;
-
+class Decimal {
+ public:
   explicit Decimal(double value) {
-    char buffer[32];
-    const auto [end, error] =
-        std::to_chars(std::begin(buffer), std::end(buffer), value, std::chars_format::scientific);
-    std::string_view text(buffer, static_cast<size_t>(end - buffer));
-    isNegative = text.front() == '-';
-    if (isNegative) text.remove_prefix(1);
-    const size_t e = text.find('e');
-    const char* power = text.data() + e + (text[e + 1] == '+' ? 2 : 1);
-    std::from_chars(power, end, exponent);
-    ++exponent;
-    digits = text.front();
-    if (e > 1) digits += text.substr(2, e - 2);
+    char text[32];
+    const char* const end =
+        std::to_chars(std::begin(text), std::end(text), value, std::chars_format::scientific).ptr;
+    const char* next = text;
+    isNegative_ = *next == '-';
+    if (isNegative_) ++next;
+    for (; *next != 'e'; ++next)
+      if (*next != '.') digits_[count_++] = *next;
+    ++next;
+    std::from_chars(*next == '+' ? next + 1 : next, end, exponent_);
+    ++exponent_;
     dropTrailingZeros();
   }
 
+  std::string_view digits() const { return {digits_.data(), count_}; }
+  int exponent() const { return exponent_; }
+  bool isNegative() const { return isNegative_; }
+
+  // Rounds to so many digits, half to even.
   void keep(int count) {
-    if (count >= std::ssize(digits)) return;
+    if (count >= static_cast<int>(count_)) return;
     const bool isUp = count >= 0 && roundsUp(static_cast<size_t>(count));
-    digits.resize(static_cast<size_t>(std::max(count, 0)));
+    count_ = static_cast<size_t>(std::max(count, 0));
     if (isUp) increment();
     dropTrailingZeros();
   }
 
  private:
   bool roundsUp(size_t position) const {
-    if (digits[position] != '5' || position + 1 < digits.size()) return digits[position] >= '5';
-    return position > 0 && (digits[position - 1] - '0') % 2 == 1;
+    if (digits_[position] != '5' || position + 1 < count_) return digits_[position] >= '5';
+    return position > 0 && (digits_[position - 1] - '0') % 2 == 1;
   }
 
   void increment() {
-    while (!digits.empty() && digits.back() == '9') digits.pop_back();
-    if (digits.empty()) {
-      digits = "1";
-      ++exponent;
-    } else {
-      ++digits.back();
+    while (count_ > 0 && digits_[count_ - 1] == '9') --count_;
+    if (count_ > 0) {
+      ++digits_[count_ - 1];
+      return;
     }
+    digits_[count_++] = '1';
+    ++exponent_;
   }
 
   void dropTrailingZeros() {
-    while (!digits.empty() && digits.back() == '0') digits.pop_back();
-    if (digits.empty()) {
-      exponent = 0;
-      isNegative = false;
-    }
+    while (count_ > 0 && digits_[count_ - 1] == '0') --count_;
+    if (count_ > 0) return;
+    exponent_ = 0;
+    isNegative_ = false;
   }
+
+  std::array<char, std::numeric_limits<double>::max_digits10> digits_;
+  size_t count_ = 0;
+  int exponent_ = 0;
+  bool isNegative_ = false;
 };
 
 }  // namespace
@@ -79,16 +86,16 @@ std::optional<double> parse(std::string_view text) {
 
 std::string plain(double value, int mostFractionDigits) {
   Decimal decimal(value);
-  decimal.keep(decimal.exponent + mostFractionDigits);
-  std::string result = decimal.isNegative ? "-" : "";
-  const auto whole = static_cast<size_t>(std::max(decimal.exponent, 0));
-  result.append(decimal.digits, 0, whole);
-  if (whole > decimal.digits.size()) result.append(whole - decimal.digits.size(), '0');
-  if (whole == 0) result += '0';
-  if (whole < decimal.digits.size()) {
+  decimal.keep(decimal.exponent() + mostFractionDigits);
+  const std::string_view digits = decimal.digits();
+  std::string result = decimal.isNegative() ? "-" : "";
+  const auto whole = static_cast<size_t>(std::max(decimal.exponent(), 0));
+  result += whole > 0 ? digits.substr(0, whole) : "0";
+  if (whole > digits.size()) result.append(whole - digits.size(), '0');
+  if (whole < digits.size()) {
     result += '.';
-    if (decimal.exponent < 0) result.append(static_cast<size_t>(-decimal.exponent), '0');
-    result.append(decimal.digits, whole);
+    result.append(static_cast<size_t>(std::max(-decimal.exponent(), 0)), '0');
+    result += digits.substr(whole);
   }
   return result;
 }
@@ -96,11 +103,12 @@ std::string plain(double value, int mostFractionDigits) {
 std::string scientific(double value, int mostSignificantDigits) {
   Decimal decimal(value);
   decimal.keep(mostSignificantDigits);
-  if (decimal.digits.empty()) return "0E0";
-  std::string result = decimal.isNegative ? "-" : "";
-  result += decimal.digits.front();
-  if (decimal.digits.size() > 1) result.append(".").append(decimal.digits, 1);
-  return result + 'E' + std::to_string(decimal.exponent - 1);
+  const std::string_view digits = decimal.digits();
+  if (digits.empty()) return "0E0";
+  std::string result = decimal.isNegative() ? "-" : "";
+  result += digits.front();
+  if (digits.size() > 1) result.append(".").append(digits.substr(1));
+  return result + 'E' + std::to_string(decimal.exponent() - 1);
 }
 
 }  // namespace orvel::decimalNumber
