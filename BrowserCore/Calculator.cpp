@@ -4,10 +4,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
-#include <memory_resource>
 #include <string>
 #include <variant>
 #include <vector>
@@ -41,15 +38,15 @@ constexpr Function functions[] = {
     {"cos", std::cos},   {"tan", std::tan},
 };
 
-using Token = std::variant<double, const Constant*, const Function*, char>;
-using Tokens = std::pmr::vector<Token>;
+// The end of the text, and whatever no calculation has, are no token.
+using Token = std::variant<std::monostate, double, const Constant*, const Function*, char>;
 
-std::optional<Token> named(std::string_view name) {
+Token named(std::string_view name) {
   for (const Constant& constant : constants)
     if (constant.name == name) return &constant;
   for (const Function& function : functions)
     if (function.name == name) return &function;
-  return std::nullopt;
+  return {};
 }
 
 constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -107,10 +104,10 @@ constexpr auto isLetter = [](UChar32 c) {
   return u_isUAlphabetic(c) != 0;
 };
 
-bool isSpace(UChar32 c) {
+constexpr auto isSpace = [](UChar32 c) {
   if (c < 0x80) return c == ' ' || (c >= '\t' && c <= '\r');
-  return u_isUWhiteSpace(c);
-}
+  return u_isUWhiteSpace(c) != 0;
+};
 
 bool isOperator(UChar32 c) {
   switch (c) {
@@ -128,57 +125,74 @@ bool isOperator(UChar32 c) {
   }
 }
 
-// Absent as soon as the text holds anything that no calculation has.
-std::optional<Tokens> tokenize(std::string_view text, std::pmr::memory_resource& memory) {
-  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-  const auto size = static_cast<int64_t>(text.size());
-  const auto next = [bytes, size](int64_t& position) {
-    UChar32 c = 0;
-    U8_NEXT(bytes, position, size, c);
-    return c;
-  };
-  Tokens tokens(&memory);
-  tokens.reserve(std::min<size_t>(text.size(), 16));
-  for (int64_t position = 0; position < size;) {
-    const int64_t begin = position;
-    int64_t end = position;
-    const UChar32 first = next(end);
-    const auto run = [&](auto belongs) {
-      for (position = end; position < size && belongs(next(position));) end = position;
-      position = end;
-      return text.substr(static_cast<size_t>(begin), static_cast<size_t>(end - begin));
-    };
-    if (isSpace(first)) {
-      position = end;
-    } else if (isNumberPart(first)) {
-      const auto number = decimalNumber::parse(run(isNumberPart));
-      if (!number) return std::nullopt;
-      tokens.emplace_back(*number);
-    } else if (isLetter(first)) {
-      const auto name = named(run(isLetter));
-      if (!name) return std::nullopt;
-      tokens.emplace_back(*name);
-    } else if (isOperator(first)) {
-      tokens.emplace_back(static_cast<char>(first));
-      position = end;
-    } else {
-      return std::nullopt;
-    }
-  }
-  return tokens;
-}
+// Reads one token after the other and keeps count of what makes a calculation.
+class Tokenizer {
+ public:
+  explicit Tokenizer(std::string_view text) : text_(text) {}
 
-// Tells a calculation from a lone number or name.
-bool isMath(const Tokens& tokens) {
-  const auto qualifies = [&tokens](const Token& token) {
-    if (const char* symbol = std::get_if<char>(&token))
-      return *symbol == '-' ? tokens.size() > 2 : *symbol != '(' && *symbol != ')';
-    return std::holds_alternative<const Function*>(token);
-  };
-  return std::any_of(tokens.begin(), tokens.end(), qualifies) &&
-         std::any_of(tokens.begin(), tokens.end(),
-                     [](const Token& token) { return std::holds_alternative<double>(token); });
-}
+  // None at the end, and for what no calculation has.
+  Token next() {
+    skipRun(isSpace);
+    isAtEnd_ = position_ == size();
+    if (isAtEnd_) return {};
+    ++count_;
+    int64_t end = position_;
+    const UChar32 first = character(end);
+    if (isNumberPart(first)) {
+      const auto number = decimalNumber::parse(skipRun(isNumberPart));
+      if (!number) return {};
+      hasNumber_ = true;
+      return *number;
+    }
+    if (isLetter(first)) {
+      const Token token = named(skipRun(isLetter));
+      hasOperation_ = hasOperation_ || std::holds_alternative<const Function*>(token);
+      return token;
+    }
+    if (!isOperator(first)) return {};
+    position_ = end;
+    hasMinus_ = hasMinus_ || first == '-';
+    hasOperation_ = hasOperation_ || (first != '-' && first != '(' && first != ')');
+    return static_cast<char>(first);
+  }
+
+  // The last token asked for was behind the last of the text.
+  bool isAtEnd() const { return isAtEnd_; }
+
+  // Tells the tokens read so far from a lone number or name.
+  bool isMath() const { return hasNumber_ && (hasOperation_ || (hasMinus_ && count_ > 2)); }
+
+ private:
+  int64_t size() const { return static_cast<int64_t>(text_.size()); }
+
+  UChar32 character(int64_t& position) const {
+    const auto byte = static_cast<uint8_t>(text_[static_cast<size_t>(position)]);
+    if (!U8_IS_SINGLE(byte)) return longCharacter(position);
+    ++position;
+    return byte;
+  }
+
+  [[gnu::noinline]] UChar32 longCharacter(int64_t& position) const {
+    UChar32 c = 0;
+    U8_NEXT(text_.data(), position, size(), c);
+    return c;
+  }
+
+  template <typename Belongs>
+  std::string_view skipRun(Belongs belongs) {
+    const int64_t begin = position_;
+    for (int64_t next = begin; next < size() && belongs(character(next));) position_ = next;
+    return text_.substr(static_cast<size_t>(begin), static_cast<size_t>(position_ - begin));
+  }
+
+  std::string_view text_;
+  int64_t position_ = 0;
+  size_t count_ = 0;
+  bool isAtEnd_ = false;
+  bool hasNumber_ = false;
+  bool hasOperation_ = false;  // a function, or an operator that can't be a sign
+  bool hasMinus_ = false;
+};
 
 // The grammar, which is read without recursion: what waits for a value still to come lies on a
 // stack, and each rule's operation finishes what that rule left there.
@@ -190,21 +204,20 @@ bool isMath(const Tokens& tokens) {
 //   primary    = number | constant | function primary | "(" expression ")"
 class Parser {
  public:
-  Parser(const Tokens& tokens, std::pmr::memory_resource& memory)
-      : tokens_(tokens), pending_(&memory) {
+  explicit Parser(std::string_view text) : tokenizer_(text) {
     pending_.reserve(8);
-    advanceTo(0);
+    advance();
   }
 
-  // The value of all tokens.
+  // The value of the whole text.
   std::optional<double> parse() {
     while (parsePrimary()) {
       if (parsePower()) continue;
       parseUnary();
       if (parseTerm()) continue;
       if (parseExpression()) continue;
-      if (!pending_.empty()) return std::nullopt;
-      return next_ == tokens_.size() ? std::optional(value_) : std::nullopt;
+      const bool isWhole = pending_.empty() && tokenizer_.isAtEnd();
+      return isWhole && tokenizer_.isMath() ? std::optional(value_) : std::nullopt;
     }
     return std::nullopt;
   }
@@ -217,14 +230,13 @@ class Parser {
     const Function* function = nullptr;
   };
 
-  // Reads up to and with the next number or constant, or, behind a value, what `parseExpression`
-  // closed. Functions that wait for it are applied.
+  // Leaves in `value_` the next number or constant, with what stands before it put on the stack, or
+  // the value of the parentheses just closed; applies the functions that were waiting for it.
   bool parsePrimary() {
     while (!isClosed_) {
-      if (next_ == tokens_.size()) return false;
-      const Token& token = tokens_[next_];
+      const Token token = token_;
       const char symbol = symbol_;
-      advanceTo(next_ + 1);
+      advance();
       if (const double* number = std::get_if<double>(&token)) {
         value_ = *number;
         break;
@@ -250,11 +262,11 @@ class Parser {
     return true;
   }
 
-  // Each of the following answers whether another value has to follow.
+  // Each of the following that answers, answers whether another value has to follow.
 
   bool parsePower() {
     while (skip('%')) value_ /= 100;
-    return awaits('^', Kind::Raise);
+    return symbol_ == '^' && await(Kind::Raise);
   }
 
   void parseUnary() {
@@ -267,7 +279,7 @@ class Parser {
       const Pending pending = pop();
       value_ = pending.kind == Kind::Multiply ? pending.left * value_ : pending.left / value_;
     }
-    return awaits('*', Kind::Multiply) || awaits('/', Kind::Divide);
+    return (symbol_ == '*' && await(Kind::Multiply)) || (symbol_ == '/' && await(Kind::Divide));
   }
 
   bool parseExpression() {
@@ -275,7 +287,8 @@ class Parser {
       const Pending pending = pop();
       value_ = pending.kind == Kind::Add ? pending.left + value_ : pending.left - value_;
     }
-    if (awaits('+', Kind::Add) || awaits('-', Kind::Subtract)) return true;
+    if ((symbol_ == '+' && await(Kind::Add)) || (symbol_ == '-' && await(Kind::Subtract)))
+      return true;
     if (!isWaiting(Kind::Open) || !skip(')')) return false;
     pending_.pop_back();
     isClosed_ = true;
@@ -284,21 +297,22 @@ class Parser {
 
   bool isWaiting(Kind kind) const { return !pending_.empty() && pending_.back().kind == kind; }
 
-  void advanceTo(size_t position) {
-    next_ = position;
-    const char* symbol = next_ < tokens_.size() ? std::get_if<char>(&tokens_[next_]) : nullptr;
+  void advance() {
+    token_ = tokenizer_.next();
+    const char* symbol = std::get_if<char>(&token_);
     symbol_ = symbol ? *symbol : '\0';
   }
 
   bool skip(char symbol) {
     if (symbol_ != symbol) return false;
-    advanceTo(next_ + 1);
+    advance();
     return true;
   }
 
-  bool awaits(char symbol, Kind kind) {
-    if (!skip(symbol)) return false;
+  // Puts the value and the operator behind it on the stack. Always true.
+  bool await(Kind kind) {
     pending_.push_back({kind, value_});
+    advance();
     return true;
   }
 
@@ -308,10 +322,10 @@ class Parser {
     return pending;
   }
 
-  const Tokens& tokens_;
-  size_t next_ = 0;
-  char symbol_ = '\0';  // the next token, if it is a symbol
-  std::pmr::vector<Pending> pending_;
+  Tokenizer tokenizer_;
+  Token token_;         // the next one
+  char symbol_ = '\0';  // the same, if it is a symbol
+  std::vector<Pending> pending_;
   double value_ = 0;
   bool isClosed_ = false;  // `value_` is that of the parentheses just closed
 };
@@ -320,12 +334,8 @@ class Parser {
 
 std::optional<double> evaluate(std::string_view text) {
   if (looksLikeCode(text)) return std::nullopt;
-  // What people type fits in here: a keystroke costs no allocation.
-  std::array<std::byte, 1024> space;
-  std::pmr::monotonic_buffer_resource memory(space.data(), space.size());
-  const auto tokens = tokenize(rewritten(text), memory);
-  if (!tokens || !isMath(*tokens)) return std::nullopt;
-  const auto value = Parser(*tokens, memory).parse();
+  const std::string rewrittenText = rewritten(text);
+  const auto value = Parser(rewrittenText).parse();
   return value && std::isfinite(*value) ? value : std::nullopt;
 }
 

@@ -73,7 +73,7 @@ std::optional<QuickAnswer> convert(std::string_view text, const CurrencyRates& r
       fmt::format("{} {} in {}", QuickAnswer::format(request->amount), request->from, request->to);
   if (rates.date()) question.append(" · ECB ").append(*rates.date());
   return QuickAnswer{std::move(question),
-                     fmt::format("{} {}", QuickAnswer::formatCents(*value), request->to)};
+                     fmt::format("{} {}", QuickAnswer::formatHundredths(*value), request->to)};
 }
 
 }  // namespace orvel::CurrencyConversion

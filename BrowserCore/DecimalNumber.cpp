@@ -1,8 +1,12 @@
 #include "BrowserCore/DecimalNumber.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace orvel::decimalNumber {
@@ -73,10 +77,21 @@ class Decimal {
 
 std::optional<double> parse(std::string_view text) {
   // The library's own syntax also knows exponents and names of numbers.
-  const std::string_view digits = text.starts_with('-') ? text.substr(1) : text;
-  if (!std::all_of(digits.begin(), digits.end(),
-                   [](char c) { return (c >= '0' && c <= '9') || c == '.'; }))
-    return std::nullopt;
+  const bool isNegative = text.starts_with('-');
+  const std::string_view digits = text.substr(isNegative ? 1 : 0);
+  uint64_t integer = 0;
+  bool isInteger = !digits.empty();
+  for (const char c : digits) {
+    if (c == '.')
+      isInteger = false;
+    else if (c < '0' || c > '9')
+      return std::nullopt;
+    else
+      integer = integer * 10 + static_cast<uint64_t>(c - '0');
+  }
+  constexpr size_t kMostExactDigits = std::numeric_limits<double>::digits10;
+  if (isInteger && digits.size() <= kMostExactDigits)
+    return isNegative ? -static_cast<double>(integer) : static_cast<double>(integer);
   double value = 0;
   const char* end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, value);
@@ -85,6 +100,9 @@ std::optional<double> parse(std::string_view text) {
 }
 
 std::string plain(double value, int mostFractionDigits) {
+  constexpr double kExactIntegers = 9007199254740992;  // 2^53
+  if (value == std::trunc(value) && std::abs(value) < kExactIntegers)
+    return fmt::to_string(static_cast<int64_t>(value));
   Decimal decimal(value);
   decimal.keep(decimal.exponent() + mostFractionDigits);
   const std::string_view digits = decimal.digits();
@@ -108,7 +126,7 @@ std::string scientific(double value, int mostSignificantDigits) {
   std::string result = decimal.isNegative() ? "-" : "";
   result += digits.front();
   if (digits.size() > 1) result.append(".").append(digits.substr(1));
-  return result + 'E' + std::to_string(decimal.exponent() - 1);
+  return result + 'E' + fmt::to_string(decimal.exponent() - 1);
 }
 
 }  // namespace orvel::decimalNumber

@@ -66,6 +66,8 @@ std::string QuickAnswer::format(double value) {
   return decimalNumber::scientific(value, 8);
 }
 
-std::string QuickAnswer::formatCents(double value) { return format(std::round(value * 100) / 100); }
+std::string QuickAnswer::formatHundredths(double value) {
+  return format(std::round(value * 100) / 100);
+}
 
 }  // namespace orvel

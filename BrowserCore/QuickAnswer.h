@@ -24,7 +24,7 @@ struct QuickAnswer {
   // in "1.2676506E30". "inf", "-inf" or "nan" for what isn't finite.
   [[nodiscard]] static std::string format(double value);
   // The same of the value rounded to two decimals, halves away from zero.
-  [[nodiscard]] static std::string formatCents(double value);
+  [[nodiscard]] static std::string formatHundredths(double value);
 
   friend bool operator==(const QuickAnswer&, const QuickAnswer&) = default;
 };

@@ -115,7 +115,7 @@ std::optional<QuickAnswer> convert(std::string_view text) {
   if (!std::isfinite(value * 100)) return std::nullopt;
   return QuickAnswer{
       fmt::format("{} {} in {}", QuickAnswer::format(*amount), source->key, target->key),
-      fmt::format("{} {}", QuickAnswer::formatCents(value), target->key)};
+      fmt::format("{} {}", QuickAnswer::formatHundredths(value), target->key)};
 }
 
 }  // namespace orvel::UnitConversion

@@ -211,9 +211,9 @@ TEST(ConversionPhrase, MatchesWhatItsExpressionMatches) {
   Expression units(R"(^\s*(-?[\d.,]+)\s*([^\s\d]+)\s+(?:to|in|as)\s+([^\s\d]+)\s*$)");
   Expression currencies(
       R"(^\s*([^\s\d.,-]*)\s*([\d][\d.,]*)\s*([^\s\d]*)\s+(?:to|in|as)\s+([^\s\d]+)\s*$)");
-  constexpr const char* kPieces[] = {" ", " ",    " ",      "1",    "25",     "٣",    ".",
-                                     ",", "-",    "to",     " in ", "as",     " to ", "m",
-                                     "€", "km/h", "\u3000", "\n",   "\u0085", "x"};
+  constexpr const char* kPieces[] = {" ",      " ",  " ",      "1",  "25",     "٣", ".", ",",
+                                     "-",      "to", " in ",   "as", " to ",   "m", "€", "km/h",
+                                     "\u3000", "\v", "\u200b", "\n", "\u0085", "x"};
   std::mt19937 random(3);
   std::uniform_int_distribution<size_t> piece(0, std::size(kPieces) - 1);
   std::uniform_int_distribution<int> length(3, 9);
