@@ -33,10 +33,12 @@ class Scanner {
   bool skipSpace() { return !run(isSpace).empty(); }
 
   bool skip(char c) {
-    if (isAtEnd() || text_[static_cast<size_t>(position_)] != c) return false;
+    if (isAtEnd() || text_[position()] != c) return false;
     ++position_;
     return true;
   }
+
+  size_t position() const { return static_cast<size_t>(position_); }
 
   bool isAtEnd() const { return position_ == static_cast<int64_t>(text_.size()); }
 
@@ -66,16 +68,13 @@ std::optional<std::string_view> readLinkAndTarget(Scanner& scanner) {
 std::optional<UnitPhrase> readUnits(std::string_view text) {
   Scanner scanner(text);
   scanner.skipSpace();
-  std::string_view amount;
-  if (scanner.skip('-')) {
-    amount = scanner.run(isAmountPart);
-    if (!amount.empty()) amount = {amount.data() - 1, amount.size() + 1};
-  } else {
-    amount = scanner.run(isAmountPart);
-  }
+  const size_t begin = scanner.position();
+  scanner.skip('-');
+  const bool hasAmount = !scanner.run(isAmountPart).empty();
+  const std::string_view amount = text.substr(begin, scanner.position() - begin);
   scanner.skipSpace();
   const std::string_view source = scanner.run(isUnitPart);
-  if (amount.empty() || source.empty()) return std::nullopt;
+  if (!hasAmount || source.empty()) return std::nullopt;
   const auto target = readLinkAndTarget(scanner);
   if (!target) return std::nullopt;
   return UnitPhrase{amount, source, *target};
