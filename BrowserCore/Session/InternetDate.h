@@ -13,7 +13,7 @@ namespace orvel::internetDate {
 // outside the years 0 to 9999 becomes their first or last second.
 [[nodiscard]] std::string text(Date date);
 
-// The moment of a text like "2025-03-01T12:30:05Z" or "2025-03-01T13:30:05+01:00". Absent for
+// The moment of a text like "2025-03-01T12:30:05Z" or "2025-03-01t13:30:05+01:00". Absent for
 // fractions of a second, days and hours that don't exist (leap seconds among them), and moments
 // outside the years 0 to 9999 in UTC.
 [[nodiscard]] std::optional<Date> parse(std::string_view text);

@@ -116,9 +116,12 @@ std::string Document::path(uint32_t target) const {
   }
   if (steps.empty()) return "it";
   constexpr ptrdiff_t kMostSteps = 12;
-  const bool isLong = std::ssize(steps) > kMostSteps;
-  return fmt::format("{}{}", isLong ? "…" : "its ",
-                     fmt::join(isLong ? steps.end() - kMostSteps : steps.begin(), steps.end(), ""));
+  if (std::ssize(steps) > kMostSteps) {
+    steps.erase(steps.begin(), steps.end() - kMostSteps);
+    steps.insert(steps.begin(), "…");
+  }
+  const std::string path = fmt::format("{}", fmt::join(steps, ""));
+  return path.starts_with('.') ? path.substr(1) : path;
 }
 
 std::optional<bool> Value::boolean() const {
