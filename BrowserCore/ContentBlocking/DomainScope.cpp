@@ -1,5 +1,6 @@
 #include "BrowserCore/ContentBlocking/DomainScope.h"
 
+#include <algorithm>
 #include <array>
 
 namespace orvel::filters {
@@ -73,8 +74,8 @@ std::optional<DomainScope> DomainScopes::parse(std::string_view text, char separ
 }
 
 std::optional<DomainScope> DomainScopes::site(std::string_view host) {
-  const char* const key = arena_.reserve(host.size() + 1);
-  const size_t size = normalizeDomain(host, arena_.reserve(host.size() + 1));
+  char* const key = arena_.reserve(host.size() + 1);
+  const size_t size = normalizeDomain(host, key);
   if (size == 0) return std::nullopt;
   return keep({key, size});
 }

@@ -115,7 +115,7 @@ class HidingRules {
     size_t size = (texts.size() - 1) * separator.size();
     for (const std::string_view text : texts) size += text.size();
     char* end = arena_.reserve(size);
-    for (const std::string_view text : texts) {
+    for (const std::string_view& text : texts) {
       if (&text != texts.data()) end += separator.copy(end, separator.size());
       end += text.copy(end, text.size());
     }
