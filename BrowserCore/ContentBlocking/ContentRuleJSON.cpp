@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
@@ -17,6 +18,8 @@ struct Escape {
   char text[6];
   uint8_t size;
 };
+
+constexpr size_t maxEscapeSize = sizeof(Escape::text);
 
 constexpr Escape escape(unsigned char c) {
   switch (c) {
@@ -41,90 +44,105 @@ constexpr Escape escape(unsigned char c) {
 
 constexpr bool isEscaped(unsigned char c) { return c < 0x20 || c == '"' || c == '\\'; }
 
-// Without an early end, so that the compiler can take many bytes at a time.
-bool isASCII(std::string_view text) {
-  unsigned char all = 0;
-  for (const char c : text) all |= static_cast<unsigned char>(c);
-  return all < 0x80;
-}
+constexpr uint64_t highBits = 0x8080808080808080;
 
 // The highest bit of each of the eight bytes that must be escaped. Bits above the lowest one found
 // may be wrong, so only that one counts.
 constexpr uint64_t escapedBytes(uint64_t word) {
   constexpr uint64_t ones = 0x0101010101010101;
-  constexpr uint64_t high = 0x8080808080808080;
   const uint64_t quotes = word ^ (ones * '"');
   const uint64_t backslashes = word ^ (ones * '\\');
   return (((word - ones * 0x20) & ~word) | ((quotes - ones) & ~quotes) |
           ((backslashes - ones) & ~backslashes)) &
-         high;
+         highBits;
 }
 
-// The texts of a rule set are written twice by the same code: into this, which only counts, and
-// then into a buffer of exactly the size that was counted.
-class Counter {
- public:
-  void raw(std::string_view text) { size_ += text.size(); }
-  void escaped(std::string_view text) {
-    size_t size = text.size();
-    for (const char c : text) {
-      const auto byte = static_cast<unsigned char>(c);
-      size += static_cast<size_t>(byte == '"') + static_cast<size_t>(byte == '\\') +
-              static_cast<size_t>(byte < 0x20);
-    }
-    if (size != text.size())
-      for (const char c : text)
-        if (static_cast<unsigned char>(c) < 0x20)
-          size += escape(static_cast<unsigned char>(c)).size - 2U;
-    size_ += size;
-  }
-  [[nodiscard]] size_t size() const { return size_; }
-
- private:
-  size_t size_ = 0;
-};
-
+// Writes into one buffer, which is made as large as the result will be about and grows if it is
+// longer.
 class Writer {
  public:
-  explicit Writer(char* begin) : end_(begin) {}
+  explicit Writer(size_t expectedSize)
+      : buffer_(expectedSize, '\0'), next_(buffer_.data()), last_(next_ + buffer_.size()) {}
 
   void raw(std::string_view text) {
-    std::memcpy(end_, text.data(), text.size());
-    end_ += text.size();
+    makeRoom(text.size());
+    next_ += text.copy(next_, text.size());
   }
 
+  // `text` as the inside of a JSON string; ill-formed UTF-8 becomes U+FFFD.
   void escaped(std::string_view text) {
-    const char* next = text.data();
-    const char* const last = next + text.size();
-    while (last - next >= 8) {
-      uint64_t word = 0;
-      std::memcpy(&word, next, 8);
-      std::memcpy(end_, next, 8);
-      if constexpr (std::endian::native == std::endian::little) {
-        const uint64_t found = escapedBytes(word);
-        const int clean = found == 0 ? 8 : std::countr_zero(found) / 8;
-        next += clean;
-        end_ += clean;
-        if (found != 0) one(*next++);
-      } else {
-        one(*next++);
-      }
-    }
-    while (next != last) one(*next++);
+    makeRoomFor(text);
+    char* const begin = next_;
+    if (copyEscaped(text) || text::isValidUTF8(text)) return;
+    const std::string repaired = text::repairedUTF8(text);
+    next_ = begin;
+    makeRoomFor(repaired);
+    copyEscaped(repaired);
+  }
+
+  std::string finish() && {
+    buffer_.resize(static_cast<size_t>(next_ - buffer_.data()));
+    return std::move(buffer_);
   }
 
  private:
-  void one(char c) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (!isEscaped(byte)) {
-      *end_++ = c;
-      return;
-    }
-    const Escape text = escape(byte);
-    raw({text.text, text.size});
+  void makeRoom(size_t size) {
+    if (static_cast<size_t>(last_ - next_) < size) [[unlikely]]
+      grow(size);
   }
 
-  char* end_;
+  // Counts exactly only where room for the worst case would make the buffer grow.
+  void makeRoomFor(std::string_view text) {
+    if (static_cast<size_t>(last_ - next_) >= maxEscapeSize * text.size()) return;
+    size_t size = maxEscapeSize;
+    for (const char c : text) size += isEscaped(static_cast<unsigned char>(c)) ? maxEscapeSize : 1;
+    makeRoom(size);
+  }
+
+  void grow(size_t size) {
+    const auto used = static_cast<size_t>(next_ - buffer_.data());
+    buffer_.resize(std::max(used + size, buffer_.size() + buffer_.size() / 4));
+    next_ = buffer_.data() + used;
+    last_ = buffer_.data() + buffer_.size();
+  }
+
+  // False if there are bytes outside ASCII, which are copied as they stand.
+  bool copyEscaped(std::string_view text) {
+    const char* from = text.data();
+    const char* const end = from + text.size();
+    char* to = next_;
+    unsigned char seen = 0;
+    uint64_t seenWords = 0;
+    const auto copyOne = [&] {
+      const auto byte = static_cast<unsigned char>(*from++);
+      seen |= byte;
+      if (isEscaped(byte)) {
+        const Escape sequence = escape(byte);
+        std::memcpy(to, sequence.text, sizeof(sequence.text));
+        to += sequence.size;
+      } else {
+        *to++ = static_cast<char>(byte);
+      }
+    };
+    while (end - from >= 8) {
+      uint64_t word = 0;
+      std::memcpy(&word, from, 8);
+      std::memcpy(to, from, 8);
+      const uint64_t found = escapedBytes(word);
+      seenWords |= word;
+      const int clean = found == 0 ? 8 : std::countr_zero(found) / 8;
+      from += clean;
+      to += clean;
+      if (found != 0) copyOne();
+    }
+    while (from != end) copyOne();
+    next_ = to;
+    return ((seenWords & highBits) | (seen & 0x80U)) == 0;
+  }
+
+  std::string buffer_;
+  char* next_;
+  char* last_;
 };
 
 // The key and list of each set of resource types that occurs, made once.
@@ -148,94 +166,99 @@ class ResourceTypeTexts {
   std::array<std::string, 256> texts_;
 };
 
-template <typename Sink>
 class Encoder {
  public:
-  Encoder(Sink& sink, ResourceTypeTexts& resourceTypes)
-      : sink_(sink), resourceTypes_(resourceTypes) {}
+  explicit Encoder(size_t expectedSize) : out_(expectedSize) {}
 
-  void rules(std::span<const ContentRule> rules) {
-    sink_.raw("[");
+  std::string encode(std::span<const ContentRule> rules) {
+    out_.raw("[");
     for (const ContentRule& each : rules) {
-      if (&each != rules.data()) sink_.raw(",");
+      if (&each != rules.data()) out_.raw(",");
       rule(each);
     }
-    sink_.raw("]");
+    out_.raw("]");
+    return std::move(out_).finish();
   }
 
  private:
   void rule(const ContentRule& rule) {
-    sink_.raw("{\"trigger\":{\"url-filter\":\"");
-    text(rule.trigger.urlFilter);
-    sink_.raw("\"");
+    out_.raw("{\"trigger\":{\"url-filter\":\"");
+    out_.escaped(rule.trigger.urlFilter);
+    out_.raw("\"");
     if (const auto sensitive = rule.trigger.urlFilterIsCaseSensitive) {
-      sink_.raw(",\"url-filter-is-case-sensitive\":");
-      sink_.raw(*sensitive ? "true" : "false");
+      out_.raw(",\"url-filter-is-case-sensitive\":");
+      out_.raw(*sensitive ? "true" : "false");
     }
     if (!rule.trigger.ifDomain.isEmpty()) {
-      sink_.raw(",\"if-domain\":[\"");
+      out_.raw(",\"if-domain\":[\"");
       entries(rule.trigger.ifDomain);
     }
     if (!rule.trigger.unlessDomain.isEmpty()) {
-      sink_.raw(",\"unless-domain\":[\"");
+      out_.raw(",\"unless-domain\":[\"");
       entries(rule.trigger.unlessDomain);
     }
-    if (!rule.trigger.resourceType.isEmpty()) sink_.raw(resourceTypes_[rule.trigger.resourceType]);
+    if (!rule.trigger.resourceType.isEmpty()) out_.raw(resourceTypes_[rule.trigger.resourceType]);
     if (const auto type = rule.trigger.loadType)
-      sink_.raw(*type == ContentRule::LoadType::firstParty ? ",\"load-type\":[\"first-party\"]"
-                                                           : ",\"load-type\":[\"third-party\"]");
-    if (rule.trigger.loadContext) sink_.raw(",\"load-context\":[\"child-frame\"]");
+      out_.raw(*type == ContentRule::LoadType::firstParty ? ",\"load-type\":[\"first-party\"]"
+                                                          : ",\"load-type\":[\"third-party\"]");
+    if (rule.trigger.loadContext) out_.raw(",\"load-context\":[\"child-frame\"]");
     switch (rule.action.type) {
       case ContentRule::ActionType::block:
-        sink_.raw("},\"action\":{\"type\":\"block\"");
+        out_.raw("},\"action\":{\"type\":\"block\"");
         break;
       case ContentRule::ActionType::cssDisplayNone:
-        sink_.raw("},\"action\":{\"type\":\"css-display-none\"");
+        out_.raw("},\"action\":{\"type\":\"css-display-none\"");
         break;
       case ContentRule::ActionType::ignorePreviousRules:
-        sink_.raw("},\"action\":{\"type\":\"ignore-previous-rules\"");
+        out_.raw("},\"action\":{\"type\":\"ignore-previous-rules\"");
         break;
     }
     if (!rule.action.selector.empty()) {
-      sink_.raw(",\"selector\":\"");
-      text(rule.action.selector);
-      sink_.raw("\"");
+      out_.raw(",\"selector\":\"");
+      out_.escaped(rule.action.selector);
+      out_.raw("\"");
     }
-    sink_.raw("}}");
+    out_.raw("}}");
   }
 
   void entries(DomainList list) {
     std::string_view rest = list.joined();
     for (size_t comma = rest.find(','); comma != std::string_view::npos; comma = rest.find(',')) {
-      text(rest.substr(0, comma));
-      sink_.raw("\",\"");
+      out_.escaped(rest.substr(0, comma));
+      out_.raw("\",\"");
       rest.remove_prefix(comma + 1);
     }
-    text(rest);
-    sink_.raw("\"]");
+    out_.escaped(rest);
+    out_.raw("\"]");
   }
 
-  void text(std::string_view text) {
-    if (isASCII(text) || text::isValidUTF8(text))
-      sink_.escaped(text);
-    else
-      sink_.escaped(text::repairedUTF8(text));
-  }
-
-  Sink& sink_;
-  ResourceTypeTexts& resourceTypes_;
+  Writer out_;
+  ResourceTypeTexts resourceTypes_;
 };
+
+// About as many bytes as the rules will take, for public lists a little more: a twelfth of their
+// texts has to be escaped at most, and a site has ten letters or more.
+size_t expectedSize(std::span<const ContentRule> rules) {
+  size_t size = 256;
+  for (const ContentRule& rule : rules) {
+    const size_t texts = rule.trigger.urlFilter.size() + rule.action.selector.size();
+    const size_t domains =
+        rule.trigger.ifDomain.joined().size() + rule.trigger.unlessDomain.joined().size();
+    size += 55 + texts + texts / 12;
+    if (domains > 0) size += 21 + domains + domains / 5;
+    if (!rule.trigger.resourceType.isEmpty())
+      size += 19 + 10 * static_cast<size_t>(std::popcount(rule.trigger.resourceType.bits()));
+    if (rule.trigger.loadType) size += 28;
+    if (rule.trigger.loadContext) size += 31;
+    if (rule.action.type != ContentRule::ActionType::block) size += 25;
+  }
+  return size;
+}
 
 }  // namespace
 
 std::string encodedJSON(std::span<const ContentRule> rules) {
-  ResourceTypeTexts resourceTypes;
-  Counter counter;
-  Encoder(counter, resourceTypes).rules(rules);
-  std::string json(counter.size(), '\0');
-  Writer writer(json.data());
-  Encoder(writer, resourceTypes).rules(rules);
-  return json;
+  return Encoder(expectedSize(rules)).encode(rules);
 }
 
 }  // namespace orvel
