@@ -62,11 +62,28 @@ constexpr uint64_t escapedBytes(uint64_t word) {
 class Writer {
  public:
   explicit Writer(size_t expectedSize)
-      : buffer_(expectedSize, '\0'), next_(buffer_.data()), last_(next_ + buffer_.size()) {}
+      : buffer_(expectedSize + literalRoom, '\0'),
+        next_(buffer_.data()),
+        last_(next_ + buffer_.size()) {}
+
+  // For keys and signs. Between two other writes they take less than `literalRoom`, for which there
+  // is always room.
+  template <size_t size>
+  void literal(const char (&text)[size]) {
+    std::memcpy(next_, text, size - 1);
+    next_ += size - 1;
+  }
 
   void raw(std::string_view text) {
     makeRoom(text.size());
     next_ += text.copy(next_, text.size());
+  }
+
+  // Writes once more what was written from `begin` to `end`.
+  void repeat(size_t begin, size_t end) {
+    makeRoom(end - begin);
+    std::memcpy(next_, buffer_.data() + begin, end - begin);
+    next_ += end - begin;
   }
 
   // `text` as the inside of a JSON string; ill-formed UTF-8 becomes U+FFFD.
@@ -80,27 +97,35 @@ class Writer {
     copyEscaped(repaired);
   }
 
+  [[nodiscard]] size_t size() const { return static_cast<size_t>(next_ - buffer_.data()); }
+
   std::string finish() && {
-    buffer_.resize(static_cast<size_t>(next_ - buffer_.data()));
+    buffer_.resize(size());
     return std::move(buffer_);
   }
 
  private:
+  static constexpr size_t literalRoom = 256;
+
+  [[nodiscard]] bool hasRoom(size_t size) const {
+    return static_cast<size_t>(last_ - next_) >= size + literalRoom;
+  }
+
   void makeRoom(size_t size) {
-    if (static_cast<size_t>(last_ - next_) < size) [[unlikely]]
-      grow(size);
+    if (!hasRoom(size)) [[unlikely]]
+      grow(size + literalRoom);
   }
 
   // Counts exactly only where room for the worst case would make the buffer grow.
   void makeRoomFor(std::string_view text) {
-    if (static_cast<size_t>(last_ - next_) >= maxEscapeSize * text.size()) return;
+    if (hasRoom(maxEscapeSize * text.size())) return;
     size_t size = maxEscapeSize;
     for (const char c : text) size += isEscaped(static_cast<unsigned char>(c)) ? maxEscapeSize : 1;
     makeRoom(size);
   }
 
   void grow(size_t size) {
-    const auto used = static_cast<size_t>(next_ - buffer_.data());
+    const size_t used = this->size();
     buffer_.resize(std::max(used + size, buffer_.size() + buffer_.size() / 4));
     next_ = buffer_.data() + used;
     last_ = buffer_.data() + buffer_.size();
@@ -171,68 +196,95 @@ class Encoder {
   explicit Encoder(size_t expectedSize) : out_(expectedSize) {}
 
   std::string encode(std::span<const ContentRule> rules) {
-    out_.raw("[");
-    for (const ContentRule& each : rules) {
-      if (&each != rules.data()) out_.raw(",");
-      rule(each);
+    out_.literal("[");
+    const ContentRule* previous = nullptr;
+    for (const ContentRule& rule : rules) {
+      if (previous != nullptr) out_.literal(",");
+      const size_t begin = out_.size();
+      if (previous != nullptr && haveSameHead(previous->trigger, rule.trigger))
+        out_.repeat(headBegin_, headEnd_);
+      else
+        head(rule.trigger);
+      headBegin_ = begin;
+      headEnd_ = out_.size();
+      tail(rule);
+      previous = &rule;
     }
-    out_.raw("]");
+    out_.literal("]");
     return std::move(out_).finish();
   }
 
  private:
-  void rule(const ContentRule& rule) {
-    out_.raw("{\"trigger\":{\"url-filter\":\"");
-    out_.escaped(rule.trigger.urlFilter);
-    out_.raw("\"");
-    if (const auto sensitive = rule.trigger.urlFilterIsCaseSensitive) {
-      out_.raw(",\"url-filter-is-case-sensitive\":");
-      out_.raw(*sensitive ? "true" : "false");
+  // The two rules of one filter share their texts, as do rules that hide elements on every site.
+  // This is only about speed: to see texts at the same place is enough.
+  static bool haveSameHead(const ContentRule::Trigger& a, const ContentRule::Trigger& b) {
+    const auto isSame = [](std::string_view x, std::string_view y) {
+      return x.data() == y.data() && x.size() == y.size();
+    };
+    return isSame(a.urlFilter, b.urlFilter) && isSame(a.ifDomain.joined(), b.ifDomain.joined()) &&
+           isSame(a.unlessDomain.joined(), b.unlessDomain.joined()) &&
+           a.urlFilterIsCaseSensitive == b.urlFilterIsCaseSensitive;
+  }
+
+  void head(const ContentRule::Trigger& trigger) {
+    out_.literal(R"({"trigger":{"url-filter":")");
+    out_.escaped(trigger.urlFilter);
+    out_.literal("\"");
+    if (const auto isSensitive = trigger.urlFilterIsCaseSensitive) {
+      out_.literal(R"(,"url-filter-is-case-sensitive":)");
+      out_.raw(*isSensitive ? "true" : "false");
     }
-    if (!rule.trigger.ifDomain.isEmpty()) {
-      out_.raw(",\"if-domain\":[\"");
-      entries(rule.trigger.ifDomain);
+    if (!trigger.ifDomain.isEmpty()) {
+      out_.literal(R"(,"if-domain":[")");
+      entries(trigger.ifDomain);
     }
-    if (!rule.trigger.unlessDomain.isEmpty()) {
-      out_.raw(",\"unless-domain\":[\"");
-      entries(rule.trigger.unlessDomain);
+    if (!trigger.unlessDomain.isEmpty()) {
+      out_.literal(R"(,"unless-domain":[")");
+      entries(trigger.unlessDomain);
     }
+  }
+
+  void tail(const ContentRule& rule) {
     if (!rule.trigger.resourceType.isEmpty()) out_.raw(resourceTypes_[rule.trigger.resourceType]);
-    if (const auto type = rule.trigger.loadType)
-      out_.raw(*type == ContentRule::LoadType::firstParty ? ",\"load-type\":[\"first-party\"]"
-                                                          : ",\"load-type\":[\"third-party\"]");
-    if (rule.trigger.loadContext) out_.raw(",\"load-context\":[\"child-frame\"]");
+    if (rule.trigger.loadType == ContentRule::LoadType::firstParty)
+      out_.literal(R"(,"load-type":["first-party"])");
+    if (rule.trigger.loadType == ContentRule::LoadType::thirdParty)
+      out_.literal(R"(,"load-type":["third-party"])");
+    if (rule.trigger.loadContext) out_.literal(R"(,"load-context":["child-frame"])");
     switch (rule.action.type) {
       case ContentRule::ActionType::block:
-        out_.raw("},\"action\":{\"type\":\"block\"");
+        out_.literal(R"(},"action":{"type":"block")");
         break;
       case ContentRule::ActionType::cssDisplayNone:
-        out_.raw("},\"action\":{\"type\":\"css-display-none\"");
+        out_.literal(R"(},"action":{"type":"css-display-none")");
         break;
       case ContentRule::ActionType::ignorePreviousRules:
-        out_.raw("},\"action\":{\"type\":\"ignore-previous-rules\"");
+        out_.literal(R"(},"action":{"type":"ignore-previous-rules")");
         break;
     }
     if (!rule.action.selector.empty()) {
-      out_.raw(",\"selector\":\"");
+      out_.literal(R"(,"selector":")");
       out_.escaped(rule.action.selector);
-      out_.raw("\"");
+      out_.literal("\"");
     }
-    out_.raw("}}");
+    out_.literal("}}");
   }
 
   void entries(DomainList list) {
     std::string_view rest = list.joined();
     for (size_t comma = rest.find(','); comma != std::string_view::npos; comma = rest.find(',')) {
       out_.escaped(rest.substr(0, comma));
-      out_.raw("\",\"");
+      out_.literal(R"(",")");
       rest.remove_prefix(comma + 1);
     }
     out_.escaped(rest);
-    out_.raw("\"]");
+    out_.literal("\"]");
   }
 
   Writer out_;
+  // Where the head of the last rule stands: all of its trigger up to the domains.
+  size_t headBegin_ = 0;
+  size_t headEnd_ = 0;
   ResourceTypeTexts resourceTypes_;
 };
 

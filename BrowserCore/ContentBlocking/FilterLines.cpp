@@ -1,24 +1,38 @@
 #include "BrowserCore/ContentBlocking/FilterLines.h"
 
-#include <array>
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
+#include <utility>
 
 namespace orvel::filters {
 
 namespace {
-
-// Bytes at which a line may end: the ends of one byte, and the first bytes of the longer ones.
-constexpr auto stopsLine = [] {
-  std::array<bool, 256> stops{};
-  for (const int c : {0x0A, 0x0B, 0x0C, 0x0D, 0xC2, 0xE2}) stops[static_cast<size_t>(c)] = true;
-  return stops;
-}();
 
 // How many bytes of a line end stand at the beginning of `text`; 0 if there is none.
 size_t lineEndLength(std::string_view text) {
   if (text[0] >= 0x0A && text[0] <= 0x0D) return 1;
   if (text.starts_with("\xC2\x85")) return 2;
   return text.starts_with("\xE2\x80\xA8") || text.starts_with("\xE2\x80\xA9") ? 3 : 0;
+}
+
+// Where the first line end of `text` stands, and how long it is; the size and 0 if there is none.
+std::pair<size_t, size_t> findLineEnd(std::string_view text) {
+  size_t i = 0;
+  while (true) {
+    // Words of letters, digits and signs are passed over whole: none of their bytes is below 0x0E
+    // or above 0x7F.
+    for (; text.size() - i >= sizeof(uint64_t); i += sizeof(uint64_t)) {
+      uint64_t word = 0;
+      std::memcpy(&word, text.data() + i, sizeof(word));
+      constexpr uint64_t ones = 0x0101010101010101;
+      if (((word | (word - ones * 0x0E)) & (ones * 0x80)) != 0) break;
+    }
+    const size_t end = std::min(i + sizeof(uint64_t), text.size());
+    for (; i < end; ++i)
+      if (const size_t length = lineEndLength(text.substr(i))) return {i, length};
+    if (i == text.size()) return {i, 0};
+  }
 }
 
 bool isWideBlank(std::string_view bytes) {
@@ -45,12 +59,7 @@ size_t trailingBlankLength(std::string_view text) {
 
 bool FilterLines::next(std::string_view& line) {
   if (rest_.empty()) return false;
-  size_t end = 0;
-  size_t endLength = 0;
-  for (; end < rest_.size(); ++end)
-    if (stopsLine[static_cast<uint8_t>(rest_[end])] &&
-        (endLength = lineEndLength(rest_.substr(end))) > 0)
-      break;
+  const auto [end, endLength] = findLineEnd(rest_);
   line = rest_.substr(0, end);
   rest_.remove_prefix(end + endLength);
   while (const size_t length = leadingBlankLength(line)) line.remove_prefix(length);

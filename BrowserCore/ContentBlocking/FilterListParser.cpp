@@ -9,9 +9,9 @@ namespace orvel::filters {
 
 FilterListParser::FilterListParser(FilterListConverter::Options options, size_t textSize)
     : options_(options) {
-  // Public lists have a rule for every 20 bytes or more. Reserved room that stays unused is never
+  // Public lists have a rule for every 13 bytes or more. Reserved room that stays unused is never
   // touched.
-  constexpr size_t bytesOfRule = 16;
+  constexpr size_t bytesOfRule = 13;
   options_.maxRules = std::max<int64_t>(options_.maxRules, 0);
   blocking_.reserve(std::min(textSize / bytesOfRule, static_cast<size_t>(options_.maxRules)));
 }

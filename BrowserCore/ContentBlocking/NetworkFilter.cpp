@@ -48,7 +48,8 @@ bool coversFrames(const NetworkFilterOptions& options) {
 
 std::optional<NetworkFilter> NetworkFilter::parse(std::string_view line, DomainScopes& scopes,
                                                   TextArena& arena) {
-  NetworkFilter filter;
+  std::optional<NetworkFilter> result(std::in_place);
+  NetworkFilter& filter = *result;
   filter.isException = line.starts_with("@@");
   if (filter.isException) line.remove_prefix(2);
 
@@ -73,7 +74,7 @@ std::optional<NetworkFilter> NetworkFilter::parse(std::string_view line, DomainS
     if (!site) return std::nullopt;
     rule.trigger = site->trigger(everyAddress);
     filter.add(rule);
-    return filter;
+    return result;
   }
 
   const auto address = urlFilter(pattern, arena);
@@ -88,7 +89,7 @@ std::optional<NetworkFilter> NetworkFilter::parse(std::string_view line, DomainS
     rule.trigger.loadContext = ContentRule::LoadContext::childFrame;
     filter.add(rule);
   }
-  return filter;
+  return result;
 }
 
 }  // namespace orvel::filters

@@ -1,7 +1,9 @@
 #include "BrowserCore/ContentBlocking/URLFilterPattern.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 
 namespace orvel::filters {
 
@@ -9,19 +11,27 @@ namespace {
 
 // The scheme, then any subdomains.
 constexpr std::string_view hostAnchor = "^[^:]+://+([^:/]+\\.)?";
-// Deliberately without the end of the address.
-constexpr std::string_view separatorClass = "[/:?=&]";
+// What each byte of a pattern becomes: up to `maxSize` bytes, none if the pattern can't be taken.
+struct Translation {
+  static constexpr size_t maxSize = 8;
+  std::array<char, maxSize> text{};
+  size_t size = 0;
+};
 
-enum class Meaning : uint8_t { literal, escaped, wildcard, separator, unsupported };
-
-constexpr auto meanings = [] {
-  std::array<Meaning, 256> table{};
-  for (size_t c = 0x80; c < table.size(); ++c) table[c] = Meaning::unsupported;
-  for (const char c : std::string_view("()[\\]{}|"))
-    table[static_cast<size_t>(c)] = Meaning::unsupported;
-  for (const char c : std::string_view("$+.?")) table[static_cast<size_t>(c)] = Meaning::escaped;
-  table['*'] = Meaning::wildcard;
-  table['^'] = Meaning::separator;
+constexpr auto translations = [] {
+  std::array<Translation, 256> table{};
+  const auto set = [&](unsigned char c, std::initializer_list<char> text) {
+    table[c].size = text.size();
+    std::copy(text.begin(), text.end(), table[c].text.begin());
+  };
+  for (char c = 0; c < 0x7F; ++c) set(static_cast<unsigned char>(c), {c});
+  set(0x7F, {0x7F});
+  for (const char c : {'$', '+', '.', '?'}) set(static_cast<unsigned char>(c), {'\\', c});
+  for (const char c : {'(', ')', '[', '\\', ']', '{', '}', '|'})
+    set(static_cast<unsigned char>(c), {});
+  set('*', {'.', '*'});
+  // A separator; deliberately without the end of the address.
+  set('^', {'[', '/', ':', '?', '=', '&', ']'});
   return table;
 }();
 
@@ -60,27 +70,16 @@ std::optional<std::string_view> urlFilter(std::string_view pattern, TextArena& a
   if (prefix.empty() && !isEndAnchored && !body.empty() && body.size() < 4) return std::nullopt;
 
   char* const begin =
-      arena.reserve(prefix.size() + body.size() * separatorClass.size() + sizeof(".*"));
+      arena.reserve(prefix.size() + body.size() * Translation::maxSize + sizeof(".*"));
   char* end = append(begin, prefix);
+  bool isSupported = true;
   for (const char c : body) {
-    switch (meanings[static_cast<uint8_t>(c)]) {
-      case Meaning::literal:
-        *end++ = c;
-        break;
-      case Meaning::escaped:
-        *end++ = '\\';
-        *end++ = c;
-        break;
-      case Meaning::wildcard:
-        end = append(end, ".*");
-        break;
-      case Meaning::separator:
-        end = append(end, separatorClass);
-        break;
-      case Meaning::unsupported:
-        return std::nullopt;
-    }
+    const Translation& translation = translations[static_cast<uint8_t>(c)];
+    std::memcpy(end, translation.text.data(), Translation::maxSize);
+    end += translation.size;
+    isSupported &= translation.size != 0;
   }
+  if (!isSupported) return std::nullopt;
   if (isEndAnchored) *end++ = '$';
   if (end == begin) end = append(end, ".*");
   return arena.commit(static_cast<size_t>(end - begin));
