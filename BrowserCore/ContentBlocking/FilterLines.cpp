@@ -9,9 +9,12 @@ namespace orvel::filters {
 
 namespace {
 
+constexpr bool isASCII(char c) { return (c & 0x80) == 0; }
+
 // How many bytes of a line end stand at the beginning of `text`; 0 if there is none.
 size_t lineEndLength(std::string_view text) {
   if (text[0] >= 0x0A && text[0] <= 0x0D) return 1;
+  if (isASCII(text[0])) return 0;
   if (text.starts_with("\xC2\x85")) return 2;
   return text.starts_with("\xE2\x80\xA8") || text.starts_with("\xE2\x80\xA9") ? 3 : 0;
 }
@@ -43,14 +46,14 @@ bool isWideBlank(std::string_view bytes) {
 
 size_t leadingBlankLength(std::string_view text) {
   if (text.empty()) return 0;
-  if (text[0] == ' ' || text[0] == '\t') return 1;
+  if (isASCII(text[0])) return text[0] == ' ' || text[0] == '\t' ? 1 : 0;
   if (text.starts_with("\xC2\xA0")) return 2;
   return text.size() >= 3 && isWideBlank(text.substr(0, 3)) ? 3 : 0;
 }
 
 size_t trailingBlankLength(std::string_view text) {
   if (text.empty()) return 0;
-  if (text.back() == ' ' || text.back() == '\t') return 1;
+  if (isASCII(text.back())) return text.back() == ' ' || text.back() == '\t' ? 1 : 0;
   if (text.ends_with("\xC2\xA0")) return 2;
   return text.size() >= 3 && isWideBlank(text.substr(text.size() - 3)) ? 3 : 0;
 }
