@@ -57,14 +57,15 @@ constexpr uint64_t escapedBytes(uint64_t word) {
          highBits;
 }
 
-// Writes into one buffer, which is made as large as the result will be about and grows if it is
-// longer.
+// Writes into one buffer. Its memory is reserved for what the result will be about, and is made
+// ready in steps that stay in the processor's cache until they are written over.
 class Writer {
  public:
-  explicit Writer(size_t expectedSize)
-      : buffer_(expectedSize + literalRoom, '\0'),
-        next_(buffer_.data()),
-        last_(next_ + buffer_.size()) {}
+  explicit Writer(size_t expectedSize) {
+    buffer_.reserve(expectedSize + literalRoom);
+    next_ = buffer_.data();
+    grow(literalRoom);
+  }
 
   // For keys and signs. Between two other writes they take less than `literalRoom`, for which there
   // is always room.
@@ -124,9 +125,11 @@ class Writer {
     makeRoom(size);
   }
 
+  // Makes at least `size` bytes ready behind what is written.
   void grow(size_t size) {
+    constexpr size_t step = 64 * 1024;
     const size_t used = this->size();
-    buffer_.resize(std::max(used + size, buffer_.size() + buffer_.size() / 4));
+    buffer_.resize(std::max(used + size, std::min(used + size + step, buffer_.capacity())));
     next_ = buffer_.data() + used;
     last_ = buffer_.data() + buffer_.size();
   }
@@ -166,8 +169,9 @@ class Writer {
   }
 
   std::string buffer_;
-  char* next_;
-  char* last_;
+  // The end of what is written, and of what is ready to be written to.
+  char* next_ = nullptr;
+  char* last_ = nullptr;
 };
 
 // The key and list of each set of resource types that occurs, made once.

@@ -30,8 +30,11 @@ constexpr bool isNameCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-';
 }
 
+// Without an early end, so that the compiler can look at many bytes at a time.
 bool isPlainASCII(std::string_view text) {
-  return std::ranges::none_of(text, [](char c) { return (c & 0x80) != 0 || c == '\\'; });
+  bool isPlain = true;
+  for (const char c : text) isPlain &= (c & 0x80) == 0 && c != '\\';
+  return isPlain;
 }
 
 }  // namespace
