@@ -23,7 +23,11 @@ class CosmeticFilters {
   };
   static constexpr uint32_t none = UINT32_MAX;
 
-  explicit CosmeticFilters(DomainScopes& scopes) : scopes_(scopes) {}
+  // `expectedCount`: about how many different selectors there will be.
+  CosmeticFilters(DomainScopes& scopes, size_t expectedCount)
+      : scopes_(scopes), selectors_(expectedCount) {
+    entries_.reserve(expectedCount);
+  }
 
   // Takes a hiding or an exception line; false if it has to be given up.
   bool consume(const CosmeticMarker& line);

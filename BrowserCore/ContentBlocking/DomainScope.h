@@ -33,7 +33,8 @@ size_t normalizeDomain(std::string_view host, char* out);
 // Reads scopes and keeps each once, so that filters with the same list share its text.
 class DomainScopes {
  public:
-  explicit DomainScopes(TextArena& arena) : arena_(arena) {}
+  // `expectedCount`: about how many different scopes there will be.
+  DomainScopes(TextArena& arena, size_t expectedCount) : arena_(arena), table_(expectedCount) {}
 
   // Reads hosts between separators, those behind "~" being excluded. Nothing if an excluded entry
   // isn't a host, if entries of both kinds stand together, or if of plain entries only ones were

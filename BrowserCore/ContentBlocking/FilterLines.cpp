@@ -1,6 +1,6 @@
 #include "BrowserCore/ContentBlocking/FilterLines.h"
 
-#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -19,22 +19,31 @@ size_t lineEndLength(std::string_view text) {
   return text.starts_with("\xE2\x80\xA8") || text.starts_with("\xE2\x80\xA9") ? 3 : 0;
 }
 
-// Where the first line end of `text` stands, and how long it is; the size and 0 if there is none.
+// Where the first byte of `text` from `begin` on stands with which a line end can begin: one below
+// 0x0E or outside ASCII.
+size_t findCandidate(std::string_view text, size_t begin) {
+  constexpr uint64_t ones = 0x0101010101010101;
+  size_t i = begin;
+  for (; text.size() - i >= sizeof(uint64_t); i += sizeof(uint64_t)) {
+    uint64_t word = 0;
+    std::memcpy(&word, text.data() + i, sizeof(word));
+    // The highest bit of each such byte. A byte that is found can make those above it seem so too.
+    const uint64_t found = (word | (word - ones * 0x0E)) & (ones * 0x80);
+    if (found == 0) continue;
+    if constexpr (std::endian::native == std::endian::little)
+      return i + static_cast<size_t>(std::countr_zero(found)) / 8;
+    break;
+  }
+  while (i < text.size() && isASCII(text[i]) && text[i] >= 0x0E) ++i;
+  return i;
+}
+
+// Where the first line end stands, and how long it is; the size and 0 if there is none.
 std::pair<size_t, size_t> findLineEnd(std::string_view text) {
-  size_t i = 0;
-  while (true) {
-    // Words of letters, digits and signs are passed over whole: none of their bytes is below 0x0E
-    // or above 0x7F.
-    for (; text.size() - i >= sizeof(uint64_t); i += sizeof(uint64_t)) {
-      uint64_t word = 0;
-      std::memcpy(&word, text.data() + i, sizeof(word));
-      constexpr uint64_t ones = 0x0101010101010101;
-      if (((word | (word - ones * 0x0E)) & (ones * 0x80)) != 0) break;
-    }
-    const size_t end = std::min(i + sizeof(uint64_t), text.size());
-    for (; i < end; ++i)
-      if (const size_t length = lineEndLength(text.substr(i))) return {i, length};
+  for (size_t i = 0;; ++i) {
+    i = findCandidate(text, i);
     if (i == text.size()) return {i, 0};
+    if (const size_t length = lineEndLength(text.substr(i))) return {i, length};
   }
 }
 

@@ -7,11 +7,21 @@
 
 namespace orvel::filters {
 
+namespace {
+
+// For how many bytes of a public list there is a rule, a scope or a selector at the most.
+constexpr size_t bytesOfRule = 13;
+constexpr size_t bytesOfScope = 128;
+constexpr size_t bytesOfSelector = 64;
+// Of longer texts nothing is expected: they aren't lists.
+constexpr size_t largestText = 16U << 20U;
+
+}  // namespace
+
 FilterListParser::FilterListParser(FilterListConverter::Options options, size_t textSize)
-    : options_(options) {
-  // Public lists have a rule for every 13 bytes or more. Reserved room that stays unused is never
-  // touched.
-  constexpr size_t bytesOfRule = 13;
+    : options_(options),
+      scopes_(*arena_, std::min(textSize, largestText) / bytesOfScope),
+      cosmetic_(scopes_, std::min(textSize, largestText) / bytesOfSelector) {
   options_.maxRules = std::max<int64_t>(options_.maxRules, 0);
   blocking_.reserve(std::min(textSize / bytesOfRule, static_cast<size_t>(options_.maxRules)));
 }

@@ -15,7 +15,7 @@ namespace orvel::filters {
 // The state of one conversion.
 class FilterListParser {
  public:
-  // `textSize`: how long the list is, from which the number of rules is guessed.
+  // `textSize`: how long the list is, from which is guessed how much it holds.
   FilterListParser(FilterListConverter::Options options, size_t textSize);
 
   // Takes a trimmed line. The list's text must live until `finish`.
@@ -30,8 +30,8 @@ class FilterListParser {
 
   FilterListConverter::Options options_;
   std::shared_ptr<TextArena> arena_ = std::make_shared<TextArena>();
-  DomainScopes scopes_{*arena_};
-  CosmeticFilters cosmetic_{scopes_};
+  DomainScopes scopes_;
+  CosmeticFilters cosmetic_;
   // No more rules are kept than can be in the result; the others are only counted.
   std::vector<ContentRule> blocking_;
   int64_t blockingCount_ = 0;

@@ -1,6 +1,7 @@
 #include "BrowserCore/ContentBlocking/NetworkFilter.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "BrowserCore/ContentBlocking/NetworkFilterOptions.h"
 #include "BrowserCore/ContentBlocking/URLFilterPattern.h"
@@ -55,7 +56,9 @@ std::optional<NetworkFilter> NetworkFilter::parse(std::string_view line, DomainS
 
   std::string_view pattern = line;
   NetworkFilterOptions options;
-  if (const size_t dollar = line.rfind('$'); dollar != std::string_view::npos) {
+  // The C library looks at many bytes at a time, which the standard one doesn't from the end.
+  if (const void* const found = memrchr(line.data(), '$', line.size())) {
+    const auto dollar = static_cast<size_t>(static_cast<const char*>(found) - line.data());
     pattern = line.substr(0, dollar);
     const std::string_view optionText = line.substr(dollar + 1);
     if (!isOptionText(optionText)) return std::nullopt;
@@ -64,16 +67,16 @@ std::optional<NetworkFilter> NetworkFilter::parse(std::string_view line, DomainS
     options = *parsed;
   }
 
-  ContentRule rule;
+  ContentRule& rule = filter.rules_[0];
   rule.action.type = filter.isException ? ContentRule::ActionType::ignorePreviousRules
                                         : ContentRule::ActionType::block;
+  filter.count_ = 1;
   if (options.isDocument) {
     // Blocking a whole page isn't for a list to say; allowing one is, and for a site as a whole.
     const auto host = filter.isException ? plainDomain(pattern) : std::nullopt;
     const auto site = host ? scopes.site(*host) : std::nullopt;
     if (!site) return std::nullopt;
     rule.trigger = site->trigger(everyAddress);
-    filter.add(rule);
     return result;
   }
 
@@ -83,11 +86,12 @@ std::optional<NetworkFilter> NetworkFilter::parse(std::string_view line, DomainS
   if (options.isCaseSensitive) rule.trigger.urlFilterIsCaseSensitive = true;
   rule.trigger.loadType = options.loadType;
   rule.trigger.resourceType = resourceTypes(options);
-  if (!rule.trigger.resourceType.isEmpty()) filter.add(rule);
   if (coversFrames(options)) {
-    rule.trigger.resourceType = {ResourceType::document};
-    rule.trigger.loadContext = ContentRule::LoadContext::childFrame;
-    filter.add(rule);
+    // A filter for frames alone has no rule for resources before this one.
+    if (!rule.trigger.resourceType.isEmpty()) filter.rules_[filter.count_++] = rule;
+    ContentRule& frames = filter.rules_[filter.count_ - 1];
+    frames.trigger.resourceType = {ResourceType::document};
+    frames.trigger.loadContext = ContentRule::LoadContext::childFrame;
   }
   return result;
 }

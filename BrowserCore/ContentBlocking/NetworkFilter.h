@@ -23,8 +23,6 @@ struct NetworkFilter {
                                             TextArena& arena);
 
  private:
-  void add(const ContentRule& rule) { rules_[count_++] = rule; }
-
   std::array<ContentRule, 2> rules_;
   size_t count_ = 0;
 };

@@ -2,11 +2,15 @@
 
 #include <sodium/crypto_shorthash.h>
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace orvel::filters {
 
-TextTable::TextTable() : slots_(1024) {
+TextTable::TextTable(size_t expectedCount)
+    : slots_(std::bit_ceil(std::max<size_t>(2 * expectedCount, 16))) {
+  texts_.reserve(expectedCount);
   static_assert(crypto_shorthash_KEYBYTES == sizeof(key_));
   crypto_shorthash_keygen(key_.data());
 }

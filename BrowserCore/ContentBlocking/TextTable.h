@@ -17,7 +17,8 @@ class TextTable {
     bool isNew;
   };
 
-  TextTable();
+  // Makes room for `expectedCount` texts; more only take longer.
+  explicit TextTable(size_t expectedCount = 0);
 
   // `text` must outlive the table if it is new.
   Entry insert(std::string_view text);
