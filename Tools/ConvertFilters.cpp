@@ -1,9 +1,10 @@
 #include <fmt/core.h>
 
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
+#include <cstring>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -43,10 +44,14 @@ std::optional<Arguments> parse(int count, char** arguments) {
 }
 
 std::optional<std::string> contentsOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string contents{std::istreambuf_iterator<char>(file), {}};
-  // A folder opens but can't be read.
-  if (!file.good() && !file.eof()) return std::nullopt;
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+                                                             &std::fclose);
+  if (!file) return std::nullopt;
+  std::string contents;
+  char block[64 * 1024];
+  while (const size_t size = std::fread(block, 1, sizeof(block), file.get()))
+    contents.append(block, size);
+  if (std::ferror(file.get()) != 0) return std::nullopt;
   return contents;
 }
 
@@ -60,7 +65,7 @@ int convertFilters(int count, char** arguments) {
   }
   const auto text = contentsOf(parsed->list);
   if (!text) {
-    fmt::print(stderr, "orvel-core: cannot read {}\n", parsed->list);
+    fmt::print(stderr, "orvel-core: cannot read {}: {}\n", parsed->list, std::strerror(errno));
     return 1;
   }
   const auto output = FilterListConverter::convert(*text, parsed->options);
