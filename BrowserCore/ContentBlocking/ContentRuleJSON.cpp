@@ -1,10 +1,8 @@
-#include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 
 #include "BrowserCore/ContentBlocking/ContentRule.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/ContentBlocking/JSONWriter.h"
 
 namespace orvel {
 
@@ -12,167 +10,6 @@ namespace {
 
 constexpr std::array<std::string_view, 8> resourceTypeNames = {
     "document", "font", "image", "media", "raw", "script", "style-sheet", "svg-document"};
-
-// What a byte below 0x20, a quote or a backslash becomes.
-struct Escape {
-  char text[6];
-  uint8_t size;
-};
-
-constexpr size_t maxEscapeSize = sizeof(Escape::text);
-
-constexpr Escape escape(unsigned char c) {
-  switch (c) {
-    case '"':
-      return {{'\\', '"'}, 2};
-    case '\\':
-      return {{'\\', '\\'}, 2};
-    case '\b':
-      return {{'\\', 'b'}, 2};
-    case '\f':
-      return {{'\\', 'f'}, 2};
-    case '\n':
-      return {{'\\', 'n'}, 2};
-    case '\r':
-      return {{'\\', 'r'}, 2};
-    case '\t':
-      return {{'\\', 't'}, 2};
-    default:
-      return {{'\\', 'u', '0', '0', c < 0x10 ? '0' : '1', "0123456789abcdef"[c & 15]}, 6};
-  }
-}
-
-constexpr bool isEscaped(unsigned char c) { return c < 0x20 || c == '"' || c == '\\'; }
-
-constexpr uint64_t highBits = 0x8080808080808080;
-
-// The highest bit of each of the eight bytes that must be escaped. Bits above the lowest one found
-// may be wrong, so only that one counts.
-constexpr uint64_t escapedBytes(uint64_t word) {
-  constexpr uint64_t ones = 0x0101010101010101;
-  const uint64_t quotes = word ^ (ones * '"');
-  const uint64_t backslashes = word ^ (ones * '\\');
-  return (((word - ones * 0x20) & ~word) | ((quotes - ones) & ~quotes) |
-          ((backslashes - ones) & ~backslashes)) &
-         highBits;
-}
-
-// Writes into one buffer. Its memory is reserved for what the result will be about, and is made
-// ready in steps that stay in the processor's cache until they are written over.
-class Writer {
- public:
-  explicit Writer(size_t expectedSize) {
-    buffer_.reserve(expectedSize + literalRoom);
-    next_ = buffer_.data();
-    grow(literalRoom);
-  }
-
-  // For keys and signs. Between two other writes they take less than `literalRoom`, for which there
-  // is always room.
-  template <size_t size>
-  void literal(const char (&text)[size]) {
-    std::memcpy(next_, text, size - 1);
-    next_ += size - 1;
-  }
-
-  void raw(std::string_view text) {
-    makeRoom(text.size());
-    next_ += text.copy(next_, text.size());
-  }
-
-  // Writes once more what was written from `begin` to `end`.
-  void repeat(size_t begin, size_t end) {
-    makeRoom(end - begin);
-    std::memcpy(next_, buffer_.data() + begin, end - begin);
-    next_ += end - begin;
-  }
-
-  // `text` as the inside of a JSON string; ill-formed UTF-8 becomes U+FFFD.
-  void escaped(std::string_view text) {
-    makeRoomFor(text);
-    char* const begin = next_;
-    if (copyEscaped(text) || text::isValidUTF8(text)) return;
-    const std::string repaired = text::repairedUTF8(text);
-    next_ = begin;
-    makeRoomFor(repaired);
-    copyEscaped(repaired);
-  }
-
-  [[nodiscard]] size_t size() const { return static_cast<size_t>(next_ - buffer_.data()); }
-
-  std::string finish() && {
-    buffer_.resize(size());
-    return std::move(buffer_);
-  }
-
- private:
-  static constexpr size_t literalRoom = 256;
-
-  [[nodiscard]] bool hasRoom(size_t size) const {
-    return static_cast<size_t>(last_ - next_) >= size + literalRoom;
-  }
-
-  void makeRoom(size_t size) {
-    if (!hasRoom(size)) [[unlikely]]
-      grow(size + literalRoom);
-  }
-
-  // Counts exactly only where room for the worst case would make the buffer grow.
-  void makeRoomFor(std::string_view text) {
-    if (hasRoom(maxEscapeSize * text.size())) return;
-    size_t size = maxEscapeSize;
-    for (const char c : text) size += isEscaped(static_cast<unsigned char>(c)) ? maxEscapeSize : 1;
-    makeRoom(size);
-  }
-
-  // Makes at least `size` bytes ready behind what is written.
-  void grow(size_t size) {
-    constexpr size_t step = 64 * 1024;
-    const size_t used = this->size();
-    buffer_.resize(std::max(used + size, std::min(used + size + step, buffer_.capacity())));
-    next_ = buffer_.data() + used;
-    last_ = buffer_.data() + buffer_.size();
-  }
-
-  // False if there are bytes outside ASCII, which are copied as they stand.
-  bool copyEscaped(std::string_view text) {
-    const char* from = text.data();
-    const char* const end = from + text.size();
-    char* to = next_;
-    unsigned char seen = 0;
-    uint64_t seenWords = 0;
-    const auto copyOne = [&] {
-      const auto byte = static_cast<unsigned char>(*from++);
-      seen |= byte;
-      if (isEscaped(byte)) {
-        const Escape sequence = escape(byte);
-        std::memcpy(to, sequence.text, sizeof(sequence.text));
-        to += sequence.size;
-      } else {
-        *to++ = static_cast<char>(byte);
-      }
-    };
-    while (end - from >= 8) {
-      uint64_t word = 0;
-      std::memcpy(&word, from, 8);
-      std::memcpy(to, from, 8);
-      const uint64_t found = escapedBytes(word);
-      seenWords |= word;
-      const int clean = found == 0 ? 8 : std::countr_zero(found) / 8;
-      from += clean;
-      to += clean;
-      if (found != 0) copyOne();
-    }
-    while (from != end) copyOne();
-    next_ = to;
-    return ((seenWords & highBits) | (seen & 0x80U)) == 0;
-  }
-
-  std::string buffer_;
-  // The end of what is written, and of what is ready to be written to.
-  char* next_ = nullptr;
-  char* last_ = nullptr;
-};
 
 // The key and list of each set of resource types that occurs, made once.
 class ResourceTypeTexts {
@@ -285,7 +122,7 @@ class Encoder {
     out_.literal("\"]");
   }
 
-  Writer out_;
+  filters::JSONWriter out_;
   // Where the head of the last rule stands: all of its trigger up to the domains.
   size_t headBegin_ = 0;
   size_t headEnd_ = 0;

@@ -22,6 +22,7 @@ size_t lineEndLength(std::string_view text) {
 // Where the first byte of `text` from `begin` on stands with which a line end can begin: one below
 // 0x0E or outside ASCII.
 size_t findCandidate(std::string_view text, size_t begin) {
+  static_assert(std::endian::native == std::endian::little);
   constexpr uint64_t ones = 0x0101010101010101;
   size_t i = begin;
   for (; text.size() - i >= sizeof(uint64_t); i += sizeof(uint64_t)) {
@@ -29,10 +30,7 @@ size_t findCandidate(std::string_view text, size_t begin) {
     std::memcpy(&word, text.data() + i, sizeof(word));
     // The highest bit of each such byte. A byte that is found can make those above it seem so too.
     const uint64_t found = (word | (word - ones * 0x0E)) & (ones * 0x80);
-    if (found == 0) continue;
-    if constexpr (std::endian::native == std::endian::little)
-      return i + static_cast<size_t>(std::countr_zero(found)) / 8;
-    break;
+    if (found != 0) return i + static_cast<size_t>(std::countr_zero(found)) / 8;
   }
   while (i < text.size() && isASCII(text[i]) && text[i] >= 0x0E) ++i;
   return i;
