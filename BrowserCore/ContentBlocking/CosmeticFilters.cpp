@@ -1,5 +1,7 @@
 #include "BrowserCore/ContentBlocking/CosmeticFilters.h"
 
+#include <utility>
+
 namespace orvel::filters {
 
 bool CosmeticFilters::consume(const CosmeticMarker& line) {

@@ -1,6 +1,8 @@
 #include "BrowserCore/ContentBlocking/ExceptionSites.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "BrowserCore/Text.h"
 

@@ -1,5 +1,7 @@
 #include "BrowserCore/ContentBlocking/FilterListConverter.h"
 
+#include <utility>
+
 #include "BrowserCore/ContentBlocking/FilterLines.h"
 #include "BrowserCore/ContentBlocking/FilterListParser.h"
 

@@ -11,6 +11,7 @@ namespace {
 
 // The scheme, then any subdomains.
 constexpr std::string_view hostAnchor = "^[^:]+://+([^:/]+\\.)?";
+
 // What each byte of a pattern becomes: up to `maxSize` bytes, none if the pattern can't be taken.
 struct Translation {
   static constexpr size_t maxSize = 8;

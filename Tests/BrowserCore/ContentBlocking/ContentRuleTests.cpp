@@ -49,12 +49,12 @@ TEST(ContentRuleJSON, TellsRulesWithSharedTextsApart) {
       {.trigger = {.urlFilter = filter, .unlessDomain = sites}},
       {.trigger = {.urlFilter = filter, .unlessDomain = sites, .urlFilterIsCaseSensitive = true}},
   };
-  std::string one_by_one;
+  std::string oneByOne;
   for (const ContentRule& rule : rules) {
     const std::string json = encodedJSON({&rule, 1});
-    one_by_one += (one_by_one.empty() ? "" : ",") + json.substr(1, json.size() - 2);
+    oneByOne += (oneByOne.empty() ? "" : ",") + json.substr(1, json.size() - 2);
   }
-  EXPECT_EQ(encodedJSON(rules), "[" + one_by_one + "]");
+  EXPECT_EQ(encodedJSON(rules), "[" + oneByOne + "]");
 }
 
 // Every byte at every place of a word, read back by another program's parser.
