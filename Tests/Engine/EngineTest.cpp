@@ -2,11 +2,20 @@
 
 namespace orvel::test {
 
-EngineTest::EngineTest() {
-  // The engine's network process asks its environment for the proxy.
-  g_setenv("http_proxy", server.proxy().c_str(), TRUE);
-  g_setenv("https_proxy", server.proxy().c_str(), TRUE);
+namespace {
+
+TestServer& sharedServer() {
+  static TestServer server;
+  for (const char* variable : {"http_proxy", "https_proxy"})
+    g_setenv(variable, server.proxy().c_str(), TRUE);
   g_setenv("no_proxy", "", TRUE);
+  return server;
+}
+
+}  // namespace
+
+EngineTest::EngineTest() : server(sharedServer()) {
+  server.reset();
   engine = std::make_unique<WebKitEngine>(
       scheduler, WebKitEngineOptions{.dataFolder = folder.path / "data",
                                      .cacheFolder = folder.path / "cache",

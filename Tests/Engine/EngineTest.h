@@ -26,7 +26,8 @@ class EngineTest : public testing::Test {
   std::string evaluate(WebView& view, const std::string& script);
 
   TemporaryFolder folder{"engine"};
-  TestServer server;
+  // One for the whole process: the engine's network process reads its proxy once.
+  TestServer& server;
   GLibScheduler scheduler;
   std::unique_ptr<WebKitEngine> engine;
   std::shared_ptr<WebsiteDataStore> store;

@@ -109,4 +109,6 @@ int TestServer::requestCount(const std::string& url) const {
 
 void TestServer::clearRequests() { control("clear", "null"); }
 
+void TestServer::reset() { control("reset", "null"); }
+
 }  // namespace orvel::test

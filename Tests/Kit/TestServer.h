@@ -49,6 +49,8 @@ class TestServer {
   // Requests whose address is `url`, with or without its query.
   int requestCount(const std::string& url) const;
   void clearRequests();
+  // Forgets all that was served, refused and seen.
+  void reset();
 
  private:
   std::string control(const std::string& operation, const std::string& json) const;

@@ -8,6 +8,7 @@ its own (CA.pem in the folder given). What it serves is told over its control ad
   POST serve     {"url", "status"?, "headers"?, "body"?, "bodyBase64"?, "delay"?, "truncate"?}
   GET  requests  the list of {"method", "url", "headers", "body"} seen so far, oldest first
   POST clear     forgets the requests
+  POST reset     forgets everything
   POST refuse    {"host", "port"}  connections to it are closed at once
 
 An address that nobody described answers 404. Certificates of hosts that begin with "expired." have
@@ -223,6 +224,8 @@ class Handler(BaseHTTPRequestHandler):
                 result = state.requests
             elif operation == "clear":
                 state.requests = []
+            elif operation == "reset":
+                state.pages, state.requests, state.refused = {}, [], set()
             elif operation == "refuse":
                 state.refused.add((given["host"], given["port"]))
         self.answer(
