@@ -18,6 +18,10 @@ struct ContentWorld {
   static ContentWorld page() { return {}; }
   // The world of the program's own scripts.
   static ContentWorld defaultClient() { return {"orvel"}; }
+  // The world of the scripts that hide what the user picked.
+  static ContentWorld hiddenItems() { return {"orvel-hidden-items"}; }
+  // Any other world. Scripts run in it and post from it; only the worlds above can be evaluated in
+  // frames other than the main one.
   static ContentWorld named(std::string name) { return {std::move(name)}; }
 
   friend bool operator==(const ContentWorld&, const ContentWorld&) = default;

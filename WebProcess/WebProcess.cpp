@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr const char kEngineWorld[] = "orvel-engine";
-
 bool sendsPrivacySignal = false;
 
 // The frames of each page, in the order in which they appeared. Entries go when their frames do.
@@ -34,13 +32,11 @@ void windowObjectCleared(WebKitScriptWorld*, WebKitWebPage* page, WebKitFrame* f
   g_object_weak_ref(G_OBJECT(frame), &frameDied, reinterpret_cast<gpointer>(id));
 }
 
-// Worlds of the same name are the same world as the view's process means by it.
-WebKitScriptWorld* world(const char* name) {
-  if (!*name) return webkit_script_world_get_default();
-  static auto* worlds = new std::unordered_map<std::string, WebKitScriptWorld*>();
-  auto& known = (*worlds)[name];
-  if (!known) known = webkit_script_world_new_with_name(name);
-  return known;
+// The worlds by name; empty is the page's own. Made at start, before scripts of these names arrive:
+// a world made later would be another one of the same name.
+std::unordered_map<std::string, WebKitScriptWorld*>& worlds() {
+  static auto* known = new std::unordered_map<std::string, WebKitScriptWorld*>();
+  return *known;
 }
 
 std::string evaluate(WebKitFrame* frame, WebKitScriptWorld* in, const char* script) {
@@ -67,8 +63,10 @@ gboolean messageReceived(WebKitWebPage* page, WebKitUserMessage* message, gpoint
   GVariantBuilder results;
   g_variant_builder_init(&results, G_VARIANT_TYPE("as"));
   const std::vector<WebKitFrame*> frames = framesByPage()[webkit_web_page_get_id(page)];
+  const auto world = worlds().find(worldName);
   for (WebKitFrame* frame : frames)
-    g_variant_builder_add(&results, "s", evaluate(frame, world(worldName), script).c_str());
+    if (world != worlds().end())
+      g_variant_builder_add(&results, "s", evaluate(frame, world->second, script).c_str());
   webkit_user_message_send_reply(
       message, webkit_user_message_new("evaluated", g_variant_builder_end(&results)));
   return TRUE;
@@ -91,9 +89,19 @@ void pageCreated(WebKitWebProcessExtension*, WebKitWebPage* page, gpointer) {
 extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize_with_user_data(
     WebKitWebProcessExtension* extension, const GVariant* data) {
   gboolean isOn = FALSE;
-  g_variant_get(const_cast<GVariant*>(data), "(b)", &isOn);
+  GVariantIter* names = nullptr;
+  g_variant_get(const_cast<GVariant*>(data), "(bas)", &isOn, &names);
   sendsPrivacySignal = isOn;
-  g_signal_connect(world(kEngineWorld), "window-object-cleared", G_CALLBACK(windowObjectCleared),
-                   nullptr);
+  worlds()[""] = webkit_script_world_get_default();
+  WebKitScriptWorld* first = nullptr;
+  const char* name = nullptr;
+  while (g_variant_iter_next(names, "&s", &name)) {
+    WebKitScriptWorld* world = worlds()[name] = webkit_script_world_new_with_name(name);
+    if (!first) first = world;
+  }
+  g_variant_iter_free(names);
+  // Any one of them tells of every frame.
+  if (first)
+    g_signal_connect(first, "window-object-cleared", G_CALLBACK(windowObjectCleared), nullptr);
   g_signal_connect(extension, "page-created", G_CALLBACK(pageCreated), nullptr);
 }

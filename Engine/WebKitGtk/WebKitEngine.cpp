@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "BrowserCore/Text.h"
+#include "Engine/WebKitGtk/EngineScripts.h"
 #include "Engine/WebKitGtk/HTTPSFirst.h"
 #include "Engine/WebKitGtk/WebKitContentController.h"
 #include "Engine/WebKitGtk/WebKitDataStore.h"
@@ -81,8 +82,14 @@ WebKitWebContext* WebKitEngine::context(PrivacySignal signal) {
   // Right after the context is made: the signal for it comes too late for the first process.
   webkit_web_context_set_web_process_extensions_directory(context.get(),
                                                           options_.webProcessFolder.c_str());
+  // A world must be known to a process before the first script of that name comes to it.
+  const std::string client = ContentWorld::defaultClient().name;
+  const std::string hidden = ContentWorld::hiddenItems().name;
+  const char* worlds[] = {engine_scripts::kWorld, client.c_str(), hidden.c_str(), nullptr};
   webkit_web_context_set_web_process_extensions_initialization_user_data(
-      context.get(), g_variant_new("(b)", signal == PrivacySignal::On));
+      context.get(), g_variant_new("(b^as)", signal == PrivacySignal::On, worlds));
+  // The larger model keeps processes of closed pages about for half an hour.
+  webkit_web_context_set_cache_model(context.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
   for (const auto& [scheme, handler] : schemeHandlers_) registerScheme(context.get(), scheme);
   return context.get();
 }

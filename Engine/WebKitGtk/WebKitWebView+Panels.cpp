@@ -9,12 +9,10 @@ namespace {
 
 std::string textOf(const char* text) { return text ? text : ""; }
 
-// Takes a reference on the dialog, which the engine would otherwise close when the signal returns.
+// The dialog is answered when its last reference goes. Closing it by name while its signal is still
+// being emitted would crash the engine.
 std::shared_ptr<WebKitScriptDialog> hold(WebKitScriptDialog* dialog) {
-  return {webkit_script_dialog_ref(dialog), [](WebKitScriptDialog* held) {
-            webkit_script_dialog_close(held);
-            webkit_script_dialog_unref(held);
-          }};
+  return {webkit_script_dialog_ref(dialog), &webkit_script_dialog_unref};
 }
 
 void runScriptDialog(WebKitWebView& view, UIDelegate& ui, WebKitScriptDialog* raw,

@@ -1,5 +1,6 @@
 #include "Engine/WebKitGtk/WebKitWebView.h"
 
+#include <adwaita.h>
 #include <fmt/format.h>
 
 #include <utility>
@@ -72,7 +73,6 @@ void WebKitWebView::applySettings() {
   auto* settings = webkit_web_view_get_settings(view_.get());
   webkit_settings_set_enable_fullscreen(settings, configuration_.isElementFullscreenEnabled);
   webkit_settings_set_enable_developer_extras(settings, TRUE);
-  webkit_settings_set_enable_back_forward_navigation_gestures(settings, TRUE);
   webkit_settings_set_enable_media_stream(settings, TRUE);
   if (configuration_.applicationNameForUserAgent.empty()) return;
   // The engine's own text up to where it names its version.
@@ -85,6 +85,7 @@ void WebKitWebView::applySettings() {
 }
 
 void WebKitWebView::start() {
+  connectGestures();
   connectLoading();
   connectPolicy();
   connectPanels();
@@ -98,6 +99,19 @@ void WebKitWebView::start() {
   controller().setEngineRules(engine_.httpsFirst().rules());
   engine_.httpsFirst().addListener(
       this, [this] { controller().setEngineRules(engine_.httpsFirst().rules()); });
+}
+
+// With these gestures on, each navigation takes a picture of the page, and the engine crashes when
+// the view has never been on screen.
+void WebKitWebView::connectGestures() {
+  static constexpr auto enable = [](GtkWidget* view, gboolean isOn) {
+    webkit_settings_set_enable_back_forward_navigation_gestures(
+        webkit_web_view_get_settings(WEBKIT_WEB_VIEW(view)), isOn);
+  };
+  connect(
+      "map", +[](GtkWidget* view, gpointer) { enable(view, TRUE); });
+  connect(
+      "unmap", +[](GtkWidget* view, gpointer) { enable(view, FALSE); });
 }
 
 void WebKitWebView::connectLoading() {
@@ -282,9 +296,19 @@ bool WebKitWebView::isInWindow() const {
 
 void WebKitWebView::focus() { gtk_widget_grab_focus(GTK_WIDGET(view_.get())); }
 
+// A container that holds its child by name would keep a widget that was merely unparented.
 void WebKitWebView::removeFromParent() {
   auto* widget = GTK_WIDGET(view_.get());
-  if (gtk_widget_get_parent(widget)) gtk_widget_unparent(widget);
+  auto* parent = gtk_widget_get_parent(widget);
+  if (!parent) return;
+  if (GTK_IS_WINDOW(parent))
+    gtk_window_set_child(GTK_WINDOW(parent), nullptr);
+  else if (ADW_IS_BIN(parent))
+    adw_bin_set_child(ADW_BIN(parent), nullptr);
+  else if (GTK_IS_BOX(parent))
+    gtk_box_remove(GTK_BOX(parent), widget);
+  else
+    gtk_widget_unparent(widget);
 }
 
 }  // namespace orvel

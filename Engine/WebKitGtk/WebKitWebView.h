@@ -87,6 +87,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
     g_signal_connect(view_.get(), signal, G_CALLBACK(handler), this);
   }
   void applySettings();
+  void connectGestures();
   void connectLoading();
   void connectPolicy();
   void connectPanels();

@@ -4,22 +4,33 @@ namespace orvel::test {
 
 namespace {
 
-TestServer& sharedServer() {
-  static TestServer server;
-  for (const char* variable : {"http_proxy", "https_proxy"})
-    g_setenv(variable, server.proxy().c_str(), TRUE);
-  g_setenv("no_proxy", "", TRUE);
-  return server;
+struct Process {
+  TemporaryFolder folder{"engine"};
+  TestServer server;
+  GLibScheduler scheduler;
+  WebKitEngine* engine = nullptr;
+
+  Process() {
+    for (const char* variable : {"http_proxy", "https_proxy"})
+      g_setenv(variable, server.proxy().c_str(), TRUE);
+    g_setenv("no_proxy", "", TRUE);
+    // Never destroyed, as the program's own is not before the process ends.
+    engine = new WebKitEngine(scheduler, {.dataFolder = folder.path / "data",
+                                          .cacheFolder = folder.path / "cache",
+                                          .webProcessFolder = ORVEL_BUILD_DIR "/lib/web-process"});
+  }
+};
+
+Process& process() {
+  static Process instance;
+  return instance;
 }
 
 }  // namespace
 
-EngineTest::EngineTest() : server(sharedServer()) {
+EngineTest::EngineTest()
+    : server(process().server), scheduler(process().scheduler), engine(process().engine) {
   server.reset();
-  engine = std::make_unique<WebKitEngine>(
-      scheduler, WebKitEngineOptions{.dataFolder = folder.path / "data",
-                                     .cacheFolder = folder.path / "cache",
-                                     .webProcessFolder = ORVEL_BUILD_DIR "/lib/web-process"});
   store = engine->nonPersistentDataStore();
 }
 

@@ -26,10 +26,11 @@ class EngineTest : public testing::Test {
   std::string evaluate(WebView& view, const std::string& script);
 
   TemporaryFolder folder{"engine"};
-  // One for the whole process: the engine's network process reads its proxy once.
+  // One of each for the whole process, as in the program: the network process reads its proxy once,
+  // and the engine does not survive the end of its contexts.
   TestServer& server;
-  GLibScheduler scheduler;
-  std::unique_ptr<WebKitEngine> engine;
+  GLibScheduler& scheduler;
+  WebKitEngine* engine;
   std::shared_ptr<WebsiteDataStore> store;
 
  private:

@@ -128,7 +128,6 @@ class Handler(BaseHTTPRequestHandler):
         host, _, port = self.path.rpartition(":")
         host = host.strip("[]")
         if (host, int(port)) in self.server.state.refused:
-            self.send_error(502)
             self.close_connection = True
             return
         self.send_response(200, "Connection established")
