@@ -1,0 +1,118 @@
+#include "Base/GLibScheduler.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Base/Observable.h"
+#include "Tests/Kit/Eventually.h"
+
+namespace orvel {
+namespace {
+
+using test::eventually;
+using testing::ElementsAre;
+
+struct GLibSchedulerTest : testing::Test {
+  std::vector<std::string> log;
+  GLibScheduler scheduler;
+
+  // Runs where the toolkit lays out and draws.
+  void logAtLayout(std::string line) {
+    struct Line {
+      GLibSchedulerTest* self;
+      std::string text;
+    };
+    g_idle_add_full(
+        G_PRIORITY_HIGH_IDLE + 20,
+        [](gpointer data) -> gboolean {
+          const std::unique_ptr<Line> owned(static_cast<Line*>(data));
+          owned->self->log.push_back(owned->text);
+          return G_SOURCE_REMOVE;
+        },
+        new Line{this, std::move(line)}, nullptr);
+  }
+};
+
+TEST_F(GLibSchedulerTest, FlushesEffectsAfterEventsAndBeforeLayout) {
+  Observable<int> value = 0;
+  const Effect watch = effect([&] { log.push_back(fmt::format("effect {}", value.get())); });
+  logAtLayout("layout");
+  g_idle_add_full(
+      G_PRIORITY_DEFAULT,
+      [](gpointer data) -> gboolean {
+        *static_cast<Observable<int>*>(data) = 1;
+        return G_SOURCE_REMOVE;
+      },
+      &value, nullptr);
+  ASSERT_TRUE(eventually([&] { return log.size() == 3; }));
+  EXPECT_THAT(log, ElementsAre("effect 0", "effect 1", "layout"));
+}
+
+TEST_F(GLibSchedulerTest, ALongQueueKeepsItsOrderAndGivesWayToDrawing) {
+  int ran = 0;
+  bool isOrdered = true;
+  int ranAtLayout = -1;
+  for (int i = 0; i < 100'000; ++i)
+    scheduler.post([&, i] {
+      isOrdered &= ran == i;
+      ++ran;
+      if (i % 100 == 0) g_usleep(50);
+      if (i == 0) logAtLayout("layout");
+      if (!log.empty() && ranAtLayout < 0) ranAtLayout = ran;
+    });
+  ASSERT_TRUE(eventually([&] { return ran == 100'000; }, 20s));
+  EXPECT_TRUE(isOrdered);
+  EXPECT_GT(ranAtLayout, 0);
+  EXPECT_LT(ranAtLayout, 50'000) << "a frame was drawn in the middle of the queue";
+}
+
+Task<> noteAfter(std::vector<std::string>& log, std::string text, Duration time, SleepClock clock) {
+  const auto result = co_await sleep(time, clock);
+  log.push_back(text + (result == SleepResult::Done ? " done" : " cancelled"));
+}
+
+TEST_F(GLibSchedulerTest, SleepsOnBothClocks) {
+  scheduler.start(noteAfter(log, "later", 60ms, SleepClock::Monotonic)).detach();
+  scheduler.start(noteAfter(log, "boot", 20ms, SleepClock::Boot)).detach();
+  auto handle = scheduler.start(noteAfter(log, "long", 1h, SleepClock::Boot));
+  ASSERT_TRUE(eventually([&] { return log.size() == 2; }));
+  handle.cancel();
+  ASSERT_TRUE(eventually([&] { return log.size() == 3; }));
+  EXPECT_THAT(log, ElementsAre("boot done", "later done", "long cancelled"));
+}
+
+TEST_F(GLibSchedulerTest, WorkersReportOnTheMainThread) {
+  const auto main = std::this_thread::get_id();
+  std::thread::id worker;
+  std::thread::id reporter;
+  for (const WorkPriority priority : {WorkPriority::UserInitiated, WorkPriority::Utility})
+    scheduler.runInBackground([&] { worker = std::this_thread::get_id(); },
+                              [&] {
+                                reporter = std::this_thread::get_id();
+                                log.push_back("done");
+                              },
+                              priority);
+  ASSERT_TRUE(eventually([&] { return log.size() == 2; }));
+  EXPECT_NE(worker, main);
+  EXPECT_EQ(reporter, main);
+}
+
+TEST(GLibSchedulerEnd, WaitsForWorkersAndDropsTheirReports) {
+  bool hasWorked = false;
+  bool hasReported = false;
+  {
+    GLibScheduler scheduler;
+    scheduler.runInBackground(
+        [&] {
+          g_usleep(50'000);
+          hasWorked = true;
+        },
+        [&] { hasReported = true; }, WorkPriority::UserInitiated);
+    g_usleep(10'000);
+  }
+  EXPECT_TRUE(hasWorked);
+  EXPECT_FALSE(hasReported);
+}
+
+}  // namespace
+}  // namespace orvel
