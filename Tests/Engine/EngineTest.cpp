@@ -34,6 +34,8 @@ EngineTest::EngineTest()
   store = engine->nonPersistentDataStore();
 }
 
+const std::filesystem::path& EngineTest::engineFolder() { return process().folder.path; }
+
 EngineTest::~EngineTest() {
   for (GtkWidget* window : windows_) gtk_window_destroy(GTK_WINDOW(window));
 }

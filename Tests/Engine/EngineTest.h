@@ -25,6 +25,9 @@ class EngineTest : public testing::Test {
   // The value of a script in the page's world as JSON text; empty when it threw.
   std::string evaluate(WebView& view, const std::string& script);
 
+  // Where the engine keeps everything that reaches the disk.
+  static const std::filesystem::path& engineFolder();
+
   TemporaryFolder folder{"engine"};
   // One of each for the whole process, as in the program: the network process reads its proxy once,
   // and the engine does not survive the end of its contexts.

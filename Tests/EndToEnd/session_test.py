@@ -1,0 +1,150 @@
+#!/usr/bin/env python3
+"""The program as its user's other programs see it: starting, addresses, ending, coming back."""
+
+import pathlib
+import random
+import signal
+import sys
+import time
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
+from orvel_kit import EndToEndTest, eventually  # noqa: E402
+
+# What a change may wait before it is safe: the save's one second, and the time that a save takes.
+SAVE_DELAY = 1.0
+SLOWEST_SAVE = 0.5
+MARGIN = 0.05
+
+
+def today(session):
+    return [tab.get("url") for tab in session["spaces"][0]["today"]] if session else []
+
+
+class SessionTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        for host in ("one", "two", "three"):
+            self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>")
+            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
+
+    def wait_for_page(self, url, count=1):
+        eventually(lambda: len(self.web.requests(url)) >= count, f"a request for {url}", 15)
+
+    def test_opens_the_address_it_is_started_with_and_saves_it(self):
+        program = self.start("http://one.test/")
+        self.wait_for_page("http://one.test/")
+        request = self.web.requests("http://one.test/")[0]
+        self.assertEqual(request["headers"].get("sec-gpc"), "1")
+        eventually(lambda: today(program.session()) == ["http://one.test/"], "the session", 5)
+        eventually(lambda: program.session()["spaces"][0]["today"][0]["title"] == "One", "title")
+        self.picture("started")
+
+    def test_a_second_start_hands_its_address_over(self):
+        program = self.start("http://one.test/")
+        self.wait_for_page("http://one.test/")
+        code, said = program.second("http://two.test/")
+        self.assertEqual(code, 0, said)
+        self.wait_for_page("http://two.test/")
+        self.assertIsNone(program.process.poll())
+        eventually(
+            lambda: today(program.session()) == ["http://two.test/", "http://one.test/"],
+            "both tabs",
+        )
+
+    def test_ends_by_signal_within_two_seconds_and_comes_back(self):
+        program = self.start("http://one.test/")
+        self.wait_for_page("http://one.test/")
+        program.open_address("http://two.test/")
+        self.wait_for_page("http://two.test/")
+        # Less than the second that a save waits.
+        took = program.end(signal.SIGTERM)
+        self.assertEqual(program.process.returncode, 0)
+        self.assertLess(took, 2.5)
+        self.assertEqual(today(program.session()), ["http://two.test/", "http://one.test/"])
+
+        again = self.start()
+        self.wait_for_page("http://two.test/", 2)
+        self.assertEqual(len(self.web.requests("http://one.test/")), 1, "only the selected tab")
+        again.end(signal.SIGINT)
+        self.assertEqual(today(again.session()), ["http://two.test/", "http://one.test/"])
+
+    def test_history_and_place_on_the_page_come_back_from_the_files(self):
+        scrolled = "<title>Long</title><body style='height:9000px'><script>%s</script>"
+        report = "setInterval(() => fetch('/at?y=' + Math.round(scrollY)), 100)"
+        self.web.serve("http://long.test/", scrolled % ("scrollTo(0, 1234);" + report))
+        self.web.serve("http://long.test/at", "")
+        self.web.control("refuse", {"host": "long.test", "port": 443})
+        program = self.start("http://one.test/")
+        self.wait_for_page("http://one.test/")
+
+        program.open_address("http://long.test/")
+        at = "http://long.test/at?y=1234"
+        reports = lambda: [r["url"] for r in self.web.requests("http://long.test/at")]  # noqa: E731
+        eventually(lambda: at in reports(), "the page at its place", 10)
+        time.sleep(0.3)
+        program.end()
+        # The page no longer scrolls by itself.
+        self.web.serve("http://long.test/", scrolled % report)
+        self.web.control("clear")
+        self.start()
+        eventually(lambda: at in reports(), "the page back at its place", 15)
+
+    def test_without_a_bus_a_lock_decides(self):
+        alone = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
+        program = self.start("http://one.test/", environment=alone)
+        self.wait_for_page("http://one.test/")
+        eventually(lambda: today(program.session()) == ["http://one.test/"], "the session")
+        code, said = program.second("http://two.test/")
+        self.assertEqual(code, 1)
+        self.assertIn("another Orvel is using", said)
+        self.assertEqual(today(program.session()), ["http://one.test/"])
+        program.end()
+
+    def test_a_broken_session_is_kept_and_the_program_starts(self):
+        folder = self.home / "data" / "Orvel"
+        folder.mkdir(parents=True)
+        (folder / "session.json").write_bytes(b'{"schemaVersion": 3}')
+        program = self.start("http://one.test/")
+        self.wait_for_page("http://one.test/")
+        kept = folder / "session.unreadable.json"
+        eventually(kept.exists, "the copy")
+        self.assertEqual(kept.read_bytes(), b'{"schemaVersion": 3}')
+        eventually(lambda: today(program.session()) == ["http://one.test/"], "a new session")
+
+    def test_a_kill_costs_no_change_older_than_a_save(self):
+        seed = random.randrange(1 << 30)
+        print(f"kill rounds: seed {seed}")
+        draw = random.Random(seed)
+        number = 0
+        made = []  # (number, time)
+        for round_ in range(10):
+            program = self.start()
+            eventually(lambda: self.is_on_the_bus(program), "the program on the bus", 15)
+            end = time.monotonic() + draw.uniform(0.2, 2.5)
+            while time.monotonic() < end:
+                number += 1
+                program.open_address(f"about:blank?{number}")
+                made.append((number, time.monotonic()))
+                time.sleep(draw.uniform(0.0, 0.3))
+            killed = time.monotonic()
+            program.kill()
+            session = program.session()
+            kept = [int(url.split("?")[1]) for url in today(session) if url and "?" in url]
+            self.assertEqual(kept, sorted(kept, reverse=True), "in order")
+            bound = killed - (SAVE_DELAY + SLOWEST_SAVE + MARGIN)
+            due = {n for n, at in made if at < bound}
+            self.assertLessEqual(due, set(kept), f"round {round_}")
+            # What this kill took is gone for good.
+            made = [(n, at) for n, at in made if n in set(kept)]
+
+    def is_on_the_bus(self, program):
+        try:
+            program.open_address("about:blank")
+            return True
+        except Exception:  # not there yet
+            return False
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,217 @@
+"""What the end-to-end tests stand on: a web, a browser with folders of its own, and eyes and hands.
+
+Run under scripts/with-display, which gives a display and a session bus. Each browser that is started
+has its own XDG folders and reaches nothing but the test web.
+"""
+
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+import urllib.request
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, Gio, GLib  # noqa: E402
+
+KIT = pathlib.Path(__file__).resolve().parent
+ROOT = KIT.parent.parent
+BUILD = pathlib.Path(os.environ.get("ORVEL_BUILD_DIR", ROOT / "build" / "dev"))
+PROGRAM = BUILD / "bin" / "orvel"
+PICTURES = os.environ.get("ORVEL_PICTURES")
+
+
+def eventually(condition, what="the condition", limit=5.0):
+    """The first truthy value of `condition()`; fails after `limit` seconds."""
+    end = time.monotonic() + limit
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"{what} did not come about in {limit} s")
+        time.sleep(0.02)
+
+
+class Web:
+    """The test server (test_server.py), which is also the browser's proxy."""
+
+    def __init__(self, folder):
+        folder.mkdir()
+        self.process = subprocess.Popen(
+            [sys.executable, str(KIT / "test_server.py"), str(folder)],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+        )
+        self.address = f"http://127.0.0.1:{int(self.process.stdout.readline())}"
+        self.direct = urllib.request.build_opener(urllib.request.ProxyHandler({}))
+
+    def control(self, operation, value=None):
+        request = urllib.request.Request(
+            f"{self.address}/__kit__/{operation}", json.dumps(value).encode(), method="POST"
+        )
+        return json.loads(self.direct.open(request).read())
+
+    def serve(self, url, body, **page):
+        self.control("serve", {"url": url, "body": body, **page})
+
+    def requests(self, url):
+        """What was asked of `url`, whatever its query."""
+        seen = self.control("requests")
+        return [r for r in seen if r["url"] == url or r["url"].split("?")[0] == url]
+
+    def stop(self):
+        self.process.stdin.close()
+        self.process.wait(5)
+        self.process.stdout.close()
+
+
+class Program:
+    """One run of the browser on the folders of `home`."""
+
+    def __init__(self, home, web, *arguments, environment=None):
+        self.home = home
+        self.environment = dict(
+            os.environ,
+            XDG_DATA_HOME=str(home / "data"),
+            XDG_CACHE_HOME=str(home / "cache"),
+            XDG_CONFIG_HOME=str(home / "config"),
+            XDG_DOWNLOAD_DIR=str(home / "downloads"),
+            HOME=str(home),
+            http_proxy=web.address,
+            https_proxy=web.address,
+            no_proxy="",
+            WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS="1",
+            WEBKIT_DISABLE_DMABUF_RENDERER="1",
+            GSK_RENDERER="cairo",
+            **(environment or {}),
+        )
+        self.arguments = arguments
+        self.log = open(home / "log.txt", "a+b")
+        self.process = subprocess.Popen(
+            [str(PROGRAM), *arguments], env=self.environment, stdout=self.log,
+            stderr=subprocess.STDOUT,
+        )
+
+    def second(self, *arguments):
+        """Starts the program again beside this run; its exit code and what it said."""
+        done = subprocess.run(
+            [str(PROGRAM), *arguments], env=self.environment, capture_output=True, text=True,
+            timeout=20,
+        )
+        return done.returncode, done.stdout + done.stderr
+
+    def session(self):
+        """The session file's contents; None while there is none."""
+        try:
+            return json.loads((self.home / "data" / "Orvel" / "session.json").read_text())
+        except FileNotFoundError:
+            return None
+
+    def open_address(self, address):
+        """Asks the running program to open an address, as another application does."""
+        bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        bus.call_sync(
+            "com.brinemark.orvel", "/com/brinemark/orvel", "org.gtk.Actions", "Activate",
+            GLib.Variant("(sava{sv})", ("open-address", [GLib.Variant("s", address)], {})),
+            None, Gio.DBusCallFlags.NONE, 5000, None,
+        )
+
+    def end(self, number=signal.SIGTERM, limit=5):
+        """Sends a signal and waits for the end; answers the seconds that it took."""
+        begin = time.monotonic()
+        if self.process.poll() is None:
+            self.process.send_signal(number)
+        self.process.wait(limit)
+        self.log.close()
+        return time.monotonic() - begin
+
+    def kill(self):
+        self.end(signal.SIGKILL)
+
+
+class EndToEndTest(unittest.TestCase):
+    """A web and a home for each test, both gone afterwards."""
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvel-e2e-"))
+        self.home = self.folder / "home"
+        self.home.mkdir()
+        self.web = Web(self.folder / "web")
+        self.programs = []
+
+    def tearDown(self):
+        for program in self.programs:
+            if program.process.poll() is None:
+                program.kill()
+        self.web.stop()
+        result = self._outcome.result
+        if any(test is self for test, _ in result.failures + result.errors):
+            print((self.home / "log.txt").read_text(errors="replace"))
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def start(self, *arguments, **options):
+        program = Program(self.home, self.web, *arguments, **options)
+        self.programs.append(program)
+        return program
+
+    def picture(self, name):
+        """A picture of the whole display into ORVEL_PICTURES, when that is set."""
+        if PICTURES:
+            subprocess.run(["import", "-window", "root", f"{PICTURES}/{name}.png"], check=True)
+
+    # Eyes: the accessibility tree.
+
+    def application(self):
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(index)
+            if child and child.get_name() in ("Orvel", "orvel", "com.brinemark.orvel"):
+                return child
+        return None
+
+    def accessible(self, name, role=None):
+        """The first accessible object on screen of this name and role; None without one."""
+        root = self.application()
+        waiting = [root] if root else []
+        while waiting:
+            item = waiting.pop(0)
+            try:
+                is_showing = item.get_state_set().contains(Atspi.StateType.SHOWING)
+                if item is not root and item.get_role() != Atspi.Role.WINDOW:
+                    if item.get_name() == name and (role is None or item.get_role_name() == role):
+                        if is_showing:
+                            return item
+                for index in range(item.get_child_count()):
+                    child = item.get_child_at_index(index)
+                    if child:
+                        waiting.append(child)
+            except GLib.Error:
+                continue
+        return None
+
+    def find(self, name, role=None, limit=5.0):
+        return eventually(lambda: self.accessible(name, role), f"“{name}” on screen", limit)
+
+    # Hands: real input events.
+
+    def keys(self, *names):
+        for name in names:
+            subprocess.run(["xdotool", "key", "--clearmodifiers", name], check=True)
+            time.sleep(0.05)
+
+    def type(self, text):
+        subprocess.run(["xdotool", "type", "--delay", "8", text], check=True)
+
+    def click(self, item, button=1):
+        box = item.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+        x, y = box.x + box.width // 2, box.y + box.height // 2
+        subprocess.run(
+            ["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True
+        )
