@@ -1,0 +1,191 @@
+#include "BrowserCore/HistoryDatabase.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <fstream>
+#include <random>
+
+#include "BrowserCore/HistoryIndex.h"
+
+namespace orvel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr Date kNow = Date(std::chrono::seconds(1'800'000'000));
+constexpr auto kDay = std::chrono::hours(24);
+
+struct HistoryTest : testing::Test {
+  std::filesystem::path folder;
+  UUID profile = UUID::random();
+
+  void SetUp() override {
+    char name[] = "/tmp/orvel-history-XXXXXX";
+    folder = mkdtemp(name);
+  }
+  void TearDown() override { std::filesystem::remove_all(folder); }
+
+  std::filesystem::path file() const { return folder / "history.sqlite"; }
+  HistoryDatabase open() { return std::get<HistoryDatabase>(HistoryDatabase::open(file())); }
+
+  void visit(HistoryDatabase& history, const std::string& url, const std::string& title = "",
+             int times = 1, Date at = kNow) {
+    for (int i = 0; i < times; ++i) history.recordVisit(profile, *URL::parse(url), title, at);
+  }
+  std::vector<std::string> urls(const std::vector<HistoryDatabase::Entry>& entries) {
+    std::vector<std::string> result;
+    for (const auto& entry : entries) result.push_back(entry.url.text());
+    return result;
+  }
+  std::vector<std::string> found(HistoryDatabase& history, const std::string& query) {
+    return urls(history.search(query, profile, 50, kNow));
+  }
+};
+
+TEST_F(HistoryTest, KeepsOneRowAPageAndProfileAndTheLastKnownTitle) {
+  auto history = open();
+  visit(history, "https://a.test/", "First", 1, kNow - kDay);
+  visit(history, "https://a.test/", "", 1, kNow);
+  const auto entries = history.recent(profile, 10);
+  ASSERT_EQ(entries.size(), 1u);
+  EXPECT_EQ(entries[0].title, "First");
+  EXPECT_EQ(entries[0].visitCount, 2);
+  EXPECT_EQ(entries[0].lastVisit, kNow);
+
+  const UUID other = UUID::random();
+  history.recordVisit(other, *URL::parse("https://a.test/"), "Second", kNow);
+  EXPECT_EQ(history.recent(other, 10).at(0).visitCount, 1);
+  EXPECT_EQ(history.recent(profile, 10).at(0).title, "First");
+}
+
+TEST_F(HistoryTest, KeepsPagesOfTheWebAlone) {
+  auto history = open();
+  for (const char* url : {"file:///tmp/a", "about:blank", "data:text/plain,x", "HTTPS://b.test/"})
+    visit(history, url);
+  EXPECT_THAT(urls(history.recent(profile, 10)), ElementsAre("HTTPS://b.test/"));
+}
+
+TEST_F(HistoryTest, RanksByVisitsOverAgeAndMatchesTextsLiterally) {
+  auto history = open();
+  visit(history, "https://often.test/", "Ten a day ago", 10, kNow - kDay);
+  visit(history, "https://fresh.test/", "Four just now", 4);
+  visit(history, "https://percent.test/", "100% wool");
+  visit(history, "https://under.test/a_b", "");
+  visit(history, "https://axb.test/", "back\\slash");
+  const std::vector<std::pair<std::string, std::vector<std::string>>> cases = {
+      {"a day ago", {"https://often.test/"}},
+      {"JUST NOW", {"https://fresh.test/"}},
+      {"100%", {"https://percent.test/"}},
+      {"a_b", {"https://under.test/a_b"}},
+      {"k\\s", {"https://axb.test/"}},
+      {"test/axb", {}},
+      {"often.test/ten", {}},
+  };
+  for (const auto& [query, expected] : cases) EXPECT_EQ(found(history, query), expected) << query;
+  EXPECT_THAT(found(history, "").front(), "https://often.test/");
+  EXPECT_EQ(found(history, "").size(), 5u);
+  EXPECT_EQ(history.search("", profile, 2, kNow).size(), 2u);
+}
+
+TEST_F(HistoryTest, ForgetsAPageAProfileOrEverything) {
+  auto history = open();
+  const UUID other = UUID::random();
+  visit(history, "https://a.test/");
+  visit(history, "https://b.test/");
+  history.recordVisit(other, *URL::parse("https://c.test/"), "", kNow);
+  EXPECT_EQ(found(history, "").size(), 2u);
+  history.remove(*URL::parse("https://a.test/"), profile);
+  EXPECT_THAT(found(history, ""), ElementsAre("https://b.test/"));
+  history.removeAll(profile);
+  EXPECT_THAT(found(history, ""), IsEmpty());
+  EXPECT_EQ(history.recent(other, 10).size(), 1u);
+  history.removeAll();
+  EXPECT_THAT(history.recent(other, 10), IsEmpty());
+}
+
+// What the plain statement answers, from the file itself.
+std::vector<std::string> plainSearch(const std::filesystem::path& file, const UUID& profile,
+                                     const std::string& query, int limit) {
+  sqlite3* handle = nullptr;
+  sqlite3_open(file.c_str(), &handle);
+  std::string pattern = "%";
+  for (const char c : query) {
+    if (c == '\\' || c == '%' || c == '_') pattern += '\\';
+    pattern += c;
+  }
+  pattern += "%";
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(handle,
+                     "SELECT url FROM visits WHERE profile = ?1 AND (url LIKE ?2 ESCAPE '\\' OR "
+                     "title LIKE ?2 ESCAPE '\\') ORDER BY visit_count / (1.0 + (?3 - last_visit) / "
+                     "86400.0) DESC LIMIT ?4",
+                     -1, &statement, nullptr);
+  sqlite3_bind_text(statement, 1, profile.text().c_str(), -1, SQLITE_TRANSIENT);
+  sqlite3_bind_text(statement, 2, pattern.c_str(), -1, SQLITE_TRANSIENT);
+  sqlite3_bind_double(statement, 3, 1'800'000'000);
+  sqlite3_bind_int(statement, 4, limit);
+  std::vector<std::string> urls;
+  while (sqlite3_step(statement) == SQLITE_ROW)
+    urls.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
+  sqlite3_finalize(statement);
+  sqlite3_close(handle);
+  return urls;
+}
+
+TEST_F(HistoryTest, AnswersAsThePlainStatementDoes) {
+  auto history = open();
+  std::mt19937 draw(7);
+  const char* words[] = {"Tide", "häfen", "light%", "under_score", "NEEDLE", "back\\", "x", "ÄRA"};
+  history.prepareSearch(profile);
+  for (int i = 0; i < 250; ++i) {
+    const std::string url =
+        fmt::format("https://{}{}.test/{}", words[draw() % 3], draw() % 200, words[draw() % 8]);
+    if (const auto parsed = URL::parse(url))
+      // No two of the same score: their order is nobody's promise.
+      history.recordVisit(profile, *parsed, fmt::format("{} {}", words[draw() % 8], i),
+                          kNow - std::chrono::milliseconds(draw() % 900'000'000 + 1));
+  }
+  for (const char* query : {"", "t", "TI", "needle", "%", "_", "\\", "ä", "Ä", "är", "x 1", "häfen",
+                            "://", ".test/light%"})
+    EXPECT_EQ(urls(history.search(query, profile, 40, kNow)),
+              plainSearch(file(), profile, query, 40))
+        << query;
+}
+
+TEST_F(HistoryTest, LivesWithAFileThatIsNoDatabaseAndNeverDestroysIt) {
+  {
+    std::ofstream stream(file());
+    stream << "this is somebody's letter, and long enough to be mistaken for a page of data";
+  }
+  auto history = open();
+  visit(history, "https://a.test/");
+  EXPECT_THAT(found(history, ""), IsEmpty());
+  EXPECT_THAT(history.recent(profile, 5), IsEmpty());
+  std::ifstream stream(file());
+  EXPECT_THAT(std::string(std::istreambuf_iterator<char>(stream), {}),
+              testing::StartsWith("this is somebody's letter"));
+}
+
+TEST_F(HistoryTest, ReportsAFileThatCannotBeOpened) {
+  const auto result = HistoryDatabase::open(folder / "missing" / "history.sqlite");
+  ASSERT_TRUE(std::holds_alternative<HistoryDatabase::CannotOpen>(result));
+  EXPECT_FALSE(std::get<HistoryDatabase::CannotOpen>(result).message.empty());
+}
+
+TEST(HistoryIndex, ReplacesRemovesAndCompacts) {
+  HistoryIndex index;
+  for (int i = 0; i < 100; ++i) index.set(i, fmt::format("https://{}.test/", i), "title", 1, 0);
+  for (int i = 0; i < 80; ++i) index.remove(i);
+  index.set(90, "https://changed.test/", "other", 5, 0);
+  EXPECT_EQ(index.size(), 20u);
+  EXPECT_EQ(index.search("title", 100, 0).size(), 19u);
+  EXPECT_EQ(index.search("CHANGED", 100, 0).at(0).row, 90);
+  EXPECT_THAT(index.search("https://90.", 100, 0), IsEmpty());
+}
+
+}  // namespace
+}  // namespace orvel
