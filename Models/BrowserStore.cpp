@@ -18,7 +18,11 @@ BrowserStore::BrowserStore(const Services& services)
   if (services.openHistory) history = services.openHistory(services.paths.history());
 }
 
-BrowserStore::~BrowserStore() = default;
+BrowserStore::~BrowserStore() {
+  untracked([this] {
+    for (const auto& profile : profiles.peek()) profile->favorites = TabList();
+  });
+}
 
 void BrowserStore::start() {
   contentBlocker.start();

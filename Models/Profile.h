@@ -24,7 +24,8 @@ class Profile {
   const UUID id;
   const bool isPrivate;  // never saved, in memory only
   Observable<std::string> name;
-  // Shared by all spaces of the profile.
+  // Shared by all spaces of the profile. These tabs hold the profile in turn: whoever takes it out
+  // of the store empties the list.
   Observable<TabList> favorites;
 
   // Made on first use. A private profile's is its own and dies with it; any other is the persistent

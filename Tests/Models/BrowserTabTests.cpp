@@ -1,0 +1,456 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Base/Log.h"
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class Tab : public testing::Test {
+ protected:
+  Tab() { world.launch(); }
+  TabRef make(BrowserTab::Values values) {
+    if (!values.profile) values.profile = world.space().profile;
+    if (!hasNoStore) values.store = world.store;
+    return BrowserTab::make(world.services, std::move(values));
+  }
+  TabRef make(const std::string& url) { return make({.url = address(url)}); }
+  std::shared_ptr<Profile> privateProfile() {
+    return std::make_shared<Profile>(world.engine, UUID::random(), "Private",
+                                     Profile::Privacy::Private);
+  }
+  void settle() { world.scheduler.settle(); }
+
+  World world;
+  bool hasNoStore = false;
+};
+
+TEST_F(Tab, ShowsWhatItKnows) {
+  EXPECT_EQ(make(BrowserTab::Values{})->displayTitle(), "New Tab");
+  const TabRef tab = make("https://www.a.org/x");
+  EXPECT_EQ(tab->displayTitle(), "a.org");
+  tab->title = "Title";
+  EXPECT_EQ(tab->displayTitle(), "Title");
+  const struct {
+    const char* shown;
+    bool hasWandered;
+  } cases[] = {{"https://a/b", false}, {"https://a/b/#c", false}, {"https://a/b?q", true}};
+  tab->pinnedURL = address("https://a/b/");
+  for (const auto& test : cases) {
+    tab->url = address(test.shown);
+    EXPECT_EQ(tab->hasWanderedFromPin(), test.hasWandered) << test.shown;
+  }
+}
+
+TEST_F(Tab, AViewIsMadeOnDemandFromTheProfilesConfiguration) {
+  const TabRef tab = make("https://a/");
+  EXPECT_TRUE(world.engine.views.empty());
+  const auto view = tab->webView();
+  EXPECT_EQ(tab->webView(), view);
+  const WebViewConfiguration& configuration = view->configuration();
+  EXPECT_EQ(configuration.websiteDataStore, tab->profile->dataStore());
+  EXPECT_TRUE(configuration.websiteDataStore->isPersistent());
+  EXPECT_EQ(configuration.applicationNameForUserAgent, "Version/26.0 Safari/605.1.15");
+  EXPECT_TRUE(configuration.isElementFullscreenEnabled && configuration.upgradesKnownHostsToHTTPS &&
+              configuration.isGlobalPrivacyControlEnabled);
+  EXPECT_EQ(configuration.preferredHTTPSNavigationPolicy,
+            HTTPSNavigationPolicy::AutomaticFallbackToHTTP);
+  EXPECT_EQ(world.view(tab)->observerCount(), 6);
+  EXPECT_EQ(world.view(tab)->controller().handlers.size(), 2u);
+  EXPECT_TRUE(world.view(tab)->controller().post("orvelMedia", ContentWorld::defaultClient(), "0"));
+  ASSERT_EQ(world.view(tab)->requests.size(), 1u);
+  EXPECT_EQ(world.view(tab)->requests[0].timeout, 60s);
+}
+
+TEST_F(Tab, MirrorsItsPageAndSaves) {
+  world.engine.pages["https://a/"] = {.title = "First", .redirect = "https://a/final"};
+  const TabRef tab = world.open("https://a/");
+  world.scheduler.advance(2s);
+  EXPECT_EQ(tab->title.peek(), "First");
+  EXPECT_EQ(tab->url.peek(), address("https://a/final"));
+  EXPECT_EQ(tab->progress.peek(), 1);
+  EXPECT_FALSE(tab->isLoading);
+  EXPECT_THAT(world.sessionFile(), HasSubstr("https://a/final"));
+  EXPECT_THAT(world.visits, ElementsAre("https://a/final First"));
+  world.told.clear();
+  world.view(tab)->setTitle("");
+  EXPECT_EQ(tab->title.peek(), "First") << "an empty title never overwrites a good one";
+  world.view(tab)->setTitle("Second");
+  world.view(tab)->setURL("https://a/other");
+  EXPECT_THAT(world.told, ElementsAre("title", "url"));
+  tab->load(address("https://b/"));
+  EXPECT_TRUE(tab->isLoading);
+  settle();
+  EXPECT_TRUE(tab->canGoBack);
+  EXPECT_FALSE(tab->canGoForward);
+}
+
+TEST_F(Tab, TheIconChangesWithTheHost) {
+  const ImageRef icon = Image::make(1, 1, {1, 2, 3, 255});
+  world.disk->put("/data/Orvel/Favicons/cached.org", icon->encodedPNG());
+  const TabRef tab = world.open("https://a/");
+  settle();
+  tab->setFavicon(icon);
+  world.view(tab)->setURL("https://a/path");
+  EXPECT_EQ(tab->favicon(), icon);
+  std::optional<URL> shownWithIcon;
+  const Effect watcher = effect([&] {
+    if (tab->favicon() && tab->favicon() != icon) shownWithIcon = tab->url.get();
+  });
+  world.view(tab)->setURL("https://cached.org/");
+  settle();
+  EXPECT_EQ(shownWithIcon, address("https://cached.org/"));
+  world.view(tab)->setURL("https://unknown/");
+  EXPECT_EQ(tab->favicon(), nullptr);
+  EXPECT_NE(make("https://cached.org/x")->favicon(), nullptr) << "also without a view";
+}
+
+TEST_F(Tab, RestoresItsStateLazilyAndOnlyOnce) {
+  const TabRef first = world.open("https://a/");
+  settle();
+  first->load(address("https://b/"));
+  settle();
+  const auto state = first->currentState();
+  const TabRef tab = make({.id = UUID::random(),
+                           .url = address("https://b/"),
+                           .stateFile = BrowserTab::Values::StateFile::MayExist});
+  world.disk->put("/data/Orvel/TabStates/" + tab->id.text() + ".state", *state);
+  tab->reload();
+  EXPECT_THAT(world.view(tab)->restoredStates, ElementsAre(*state));
+  EXPECT_TRUE(world.view(tab)->requests.empty());
+  EXPECT_FALSE(tab->savedState());
+  settle();
+  EXPECT_TRUE(tab->canGoBack);
+
+  const TabRef loaded = make({.id = tab->id,
+                              .url = address("https://b/"),
+                              .stateFile = BrowserTab::Values::StateFile::MayExist});
+  loaded->load(address("https://c/"));
+  EXPECT_THAT(world.view(loaded)->restoredStates, IsEmpty());
+}
+
+TEST_F(Tab, TheFirstPageWaitsForTheRules) {
+  world.store->contentBlocker.state = ContentBlocker::State::Preparing;
+  const TabRef waiting = make("https://a/");
+  const TabRef overtaken = make("https://b/");
+  const TabRef gone = make("https://c/");
+  waiting->setSavedState("the state");
+  for (const TabRef& tab : {waiting, overtaken, gone}) {
+    tab->webView();
+    EXPECT_TRUE(world.view(tab)->requests.empty());
+  }
+  EXPECT_FALSE(waiting->savedState());
+  EXPECT_EQ(waiting->stateToKeep(), "the state") << "the end of the program loses nothing";
+  overtaken->load(address("https://newer/"));
+  gone->teardown();
+  for (const auto& handler : std::exchange(world.store->contentBlocker.readyHandlers, {}))
+    handler();
+  EXPECT_THAT(world.view(waiting)->restoredStates, ElementsAre("the state"));
+  EXPECT_EQ(world.view(overtaken)->requests.size(), 1u);
+
+  const std::function<void(ContentBlocker&)> reasonsNotToWait[] = {
+      [](ContentBlocker& blocker) { blocker.hasTimedOut = true; },
+      [](ContentBlocker& blocker) { blocker.isEnabled = false; }};
+  for (const auto& reason : reasonsNotToWait) {
+    world.store->contentBlocker.hasTimedOut = false;
+    reason(world.store->contentBlocker);
+    const TabRef tab = make("https://d/");
+    tab->webView();
+    EXPECT_EQ(world.view(tab)->requests.size(), 1u);
+  }
+}
+
+TEST_F(Tab, TeardownGivesEverythingBackButWhatTheSidebarShows) {
+  const TabRef tab = world.open("https://a/");
+  settle();
+  auto view = world.viewOnScreen(tab);
+  view->snapshot = Image::make(1, 1, {0, 0, 0, 0});
+  tab->captureThumbnail();
+  settle();
+  EXPECT_NE(tab->thumbnail.peek(), nullptr);
+  tab->isMuted = true;
+  tab->teardown();
+  tab->teardown();
+  EXPECT_EQ(view->observerCount(), 0);
+  EXPECT_EQ(view->stopCount, 1);
+  EXPECT_EQ(view->pauseCount, 1);
+  EXPECT_FALSE(view->isOnScreen);
+  EXPECT_EQ(view->navigationDelegate(), nullptr);
+  EXPECT_EQ(view->uiDelegate(), nullptr);
+  EXPECT_EQ(tab->thumbnail.peek(), nullptr);
+  EXPECT_EQ(tab->progress.peek(), 0);
+  EXPECT_TRUE(tab->isMuted);
+  EXPECT_EQ(tab->url.peek(), address("https://a/"));
+  view.reset();
+  settle();
+  EXPECT_EQ(world.engine.liveViewCount(), 0);
+}
+
+TEST_F(Tab, ADiscardedTabMakesNoViewAgain) {
+  const TabRef tab = make("https://a/");
+  tab->setSavedState("state");
+  tab->isDiscarded = true;
+  tab->load(address("https://b/"));
+  tab->reload();
+  EXPECT_EQ(tab->url.peek(), address("https://b/"));
+  EXPECT_FALSE(tab->savedState());
+  EXPECT_TRUE(world.engine.views.empty());
+}
+
+TEST_F(Tab, AWindowThatAPageOpensIsNavigatedByTheEngine) {
+  const TabRef opener = world.open("https://a/");
+  settle();
+  const auto opened = world.view(opener)->openWindow("https://popup/");
+  ASSERT_NE(opened, nullptr);
+  const TabRef tab = world.space().today.peek()[1];
+  EXPECT_EQ(tab->liveWebView(), opened);
+  EXPECT_EQ(world.space().selectedTab(), tab);
+  EXPECT_NE(opened->configuration().opener, nullptr);
+  EXPECT_EQ(world.view(tab)->requests.size(), 1u) << "the engine's own load and no other";
+  world.view(tab)->closeWindow();
+  EXPECT_THAT(world.space().today.peek(), ElementsAre(opener));
+  const TabRef hidden = make({.profile = privateProfile(), .url = address("https://p/")});
+  hidden->webView();
+  EXPECT_EQ(world.view(hidden)->openWindow("https://popup/"), nullptr);
+}
+
+TEST_F(Tab, APrivateTabLeavesNoTrace) {
+  const TabRef tab = make({.profile = privateProfile(), .url = address("https://secret/")});
+  tab->webView();
+  settle();
+  world.view(tab)->clickLink("https://other/", {.command = true});
+  world.scheduler.advance(10s);
+  EXPECT_EQ(tab->url.peek(), address("https://other/"));
+  EXPECT_FALSE(tab->webView()->configuration().websiteDataStore->isPersistent());
+  EXPECT_THAT(world.visits, IsEmpty());
+  EXPECT_THAT(world.told, IsEmpty());
+  EXPECT_EQ(world.extensions->questions, 0);
+  for (const auto& [path, bytes] : world.disk->contents()) {
+    EXPECT_THAT(bytes, testing::Not(HasSubstr("secret")));
+    EXPECT_THAT(bytes, testing::Not(HasSubstr("other"))) << path;
+  }
+}
+
+TEST_F(Tab, AnExtensionsPageMovesIntoItsConfiguration) {
+  settle();
+  const TabRef page = world.open("webkit-extension://one/options.html");
+  const TabRef other = world.open("https://a/");
+  settle();
+  world.extensions->isLoaded = true;
+  page->reopenExtensionPage();
+  other->reopenExtensionPage();
+  EXPECT_EQ(page->webView()->configuration().applicationNameForUserAgent, "extension");
+  EXPECT_EQ(page->webViewRevision.peek(), 1);
+  EXPECT_EQ(other->webViewRevision.peek(), 0);
+  page->reopenExtensionPage();
+  EXPECT_EQ(page->webViewRevision.peek(), 1);
+}
+
+TEST_F(Tab, WorksWithoutItsStore) {
+  hasNoStore = true;
+  const TabRef tab = make("https://a/");
+  tab->webView();
+  settle();
+  EXPECT_EQ(tab->title.peek(), "https://a/");
+  EXPECT_EQ(world.view(tab)->openWindow("https://popup/"), nullptr);
+  world.view(tab)->closeWindow();
+  world.viewOnScreen(tab)->die();
+}
+
+TEST_F(Tab, ClicksForANewTabOpenBehindThisOne) {
+  const TabRef tab = world.open("https://a/");
+  settle();
+  const auto view = world.view(tab);
+  EXPECT_EQ(view->clickLink("https://b/?utm_source=x", {.command = true}),
+            NavigationPolicy::Cancel);
+  EXPECT_EQ(view->clickLink("https://c/", {.shift = true}, MouseButton::Middle),
+            NavigationPolicy::Cancel);
+  EXPECT_EQ(view->clickLink("https://d/"), NavigationPolicy::Allow);
+  EXPECT_EQ(urls(world.space().today)[2], "https://b/");
+  EXPECT_EQ(world.space().selectedTab()->url.peek(), address("https://c/"));
+}
+
+TEST_F(Tab, ResponsesThatAreNoPagesAreDownloaded) {
+  const struct {
+    FakePage page;
+    size_t downloads;
+  } cases[] = {{{.title = "shown"}, 0},
+               {{.contentDisposition = "inline; filename=a"}, 0},
+               {{.contentDisposition = "ATTACHMENT; filename=a"}, 1},
+               {{.mimeType = "application/zip", .canShowMIMEType = false}, 1}};
+  for (const auto& test : cases) {
+    world.engine.downloads.clear();
+    world.engine.pages["https://file/"] = test.page;
+    const TabRef tab = make("https://file/");
+    tab->webView();
+    settle();
+    ASSERT_EQ(world.engine.downloads.size(), test.downloads);
+    if (test.downloads == 0) continue;
+    world.engine.downloads[0]->begin("../a.txt");
+    EXPECT_EQ(world.engine.downloads[0]->destination, "/downloads/a.txt");
+  }
+}
+
+// Failures
+
+TEST_F(Tab, AFailedLoadShowsTheErrorPageUnlessItWasNoFailure) {
+  using enum LoadError::Kind;
+  const struct {
+    LoadError::Kind kind;
+    bool showsPage;
+  } cases[] = {{Cancelled, false},
+               {PolicyInterrupted, false},
+               {CannotFindHost, true},
+               {BadCertificate, true}};
+  for (const auto& test : cases) {
+    world.engine.pages["https://bad/?a&b"] = {
+        .load = FakePage::Load::Fail,
+        .error = {
+            .kind = test.kind, .domain = "D", .code = 7, .localizedDescription = "No <luck>."}};
+    const TabRef tab = make("https://bad/?a&b");
+    tab->webView();
+    settle();
+    EXPECT_EQ(!world.view(tab)->html.empty(), test.showsPage);
+    EXPECT_FALSE(tab->isLoading);
+    if (!test.showsPage) continue;
+    EXPECT_THAT(world.view(tab)->html, HasSubstr("No &lt;luck&gt;."));
+    EXPECT_THAT(world.view(tab)->html, HasSubstr("href=\"https://bad/?a&amp;b\""));
+    EXPECT_EQ(tab->url.peek(), address("https://bad/?a&b"));
+  }
+}
+
+TEST_F(Tab, CrashesAreAnsweredByPlaceAndTime) {
+  const TabRef tab = world.open("https://a/");
+  settle();
+  const auto crashAndCountReloads = [&](Duration after) {
+    world.scheduler.advance(after);
+    const auto view = world.viewOnScreen(tab);
+    view->setURL("https://a/");
+    const size_t before = view->requests.size();
+    view->html.clear();
+    view->die();
+    return view->html.empty() ? view->requests.size() - before : 99;
+  };
+  world.view(tab)->die();
+  EXPECT_EQ(tab->liveWebView(), nullptr) << "off screen: unloaded";
+  ASSERT_TRUE(tab->savedState());
+  tab->webView();
+  settle();
+  // The page has no address any more after its end; reloading is the engine's matter.
+  EXPECT_NE(crashAndCountReloads(1s), 99u) << "the off-screen crash set no time";
+  EXPECT_EQ(crashAndCountReloads(3s), 99u) << "the error page";
+  EXPECT_THAT(world.view(tab)->html, HasSubstr("This page keeps crashing."));
+  EXPECT_EQ(crashAndCountReloads(9999ms), 99u);
+  EXPECT_NE(crashAndCountReloads(10s), 99u) << "exactly ten seconds count as long ago";
+}
+
+TEST_F(Tab, APrivateFailureNeverLogsItsHost) {
+  const TabRef tab = make({.profile = privateProfile(), .url = address("https://secret.org/")});
+  world.engine.pages["https://secret.org/"] = {.load = FakePage::Load::Fail};
+  tab->webView();
+  settle();
+  for (const Log::Entry& entry : Log::recent())
+    EXPECT_THAT(entry.message, testing::Not(HasSubstr("secret.org")));
+}
+
+// Panels
+
+class Panels : public Tab {
+ protected:
+  Panels() : tab(world.open("https://a/")) {
+    world.store->window = &world.window;
+    settle();
+    view = world.viewOnScreen(tab);
+    world.desktop.answerAlert = [this](const Alert&) { return given; };
+  }
+  UIDelegate& page() { return *view->uiDelegate(); }
+  const Alert& alert() { return world.desktop.alerts.back().alert; }
+
+  TabRef tab;
+  std::shared_ptr<FakeWebView> view;
+  std::optional<AlertAnswer> given;
+  const FrameInfo frame{.securityOriginHost = "a.org"};
+};
+
+TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
+  const struct {
+    std::optional<size_t> button;
+    bool isConfirmed;
+  } cases[] = {{0, true}, {1, false}, {std::nullopt, false}};
+  for (const auto& test : cases) {
+    given = AlertAnswer{.button = test.button, .fields = {"typed", "secret"}};
+    int alerts = 0;
+    std::optional<bool> confirmed, left;
+    std::optional<std::string> prompted = "none yet";
+    std::optional<Credential> credential;
+    page().runJavaScriptAlertPanel(*view, "Hello", frame, [&] { ++alerts; });
+    EXPECT_EQ(alert().messageText, "a.org");
+    EXPECT_EQ(alert().informativeText, "Hello");
+    EXPECT_THAT(alert().buttons, ElementsAre("OK"));
+    page().runJavaScriptConfirmPanel(*view, "Sure?", frame, [&](bool yes) { confirmed = yes; });
+    EXPECT_THAT(alert().buttons, ElementsAre("OK", "Cancel"));
+    page().runJavaScriptTextInputPanel(*view, "Name?", "default", frame,
+                                       [&](auto text) { prompted = text; });
+    EXPECT_EQ(alert().fields.at(0).text, "default");
+    page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
+    view->navigationDelegate()->didReceiveAuthenticationChallenge(
+        *view, {.host = "a.org"}, [&](auto answer) { credential = answer; });
+    EXPECT_TRUE(alert().fields.at(1).isSecret);
+    settle();
+    EXPECT_EQ(alerts, 1);
+    EXPECT_EQ(confirmed, test.isConfirmed);
+    EXPECT_EQ(left, test.isConfirmed);
+    EXPECT_EQ(prompted, test.isConfirmed ? std::optional<std::string>("typed") : std::nullopt);
+    ASSERT_EQ(credential.has_value(), test.isConfirmed);
+    if (credential) {
+      EXPECT_EQ(credential->user + credential->password, "typedsecret");
+    }
+  }
+}
+
+TEST_F(Panels, APageThatIsNotOnScreenIsAnsweredAtOnce) {
+  view->isOnScreen = false;
+  int answers = 0;
+  page().runJavaScriptAlertPanel(*view, "", frame, [&] { ++answers; });
+  page().runJavaScriptConfirmPanel(*view, "", frame, [&](bool yes) { answers += !yes; });
+  page().runJavaScriptTextInputPanel(*view, "", "", frame, [&](auto text) { answers += !text; });
+  page().runOpenPanel(*view, {}, [&](auto files) { answers += !files; });
+  EXPECT_EQ(answers, 4);
+  EXPECT_TRUE(world.desktop.alerts.empty());
+}
+
+TEST_F(Panels, FilesAreChosenOrNot) {
+  world.desktop.chosenFiles = {{"/a", "/b"}};
+  std::optional<std::vector<std::filesystem::path>> files;
+  page().runOpenPanel(*view, {.allowsMultipleSelection = true, .allowsDirectories = true},
+                      [&](auto chosen) { files = chosen; });
+  settle();
+  EXPECT_EQ(files->size(), 2u);
+  const OpenPanel& panel = world.desktop.openPanels.back();
+  EXPECT_TRUE(panel.allowsMultipleSelection && panel.allowsDirectories && panel.allowsFiles);
+  world.desktop.chosenFiles.reset();
+  page().runOpenPanel(*view, {}, [&](auto chosen) { files = chosen; });
+  settle();
+  EXPECT_FALSE(files);
+}
+
+TEST_F(Panels, AHugeQuestionIsCutAndDevicesAreDenied) {
+  std::string text;
+  for (int i = 0; i < 1 << 20; ++i) text += "ä";
+  page().runJavaScriptAlertPanel(*view, text, frame, [] {});
+  EXPECT_LT(alert().informativeText.size(), 5000u);
+  EXPECT_TRUE(alert().informativeText.ends_with("ä…"));
+  auto decision = PermissionDecision::Prompt;
+  page().requestMediaCapturePermission(*view, "a.org", CaptureDeviceType::Camera,
+                                       [&](auto answer) { decision = answer; });
+  EXPECT_EQ(decision, PermissionDecision::Deny);
+  EXPECT_EQ(world.store->toast.peek()->message, "Camera and microphone aren’t available yet");
+}
+
+}  // namespace
+}  // namespace orvel::test

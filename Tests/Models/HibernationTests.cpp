@@ -1,0 +1,146 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+class Hibernation : public testing::Test {
+ protected:
+  Hibernation() {
+    world.launch();
+    for (int i = 0; i < 3; ++i) tabs.push_back(world.open("https://a" + std::to_string(i) + "/"));
+    world.scheduler.settle();
+  }
+  BrowserStore& store() { return *world.store; }
+  bool isLive(size_t tab) { return tabs[tab]->liveWebView() != nullptr; }
+  void pass(Duration age) {
+    world.scheduler.start(store().hibernateIdleTabs(age, world.scheduler.now())).detach();
+    world.scheduler.settle();
+  }
+  std::string stateFile(const TabRef& tab) {
+    return world.file("TabStates/" + tab->stateFileName());
+  }
+
+  World world;
+  TabList tabs;
+};
+
+TEST_F(Hibernation, IdleTabsGiveUpTheirViewsAndComeBackAsTheyWere) {
+  tabs[0]->load(address("https://second/"));
+  world.scheduler.advance(1799s);
+  EXPECT_TRUE(isLive(0));
+  pass(1800s);
+  EXPECT_TRUE(isLive(0)) << "a second too early";
+  world.scheduler.advance(1s);
+  pass(1800s);
+  EXPECT_FALSE(isLive(0) || isLive(1));
+  EXPECT_TRUE(isLive(2)) << "selected";
+  EXPECT_FALSE(tabs[0]->isDiscarded);
+  store().select(tabs[0]);
+  world.scheduler.settle();
+  EXPECT_TRUE(tabs[0]->canGoBack);
+}
+
+TEST_F(Hibernation, TheLoopPassesEveryFiveMinutesAndWritesTheStates) {
+  world.scheduler.advance(299s);
+  EXPECT_TRUE(stateFile(tabs[1]).empty());
+  world.scheduler.advance(1s);
+  EXPECT_FALSE(stateFile(tabs[1]).empty());
+  world.scheduler.advance(1501s);
+  EXPECT_FALSE(isLive(1));
+}
+
+TEST_F(Hibernation, WhatIsInUseStays) {
+  const std::function<void()> uses[] = {
+      [this] { world.view(tabs[0])->camera = CaptureState::Active; },
+      [this] { world.view(tabs[0])->microphone = CaptureState::Muted; },
+      [this] { world.view(tabs[0])->media = MediaPlaybackState::Playing; },
+      [this] { store().peek = tabs[0]; },
+      [this] {
+        world.space().setSplit({tabs[0]->id, tabs[2]->id});
+      },
+      [this] { world.space().selectedTabID = tabs[0]->id; }};
+  const auto endAllUse = [this] {
+    world.view(tabs[0])->camera = world.view(tabs[0])->microphone = CaptureState::None;
+    world.view(tabs[0])->media = MediaPlaybackState::Paused;
+    store().peek = nullptr;
+    world.space().setSplit({});
+    world.space().selectedTabID = tabs[2]->id;
+    tabs[2]->webView();
+  };
+  for (const auto& use : uses) {
+    use();
+    pass(Duration::zero());
+    EXPECT_TRUE(isLive(0));
+    endAllUse();
+  }
+  tabs[0]->lastActiveAt.reset();
+  pass(1800s);
+  EXPECT_TRUE(isLive(0)) << "never looked at counts as now";
+  world.desktop.memoryIsShort();
+  world.scheduler.settle();
+  EXPECT_FALSE(isLive(0)) << "short memory spares only what is in use";
+  EXPECT_TRUE(isLive(2));
+}
+
+TEST_F(Hibernation, ATabSelectedDuringTheQuestionStays) {
+  world.scheduler.start(store().hibernateIdleTabs(Duration::zero(), world.scheduler.now()))
+      .detach();
+  world.scheduler.turn();
+  store().select(tabs[0]);
+  world.scheduler.settle();
+  EXPECT_TRUE(isLive(0));
+}
+
+TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
+  using enum BrowserStore::StateWriting;
+  store().saveTabStates(Background);
+  world.scheduler.settle();
+  const TabRef closed = tabs[0];
+  store().close(closed);
+  world.disk->put("/data/Orvel/TabStates/stray.state", "x");
+  EXPECT_FALSE(stateFile(closed).empty()) << "until the next pass";
+  pass(Duration::zero());
+  const TabRef empty = store().openTab(std::nullopt, {.select = false});
+  world.disk->put("/data/Orvel/TabStates/" + empty->stateFileName(), "old");
+  for (const auto writing : {Now, Background}) {
+    store().saveTabStates(writing);
+    world.scheduler.settle();
+    EXPECT_EQ(world.disk->list("/data/Orvel/TabStates").size(), 2u);
+    EXPECT_TRUE(stateFile(closed).empty());
+    EXPECT_FALSE(stateFile(tabs[1]).empty() || stateFile(tabs[2]).empty());
+  }
+}
+
+TEST_F(Hibernation, UnreadFilesAreCarriedOverUntouched) {
+  world.store->save();
+  store().saveTabStates(BrowserStore::StateWriting::Now);
+  world.writer.drain(1s);
+  World again(world.disk);
+  again.launch();
+  again.scheduler.settle();
+  const int before = again.disk->stepCount();
+  const std::string unread = stateFile(tabs[0]);
+  again.store->saveTabStates(BrowserStore::StateWriting::Now);
+  again.writer.drain(1s);
+  EXPECT_EQ(again.disk->stepCount() - before, 4) << "only the page on screen is written";
+  EXPECT_EQ(stateFile(tabs[0]), unread);
+  EXPECT_FALSE(unread.empty());
+}
+
+TEST_F(Hibernation, AStateThatCouldNotBeWrittenIsTriedAgain) {
+  pass(Duration::zero());
+  world.disk->failAlways(MemoryFileSystem::Fault::InputOutput);
+  store().saveTabStates(BrowserStore::StateWriting::Background);
+  world.scheduler.settle();
+  world.disk->failAlways(MemoryFileSystem::Fault::None);
+  EXPECT_TRUE(stateFile(tabs[0]).empty());
+  store().saveTabStates(BrowserStore::StateWriting::Background);
+  world.scheduler.settle();
+  EXPECT_FALSE(stateFile(tabs[0]).empty());
+}
+
+}  // namespace
+}  // namespace orvel::test
