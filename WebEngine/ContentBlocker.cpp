@@ -62,7 +62,7 @@ void ContentBlocker::start() {
   if (state.peek() != State::Idle) return;
   state = State::Preparing;
   loading_ = scheduler_.start(load());
-  scheduler_.start(endHold(weak_from_this())).detach();
+  hold_ = scheduler_.start(endHold());
 }
 
 Task<> ContentBlocker::load() {
@@ -114,12 +114,11 @@ void ContentBlocker::becomeReady() {
   runReadyHandlers();
 }
 
-Task<> ContentBlocker::endHold(std::weak_ptr<ContentBlocker> weak) {
-  co_await sleep(kLongestHold);
-  const auto blocker = weak.lock();
-  if (!blocker) co_return;
-  blocker->hasTimedOut = true;
-  blocker->runReadyHandlers();
+Task<> ContentBlocker::endHold() {
+  const SleepResult result = co_await sleep(kLongestHold);
+  if (result == SleepResult::Cancelled) co_return;
+  hasTimedOut = true;
+  runReadyHandlers();
 }
 
 void ContentBlocker::runReadyHandlers() {

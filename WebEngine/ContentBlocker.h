@@ -26,7 +26,7 @@ namespace orvel {
 // Blocking may be off as a whole or paused for a site; the rejection of cookie pop-ups is a switch
 // of its own. No failure reaches the user: a list that cannot be had is left out, or stays at what
 // it last was.
-class ContentBlocker : public std::enable_shared_from_this<ContentBlocker> {
+class ContentBlocker {
  public:
   enum class State { Idle, Preparing, Ready };
 
@@ -42,8 +42,8 @@ class ContentBlocker : public std::enable_shared_from_this<ContentBlocker> {
   // How long first pages are held back for the lists at most.
   static constexpr Duration kLongestHold = 3s;
 
-  // Reads the switches from `defaults`. `scripts` is the folder of the page scripts. Make it with
-  // std::make_shared; what it is given must outlive it.
+  // Reads the switches from `defaults`. `scripts` is the folder of the page scripts. What it is
+  // given must outlive it.
   ContentBlocker(Scheduler& scheduler, Engine& engine, UserDefaults& defaults,
                  FilterListUpdater& updater, std::filesystem::path scripts);
 
@@ -118,7 +118,7 @@ class ContentBlocker : public std::enable_shared_from_this<ContentBlocker> {
 
   Task<> load();
   Task<> loadLists();
-  static Task<> endHold(std::weak_ptr<ContentBlocker> blocker);
+  Task<> endHold();
   void becomeReady();
   void runReadyHandlers();
   void installEverywhere();
@@ -139,8 +139,9 @@ class ContentBlocker : public std::enable_shared_from_this<ContentBlocker> {
   std::unordered_map<Identity, Setup> installed_;
   std::unordered_map<Identity, std::string> currentSite_;
 
-  // Cancelled when the blocker ends: as long as the task isn't, the blocker is there.
+  // Cancelled when the blocker ends, and only then: as long as they aren't, the blocker is there.
   TaskHandle loading_;
+  TaskHandle hold_;
 };
 
 }  // namespace orvel

@@ -31,7 +31,7 @@ struct ContentBlockerTest : testing::Test {
   test::FakeEngine engine{scheduler};
   FilterListUpdater updater{scheduler, writer, defaults, network.sessions(),
                             FilterListFolders{disk, "/data/Filters", "/app/Filters"}};
-  std::shared_ptr<ContentBlocker> blocker;
+  std::unique_ptr<ContentBlocker> blocker;
 
   ContentBlockerTest() {
     for (const char* name : {"easylist", "easyprivacy", "cookies", "orvel"})
@@ -46,7 +46,7 @@ struct ContentBlockerTest : testing::Test {
   }
   void makeBlocker() {
     blocker =
-        std::make_shared<ContentBlocker>(scheduler, engine, defaults, updater, "/app/Scripts");
+        std::make_unique<ContentBlocker>(scheduler, engine, defaults, updater, "/app/Scripts");
     blocker->standardScripts = {UserScript{.source = "standard"}};
   }
   // A start of the application with what the last one left.
