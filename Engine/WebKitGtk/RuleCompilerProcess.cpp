@@ -18,6 +18,10 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr guint kLongestSeconds = 300;
+// Asking for no descriptors to be closed lets GLib start the process without copying this one's
+// page tables, which would hold the main thread for 5 to 9 ms. Ours are all closed on exec.
+constexpr auto kFlags =
+    static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_INHERIT_FDS);
 constexpr const char* kFolderPrefix = "compile-";
 
 using Outcome = std::optional<std::string>;
@@ -111,8 +115,7 @@ int CompilerInput::release() { return std::exchange(descriptor_, -1); }
 
 Task<std::optional<std::string>> runCompiler(fs::path program, fs::path folder,
                                              std::string identifier, CompilerInput input) {
-  const auto launcher =
-      GRef<GSubprocessLauncher>::adopt(g_subprocess_launcher_new(G_SUBPROCESS_FLAGS_STDOUT_PIPE));
+  const auto launcher = GRef<GSubprocessLauncher>::adopt(g_subprocess_launcher_new(kFlags));
   g_subprocess_launcher_setenv(launcher.get(), "TMPDIR", folder.c_str(), TRUE);
   g_subprocess_launcher_take_stdin_fd(launcher.get(), input.release());
   GError* rawError = nullptr;
