@@ -71,6 +71,13 @@ class Disk final : public FileSystem {
     return fs::exists(path, error);
   }
 
+  std::optional<Date> modificationDate(const fs::path& path) override {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    const timespec& time = status.st_mtim;
+    return Date(std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_nsec / 1000));
+  }
+
   std::error_code write(const fs::path& path, std::string_view bytes) override {
     Descriptor file(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
     if (!file) return lastError();

@@ -9,6 +9,8 @@
 #include <system_error>
 #include <vector>
 
+#include "BrowserCore/Date.h"
+
 namespace orvel {
 
 // The steps that the program's file work is made of. One implementation is the disk; tests have one
@@ -26,6 +28,8 @@ class FileSystem {
   // The names of the folder's entries, in no particular order; empty when it cannot be read.
   virtual std::vector<std::string> list(const std::filesystem::path& folder) = 0;
   virtual bool exists(const std::filesystem::path& path) = 0;
+  // When the contents of the regular file last changed; absent when there is none.
+  virtual std::optional<Date> modificationDate(const std::filesystem::path& path) = 0;
 
   // Creates or empties the file and writes `bytes` to it, readable by the user alone.
   virtual std::error_code write(const std::filesystem::path& path, std::string_view bytes) = 0;

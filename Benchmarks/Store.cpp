@@ -18,7 +18,11 @@ class Program {
     store.reset();
     scheduler.settle();
   }
-  void launch() { store = BrowserStore::make(services); }
+  void launch() {
+    defaults.setBoolean("contentBlockingEnabled", false);
+    defaults.setNumber("filterListsLastChecked", 1e12);
+    store = BrowserStore::make(services);
+  }
 
   std::shared_ptr<MemoryFileSystem> disk;
   VirtualScheduler scheduler;
@@ -26,12 +30,19 @@ class Program {
   FakeDesktop desktop{scheduler};
   FileWriter writer{scheduler, disk};
   FaviconStore favicons{*disk, "/data/Orvel/Favicons"};
+  // No list is there and none is fetched; blocking is off, so that no first page waits.
+  UserDefaults defaults;
+  FilterListUpdater filterLists{
+      scheduler, writer, defaults, {}, {disk, "/data/Orvel/Filters", "/share/Filters"}, {}};
   Services services{.scheduler = scheduler,
                     .engine = engine,
                     .desktop = desktop.desktop(),
                     .files = writer,
                     .paths = AppPaths::in("/data", "/cache", "/downloads"),
                     .favicons = favicons,
+                    .defaults = defaults,
+                    .filterLists = filterLists,
+                    .resources = "/share",
                     .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads")};
   std::shared_ptr<BrowserStore> store;
 };

@@ -13,7 +13,9 @@ std::shared_ptr<BrowserStore> BrowserStore::make(const Services& services) {
 }
 
 BrowserStore::BrowserStore(const Services& services)
-    : contentBlocker(services.engine, services.scheduler), services_(services) {
+    : contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
+                     services.resources / "Scripts"),
+      services_(services) {
   services.paths.create(services.files.files());
   if (services.openHistory) history = services.openHistory(services.paths.history());
 }

@@ -158,6 +158,12 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // Its tabs move to the top of today's; none is closed.
   void deleteFolder(const FolderRef& folder);
 
+  // Blocking. Each tells by a toast and reloads the selected tab.
+  void toggleContentBlocking();
+  void toggleCookieRejection();
+  // Null tab: the selected one. Does nothing for an address without a host.
+  void toggleBlockingOnCurrentSite(TabRef tab = nullptr);
+
   // Hibernation.
   enum class StateWriting { Background, Now };
   void startHibernating();
@@ -229,6 +235,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   bool areWindowButtonsHidden() const;
   void open(const URL& url, CommandBarMode mode);
 
+  void reloadSelectedTab();
   void detach(const BrowserTab& tab);
   void leaveTab(const TabRef& prior, const TabRef& next, const Space& space, Date now);
   void didActivate(const TabRef& tab, const TabRef& prior);

@@ -12,6 +12,13 @@ void BrowserTab::decidePolicyForAction(WebView&, const NavigationAction& action,
                                        PolicyHandler answer) {
   if (action.shouldPerformDownload) return answer(NavigationPolicy::Download);
   const auto store = store_.lock();
+  const bool isMainFrame = action.targetFrame && action.targetFrame->isMainFrame;
+  if (store && action.request && isMainFrame && contentController_) {
+    // Before the page's first request, so that a pause is in force when it starts.
+    store->contentBlocker.setCurrentSite(*contentController_,
+                                         ContentBlocker::site(action.request->url));
+    store->contentBlocker.install(*contentController_);
+  }
   const bool isNewTabClick =
       action.navigationType == NavigationType::LinkActivated &&
       (action.modifierFlags.command || action.buttonNumber == MouseButton::Middle);

@@ -181,9 +181,7 @@ void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
       live->load({.url = *address});
   };
   const auto store = store_.lock();
-  const bool waitsForRules = store && store->contentBlocker.isEnabled.peek() &&
-                             !store->contentBlocker.hasTimedOut &&
-                             store->contentBlocker.state.peek() != ContentBlocker::State::Ready;
+  const bool waitsForRules = store && store->contentBlocker.holdsFirstLoads();
   if (waitsForRules)
     store->contentBlocker.readyHandlers.push_back(std::move(restore));
   else

@@ -12,6 +12,8 @@
 #include "Support/DownloadManager.h"
 #include "Support/FaviconStore.h"
 #include "Support/HistoryStore.h"
+#include "Support/UserDefaults.h"
+#include "WebEngine/FilterListUpdater.h"
 
 namespace orvel {
 
@@ -24,6 +26,10 @@ struct Services {
   FileWriter& files;
   AppPaths paths;
   FaviconStore& favicons;
+  UserDefaults& defaults;
+  FilterListUpdater& filterLists;
+  // What ships with the program: page scripts, filter lists.
+  std::filesystem::path resources;
   std::shared_ptr<DownloadManager> downloads;
   // Opens the visits' database; null when that fails. May be empty: no visit is ever recorded.
   std::function<std::unique_ptr<HistoryStore>(const std::filesystem::path&)> openHistory;

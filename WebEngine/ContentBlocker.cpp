@@ -1,29 +1,244 @@
 #include "WebEngine/ContentBlocker.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "BrowserCore/Text.h"
+#include "WebEngine/RuleListLoader.h"
 
 namespace orvel {
 
-void ContentBlocker::start() {
-  if (state.peek() != State::Idle) return;
-  state = State::Ready;
-  for (const auto& handler : std::exchange(readyHandlers, {})) handler();
+namespace {
+
+constexpr const char* kEnabledKey = "contentBlockingEnabled";
+constexpr const char* kCookieRejectionKey = "cookiePopupRejectionEnabled";
+constexpr const char* kPausedSitesKey = "blockingPausedSites";
+
+// The rules that hide cookie pop-ups; they and the script that answers them exclude each other.
+constexpr std::string_view kCookieList = "cookies";
+constexpr std::string_view kCommonPrefix = "www.";
+constexpr uint64_t kLargestScript = 8u << 20;
+
+std::set<std::string> setOf(const std::optional<UserDefaults::List>& list) {
+  return list ? std::set<std::string>(list->begin(), list->end()) : std::set<std::string>();
 }
 
-std::shared_ptr<UserContentController> ContentBlocker::makeUserContentController() {
-  auto controller = engine_.makeUserContentController();
-  for (const UserScript& script : standardScripts) controller->addUserScript(script);
-  return controller;
+bool isNamedList(const std::string& identifier) {
+  return std::any_of(std::begin(ContentBlocker::listNames), std::end(ContentBlocker::listNames),
+                     [&](std::string_view name) {
+                       return identifier.starts_with(name) &&
+                              identifier.substr(name.size()).starts_with('-');
+                     });
+}
+
+bool covers(const std::string& entry, const std::string& site) {
+  return site == entry || site.ends_with("." + entry);
+}
+
+}  // namespace
+
+const std::optional<UserScript>& ContentBlocker::PageScript::get(FileSystem& files) {
+  if (std::exchange(isRead_, true)) return script_;
+  auto source = files.read(file_, kLargestScript);
+  if (source && text::isValidUTF8(*source)) script_ = UserScript{.source = std::move(*source)};
+  return script_;
+}
+
+ContentBlocker::ContentBlocker(Scheduler& scheduler, Engine& engine, UserDefaults& defaults,
+                               FilterListUpdater& updater, std::filesystem::path scripts)
+    : isEnabled(defaults.boolean(kEnabledKey).value_or(true)),
+      isCookieRejectionEnabled(defaults.boolean(kCookieRejectionKey).value_or(true)),
+      pausedSites(setOf(defaults.list(kPausedSitesKey))),
+      scheduler_(scheduler),
+      engine_(engine),
+      defaults_(defaults),
+      updater_(updater),
+      youTubeScript_(scripts / "youtube-ads.js"),
+      autoconsentScript_(scripts / "autoconsent.js") {}
+
+// Loading
+
+void ContentBlocker::start() {
+  if (state.peek() != State::Idle) return;
+  state = State::Preparing;
+  loading_ = scheduler_.start(load());
+  hold_ = scheduler_.start(endHold());
+}
+
+Task<> ContentBlocker::load() {
+  bool hasEnded = co_await isCancelled();
+  if (hasEnded) co_return;
+  auto loading = loadLists();
+  co_await std::move(loading);
+  hasEnded = co_await isCancelled();
+  if (hasEnded) co_return;
+  auto updating = updater_.updateIfDue();
+  const bool hasChanged = co_await std::move(updating);
+  hasEnded = co_await isCancelled();
+  if (hasEnded || !hasChanged) co_return;
+  auto loadingAgain = loadLists();
+  co_await std::move(loadingAgain);
+}
+
+Task<> ContentBlocker::loadLists() {
+  const auto store = engine_.contentRuleListStore();
+  if (!store) co_return becomeReady();
+  auto [answering, answer] = makeFuture<std::vector<std::string>>();
+  store->getAvailableIdentifiers(std::move(answer));
+  const auto identifiers = co_await std::move(answering);
+  bool hasEnded = co_await isCancelled();
+  if (hasEnded) co_return;
+  for (const std::string& identifier : identifiers)
+    if (!isNamedList(identifier))
+      store->remove(identifier, [](const std::optional<std::string>&) {});
+
+  const std::set<std::string> available(identifiers.begin(), identifiers.end());
+  std::vector<NamedRuleList> loaded;
+  for (const std::string_view listName : listNames) {
+    const std::string name(listName);
+    auto loading = loadRuleList(scheduler_, updater_.folders(), store, available, name);
+    auto list = co_await std::move(loading);
+    hasEnded = co_await isCancelled();
+    if (hasEnded) co_return;
+    if (list) loaded.push_back({name, std::move(list)});
+  }
+  ruleLists = std::move(loaded);
+  listGeneration = listGeneration.peek() + 1;
+  state = State::Ready;
+  installEverywhere();
+  runReadyHandlers();
+}
+
+void ContentBlocker::becomeReady() {
+  state = State::Ready;
+  runReadyHandlers();
+}
+
+Task<> ContentBlocker::endHold() {
+  const SleepResult result = co_await sleep(kLongestHold);
+  if (result == SleepResult::Cancelled) co_return;
+  hasTimedOut = true;
+  runReadyHandlers();
+}
+
+void ContentBlocker::runReadyHandlers() {
+  for (const auto& action : std::exchange(readyHandlers, {})) action();
+}
+
+// Switches
+
+void ContentBlocker::setEnabled(bool isOn) {
+  isEnabled = isOn;
+  defaults_.setBoolean(kEnabledKey, isOn);
+  installEverywhere();
+}
+
+void ContentBlocker::setCookieRejectionEnabled(bool isOn) {
+  isCookieRejectionEnabled = isOn;
+  defaults_.setBoolean(kCookieRejectionKey, isOn);
+  installEverywhere();
 }
 
 std::optional<std::string> ContentBlocker::site(const URL& url) {
   const auto host = url.host();
   if (!host) return std::nullopt;
   std::string site = text::lowerASCII(*host);
-  if (site.starts_with("www.")) site.erase(0, 4);
+  if (site.starts_with(kCommonPrefix)) site.erase(0, kCommonPrefix.size());
   return site;
+}
+
+std::optional<std::string> ContentBlocker::pausedEntry(
+    const std::optional<std::string>& site) const {
+  if (!site) return std::nullopt;
+  for (const std::string& entry : pausedSites.get())
+    if (covers(entry, *site)) return entry;
+  return std::nullopt;
+}
+
+bool ContentBlocker::isPaused(const std::optional<URL>& url) const {
+  return url && pausedEntry(site(*url));
+}
+
+bool ContentBlocker::togglePause(const URL& url) {
+  const auto paused = site(url);
+  if (!paused) return false;
+  if (const auto entry = pausedEntry(paused)) {
+    resume(*entry);
+  } else {
+    auto sites = pausedSites.peek();
+    sites.insert(*paused);
+    storePausedSites(std::move(sites));
+  }
+  return isPaused(url);
+}
+
+void ContentBlocker::resume(const std::string& entry) {
+  auto sites = pausedSites.peek();
+  sites.erase(entry);
+  storePausedSites(std::move(sites));
+}
+
+void ContentBlocker::storePausedSites(std::set<std::string> sites) {
+  defaults_.setList(kPausedSitesKey, {sites.begin(), sites.end()});
+  pausedSites = std::move(sites);
+  installEverywhere();
+}
+
+// Pages
+
+std::shared_ptr<UserContentController> ContentBlocker::makeUserContentController() {
+  forgetGone();
+  auto controller = engine_.makeUserContentController();
+  installed_.erase(controller.get());
+  currentSite_.erase(controller.get());
+  controllers_.insert_or_assign(controller.get(), controller);
+  install(*controller);
+  return controller;
+}
+
+void ContentBlocker::setCurrentSite(const UserContentController& controller,
+                                    std::optional<std::string> site) {
+  if (site)
+    currentSite_.insert_or_assign(&controller, std::move(*site));
+  else
+    currentSite_.erase(&controller);
+}
+
+void ContentBlocker::install(UserContentController& controller) {
+  const auto found = currentSite_.find(&controller);
+  const auto site = found == currentSite_.end() ? std::nullopt : std::optional(found->second);
+  const Setup wanted{.blocking = isEnabled.peek() && !pausedEntry(site),
+                     .cookieRejection = isCookieRejectionEnabled.peek(),
+                     .listGeneration = listGeneration.peek()};
+  const auto [present, isNew] = installed_.try_emplace(&controller, wanted);
+  if (!isNew && present->second == wanted) return;
+  present->second = wanted;
+
+  controller.removeAllContentRuleLists();
+  controller.removeAllUserScripts();
+  for (const UserScript& script : standardScripts) controller.addUserScript(script);
+  FileSystem& files = *updater_.folders().files;
+  if (wanted.blocking) {
+    for (const auto& [name, list] : ruleLists.peek())
+      if (name != kCookieList || !wanted.cookieRejection) controller.addContentRuleList(list);
+    if (const auto& script = youTubeScript_.get(files)) controller.addUserScript(*script);
+  }
+  if (!wanted.cookieRejection) return;
+  if (const auto& script = autoconsentScript_.get(files)) controller.addUserScript(*script);
+}
+
+void ContentBlocker::installEverywhere() {
+  forgetGone();
+  std::vector<std::shared_ptr<UserContentController>> live;
+  for (const auto& [identity, controller] : controllers_) live.push_back(controller.lock());
+  for (const auto& controller : live) install(*controller);
+}
+
+void ContentBlocker::forgetGone() {
+  std::erase_if(controllers_, [](const auto& entry) { return entry.second.expired(); });
+  const auto isGone = [this](const auto& entry) { return !controllers_.contains(entry.first); };
+  std::erase_if(installed_, isGone);
+  std::erase_if(currentSite_, isGone);
 }
 
 }  // namespace orvel

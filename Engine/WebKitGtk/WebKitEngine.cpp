@@ -5,18 +5,30 @@
 #include "BrowserCore/Text.h"
 #include "Engine/WebKitGtk/EngineScripts.h"
 #include "Engine/WebKitGtk/HTTPSFirst.h"
+#include "Engine/WebKitGtk/SealedRuleListStore.h"
 #include "Engine/WebKitGtk/WebKitContentController.h"
 #include "Engine/WebKitGtk/WebKitDataStore.h"
-#include "Engine/WebKitGtk/WebKitRuleListStore.h"
 #include "Engine/WebKitGtk/WebKitWebView.h"
 
 namespace orvel {
+
+namespace {
+
+std::filesystem::path ruleCompiler(const WebKitEngineOptions& options) {
+  if (!options.ruleCompiler.empty()) return options.ruleCompiler;
+  std::error_code ignored;
+  return std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path() /
+         "orvel-rule-compiler";
+}
+
+}  // namespace
 
 WebKitEngine::WebKitEngine(Scheduler& scheduler, WebKitEngineOptions options)
     : scheduler_(scheduler),
       options_(std::move(options)),
       httpsFirst_(std::make_unique<HTTPSFirst>(options_.cacheFolder / "HTTPSFirst")),
-      ruleStore_(std::make_shared<WebKitRuleListStore>(options_.cacheFolder / "ContentRules")) {}
+      ruleStore_(std::make_shared<SealedRuleListStore>(
+          scheduler_, options_.cacheFolder / "ContentRules", ruleCompiler(options_))) {}
 
 WebKitEngine::~WebKitEngine() = default;
 

@@ -26,6 +26,8 @@ struct WebKitEngineOptions {
   std::filesystem::path cacheFolder;
   // Holds the shared object that is loaded into each web process.
   std::filesystem::path webProcessFolder;
+  // The program that compiles content rules. Empty: the one beside this program.
+  std::filesystem::path ruleCompiler;
 };
 
 // The contract's implementation on the system's WebKitGTK.

@@ -58,6 +58,12 @@ bool MemoryFileSystem::exists(const fs::path& path) {
   return seen_.contains(path.string()) || folders_.contains(path.string());
 }
 
+std::optional<Date> MemoryFileSystem::modificationDate(const fs::path& path) {
+  const std::lock_guard lock(mutex_);
+  const auto date = dates.find(path.string());
+  return date == dates.end() ? std::nullopt : std::optional(date->second);
+}
+
 std::error_code MemoryFileSystem::write(const fs::path& path, std::string_view bytes) {
   const std::lock_guard lock(mutex_);
   if (!folders_.contains(path.parent_path().string()))

@@ -24,6 +24,7 @@ class MemoryFileSystem final : public FileSystem {
   std::optional<std::string> read(const std::filesystem::path& path, uint64_t limit) override;
   std::vector<std::string> list(const std::filesystem::path& folder) override;
   bool exists(const std::filesystem::path& path) override;
+  std::optional<Date> modificationDate(const std::filesystem::path& path) override;
   std::error_code write(const std::filesystem::path& path, std::string_view bytes) override;
   std::error_code sync(const std::filesystem::path& path) override;
   std::error_code rename(const std::filesystem::path& from,
@@ -43,6 +44,8 @@ class MemoryFileSystem final : public FileSystem {
   // The machine starts again after a power cut: only what was synced is there.
   void restartAfterPowerCut();
 
+  // When files last changed; the date of any other file cannot be read.
+  std::map<std::string, Date> dates;
   // Puts a file in place without counting a step.
   void put(const std::filesystem::path& path, std::string bytes);
   std::map<std::string, std::string> contents() const;

@@ -2,11 +2,13 @@
 
 #include <arpa/inet.h>
 #include <fmt/format.h>
+#include <glib.h>
 #include <signal.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -76,10 +78,13 @@ std::string TestServer::control(const std::string& operation, const std::string&
 }
 
 void TestServer::serve(const std::string& url, const ServedPage& page) {
+  // JSON has no place for bytes that are no text.
+  const std::unique_ptr<char, decltype(&g_free)> encoded(
+      g_base64_encode(reinterpret_cast<const guchar*>(page.body.data()), page.body.size()), g_free);
   json entry = {{"url", url},
                 {"status", page.status},
                 {"headers", json::object()},
-                {"body", page.body},
+                {"bodyBase64", encoded.get()},
                 {"delay", page.delay}};
   for (const auto& [name, value] : page.headers) entry["headers"][name] = value;
   if (page.truncate) entry["truncate"] = *page.truncate;

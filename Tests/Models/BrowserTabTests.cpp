@@ -135,6 +135,7 @@ TEST_F(Tab, RestoresItsStateLazilyAndOnlyOnce) {
 }
 
 TEST_F(Tab, TheFirstPageWaitsForTheRules) {
+  world.store->contentBlocker.isEnabled = true;
   world.store->contentBlocker.state = ContentBlocker::State::Preparing;
   const TabRef waiting = make("https://a/");
   const TabRef overtaken = make("https://b/");

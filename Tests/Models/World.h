@@ -61,6 +61,8 @@ class World {
   }
 
   World& launch() {
+    defaults.setBoolean("contentBlockingEnabled", false);
+    defaults.setNumber("filterListsLastChecked", 1e12);
     store = BrowserStore::make(services);
     auto recorder = std::make_unique<RecordingExtensions>(told);
     extensions = recorder.get();
@@ -94,6 +96,10 @@ class World {
   FakeWindow window;
   FileWriter writer{scheduler, disk};
   FaviconStore favicons{*disk, "/data/Orvel/Favicons"};
+  // No list is there and none is fetched; blocking is off, so that no first page waits.
+  UserDefaults defaults;
+  FilterListUpdater filterLists{
+      scheduler, writer, defaults, {}, {disk, "/data/Orvel/Filters", "/share/Filters"}, {}};
   std::vector<std::string> told;
   std::vector<std::string> visits;
   Services services{
@@ -103,6 +109,9 @@ class World {
       .files = writer,
       .paths = AppPaths::in("/data", "/cache", "/downloads"),
       .favicons = favicons,
+      .defaults = defaults,
+      .filterLists = filterLists,
+      .resources = "/share",
       .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
       .openHistory = [this](const auto&) { return std::make_unique<RecordingHistory>(visits); }};
   RecordingExtensions* extensions = nullptr;

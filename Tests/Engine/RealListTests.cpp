@@ -1,0 +1,148 @@
+// The lists that ship, as they are: what scripts/fetch-texts got.
+
+#include <gmock/gmock.h>
+
+#include "Base/Log.h"
+#include "Tests/Engine/BlockingTest.h"
+
+namespace orvel {
+namespace {
+
+using test::BlockingTest;
+using test::eventually;
+using test::turnFor;
+using testing::ElementsAre;
+
+constexpr Duration kQuiet = 500ms;
+
+struct RealListTest : BlockingTest {
+  void SetUp() override {
+    for (const char* text : {"Filters/easylist.txt", "Filters/easyprivacy.txt",
+                             "Filters/cookies.txt", "Scripts/autoconsent.js"})
+      if (!disk->exists(shareFolder() / text))
+        GTEST_SKIP() << "NOT TESTED: " << text << " is missing; run scripts/fetch-texts";
+    lists = shareFolder() / "Filters";
+    // Compiled once for all tests of this process.
+    static const test::TemporaryFolder cache{"rules"};
+    useStore(cache.path);
+  }
+
+  static std::string compiledLines(size_t since) {
+    const auto entries = Log::recent();
+    std::string lines;
+    for (size_t i = since; i < entries.size(); ++i)
+      if (entries[i].category == "ContentBlocker") lines += "  " + entries[i].message + "\n";
+    return lines;
+  }
+};
+
+TEST_F(RealListTest, CompilesOffTheMainThreadAndLoadsUnchangedListsAtOnce) {
+  const size_t logged = Log::recent().size();
+  const Duration firstStall = longestStall([&] { start(); });
+  std::vector<std::string> names;
+  for (const auto& [name, list] : blocker->ruleLists.peek()) names.push_back(name);
+  EXPECT_THAT(names, ElementsAre("easylist", "easyprivacy", "cookies", "orvel"));
+  const size_t loggedThen = Log::recent().size();
+  useStore(rules);
+  const Instant begin = scheduler.instant();
+  const Duration secondStall = longestStall([&] { start(); });
+  const Duration taken = scheduler.instant() - begin;
+  EXPECT_EQ(blocker->ruleLists.peek().size(), 4u);
+  EXPECT_EQ(compiledLines(loggedThen), "");
+  fmt::print(
+      "compiled:\n{}longest stall {:.1f} ms compiling, {:.1f} ms loading; loaded in {:.1f} "
+      "ms\n",
+      compiledLines(logged), inSeconds(firstStall) * 1e3, inSeconds(secondStall) * 1e3,
+      inSeconds(taken) * 1e3);
+  EXPECT_LT(firstStall, 8ms);
+  EXPECT_LT(secondStall, 8ms);
+}
+
+TEST_F(RealListTest, BlocksAndHidesWhatTheListsNameInAllFrames) {
+  start();
+  const std::string advertisements[] = {
+      "http://cdn.adnxs.com/ad.js", "http://ads.pubmatic.com/frame.html",
+      "http://sb.scorecardresearch.com/beacon.png", "http://ib.adnxs.net/inner.js"};
+  server.serve("http://news.test/",
+               "<title>News</title><script>addEventListener('message', e => window.inner = "
+               "e.data)</script><script src=http://cdn.adnxs.com/ad.js></script>"
+               "<img src=http://sb.scorecardresearch.com/beacon.png?c=1>"
+               "<iframe src=http://ads.pubmatic.com/frame.html></iframe>"
+               "<iframe src=http://widget.test/embed></iframe>"
+               "<div id=banner class=ad_banner>Buy</div><p id=text>News</p>");
+  server.serve("http://widget.test/embed",
+               "<div id=inner class=ad_banner>Buy</div><script "
+               "src=http://ib.adnxs.net/inner.js></script><script>setTimeout(() => "
+               "parent.postMessage(getComputedStyle(document.getElementById('inner')).display, "
+               "'*'), 100)</script>");
+  const auto view = makePage();
+  for (const bool isOn : {false, true}) {
+    SCOPED_TRACE(isOn ? "on" : "off");
+    blocker->setEnabled(isOn);
+    server.clearRequests();
+    visit(*view, "http://news.test/");
+    turnFor(kQuiet);
+    for (const std::string& url : advertisements)
+      EXPECT_EQ(server.requestCount(url), isOn ? 0 : 1) << url;
+    EXPECT_EQ(server.requestCount("http://widget.test/embed"), 1);
+    EXPECT_EQ(display(*view, "banner"), isOn ? "\"none\"" : "\"block\"");
+    EXPECT_EQ(evaluate(*view, "window.inner"), isOn ? "\"none\"" : "\"block\"");
+    EXPECT_EQ(display(*view, "text"), "\"block\"");
+  }
+}
+
+TEST_F(RealListTest, RejectsACookieDialogOrHidesIt) {
+  start();
+  server.serve(
+      "http://shop.test/",
+      "<title>Shop</title><div id=onetrust-consent-sdk><div id=onetrust-banner-sdk "
+      "style='height:200px'>We value your privacy"
+      "<button id=onetrust-accept-btn-handler onclick=\"answer('accepted')\">Accept</button>"
+      "<button id=onetrust-reject-all-handler onclick=\"answer('rejected')\">Reject</button>"
+      "</div></div><script>function answer(text) { window.answered = text; "
+      "document.getElementById('onetrust-consent-sdk').remove() }"
+      "window.OnetrustActiveGroups = ',C0001,'</script>");
+  const auto view = makePage();
+  for (const bool isPaused : {false, true}) {
+    SCOPED_TRACE(isPaused ? "paused" : "blocking");
+    visit(*view, "http://shop.test/");
+    EXPECT_TRUE(
+        eventually([&] { return evaluate(*view, "window.answered") == "\"rejected\""; }, 10s));
+    EXPECT_EQ(evaluate(*view, "'autoconsentStandalone' in window"), "false");
+    blocker->togglePause(*URL::parse("http://shop.test/"));
+  }
+  blocker->setCookieRejectionEnabled(false);
+  visit(*view, "http://shop.test/");
+  turnFor(2s);
+  EXPECT_NE(evaluate(*view, "window.answered"), "\"rejected\"");
+  EXPECT_EQ(display(*view, "onetrust-consent-sdk"), "\"none\"") << "hidden by the cookie list";
+  blocker->setEnabled(false);
+  visit(*view, "http://shop.test/");
+  EXPECT_EQ(display(*view, "onetrust-consent-sdk"), "\"block\"");
+}
+
+TEST_F(RealListTest, KeepsTheFormerListWhenTheCompilerIsKilledHalfway) {
+  start();
+  const auto cache = rules;
+  const auto script = folder.path / "compiler";
+  write(script,
+        fmt::format("#!/bin/sh\nexec 3<&0\n{} \"$@\" <&3 &\nsleep 0.7\nkill -9 $! && ls \"$1\" "
+                    ">{}\nkill -9 $$\n",
+                    compiler().string(), (folder.path / "seen").string()));
+  std::filesystem::permissions(script, std::filesystem::perms::owner_all);
+  const auto shipped = std::exchange(lists, folder.path / "Changed");
+  for (const std::string_view name : ContentBlocker::listNames) {
+    const std::string file = std::string(name) + ".txt";
+    const bool isChanged = name == "easylist";
+    write(lists / file, disk->read(shipped / file).value() + (isChanged ? "||added.test^\n" : ""));
+  }
+  useStore(cache, script);
+  start();
+  ASSERT_TRUE(disk->exists(folder.path / "seen")) << "the compiler ran";
+  EXPECT_EQ(blocker->ruleLists.peek().size(), 4u);
+  EXPECT_EQ(ruleFiles("ContentRuleList-").size(), 4u);
+  EXPECT_TRUE(eventually([&] { return ruleFiles("compile-").empty(); }));
+}
+
+}  // namespace
+}  // namespace orvel

@@ -1,0 +1,136 @@
+#include "WebEngine/RuleListLoader.h"
+
+#include <fmt/ranges.h>
+#include <sodium.h>
+
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "Base/Log.h"
+#include "BrowserCore/ContentBlocking/FilterListConverter.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr Log kLog{"ContentBlocker"};
+constexpr size_t kFingerprintBytes = 6;
+constexpr int64_t kMostRules = 150000;
+
+struct SourceText {
+  std::shared_ptr<const std::string> text;
+  std::string identifier;
+};
+
+struct Converted {
+  std::string json;
+  size_t ruleCount = 0;
+  int64_t skipped = 0;
+};
+
+std::string fingerprint(const std::string& text) {
+  unsigned char digest[crypto_hash_sha256_BYTES];
+  crypto_hash_sha256(digest, reinterpret_cast<const unsigned char*>(text.data()), text.size());
+  return fmt::format("{:02x}", fmt::join(std::span(digest).first(kFingerprintBytes), ""));
+}
+
+std::optional<SourceText> readSource(const FilterListFolders& folders, const std::string& name) {
+  auto text = folders.text(name);
+  if (!text) return std::nullopt;
+  auto identifier =
+      fmt::format("{}-v{}-{}", name, FilterListConverter::version, fingerprint(*text));
+  return SourceText{std::make_shared<const std::string>(std::move(*text)), std::move(identifier)};
+}
+
+Converted convert(const std::string& text) {
+  const auto output =
+      FilterListConverter::convert(text, {.includeCosmetic = true, .maxRules = kMostRules});
+  return {encodedJSON(output.rules), output.rules.size(), output.skipped};
+}
+
+Future<CompiledRules> lookUp(ContentRuleListStore& store, const std::string& identifier) {
+  auto [future, resolve] = makeFuture<CompiledRules>();
+  store.lookUp(identifier, std::move(resolve));
+  return std::move(future);
+}
+
+Future<CompiledRules> compile(ContentRuleListStore& store, const std::string& identifier,
+                              std::string json) {
+  auto [future, resolve] = makeFuture<CompiledRules>();
+  store.compile(identifier, std::move(json), std::move(resolve));
+  return std::move(future);
+}
+
+void removeAll(ContentRuleListStore& store, const std::vector<std::string>& identifiers) {
+  for (const std::string& identifier : identifiers)
+    store.remove(identifier, [](const std::optional<std::string>&) {});
+}
+
+// The first of the lists that can be had.
+Task<std::shared_ptr<ContentRuleList>> firstOf(std::shared_ptr<ContentRuleListStore> store,
+                                               std::vector<std::string> identifiers) {
+  for (const std::string& identifier : identifiers) {
+    auto looking = lookUp(*store, identifier);
+    const CompiledRules found = co_await std::move(looking);
+    if (found.list) co_return found.list;
+  }
+  co_return nullptr;
+}
+
+// Null when the compiler refused the list, which is logged.
+Task<std::shared_ptr<ContentRuleList>> convertAndCompile(
+    Scheduler& scheduler, std::shared_ptr<ContentRuleListStore> store, std::string name,
+    SourceText source) {
+  const Instant begin = scheduler.instant();
+  auto work = [text = std::move(source.text)] { return convert(*text); };
+  auto converting = background(scheduler, std::move(work), WorkPriority::Utility);
+  Converted converted = co_await std::move(converting);
+  auto compiling = compile(*store, source.identifier, std::move(converted.json));
+  const CompiledRules compiled = co_await std::move(compiling);
+  if (compiled.list)
+    kLog.info("Compiled {}: {} rules, {} skipped, {:.2f} seconds", name, converted.ruleCount,
+              converted.skipped, inSeconds(scheduler.instant() - begin));
+  else if (compiled.error)
+    kLog.error("Couldn't compile {}: {}", name, compiled.error->message);
+  co_return compiled.list;
+}
+
+}  // namespace
+
+Task<std::shared_ptr<ContentRuleList>> loadRuleList(Scheduler& scheduler, FilterListFolders folders,
+                                                    std::shared_ptr<ContentRuleListStore> store,
+                                                    std::set<std::string> available,
+                                                    std::string name) {
+  auto work = [folders = std::move(folders), name] { return readSource(folders, name); };
+  auto reading = background(scheduler, std::move(work));
+  auto source = co_await std::move(reading);
+  if (!source) {
+    kLog.error("Missing filter list {}", name);
+    co_return nullptr;
+  }
+  std::vector<std::string> previous;
+  for (const std::string& identifier : available)
+    if (identifier.starts_with(name + "-") && identifier != source->identifier)
+      previous.push_back(identifier);
+
+  std::shared_ptr<ContentRuleList> list;
+  if (available.contains(source->identifier)) {
+    auto looking = lookUp(*store, source->identifier);
+    const CompiledRules found = co_await std::move(looking);
+    list = found.list;
+  }
+  if (!list) {
+    auto compiling = convertAndCompile(scheduler, store, name, std::move(*source));
+    list = co_await std::move(compiling);
+  }
+  if (list) {
+    removeAll(*store, previous);
+    co_return list;
+  }
+  auto fallingBack = firstOf(store, std::move(previous));
+  list = co_await std::move(fallingBack);
+  co_return list;
+}
+
+}  // namespace orvel
