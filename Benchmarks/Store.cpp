@@ -1,51 +1,11 @@
 #include <benchmark/benchmark.h>
 
-#include "Models/BrowserStore.h"
 #include "Models/SidebarRows.h"
-#include "Tests/Fakes/FakeDesktop.h"
-#include "Tests/Fakes/FakeEngine.h"
-#include "Tests/Fakes/MemoryFileSystem.h"
-#include "Tests/Fakes/VirtualScheduler.h"
+#include "Tests/Models/World.h"
 
 // What the model costs the main thread by number of tabs.
 namespace orvel::test {
 namespace {
-
-class Program {
- public:
-  explicit Program(std::shared_ptr<MemoryFileSystem> given) : disk(std::move(given)) {}
-  ~Program() {
-    store.reset();
-    scheduler.settle();
-  }
-  void launch() {
-    defaults.setBoolean("contentBlockingEnabled", false);
-    defaults.setNumber("filterListsLastChecked", 1e12);
-    store = BrowserStore::make(services);
-  }
-
-  std::shared_ptr<MemoryFileSystem> disk;
-  VirtualScheduler scheduler;
-  FakeEngine engine{scheduler};
-  FakeDesktop desktop{scheduler};
-  FileWriter writer{scheduler, disk};
-  FaviconStore favicons{*disk, "/data/Orvel/Favicons"};
-  // No list is there and none is fetched; blocking is off, so that no first page waits.
-  UserDefaults defaults;
-  FilterListUpdater filterLists{
-      scheduler, writer, defaults, {}, {disk, "/data/Orvel/Filters", "/share/Filters"}, {}};
-  Services services{.scheduler = scheduler,
-                    .engine = engine,
-                    .desktop = desktop.desktop(),
-                    .files = writer,
-                    .paths = AppPaths::in("/data", "/cache", "/downloads"),
-                    .favicons = favicons,
-                    .defaults = defaults,
-                    .filterLists = filterLists,
-                    .resources = "/share",
-                    .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads")};
-  std::shared_ptr<BrowserStore> store;
-};
 
 // A session as people have it: a tenth favorites and pinned tabs, in folders of ten.
 std::shared_ptr<MemoryFileSystem> diskWithTabs(int64_t count) {
@@ -83,7 +43,7 @@ std::shared_ptr<MemoryFileSystem> diskWithTabs(int64_t count) {
 
 // Recording, encoding and handing to the writer; the disk is a worker's.
 void save(benchmark::State& state) {
-  Program program(diskWithTabs(state.range(0)));
+  World program(diskWithTabs(state.range(0)));
   program.launch();
   program.scheduler.settle();
   for (auto _ : state) {
@@ -105,7 +65,7 @@ void restore(benchmark::State& state) {
   const auto disk = diskWithTabs(state.range(0));
   for (auto _ : state) {
     state.PauseTiming();
-    auto program = std::make_unique<Program>(disk);
+    auto program = std::make_unique<World>(disk);
     state.ResumeTiming();
     program->launch();
     state.PauseTiming();
@@ -122,7 +82,7 @@ BENCHMARK(restore)
     ->Complexity();
 
 void sidebarRowsOfASpace(benchmark::State& state) {
-  Program program(diskWithTabs(state.range(0)));
+  World program(diskWithTabs(state.range(0)));
   program.launch();
   for (auto _ : state) benchmark::DoNotOptimize(sidebarRows(*program.store->activeSpace(), 4));
 }
@@ -132,7 +92,7 @@ BENCHMARK(sidebarRowsOfASpace)
     ->Unit(benchmark::kMillisecond);
 
 void selectATab(benchmark::State& state) {
-  Program program(diskWithTabs(state.range(0)));
+  World program(diskWithTabs(state.range(0)));
   program.launch();
   const TabList tabs = program.store->activeSpace()->today.peek();
   size_t next = 0;

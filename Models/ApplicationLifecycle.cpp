@@ -1,5 +1,7 @@
 #include "Models/ApplicationLifecycle.h"
 
+#include <algorithm>
+
 #include "Base/Log.h"
 
 namespace orvel {
@@ -49,10 +51,17 @@ bool ApplicationLifecycle::continueActivity(const std::string& identifier) {
 
 void ApplicationLifecycle::willTerminate() {
   Log::app.notice("Quitting");
+  const Services& services = store_->services();
+  const Instant end = services.scheduler.instant() + kDrainDeadline;
+  const auto drain = [&] {
+    services.files.drain(std::max(end - services.scheduler.instant(), Duration::zero()));
+  };
   store_->save();
+  // A slow disk costs positions on pages before it costs the session.
+  drain();
   store_->saveTabStates(BrowserStore::StateWriting::Now);
+  drain();
   run(steps_.installUpdateIfReady);
-  store_->services().files.drain(kDrainDeadline);
 }
 
 }  // namespace orvel

@@ -127,7 +127,7 @@ void BrowserStore::animate(const Spring& spring, const std::function<void()>& ch
   services_.desktop.animator.animate(spring, change, std::move(completion));
 }
 
-// Later features plug in here.
+// Empty until their features are built
 
 void BrowserStore::archiveStaleTabs(Date) {}
 void BrowserStore::reopen(const ArchivedTabRecord&) {}

@@ -187,10 +187,13 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void closePeek();
   bool openSpotlightItem(const std::string& identifier);
 
-  // Later features plug in here; each does nothing yet.
+  // Media.
+  // Asks the tabs that play, every ten seconds, whether they still do.
+  void startMediaMonitoring();
+
+  // Called where their features belong, and empty until these are built.
   void archiveStaleTabs(Date now);
   void reopen(const ArchivedTabRecord& record);
-  void startMediaMonitoring();
   void installEscapeMonitor();
   void installSplitFocusMonitor();
   void installSpaceSwipeMonitor();

@@ -111,7 +111,7 @@ void BrowserTab::printPage() {
   if (view && view->isInWindow()) view->print();
 }
 
-// Media and hidden items: later features plug in here.
+// Media, hidden items and icons: empty until these are built
 
 void BrowserTab::toggleMute() {}
 static Task<> nothing() { co_return; }

@@ -15,7 +15,7 @@ struct AppPaths {
   // The user's own folder for downloads.
   std::filesystem::path downloads;
 
-  // `dataHome` and `cacheHome` are the desktop's base folders (XDG base directory specification).
+  // `dataHome` and `cacheHome` are the desktop's base folders, XDG_DATA_HOME and XDG_CACHE_HOME.
   [[nodiscard]] static AppPaths in(const std::filesystem::path& dataHome,
                                    const std::filesystem::path& cacheHome,
                                    const std::filesystem::path& downloads);

@@ -10,7 +10,7 @@ ImageRef FaviconStore::cachedImage(std::string_view host) {
   if (const auto known = memory_.find(key); known != memory_.end()) return known->second;
   if (misses_.contains(key)) return nullptr;
   const auto bytes = files_.read(file(host), kLargestFile);
-  ImageRef image = bytes ? Image::decode(*bytes) : nullptr;
+  ImageRef image = bytes ? Image::decode(*bytes, kLargestSide) : nullptr;
   if (image)
     memory_.emplace(key, image);
   else

@@ -14,8 +14,9 @@ namespace orvel {
 // The icons of sites by host, in memory and in a folder.
 class FaviconStore {
  public:
-  // Larger files are taken for no icon.
+  // Larger files, and pictures with a longer side in pixels, are taken for no icon.
   static constexpr uint64_t kLargestFile = 1 << 20;
+  static constexpr int kLargestSide = 1024;
 
   FaviconStore(FileSystem& files, std::filesystem::path directory)
       : files_(files), directory_(std::move(directory)) {}
