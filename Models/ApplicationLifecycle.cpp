@@ -1,0 +1,58 @@
+#include "Models/ApplicationLifecycle.h"
+
+#include "Base/Log.h"
+
+namespace orvel {
+
+namespace {
+
+void run(const std::function<void()>& step) {
+  if (step) step();
+}
+
+}  // namespace
+
+ApplicationLifecycle::ApplicationLifecycle(std::shared_ptr<BrowserStore> store, Steps steps)
+    : store_(std::move(store)), steps_(std::move(steps)) {}
+
+void ApplicationLifecycle::didFinishLaunching() {
+  Log::app.notice("Orvel {} on {}", steps_.appVersion, steps_.systemVersion);
+  run(steps_.subscribeDiagnostics);
+  run(steps_.installMainMenu);
+  showWindow();
+  store_->services().desktop.application.activate();
+  store_->applyQuickBarKey();
+  run(steps_.startUpdates);
+}
+
+void ApplicationLifecycle::showWindow() {
+  if (!windowController_ && steps_.makeWindowController)
+    windowController_ = steps_.makeWindowController();
+  if (!windowController_) return;
+  windowController_->show();
+  windowController_->window().makeKeyAndOrderFront();
+}
+
+void ApplicationLifecycle::open(const std::vector<URL>& urls) {
+  bool wantsWindow = false;
+  for (const URL& url : urls) wantsWindow = store_->openExternal(url) || wantsWindow;
+  if (wantsWindow || !windowController_) showWindow();
+}
+
+void ApplicationLifecycle::handleReopen(VisibleWindows visible) {
+  if (visible == VisibleWindows::None) showWindow();
+}
+
+bool ApplicationLifecycle::continueActivity(const std::string& identifier) {
+  return store_->openSpotlightItem(identifier);
+}
+
+void ApplicationLifecycle::willTerminate() {
+  Log::app.notice("Quitting");
+  store_->save();
+  store_->saveTabStates(BrowserStore::StateWriting::Now);
+  run(steps_.installUpdateIfReady);
+  store_->services().files.drain(kDrainDeadline);
+}
+
+}  // namespace orvel

@@ -1,0 +1,249 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "Base/Observable.h"
+#include "Base/Task.h"
+#include "BrowserCore/ChoiceMemory.h"
+#include "BrowserCore/Session/SessionRecord.h"
+#include "BrowserCore/Theme.h"
+#include "Models/BrowserTab.h"
+#include "Models/Services.h"
+#include "Models/Settings.h"
+#include "Models/Space.h"
+#include "Models/StoreState.h"
+#include "Models/Suggestion.h"
+#include "Models/TabDestination.h"
+#include "WebEngine/ContentBlocker.h"
+#include "WebEngine/ExtensionHost.h"
+
+namespace orvel {
+
+// The model's centre: every profile, space and tab, and everything that the interface observes.
+// There is one, made before the run loop starts and alive as long as the process. Main thread only.
+//
+// Rules that every operation keeps: there is always a space; each space's profile is a member of
+// `profiles`; a selection that names no tab reads as none.
+class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
+ public:
+  // Restores the session and starts the background loops.
+  [[nodiscard]] static std::shared_ptr<BrowserStore> make(const Services& services);
+  ~BrowserStore();
+
+  const Services& services() const { return services_; }
+
+  Observable<std::vector<std::shared_ptr<Profile>>> profiles;
+  Observable<std::vector<std::shared_ptr<Space>>> spaces;  // in the sidebar's order
+  Observable<bool> isSidebarVisible = true;
+  Observable<bool> isSidebarPeeking = false;  // hidden, and floating out over the page
+  Observable<double> sidebarWidth = SessionRecord::kDefaultSidebarWidth;  // in points
+  Observable<std::optional<CommandBarMode>> commandBar;
+  Observable<std::optional<FindState>> find;
+  Observable<TabRef> peek;  // the tab over the page; null without
+  Observable<std::optional<ReaderArticle>> reader;
+  Observable<std::optional<UUID>> capture;  // the tab being captured
+  Observable<std::optional<TabSwitcherState>> tabSwitcher;
+  Observable<std::optional<SpaceDraft>> spaceDraft;
+  Observable<bool> spaceSwitchForward = true;
+  Observable<double> spaceSwipeOffset = 0.0;
+  Observable<std::optional<UUID>> revealingSpaceID;
+  Observable<std::optional<UUID>> leavingSpaceID;
+  Observable<std::optional<UUID>> renamingFolderID;
+  Observable<std::optional<Toast>> toast;
+  Observable<bool> didCopyLink = false;
+  Observable<std::vector<ArchivedTabRecord>> archive;  // the newest first
+  Settings settings;
+  ContentBlocker contentBlocker;
+  ExtensionHost extensions;
+  // Null when it could not be opened; no visit is recorded then.
+  std::unique_ptr<HistoryStore> history;
+  // The main window while there is one: the window's controller sets and clears it.
+  DesktopWindow* window = nullptr;
+  std::vector<ClosedTab> closedTabs;  // the latest last
+  std::vector<std::shared_ptr<LittleWindow>> littleWindows;
+  // Opens a little window for a tab. Empty: such a tab goes to the sidebar.
+  std::function<std::shared_ptr<LittleWindow>(const TabRef&)> makeLittleWindow;
+  Observable<bool> isPeekExpanding = false;
+  Observable<std::optional<UUID>> hidingItemsTabID;
+  Observable<std::optional<Theme>> previewTheme;
+  Observable<std::optional<Space::Appearance>> previewAppearance;
+  // The coming toggle of the sidebar starts from a peeking one.
+  Observable<bool> sidebarDocksFromPeek = false;
+  // What was picked after what was typed, by profile.
+  std::unordered_map<UUID, ChoiceMemory> choices;
+  Observable<bool> isQuickBarKeyTaken = false;
+
+  const UUID& activeSpaceID() const { return activeSpaceID_.get(); }
+  void setActiveSpaceID(const UUID& id);
+  // The space on screen: the first with the active id, or else the first.
+  std::shared_ptr<Space> activeSpace() const;
+  // Every tab of every space once, favorites too.
+  TabList everyTab() const;
+
+  // Toasts.
+  struct ToastOptions {
+    std::optional<std::string> symbol;
+    std::function<void()> undo;
+    std::string actionTitle = "Undo";
+    std::optional<Duration> lasts;  // absent: 4 s with an undo, 1.6 s without
+  };
+  void showToast(std::string message, ToastOptions options);
+  void showToast(std::string message) { showToast(std::move(message), ToastOptions()); }
+  void undoToast();
+
+  // Window, sidebar and keyboard.
+  enum class ChromeMotion { AtOnce, Animated };
+  void showCommandBar(CommandBarMode mode);
+  void dismissCommandBar();
+  // Gives the keyboard to the selected tab's page on the next turn, unless someone is typing.
+  void focusWebView();
+  void toggleSidebar();
+  void setSidebarPeeking(bool wanted);
+  void setSidebarWidth(double width);
+  void updateWindowChrome(ChromeMotion motion);
+  void updateWindowAppearance();
+  void perform(const Suggestion& suggestion, CommandBarMode mode);
+
+  // Persistence.
+  // Asks for a save within a second. Every change of what is saved ends with it.
+  void scheduleSave();
+  // Hands the session to the disk now.
+  void save();
+  TabRef makeTab(const TabRecord& record, const std::shared_ptr<Profile>& profile);
+  SidebarItem makeItem(const SidebarItemRecord& record, const std::shared_ptr<Profile>& profile);
+
+  // Tabs.
+  struct OpenOptions {
+    std::shared_ptr<Space> in;  // null: after's space, or else the active one
+    TabRef after;
+    bool select = true;
+    std::optional<WebViewConfiguration> configuration;
+  };
+  TabRef openTab(const std::optional<URL>& url, OpenOptions options);
+  TabRef openTab(const std::optional<URL>& url) { return openTab(url, OpenOptions()); }
+  void select(const TabRef& tab, std::shared_ptr<Space> in = nullptr);
+  void selectAdjacentTab(int step);
+  // From 1 on; 9 is the last.
+  void selectTabNumber(int number);
+  void closeSelectedTab();
+  // Ends a tab of today's; a pinned tab or favorite ends its page and returns home.
+  void close(const TabRef& tab);
+  void clearToday(const std::shared_ptr<Space>& space);
+  void reopenClosedTab();
+  void togglePin(const TabRef& tab);
+  void move(const TabRef& tab, const TabDestination& destination,
+            std::shared_ptr<Space> in = nullptr);
+  // Where the tab stands; absent when it is nowhere.
+  std::optional<TabDestination> placeOf(const BrowserTab& tab) const;
+  enum class LinkForm { Plain, Markdown };
+  void copyLink(TabRef tab = nullptr, LinkForm form = LinkForm::Plain);
+  // The first space with the tab among its own; favorites are no space's own. Null without one.
+  std::shared_ptr<Space> spaceContaining(const BrowserTab& tab) const;
+  // The active space if it is on the profile, or else the first that is. Null without one.
+  std::shared_ptr<Space> spaceOn(const Profile& profile) const;
+  TabRef tab(const TabDrag& drag) const;
+
+  // Folders.
+  void newFolder(const TabRef& with = nullptr);
+  void rename(const FolderRef& folder, const std::string& name);
+  void toggle(const FolderRef& folder);
+  // Its tabs move to the top of today's; none is closed.
+  void deleteFolder(const FolderRef& folder);
+
+  // Hibernation.
+  enum class StateWriting { Background, Now };
+  void startHibernating();
+  // Gives up the views of tabs that nobody has looked at for `age`.
+  Task<> hibernateIdleTabs(Duration age, Date now);
+  // Writes every tab's page state and removes the files of tabs that are gone.
+  void saveTabStates(StateWriting writing);
+
+  // Links from other applications, little windows, peeks.
+  // Answers whether the main window is to come forward.
+  bool openExternal(const URL& url);
+  // Null profile: the active space's. Null when a private tab has no window to go to.
+  TabRef openLittleWindow(const std::optional<URL>& url,
+                          const std::shared_ptr<Profile>& profile = nullptr,
+                          std::optional<WebViewConfiguration> configuration = std::nullopt);
+  void littleWindowDidClose(const LittleWindow& closed);
+  std::shared_ptr<LittleWindow> keyLittleWindow() const;
+  // The tab that commands act on: the key little window's, or else the selected one.
+  TabRef commandTab() const;
+  void openPeek(const URL& url, const TabRef& from);
+  void closePeek();
+  bool openSpotlightItem(const std::string& identifier);
+
+  // Later features plug in here; each does nothing yet.
+  void archiveStaleTabs(Date now);
+  void reopen(const ArchivedTabRecord& record);
+  void startMediaMonitoring();
+  void installEscapeMonitor();
+  void installSplitFocusMonitor();
+  void installSpaceSwipeMonitor();
+  void installTabSwitcherMonitor();
+  void endHidingItems();
+  void updateSpotlight();
+  void applyQuickBarKey();
+  void orderQuickBarOut();
+
+ private:
+  explicit BrowserStore(const Services& services);
+
+  void start();
+  static Task<> reopenExtensionPages(std::shared_ptr<BrowserStore> store);
+  static Task<> archiveLoop(std::weak_ptr<BrowserStore> store);
+  static Task<> hibernationLoop(std::weak_ptr<BrowserStore> store);
+  static Task<> hibernate(std::weak_ptr<BrowserStore> store, Duration age, Date now);
+  static Task<> mediaLoop(std::weak_ptr<BrowserStore> store);
+  static Task<> removeToast(std::weak_ptr<BrowserStore> store, Duration after);
+  static Task<> peekSidebar(std::weak_ptr<BrowserStore> store, bool wanted);
+  static Task<> saveSoon(std::weak_ptr<BrowserStore> store);
+  static Task<> hideWindowButtons(std::weak_ptr<BrowserStore> store);
+  static Task<> forgetCopiedLink(std::weak_ptr<BrowserStore> store);
+
+  // The session.
+  void restore();
+  struct LoadedSession {
+    SessionRecord record;
+    bool isMigrated = false;
+  };
+  std::optional<LoadedSession> loadSession();
+  void keepCopy(const std::filesystem::path& path, std::string bytes);
+  void apply(const SessionRecord& record);
+  void createDefaultSpace();
+  SessionRecord record() const;
+  std::shared_ptr<Space> spaceWithID(const UUID& id) const;
+
+  // Runs `action` in a task of its own, from the next turn on.
+  void later(std::function<void(BrowserStore&)> action);
+  void animate(const Spring& spring, const std::function<void()>& change,
+               std::function<void()> completion = {});
+  bool areWindowButtonsHidden() const;
+  void open(const URL& url, CommandBarMode mode);
+
+  void detach(const BrowserTab& tab);
+  void leaveTab(const TabRef& prior, const TabRef& next, const Space& space, Date now);
+  void didActivate(const TabRef& tab, const TabRef& prior);
+  void undoClearToday(const std::shared_ptr<Space>& space, const TabList& tabs);
+  void undoPin(const std::weak_ptr<Space>& space, const TabRef& tab, const TabDestination& former,
+               const std::optional<URL>& pinnedURL);
+  void announce(const BrowserTab& tab, const std::function<void(WebExtensionController&)>& tell);
+  bool mayHibernate(const BrowserTab& tab) const;
+  void writeTabStates(StateWriting writing);
+  void removeStateFiles(const std::vector<std::string>& present);
+
+  const Services& services_;
+  Observable<UUID> activeSpaceID_{UUID::random()};
+  TaskHandle saveTask_;
+  TaskHandle toastTask_;
+  TaskHandle peekTask_;
+  std::vector<TaskHandle> loops_;
+  Observation memoryPressure_;
+};
+
+}  // namespace orvel

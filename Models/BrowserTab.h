@@ -1,0 +1,209 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Base/Image.h"
+#include "Base/Observable.h"
+#include "Base/Task.h"
+#include "BrowserCore/Session/TabRecord.h"
+#include "Engine/Delegates.h"
+#include "Models/Profile.h"
+#include "Models/Services.h"
+#include "WebEngine/ExtensionHost.h"
+
+namespace orvel {
+
+class BrowserStore;
+
+// One tab: the few lasting facts of a page and, only while it is needed, a live web view. The view
+// is made on first demand, can be thrown away at any time and is made again from the page's saved
+// state or its address.
+//
+// Held by std::shared_ptr alone; make it with `make`.
+class BrowserTab final : public NavigationDelegate,
+                         public UIDelegate,
+                         public WebExtensionTab,
+                         public std::enable_shared_from_this<BrowserTab> {
+ public:
+  struct Values {
+    UUID id = UUID::random();
+    std::shared_ptr<Profile> profile;
+    std::weak_ptr<BrowserStore> store;
+    std::optional<URL> url;
+    std::string title;
+    std::optional<URL> pinnedURL;
+    std::optional<Date> lastActiveAt;
+    // For a window that a page opened: the engine navigates the view itself.
+    std::optional<WebViewConfiguration> configuration;
+    // Whether a former run may have left a page state file.
+    enum class StateFile { None, MayExist } stateFile = StateFile::None;
+  };
+  [[nodiscard]] static TabRef make(const Services& services, Values values);
+  ~BrowserTab() override;
+
+  const UUID id;
+  const std::shared_ptr<Profile> profile;
+  Observable<std::string> title;             // the last one that wasn't empty
+  Observable<std::optional<URL>> url;        // the address that the tab shows or will show
+  Observable<std::optional<URL>> pinnedURL;  // a pinned tab's home; absent for ordinary ones
+  Observable<bool> isLoading = false;
+  Observable<double> progress = 0.0;  // 0 to 1
+  // Closed for good: no web view is made for it again.
+  Observable<bool> isDiscarded = false;
+  Observable<bool> canGoBack = false;
+  Observable<bool> canGoForward = false;
+  Observable<ImageRef> thumbnail;
+  Observable<bool> isPlayingMedia = false;
+  Observable<bool> isMuted = false;
+  // Grows when the view is replaced in place, so that the interface drops its host of the old one.
+  Observable<int> webViewRevision = 0;
+  std::optional<Date> lastActiveAt;  // when it was last selected
+  bool isInAutoPictureInPicture = false;
+
+  // The icon of the present site; null without one. Read from the icon cache when first asked for.
+  ImageRef favicon() const;
+  void setFavicon(ImageRef icon);
+
+  // The live view, which is made first if there is none: the only way in which one comes into
+  // being. Reading it subscribes nobody. Null for a discarded tab without one.
+  std::shared_ptr<WebView> webView();
+  // The live view; null while there is none. Subscribes to its coming and going.
+  std::shared_ptr<WebView> liveWebView() const { return webView_.get(); }
+
+  // The title, or the site's short name, or "New Tab".
+  std::string displayTitle() const;
+  // The page differs from the pin by more than a slash at the end or a fragment.
+  bool hasWanderedFromPin() const;
+  TabRecord record() const;
+
+  // What restores the history and the position on the page: opaque bytes of the engine, read from
+  // the tab's file when first needed. Absent: the address is loaded afresh.
+  const std::optional<std::string>& savedState() const;
+  void setSavedState(std::optional<std::string> state);
+  // The live view's, or else the saved one.
+  std::optional<std::string> currentState() const;
+
+  void load(const URL& address);
+  void reload(ReloadSource source = ReloadSource::Cache);
+  // Ends the page of a pinned tab, which returns to its home.
+  void unload();
+  // Ends the view and what belongs to it. Safe without one.
+  void teardown();
+  // Makes the page again in the configuration of the extension that owns its address, if it was
+  // restored before that extension was loaded.
+  void reopenExtensionPage();
+  // Does nothing for a page that is not on screen.
+  void captureThumbnail();
+  // Null without a view on screen. Absent `rect`: the whole view.
+  Task<ImageRef> screenshot(std::optional<PageRect> rect);
+  // Whether the text was found, ignoring case and wrapping around.
+  enum class FindDirection { Forwards, Backwards };
+  Task<bool> find(std::string text, FindDirection direction);
+  void printPage();
+  void goBack();
+  void goForward();
+  void stopLoading();
+
+  // Media.
+  void toggleMute();
+  Task<> refreshMediaState();
+  void mediaDidChange(const FrameInfo& frame);
+  void enterPictureInPicture();
+  void leavePictureInPicture();
+
+  // What a view of this profile is made from.
+  [[nodiscard]] static WebViewConfiguration makeConfiguration(Profile& profile);
+
+  // How much of the tab's state its file holds; `saveTabStates` keeps it.
+  enum class StateFile {
+    Unread,   // the file has not been looked at: what it holds counts
+    Current,  // memory and file are the same
+    Stale,    // the file, if there is one, is out of date
+  };
+  StateFile stateFile() const { return stateFile_; }
+  // The bytes that `version` had are in the file now.
+  void noteStateFileWritten(uint64_t version);
+  uint64_t stateVersion() const { return stateVersion_; }
+
+  // NavigationDelegate
+  void decidePolicyForAction(WebView& view, const NavigationAction& action,
+                             PolicyHandler answer) override;
+  void decidePolicyForResponse(WebView& view, const NavigationResponse& response,
+                               PolicyHandler answer) override;
+  void didBecomeDownload(WebView& view, std::shared_ptr<Download> download) override;
+  void didCommit(WebView& view) override;
+  void didFinish(WebView& view) override;
+  void didFailProvisionalNavigation(WebView& view, const LoadError& error) override;
+  void webContentProcessDidTerminate(WebView& view) override;
+  void didReceiveAuthenticationChallenge(
+      WebView& view, const AuthenticationChallenge& challenge,
+      std::function<void(std::optional<Credential>)> answer) override;
+
+  // UIDelegate
+  std::shared_ptr<WebView> createWebView(WebView& opener, const WebViewConfiguration& configuration,
+                                         const NavigationAction& action) override;
+  void webViewDidClose(WebView& view) override;
+  void runJavaScriptAlertPanel(WebView& view, const std::string& message, const FrameInfo& frame,
+                               std::function<void()> answer) override;
+  void runJavaScriptConfirmPanel(WebView& view, const std::string& message, const FrameInfo& frame,
+                                 std::function<void(bool)> answer) override;
+  void runJavaScriptTextInputPanel(WebView& view, const std::string& prompt,
+                                   const std::string& defaultText, const FrameInfo& frame,
+                                   std::function<void(std::optional<std::string>)> answer) override;
+  void runBeforeUnloadPanel(WebView& view, const FrameInfo& frame,
+                            std::function<void(bool)> answer) override;
+  void runOpenPanel(
+      WebView& view, const OpenPanelParameters& parameters,
+      std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override;
+  void requestMediaCapturePermission(WebView& view, const std::string& originHost,
+                                     CaptureDeviceType type,
+                                     std::function<void(PermissionDecision)> answer) override;
+  void requestGeolocationPermission(WebView& view, const std::string& originHost,
+                                    std::function<void(PermissionDecision)> answer) override;
+  void fullscreenDidChange(WebView& view, bool isFullscreen) override;
+
+ private:
+  BrowserTab(const Services& services, Values values);
+
+  void makeWebView();
+  WebViewConfiguration prepareConfiguration();
+  void restorePage(const std::shared_ptr<WebView>& view);
+  void observe(WebView& view);
+  void reopen(const URL& address);
+  void sync(const WebView& view);
+  void syncAddress(const URL& address);
+  void propertiesDidChange(TabProperties properties);
+  void recordVisit(const WebView& view);
+  void loadFavicon(const WebView& view);
+  void applyMute();
+  void applyHiddenItems(WebView& view);
+  void showErrorPage(WebView& view, const LoadError& error, const std::optional<URL>& address);
+  std::string logLabel(const std::optional<URL>& address) const;
+  std::filesystem::path stateFilePath() const;
+  ImageRef cachedFavicon(const std::optional<URL>& address) const;
+  DesktopWindow* panelParent() const;
+  void denyDevice(const std::string& message, std::function<void(PermissionDecision)> answer);
+
+  const Services& services_;
+  const std::weak_ptr<BrowserStore> store_;
+  // Absent until first asked for.
+  mutable Observable<std::optional<ImageRef>> favicon_;
+  Observable<std::shared_ptr<WebView>> webView_;
+  // The tab's own; null for an extension's page.
+  std::shared_ptr<UserContentController> contentController_;
+  mutable std::optional<std::string> savedState_;
+  mutable StateFile stateFile_;
+  uint64_t stateVersion_ = 0;
+  std::optional<WebViewConfiguration> pendingConfiguration_;
+  std::vector<Observation> observations_;
+  // The base address of the extension that the view was made for.
+  std::optional<URL> extensionBaseURL_;
+  std::optional<URL> lastStrippedURL_;
+  std::optional<Date> lastCrash_;
+  std::vector<FrameInfo> mediaFrames_;
+};
+
+}  // namespace orvel

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "BrowserCore/SearchShortcut.h"
+#include "BrowserCore/Session/TabRecord.h"
+#include "BrowserCore/URL.h"
+#include "Models/Profile.h"
+#include "Support/HistoryStore.h"
+
+namespace orvel {
+
+// Something that the command bar can run. Identified by `id`.
+struct PaletteCommand {
+  std::string id;
+  std::string title;
+  std::string symbol;
+  std::vector<std::string> keywords;    // more words that match
+  std::optional<std::string> shortcut;  // in glyphs
+  std::function<void()> perform;
+};
+
+// One row of the command bar's list.
+namespace suggestion {
+struct Answer {
+  std::string question;
+  std::string answer;
+};
+struct Shortcut {
+  SearchShortcut shortcut;
+  std::string query;
+};
+struct Address {
+  URL url;
+};
+struct Search {
+  std::string text;
+};
+struct Command {
+  PaletteCommand command;
+};
+struct Tab {
+  TabRef tab;
+};
+struct History {
+  HistoryStore::Entry entry;
+};
+struct Archived {
+  ArchivedTabRecord record;
+};
+}  // namespace suggestion
+
+using Suggestion =
+    std::variant<suggestion::Answer, suggestion::Shortcut, suggestion::Address, suggestion::Search,
+                 suggestion::Command, suggestion::Tab, suggestion::History, suggestion::Archived>;
+
+}  // namespace orvel

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+
+#include "Base/FileSystem.h"
+
+namespace orvel {
+
+// Where the program keeps its files, computed once at the start from the desktop's base folders.
+struct AppPaths {
+  // Everything that must last: the session, the archive, page states, icons.
+  std::filesystem::path support;
+  // What can be made again.
+  std::filesystem::path caches;
+  // The user's own folder for downloads.
+  std::filesystem::path downloads;
+
+  // `dataHome` and `cacheHome` are the desktop's base folders (XDG base directory specification).
+  [[nodiscard]] static AppPaths in(const std::filesystem::path& dataHome,
+                                   const std::filesystem::path& cacheHome,
+                                   const std::filesystem::path& downloads);
+
+  // Makes `support` with its missing parents. A failure is ignored: what is done in the folder
+  // later fails by itself.
+  void create(FileSystem& files) const;
+
+  std::filesystem::path session() const { return support / "session.json"; }
+  std::filesystem::path unreadableSession() const { return support / "session.unreadable.json"; }
+  std::filesystem::path sessionBackup(int64_t schemaVersion) const;
+  std::filesystem::path archive() const { return support / "archive.json"; }
+  std::filesystem::path choices() const { return support / "Choices.json"; }
+  std::filesystem::path history() const { return support / "history.sqlite"; }
+  std::filesystem::path tabStates() const { return support / "TabStates"; }
+  std::filesystem::path favicons() const { return support / "Favicons"; }
+};
+
+}  // namespace orvel

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "Base/FileSystem.h"
+#include "Base/Image.h"
+
+namespace orvel {
+
+// The icons of sites by host, in memory and in a folder.
+class FaviconStore {
+ public:
+  // Larger files are taken for no icon.
+  static constexpr uint64_t kLargestFile = 1 << 20;
+
+  FaviconStore(FileSystem& files, std::filesystem::path directory)
+      : files_(files), directory_(std::move(directory)) {}
+
+  // The icon that is known for the host; null without one. The first question about a host may read
+  // its file, later ones ask no disk.
+  ImageRef cachedImage(std::string_view host);
+
+  // Where the host's icon lies: named by the host's letters, numbers, "." and "-", without an
+  // extension.
+  std::filesystem::path file(std::string_view host) const;
+
+ private:
+  FileSystem& files_;
+  const std::filesystem::path directory_;
+  std::unordered_map<std::string, ImageRef> memory_;
+  // Hosts that are known to have no file.
+  std::unordered_set<std::string> misses_;
+};
+
+}  // namespace orvel
