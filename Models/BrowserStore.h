@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "Base/Observable.h"
@@ -116,6 +117,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void save();
   TabRef makeTab(const TabRecord& record, const std::shared_ptr<Profile>& profile);
   SidebarItem makeItem(const SidebarItemRecord& record, const std::shared_ptr<Profile>& profile);
+  SidebarItemList makeItems(const std::vector<SidebarItemRecord>& records,
+                            const std::shared_ptr<Profile>& profile);
 
   // Tabs.
   struct OpenOptions {
@@ -204,7 +207,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   static Task<> peekSidebar(std::weak_ptr<BrowserStore> store, bool wanted);
   static Task<> saveSoon(std::weak_ptr<BrowserStore> store);
   static Task<> hideWindowButtons(std::weak_ptr<BrowserStore> store);
-  static Task<> forgetCopiedLink(std::weak_ptr<BrowserStore> store);
+  static Task<> forgetCopiedLink(std::weak_ptr<BrowserStore> store, Duration after);
 
   // The session.
   void restore();
@@ -229,13 +232,14 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void detach(const BrowserTab& tab);
   void leaveTab(const TabRef& prior, const TabRef& next, const Space& space, Date now);
   void didActivate(const TabRef& tab, const TabRef& prior);
-  void undoClearToday(const std::shared_ptr<Space>& space, const TabList& tabs);
-  void undoPin(const std::weak_ptr<Space>& space, const TabRef& tab, const TabDestination& former,
+  void undoClearToday(Space& space, const TabList& tabs);
+  void undoPin(const std::shared_ptr<Space>& space, const TabRef& tab, const TabDestination& former,
                const std::optional<URL>& pinnedURL);
-  void announce(const BrowserTab& tab, const std::function<void(WebExtensionController&)>& tell);
-  bool mayHibernate(const BrowserTab& tab) const;
-  void writeTabStates(StateWriting writing);
-  void removeStateFiles(const std::vector<std::string>& present);
+  // The extensions; null for a tab that they must not know of.
+  WebExtensionController* extensionsKnowing(const BrowserTab& tab) const;
+  bool isOnShow(const BrowserTab& tab) const;
+  bool mayHibernate(const BrowserTab& tab, Date cutoff, Date now) const;
+  void removeOtherStateFiles(const std::vector<std::string>& found);
 
   const Services& services_;
   Observable<UUID> activeSpaceID_{UUID::random()};
@@ -244,6 +248,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   TaskHandle peekTask_;
   std::vector<TaskHandle> loops_;
   Observation memoryPressure_;
+  // The names that the latest writing of page states knows.
+  std::unordered_set<std::string> stateFiles_;
 };
 
 }  // namespace orvel

@@ -117,6 +117,9 @@ class BrowserTab final : public NavigationDelegate,
   // What a view of this profile is made from.
   [[nodiscard]] static WebViewConfiguration makeConfiguration(Profile& profile);
 
+  // What the tab's file is to hold: also a state that still waits to be restored.
+  std::optional<std::string> stateToKeep() const;
+  std::string stateFileName() const { return id.text() + ".state"; }
   // How much of the tab's state its file holds; `saveTabStates` keeps it.
   enum class StateFile {
     Unread,   // the file has not been looked at: what it holds counts
@@ -174,13 +177,16 @@ class BrowserTab final : public NavigationDelegate,
   void observe(WebView& view);
   void reopen(const URL& address);
   void sync(const WebView& view);
-  void syncAddress(const URL& address);
+  // Swaps the icon when the host changes.
+  void setAddress(const std::optional<URL>& address);
   void propertiesDidChange(TabProperties properties);
   void recordVisit(const WebView& view);
-  void loadFavicon(const WebView& view);
+  void loadFavicon(WebView& view);
   void applyMute();
+  void itemWasHidden(const ScriptMessage& message);
   void applyHiddenItems(WebView& view);
-  void showErrorPage(WebView& view, const LoadError& error, const std::optional<URL>& address);
+  static void showErrorPage(WebView& view, const LoadError& error,
+                            const std::optional<URL>& address);
   std::string logLabel(const std::optional<URL>& address) const;
   std::filesystem::path stateFilePath() const;
   ImageRef cachedFavicon(const std::optional<URL>& address) const;
@@ -197,6 +203,8 @@ class BrowserTab final : public NavigationDelegate,
   mutable std::optional<std::string> savedState_;
   mutable StateFile stateFile_;
   uint64_t stateVersion_ = 0;
+  // Taken from `savedState_` for a view that has not restored it yet.
+  std::optional<std::string> waitingState_;
   std::optional<WebViewConfiguration> pendingConfiguration_;
   std::vector<Observation> observations_;
   // The base address of the extension that the view was made for.

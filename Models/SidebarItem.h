@@ -46,18 +46,21 @@ class SidebarWalk {
 
   // The next item; null at the end. A folder comes before what it holds.
   const SidebarItem* next();
-  // How many folders the item that `next` answered lies in.
-  size_t depth() const { return depth_; }
+  // How many folders the item that `next` answered lies in, and the innermost of them (null at the
+  // top level).
+  size_t depth() const { return levels_.size() - 1; }
+  FolderRef parent() const;
 
  private:
   struct Level {
     const SidebarItemList* items;
+    const FolderRef* folder;
     size_t next = 0;
   };
   std::vector<Level> levels_;
-  const Folder* entered_ = nullptr;
+  // The folder that was answered last, when the walk goes into it.
+  const FolderRef* entered_ = nullptr;
   Folders folders_;
-  size_t depth_ = 0;
 };
 
 // All tabs, in the order of the sidebar.

@@ -1,0 +1,237 @@
+#include "Models/BrowserTab.h"
+
+#include "Base/Assert.h"
+#include "BrowserCore/PinnedAddress.h"
+#include "BrowserCore/URLInput.h"
+#include "Models/BrowserStore.h"
+#include "Support/UserAgent.h"
+
+namespace orvel {
+
+TabRef BrowserTab::make(const Services& services, Values values) {
+  requireMainThread();
+  return TabRef(new BrowserTab(services, std::move(values)));
+}
+
+BrowserTab::BrowserTab(const Services& services, Values values)
+    : id(values.id),
+      profile(std::move(values.profile)),
+      title(std::move(values.title)),
+      url(std::move(values.url)),
+      pinnedURL(std::move(values.pinnedURL)),
+      lastActiveAt(values.lastActiveAt),
+      services_(services),
+      store_(std::move(values.store)),
+      stateFile_(values.stateFile == Values::StateFile::MayExist ? StateFile::Unread
+                                                                 : StateFile::Stale),
+      pendingConfiguration_(std::move(values.configuration)) {}
+
+BrowserTab::~BrowserTab() {
+  // Nobody may ask a delegate that is gone.
+  if (const auto& view = webView_.peek()) {
+    view->setNavigationDelegate(nullptr);
+    view->setUIDelegate(nullptr);
+  }
+}
+
+// What the tab shows of itself
+
+ImageRef BrowserTab::cachedFavicon(const std::optional<URL>& address) const {
+  const auto host = address ? address->host() : std::nullopt;
+  return host ? services_.favicons.cachedImage(*host) : nullptr;
+}
+
+ImageRef BrowserTab::favicon() const {
+  if (!favicon_.peek()) untracked([this] { favicon_.set(cachedFavicon(url.peek())); });
+  return *favicon_.get();
+}
+
+void BrowserTab::setFavicon(ImageRef icon) { favicon_.set(std::move(icon)); }
+
+std::string BrowserTab::displayTitle() const {
+  if (!title.get().empty()) return title;
+  const std::optional<URL>& address = url;
+  return address ? displayHost(*address) : "New Tab";
+}
+
+bool BrowserTab::hasWanderedFromPin() const { return orvel::hasWanderedFromPin(pinnedURL, url); }
+
+TabRecord BrowserTab::record() const {
+  return {
+      .id = id, .title = title, .url = url, .pinnedURL = pinnedURL, .lastActiveAt = lastActiveAt};
+}
+
+// Page state
+
+std::filesystem::path BrowserTab::stateFilePath() const {
+  return services_.paths.tabStates() / stateFileName();
+}
+
+const std::optional<std::string>& BrowserTab::savedState() const {
+  if (stateFile_ == StateFile::Unread) {
+    savedState_ = services_.files.files().read(stateFilePath());
+    stateFile_ = StateFile::Current;
+  }
+  return savedState_;
+}
+
+void BrowserTab::setSavedState(std::optional<std::string> state) {
+  savedState_ = std::move(state);
+  stateFile_ = StateFile::Stale;
+  ++stateVersion_;
+}
+
+std::optional<std::string> BrowserTab::currentState() const {
+  if (const auto& view = webView_.peek())
+    if (auto state = view->interactionState()) return state;
+  return savedState();
+}
+
+std::optional<std::string> BrowserTab::stateToKeep() const {
+  auto state = currentState();
+  return state ? state : waitingState_;
+}
+
+void BrowserTab::noteStateFileWritten(uint64_t version) {
+  if (version == stateVersion_ && stateFile_ == StateFile::Stale) stateFile_ = StateFile::Current;
+}
+
+// The web view
+
+WebViewConfiguration BrowserTab::makeConfiguration(Profile& profile) {
+  return {.websiteDataStore = profile.dataStore(),
+          .applicationNameForUserAgent = UserAgent::safariSuffix(),
+          .isElementFullscreenEnabled = true,
+          .upgradesKnownHostsToHTTPS = true,
+          .preferredHTTPSNavigationPolicy = HTTPSNavigationPolicy::AutomaticFallbackToHTTP,
+          .isGlobalPrivacyControlEnabled = true};
+}
+
+std::shared_ptr<WebView> BrowserTab::webView() {
+  requireMainThread();
+  return untracked([this] {
+    if (!webView_.peek() && !isDiscarded.peek()) makeWebView();
+    return webView_.peek();
+  });
+}
+
+WebViewConfiguration BrowserTab::prepareConfiguration() {
+  const auto store = store_.lock();
+  std::optional<WebExtensionContext> context;
+  if (store && !pendingConfiguration_ && !profile->isPrivate && url.peek())
+    context = store->extensions.controller->extensionContextForURL(*url.peek());
+  extensionBaseURL_ = context ? std::optional(context->baseURL) : std::nullopt;
+  contentController_ = nullptr;
+  if (context && context->webViewConfiguration) return *context->webViewConfiguration;
+
+  WebViewConfiguration configuration =
+      pendingConfiguration_ ? *pendingConfiguration_ : makeConfiguration(*profile);
+  if (!store) return configuration;
+  contentController_ = store->contentBlocker.makeUserContentController();
+  configuration.userContentController = contentController_;
+  // The controller outlives the tab: its handlers hold it weakly.
+  contentController_->addScriptMessageHandler(
+      "orvelMedia", ContentWorld::defaultClient(),
+      [weak = weak_from_this()](const ScriptMessage& message) {
+        if (const auto tab = weak.lock()) tab->mediaDidChange(message.frame);
+      });
+  contentController_->addScriptMessageHandler(
+      "orvelHide", ContentWorld::named("OrvelHiddenItems"),
+      [weak = weak_from_this()](const ScriptMessage& message) {
+        if (const auto tab = weak.lock()) tab->itemWasHidden(message);
+      });
+  return configuration;
+}
+
+void BrowserTab::makeWebView() {
+  const bool isNavigatedByEngine = pendingConfiguration_.has_value();
+  const WebViewConfiguration configuration = prepareConfiguration();
+  pendingConfiguration_.reset();
+  const auto view = services_.engine.makeWebView(configuration);
+  view->setNavigationDelegate(this);
+  view->setUIDelegate(this);
+  observe(*view);
+  webView_ = view;
+  if (!isNavigatedByEngine) restorePage(view);
+}
+
+void BrowserTab::observe(WebView& view) {
+  using enum WebViewProperty;
+  for (const auto property :
+       {Title, WebViewProperty::URL, IsLoading, EstimatedProgress, CanGoBack, CanGoForward})
+    observations_.push_back(view.observe(property, [weak = weak_from_this(), &view] {
+      if (const auto tab = weak.lock()) tab->sync(view);
+    }));
+}
+
+void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
+  waitingState_ = savedState();
+  setSavedState(std::nullopt);
+  auto restore = [weakTab = weak_from_this(), weak = std::weak_ptr(view), state = waitingState_,
+                  address = url.peek()] {
+    const auto tab = weakTab.lock();
+    const auto live = weak.lock();
+    if (!live) return;
+    if (tab && tab->webView_.peek() == live) tab->waitingState_.reset();
+    // Something newer has navigated the view while the action waited.
+    if (live->url() || live->isLoading()) return;
+    if (state)
+      live->setInteractionState(*state);
+    else if (address)
+      live->load({.url = *address});
+  };
+  const auto store = store_.lock();
+  const bool waitsForRules = store && store->contentBlocker.isEnabled.peek() &&
+                             !store->contentBlocker.hasTimedOut &&
+                             store->contentBlocker.state.peek() != ContentBlocker::State::Ready;
+  if (waitsForRules)
+    store->contentBlocker.readyHandlers.push_back(std::move(restore));
+  else
+    restore();
+}
+
+void BrowserTab::teardown() {
+  requireMainThread();
+  const auto view = webView_.peek();
+  if (!view) return;
+  observations_.clear();
+  view->stopLoading();
+  view->pauseAllMediaPlayback();
+  view->setNavigationDelegate(nullptr);
+  view->setUIDelegate(nullptr);
+  view->removeFromParent();
+  webView_ = nullptr;
+  contentController_ = nullptr;
+  mediaFrames_.clear();
+  waitingState_.reset();
+  thumbnail = nullptr;
+  isPlayingMedia = false;
+  isLoading = false;
+  progress = 0;
+  canGoBack = false;
+  canGoForward = false;
+  // The view may be the one that is calling right now.
+  services_.scheduler.post([view] {});
+}
+
+void BrowserTab::unload() {
+  teardown();
+  setSavedState(std::nullopt);
+  if (pinnedURL.peek()) setAddress(pinnedURL.peek());
+}
+
+void BrowserTab::reopen(const URL& address) {
+  teardown();
+  setSavedState(std::nullopt);
+  setAddress(address);
+  webView();
+  webViewRevision = webViewRevision.peek() + 1;
+}
+
+void BrowserTab::reopenExtensionPage() {
+  if (!webView_.peek() || extensionBaseURL_) return;
+  const auto address = url.peek();
+  if (address && address->scheme() == "webkit-extension") reopen(*address);
+}
+
+}  // namespace orvel

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "BrowserCore/ChoiceMemory.h"
+#include "BrowserCore/UUID.h"
+
+// The form in which what was picked lies on the disk: a list with one entry a profile.
+namespace orvel::ChoicesFile {
+
+using Choices = std::unordered_map<UUID, ChoiceMemory>;
+
+[[nodiscard]] std::string encoded(const Choices& choices);
+// Absent when any part can't be decoded.
+[[nodiscard]] std::optional<Choices> decode(std::string_view data);
+
+}  // namespace orvel::ChoicesFile

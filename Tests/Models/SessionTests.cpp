@@ -1,0 +1,331 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "Base/Log.h"
+#include "Models/ChoicesFile.h"
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr const char* kSpace = "10000000-0000-4000-8000-000000000001";
+constexpr const char* kProfile = "20000000-0000-4000-8000-000000000002";
+constexpr const char* kTab = "30000000-0000-4000-8000-000000000003";
+
+json tabRecord(const std::string& id = kTab) {
+  return {{"id", id}, {"title", "A"}, {"url", "https://a/"}};
+}
+
+json session() {
+  return {{"schemaVersion", 2},
+          {"activeSpaceID", kSpace},
+          {"isSidebarVisible", false},
+          {"sidebarWidth", 300},
+          {"profiles", {{{"id", kProfile}, {"name", "P"}, {"favorites", json::array()}}}},
+          {"spaces",
+           {{{"id", kSpace},
+             {"name", "S"},
+             {"symbol", "star.fill"},
+             {"hue", 0.5},
+             {"profileID", kProfile},
+             {"selectedTabID", kTab},
+             {"pinned", json::array()},
+             {"today", {tabRecord()}}}}}};
+}
+
+size_t countLogged(Log::Level level, const std::string& text) {
+  size_t count = 0;
+  for (const Log::Entry& entry : Log::recent())
+    if (entry.level == level && entry.category == "Session" &&
+        entry.message.find(text) != std::string::npos)
+      ++count;
+  return count;
+}
+
+class Session : public testing::Test {
+ protected:
+  World& launch(const std::string& bytes) {
+    world.disk->put("/data/Orvel/session.json", bytes);
+    return world.launch();
+  }
+  World world;
+};
+
+TEST_F(Session, AFirstStartMakesOneSpaceAndWritesNothing) {
+  world.launch();
+  EXPECT_EQ(world.space().name.peek(), "Personal");
+  EXPECT_EQ(world.space().symbol.peek(), "person.fill");
+  EXPECT_DOUBLE_EQ(world.space().hue, 0.94);
+  EXPECT_EQ(world.store->activeSpaceID(), world.space().id);
+  world.scheduler.advance(10s);
+  EXPECT_THAT(world.sessionFile(), IsEmpty());
+}
+
+TEST_F(Session, ChangesAreSavedOnceASecond) {
+  world.launch();
+  const int before = world.disk->stepCount();
+  world.open("https://a/", false);
+  world.scheduler.advance(400ms);
+  world.open("https://b/", false);
+  world.scheduler.advance(599ms);
+  EXPECT_THAT(world.sessionFile(), IsEmpty());
+  world.scheduler.advance(1ms);
+  EXPECT_THAT(world.sessionFile(), HasSubstr("https://b/"));
+  const int oneSave = world.disk->stepCount() - before;
+  for (int change = 0; change < 30; ++change) {
+    world.space().name = "S" + std::to_string(change);
+    world.store->scheduleSave();
+    world.scheduler.advance(100ms);
+  }
+  world.scheduler.advance(2s);
+  EXPECT_EQ(world.disk->stepCount() - before, oneSave * 4);
+}
+
+TEST_F(Session, EverythingComesBack) {
+  World& first = world.launch();
+  const TabRef favorite = first.open("https://favorite/", false);
+  favorite->title = "A “quoted” title";
+  first.store->move(favorite, FavoritesDestination{});
+  const TabRef pinned = first.open("https://pinned/?q=a|b&c[]=%zz", false);
+  first.store->newFolder(pinned);
+  first.store->toggle(foldersOf(first.space().pinned).front());
+  const TabRef left = first.open("https://left/");
+  const TabRef right = first.open("https://right/");
+  first.space().setSplit({left->id, right->id});
+  first.space().splitWidths = std::vector<double>{0.25, 0.75};
+  first.space().appearance = Space::Appearance::Dark;
+  first.store->setSidebarWidth(311);
+  first.store->toggleSidebar();
+  first.scheduler.advance(2s);
+  const SpaceRecord before = first.space().record();
+
+  World second(first.disk);
+  second.launch();
+  SpaceRecord after = second.space().record();
+  // Times lose what is less than a second.
+  for (size_t i = 0; i < after.today.size(); ++i)
+    after.today[i].lastActiveAt = before.today[i].lastActiveAt;
+  std::get<TabRecord>(std::get<FolderRecord>(after.pinned[0]).children[0]).lastActiveAt =
+      std::get<TabRecord>(std::get<FolderRecord>(before.pinned[0]).children[0]).lastActiveAt;
+  EXPECT_EQ(after, before);
+  EXPECT_EQ(second.space().profile->favorites.peek().front()->title.peek(), "A “quoted” title");
+  EXPECT_FALSE(second.store->isSidebarVisible);
+  EXPECT_EQ(second.store->sidebarWidth.peek(), 311);
+  EXPECT_EQ(second.engine.views.size(), 1u) << "only the page on screen gets a view";
+  EXPECT_EQ(second.space().selectedTab()->url.peek(), address("https://right/"));
+}
+
+TEST_F(Session, AVersion1FileIsUpgradedSavedAndKept) {
+  const json v1 = {{"isSidebarVisible", true},
+                   {"sidebarWidth", 200},
+                   {"profiles",
+                    {{{"id", kProfile},
+                      {"name", "Old"},
+                      {"hue", 0.25},
+                      {"symbol", "star.fill"},
+                      {"selectedTabID", kTab},
+                      {"pinnedTabs", {tabRecord("40000000-0000-4000-8000-000000000004")}},
+                      {"tabs", {tabRecord()}}}}}};
+  launch(v1.dump());
+  EXPECT_EQ(world.space().id.text(), kProfile) << "without an active profile the first counts";
+  EXPECT_EQ(world.space().profile->favorites.peek().size(), 1u);
+  EXPECT_THAT(world.space().pinned.peek(), IsEmpty());
+  EXPECT_EQ(world.space().selectedTab()->lastActiveAt, VirtualScheduler::startDate());
+  EXPECT_EQ(world.file("session.v1.backup.json"), v1.dump());
+  EXPECT_EQ(world.sessionFile(), v1.dump());
+  EXPECT_EQ(countLogged(Log::Level::Default, "Upgrading the session from version 1 to 2"), 1u);
+  world.scheduler.advance(1100ms);
+  EXPECT_EQ(json::parse(world.sessionFile())["schemaVersion"], 2);
+}
+
+TEST_F(Session, PartsThatNameNothingAreTolerated) {
+  json given = session();
+  json stray = given["spaces"][0];
+  stray["profileID"] = kTab;
+  given["spaces"].push_back(stray);
+  given["spaces"][0]["appearance"] = "sepia";
+  given["spaces"][0]["selectedTabID"] = kProfile;
+  given["spaces"][0]["split"] = json::array();
+  given["activeSpaceID"] = kTab;
+  launch(given.dump());
+  EXPECT_EQ(world.store->spaces.peek().size(), 1u);
+  EXPECT_EQ(world.store->activeSpaceID().text(), kSpace);
+  EXPECT_EQ(world.space().appearance.peek(), Space::Appearance::Auto);
+  EXPECT_EQ(world.space().selectedTab(), nullptr);
+  EXPECT_EQ(world.space().selectedTabID.peek()->text(), kProfile) << "left as it stands";
+  EXPECT_TRUE(world.engine.views.empty());
+  world.store->scheduleSave();
+  world.scheduler.advance(2s);
+  const json saved = json::parse(world.sessionFile());
+  EXPECT_FALSE(saved["spaces"][0].contains("split"));
+  EXPECT_FALSE(saved["spaces"][0].contains("appearance"));
+}
+
+TEST_F(Session, DuplicateIdsAreNoHindrance) {
+  json given = session();
+  given["spaces"][0]["today"].push_back(tabRecord());
+  given["spaces"].push_back(given["spaces"][0]);
+  given["profiles"].push_back(given["profiles"][0]);
+  launch(given.dump());
+  EXPECT_EQ(world.store->spaces.peek().size(), 2u);
+  const TabRef selected = world.space().selectedTab();
+  EXPECT_EQ(selected, world.space().today.peek().front());
+  world.store->close(selected);
+  EXPECT_EQ(world.space().today.peek().size(), 1u);
+  world.store->clearToday(world.store->activeSpace());
+  world.scheduler.advance(5s);
+}
+
+std::string nestedFolders(size_t levels) {
+  std::string head, tail;
+  for (size_t level = 0; level < levels; ++level) {
+    head += R"({"folder":{"id":")" + std::string(kTab) +
+            R"(","name":"f","isExpanded":true,"children":[)";
+    tail += "]}}";
+  }
+  json given = session();
+  given["spaces"][0]["pinned"] = "PINNED";
+  std::string text = given.dump();
+  const std::string mark = "\"PINNED\"";
+  return text.replace(text.find(mark), mark.size(), "[" + head + tail + "]");
+}
+
+TEST_F(Session, WhatCannotBeReadIsKeptAndTheProgramStarts) {
+  const auto with = [](const std::string& path, const json& value) {
+    json given = session();
+    given[json::json_pointer(path)] = value;
+    return given.dump();
+  };
+  json withoutTitle = session();
+  withoutTitle["spaces"][0]["today"][0].erase("title");
+  const struct {
+    const char* name;
+    std::string bytes;
+  } cases[] = {
+      {"empty", ""},
+      {"no JSON", "hello"},
+      {"a list", "[]"},
+      {"cut off", session().dump().substr(0, 100)},
+      {"a later version", with("/schemaVersion", 3)},
+      {"version 0", with("/schemaVersion", 0)},
+      {"a version that is text", with("/schemaVersion", "2")},
+      {"a missing field", withoutTitle.dump()},
+      {"a wrong type", with("/sidebarWidth", "wide")},
+      {"no UUID", with("/spaces/0/id", "space")},
+      {"no URL", with("/spaces/0/today/0/url", "no url")},
+      {"a date with a fraction", with("/spaces/0/today/0/lastActiveAt", "2025-03-01T12:30:05.5Z")},
+      {"an item of no kind", with("/spaces/0/pinned", json::array({json::object()}))},
+      {"invalid UTF-8", "{\"schemaVersion\":2,\"x\":\"\xff\xfe\"}"},
+      {"10 MB of brackets", std::string(10 << 20, '[')},
+      {"10 MB of text", "\"" + std::string(10 << 20, 'x')},
+      {"100,000 folders", nestedFolders(100'000)},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    const size_t faults = countLogged(Log::Level::Fault, "Couldn't read the session");
+    World fresh;
+    fresh.disk->put("/data/Orvel/session.json", test.bytes);
+    fresh.launch();
+    EXPECT_EQ(fresh.space().name.peek(), "Personal");
+    EXPECT_EQ(countLogged(Log::Level::Fault, "Couldn't read the session"), faults + 1);
+    EXPECT_TRUE(fresh.file("session.unreadable.json") == test.bytes);
+    EXPECT_TRUE(fresh.sessionFile() == test.bytes) << "left alone until the next save";
+    fresh.open("https://new/");
+    fresh.scheduler.advance(1100ms);
+    EXPECT_EQ(json::parse(fresh.sessionFile())["schemaVersion"], 2);
+  }
+}
+
+TEST_F(Session, DeepFoldersAreReadKeptAndWritten) {
+  for (const size_t levels : {100u, 20'000u}) {
+    World deep;
+    deep.disk->put("/data/Orvel/session.json", nestedFolders(levels));
+    deep.launch();
+    EXPECT_EQ(foldersOf(deep.space().pinned).size(), levels);
+    deep.open("https://a/");
+    deep.scheduler.advance(1100ms);
+    World again(deep.disk);
+    again.launch();
+    EXPECT_EQ(foldersOf(again.space().pinned).size(), levels);
+  }
+}
+
+TEST_F(Session, WhateverTheEngineReportsComesBackEqual) {
+  const std::string reported[] = {
+      "https://a/?q=a|b",
+      "https://a/%zz",
+      "https://a/a[]=1^`{}\"",
+      "https://münchen.de/ä",
+      "about:blank",
+      "data:text/html,<p>\"x\"</p>",
+      "file:///tmp/a%20b.html",
+      "https://[::1]:8080/#é\\",
+      "HTTP://A.B/../..//?#",
+  };
+  const std::string titles[] = {"plain",
+                                "\"quoted\" \\ / \t\n",
+                                "\x01\x1f",
+                                "broken \xff\xc3 utf",
+                                "日本語 👩‍👩‍👧",
+                                std::string("nul\0nul", 7)};
+  world.launch();
+  for (const std::string& url : reported)
+    for (const std::string& title : titles) world.open(url, false)->title = title;
+  world.scheduler.advance(2s);
+  World again(world.disk);
+  again.launch();
+  const TabList& before = world.space().today.peek();
+  const TabList& after = again.space().today.peek();
+  ASSERT_EQ(after.size(), before.size());
+  for (size_t i = 0; i < after.size(); ++i) {
+    EXPECT_EQ(after[i]->url.peek(), before[i]->url.peek());
+    if (before[i]->title.peek().find('\xff') == std::string::npos) {
+      EXPECT_EQ(after[i]->title.peek(), before[i]->title.peek());
+    }
+  }
+}
+
+TEST_F(Session, AFailedSaveIsLoggedAndTriedAgain) {
+  world.launch();
+  world.disk->failAlways(MemoryFileSystem::Fault::DiskFull);
+  world.open("https://a/", false);
+  world.scheduler.advance(2s);
+  EXPECT_GE(countLogged(Log::Level::Error, "Couldn't save the session: "), 1u);
+  EXPECT_THAT(world.sessionFile(), IsEmpty());
+  world.disk->failAlways(MemoryFileSystem::Fault::None);
+  world.open("https://b/", false);
+  world.scheduler.advance(2s);
+  EXPECT_THAT(world.sessionFile(), HasSubstr("https://a/"));
+}
+
+TEST_F(Session, ArchiveAndChoicesAreReadAndBadOnesPassedOver) {
+  const ArchivedTabRecord archived{{.id = UUID::random(), .title = "Old"},
+                                   UUID::random(),
+                                   Date(std::chrono::seconds(1'700'000'000))};
+  const UUID profile = UUID::random();
+  ChoicesFile::Choices choices;
+  choices[profile].record("gi", "url:https://git/", archived.archivedAt);
+  world.disk->put("/data/Orvel/archive.json", ArchivedTabRecord::encoded({archived}));
+  world.disk->put("/data/Orvel/Choices.json", ChoicesFile::encoded(choices));
+  world.launch();
+  EXPECT_THAT(world.store->archive.peek(), ElementsAre(archived));
+  EXPECT_EQ(world.store->choices.at(profile).choices, choices.at(profile).choices);
+
+  World bad;
+  bad.disk->put("/data/Orvel/archive.json", "{}");
+  bad.disk->put("/data/Orvel/Choices.json", R"([{"profile":"x","prefixes":[]}])");
+  bad.launch();
+  EXPECT_THAT(bad.store->archive.peek(), IsEmpty());
+  EXPECT_TRUE(bad.store->choices.empty());
+  EXPECT_EQ(bad.file("archive.json"), "{}");
+}
+
+}  // namespace
+}  // namespace orvel::test

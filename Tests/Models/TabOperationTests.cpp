@@ -1,0 +1,276 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class TabOperations : public testing::Test {
+ protected:
+  TabOperations() { world.launch(); }
+
+  // Opens a, b, c, ... so that they stand in this order.
+  std::vector<TabRef> openTabs(size_t count) {
+    std::vector<TabRef> tabs(count);
+    for (size_t i = count; i-- > 0;)
+      tabs[i] = world.open("https://" + std::string(1, static_cast<char>('a' + i)) + "/", false);
+    return tabs;
+  }
+  BrowserStore& store() { return *world.store; }
+  Space& space() { return world.space(); }
+  TabRef selected() { return space().selectedTab(); }
+  // Whether a save comes within its second.
+  bool isSavePending() {
+    const std::string before = world.sessionFile();
+    world.scheduler.advance(1100ms);
+    return world.sessionFile() != before;
+  }
+
+  World world;
+};
+
+TEST_F(TabOperations, OpeningPutsATabBehindItsNeighbourOrAtTheTop) {
+  const auto tabs = openTabs(2);
+  store().openTab(address("https://x/"), {.after = tabs[0], .select = false});
+  EXPECT_THAT(urls(space().today), ElementsAre("https://a/", "https://x/", "https://b/"));
+  EXPECT_EQ(selected(), nullptr);
+  store().move(tabs[1], FavoritesDestination{});
+  store().openTab(address("https://y/"), {.after = tabs[1]});
+  EXPECT_THAT(urls(space().today), ElementsAre("https://y/", "https://a/", "https://x/"));
+  EXPECT_EQ(selected(), space().today.peek().front());
+}
+
+TEST_F(TabOperations, ClosingTodaysSelectedTabSelectsTheOneBelowOrTheLast) {
+  const auto tabs = openTabs(3);
+  store().select(tabs[1]);
+  store().close(tabs[1]);
+  EXPECT_EQ(selected(), tabs[2]);
+  EXPECT_TRUE(tabs[1]->isDiscarded);
+  EXPECT_EQ(tabs[1]->webView(), nullptr);
+  store().close(tabs[2]);
+  EXPECT_EQ(selected(), tabs[0]);
+  store().close(tabs[0]);
+  EXPECT_EQ(selected(), nullptr);
+  EXPECT_FALSE(space().selectedTabID.peek());
+}
+
+TEST_F(TabOperations, ClosingAPinnedTabEndsItsPageAndReturnsHome) {
+  const auto tabs = openTabs(3);
+  store().select(tabs[2]);
+  store().move(tabs[2], PinnedDestination{});
+  tabs[2]->load(address("https://elsewhere/"));
+  store().close(tabs[2]);
+  EXPECT_EQ(tabs[2]->url.peek(), address("https://c/"));
+  EXPECT_EQ(tabs[2]->liveWebView(), nullptr);
+  EXPECT_FALSE(tabs[2]->isDiscarded);
+  EXPECT_EQ(tabsOf(space().pinned).size(), 1u);
+  EXPECT_EQ(selected(), tabs[0]);
+  EXPECT_THAT(store().closedTabs, IsEmpty());
+}
+
+TEST_F(TabOperations, ReopeningBringsBackTheLatestAndFallsBackOnTheActiveSpace) {
+  const auto tabs = openTabs(2);
+  tabs[0]->title = "First";
+  store().close(tabs[1]);
+  store().close(tabs[0]);
+  store().closedTabs.back().spaceID = UUID::random();
+  store().reopenClosedTab();
+  EXPECT_EQ(selected()->title.peek(), "First");
+  EXPECT_NE(selected()->id, tabs[0]->id);
+  store().reopenClosedTab();
+  store().reopenClosedTab();
+  EXPECT_THAT(urls(space().today), ElementsAre("https://b/", "https://a/"));
+}
+
+TEST_F(TabOperations, ClearingTodayCanBeUndoneWithTheTabsAlive) {
+  store().clearToday(store().activeSpace());
+  EXPECT_FALSE(store().toast.peek());
+  world.desktop.isMotionOn = true;
+  const auto tabs = openTabs(3);
+  store().select(tabs[1]);
+  const auto view = tabs[1]->liveWebView();
+  store().clearToday(store().activeSpace());
+  ASSERT_TRUE(store().toast.peek());
+  EXPECT_EQ(store().toast.peek()->message, "Closed 3 tabs");
+  EXPECT_EQ(store().closedTabs.size(), 3u);
+  EXPECT_EQ(selected(), nullptr);
+  world.open("https://new/", false);
+  store().undoToast();
+  world.scheduler.advance(1s);
+  EXPECT_THAT(urls(space().today),
+              ElementsAre("https://a/", "https://b/", "https://c/", "https://new/"));
+  EXPECT_THAT(store().closedTabs, IsEmpty());
+  EXPECT_EQ(selected(), nullptr);
+  EXPECT_EQ(tabs[1]->liveWebView(), view) << "an undo in time finds the page alive";
+}
+
+TEST_F(TabOperations, ClearedTabsAreTornDownWithTheirStateOnceTheyAreGone) {
+  const TabRef tab = world.open("https://a/");
+  world.scheduler.settle();
+  store().clearToday(store().activeSpace());
+  EXPECT_EQ(store().toast.peek()->message, "Closed 1 tab");
+  EXPECT_EQ(tab->liveWebView(), nullptr);
+  ASSERT_TRUE(tab->savedState());
+  EXPECT_FALSE(tab->isDiscarded);
+}
+
+TEST_F(TabOperations, MovesKeepSetAndClearThePin) {
+  const auto tabs = openTabs(3);
+  store().move(tabs[0], FavoritesDestination{});
+  EXPECT_EQ(tabs[0]->pinnedURL.peek(), address("https://a/"));
+  tabs[0]->url = address("https://wandered/");
+  store().move(tabs[0], PinnedDestination{});
+  EXPECT_EQ(tabs[0]->pinnedURL.peek(), address("https://a/")) << "kept between pinned lists";
+  store().move(tabs[1], PinnedDestination{nullptr, tabs[0]->id});
+  store().move(tabs[2], PinnedDestination{nullptr, UUID::random()});
+  EXPECT_THAT(urls(tabsOf(space().pinned)),
+              ElementsAre("https://b/", "https://wandered/", "https://c/"))
+      << "in front of a member, at the end for an unknown one";
+  store().move(tabs[0], TodayDestination{});
+  EXPECT_FALSE(tabs[0]->pinnedURL.peek());
+  world.scheduler.advance(2s);
+  const auto before = space().today.peek();
+  store().move(tabs[0], TodayDestination{tabs[0]->id});
+  EXPECT_EQ(space().today.peek(), before);
+  EXPECT_FALSE(isSavePending()) << "dropping a tab in front of itself is no move";
+}
+
+TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
+  const auto tabs = openTabs(3);
+  store().togglePin(tabs[1]);
+  EXPECT_EQ(store().toast.peek()->message, "Pinned to Personal");
+  store().undoToast();
+  EXPECT_THAT(urls(space().today), ElementsAre("https://a/", "https://b/", "https://c/"));
+  EXPECT_FALSE(tabs[1]->pinnedURL.peek());
+
+  store().move(tabs[1], FavoritesDestination{});
+  tabs[1]->url = address("https://wandered/");
+  store().togglePin(tabs[1]);
+  EXPECT_EQ(store().toast.peek()->message, "Moved to Today");
+  EXPECT_EQ(space().today.peek().front(), tabs[1]);
+  EXPECT_FALSE(tabs[1]->pinnedURL.peek());
+  store().undoToast();
+  EXPECT_THAT(space().profile->favorites.peek(), ElementsAre(tabs[1]));
+  EXPECT_EQ(tabs[1]->pinnedURL.peek(), address("https://b/"));
+}
+
+TEST_F(TabOperations, UndoOfAPinDoesNothingWithoutItsFolder) {
+  const auto tabs = openTabs(1);
+  store().newFolder(tabs[0]);
+  const FolderRef folder = foldersOf(space().pinned).front();
+  EXPECT_EQ(store().renamingFolderID.peek(), folder->id);
+  store().togglePin(tabs[0]);
+  store().deleteFolder(folder);
+  store().undoToast();
+  EXPECT_THAT(space().today.peek(), ElementsAre(tabs[0]));
+}
+
+TEST_F(TabOperations, FoldersAreNamedToggledAndDissolved) {
+  const auto tabs = openTabs(4);
+  store().newFolder(tabs[1]);
+  const FolderRef folder = foldersOf(space().pinned).front();
+  store().rename(folder, " \n ");
+  EXPECT_EQ(folder->name.peek(), "New Folder");
+  store().rename(folder, "  Reading\n");
+  EXPECT_EQ(folder->name.peek(), "Reading");
+  EXPECT_FALSE(store().renamingFolderID.peek());
+  world.scheduler.advance(2s);
+  store().toggle(folder);
+  EXPECT_TRUE(isSavePending());
+  store().move(tabs[2], PinnedDestination{folder, std::nullopt});
+  store().select(tabs[2]);
+  store().deleteFolder(folder);
+  EXPECT_THAT(space().today.peek(), ElementsAre(tabs[1], tabs[2], tabs[0], tabs[3]));
+  EXPECT_FALSE(tabs[1]->pinnedURL.peek());
+  EXPECT_EQ(selected(), tabs[2]);
+  EXPECT_THAT(space().pinned.peek(), IsEmpty());
+}
+
+TEST_F(TabOperations, SelectionGoesRoundAndByNumber) {
+  const auto tabs = openTabs(3);
+  store().select(tabs[2]);
+  store().selectAdjacentTab(1);
+  EXPECT_EQ(selected(), tabs[0]);
+  store().selectAdjacentTab(-1);
+  EXPECT_EQ(selected(), tabs[2]);
+  const struct {
+    int number;
+    size_t expected;
+  } cases[] = {{1, 0}, {9, 2}, {2, 1}, {8, 1}, {0, 1}};
+  for (const auto& test : cases) {
+    store().selectTabNumber(test.number);
+    EXPECT_EQ(selected(), tabs[test.expected]) << test.number;
+  }
+  store().newFolder(tabs[0]);
+  store().select(tabs[0]);
+  store().toggle(foldersOf(space().pinned).front());
+  store().selectAdjacentTab(1);
+  EXPECT_EQ(selected(), tabs[1]) << "from a collapsed folder to the first visible tab";
+}
+
+TEST_F(TabOperations, SelectingTellsEverybodyOnce) {
+  const auto tabs = openTabs(2);
+  store().select(tabs[0]);
+  world.told.clear();
+  store().reader = ReaderArticle{.tabID = tabs[0]->id};
+  store().capture = tabs[0]->id;
+  store().select(tabs[0]);
+  EXPECT_THAT(world.told, IsEmpty());
+  EXPECT_TRUE(store().reader.peek() && store().capture.peek());
+  world.scheduler.advance(5s);
+  world.told.clear();
+  store().select(tabs[1]);
+  EXPECT_THAT(world.told, ElementsAre("activate after another"));
+  EXPECT_FALSE(store().reader.peek() || store().capture.peek());
+  EXPECT_EQ(tabs[0]->lastActiveAt, world.scheduler.now());
+  world.scheduler.settle();
+  EXPECT_EQ(world.view(tabs[1])->focusCount, 1);
+}
+
+TEST_F(TabOperations, CommandWFindsWhatToClose) {
+  const auto tabs = openTabs(1);
+  FakeWindow other;
+  store().window = &world.window;
+  store().select(tabs[0]);
+  world.desktop.key = &other;
+  store().closeSelectedTab();
+  EXPECT_EQ(other.closeCount, 1);
+  world.desktop.key = &world.window;
+  store().closeSelectedTab();
+  EXPECT_THAT(space().today.peek(), IsEmpty());
+  EXPECT_EQ(world.window.closeCount, 0);
+  store().closeSelectedTab();
+  EXPECT_EQ(world.window.closeCount, 1);
+}
+
+TEST_F(TabOperations, LinksAreCopiedCleanAndEscaped) {
+  store().copyLink();
+  EXPECT_FALSE(world.desktop.pasteboardText);
+  const TabRef tab = world.open("https://a/?utm_source=x&q=1");
+  tab->title = "A [b] c";
+  store().copyLink(nullptr, BrowserStore::LinkForm::Markdown);
+  EXPECT_EQ(world.desktop.pasteboardText, "[A [b\\] c](https://a/?q=1)");
+  EXPECT_TRUE(store().didCopyLink);
+  EXPECT_FALSE(store().toast.peek());
+  world.scheduler.advance(1199ms);
+  EXPECT_TRUE(store().didCopyLink);
+  world.scheduler.advance(1ms);
+  EXPECT_FALSE(store().didCopyLink);
+  store().toggleSidebar();
+  store().copyLink();
+  EXPECT_EQ(store().toast.peek()->message, "Copied link");
+}
+
+TEST_F(TabOperations, TabsOfOnePrivateWindowAreNobodysBusiness) {
+  const auto profile =
+      std::make_shared<Profile>(world.engine, UUID::random(), "Private", Profile::Privacy::Private);
+  EXPECT_EQ(store().openLittleWindow(address("https://secret/"), profile), nullptr);
+  EXPECT_THAT(space().today.peek(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace orvel::test
