@@ -18,6 +18,7 @@ FolderRow::FolderRow(SidebarContext& context)
   name_.set_ellipsize(Pango::EllipsizeMode::END);
   name_.set_xalign(0);
   name_.set_hexpand(true);
+  name_.set_halign(Gtk::Align::START);
   entry_.set_hexpand(true);
   entry_.set_valign(Gtk::Align::CENTER);
   entry_.set_placeholder_text(_("Folder name"));

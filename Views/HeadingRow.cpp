@@ -41,44 +41,41 @@ HeadingRow::HeadingRow(SidebarContext& context)
   newFolder_.signal_clicked().connect([this] { context_.store.newFolder(); });
   clear_.signal_clicked().connect([this] { context_.store.clearToday(context_.space); });
 
-  const auto setHovered = [this](bool isHovered) {
-    isHovered_ = isHovered;
-    show();
-  };
   auto motion = Gtk::EventControllerMotion::create();
-  motion->signal_enter().connect([setHovered](double, double) { setHovered(true); });
-  motion->signal_leave().connect([setHovered] { setHovered(false); });
+  motion->signal_enter().connect([this](double, double) { setActive(true); });
+  motion->signal_leave().connect([this] { setActive(false); });
   add_controller(motion);
   auto focus = Gtk::EventControllerFocus::create();
-  focus->signal_enter().connect([setHovered] { setHovered(true); });
-  focus->signal_leave().connect([setHovered] { setHovered(false); });
+  focus->signal_leave().connect([this] { setActive(false); });
   add_controller(focus);
 }
 
 void HeadingRow::bind(const SidebarRow& row) {
   isToday_ = row.key.heading == SidebarRow::Heading::Today;
   symbol_->set_visible(!isToday_);
-  newFolder_.set_visible(!isToday_);
-  clear_.set_visible(isToday_);
   look_ = effect([this] {
     const std::string name = isToday_ ? _("Today") : context_.space->name.get();
     name_.set_text(name);
     setAccessibleLabel(*this, name);
     if (!isToday_) setIcon(*symbol_, context_.space->symbol.get());
   });
-  show();
+  setActive(false);
 }
 
 void HeadingRow::unbind() {
   look_.stop();
-  isHovered_ = false;
+  setActive(false);
 }
 
-// The buttons keep their place and can be reached by keyboard while they do not show.
-void HeadingRow::show() {
-  const double opacity = isHovered_ ? 1 : 0;
-  clear_.set_opacity(opacity);
-  newFolder_.set_opacity(opacity);
+// The button shows while the pointer or the keyboard is at the heading.
+void HeadingRow::setActive(bool isActive) {
+  clear_.set_visible(isActive && isToday_);
+  newFolder_.set_visible(isActive && !isToday_);
+}
+
+bool HeadingRow::takeFocus() {
+  setActive(true);
+  return isToday_ ? clear_.grab_focus() : newFolder_.grab_focus();
 }
 
 NewTabRow::NewTabRow(SidebarContext& context) : context_(context) {

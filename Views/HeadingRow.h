@@ -15,14 +15,13 @@ class HeadingRow final : public RowWidget {
 
   void bind(const SidebarRow& row) override;
   void unbind() override;
-  bool takeFocus() override { return false; }
+  bool takeFocus() override;
 
  private:
-  void show();
+  void setActive(bool isActive);
 
   SidebarContext& context_;
   bool isToday_ = false;
-  bool isHovered_ = false;
   Gtk::Image* symbol_;
   Gtk::Label name_;
   Gtk::Box rule_;

@@ -147,6 +147,12 @@ void RowList::measureRows() {
   if (isAgain) layOut(std::nullopt);
 }
 
+// Only now do the window's styles hold, and with them the rows' true heights.
+void RowList::on_realize() {
+  Gtk::Widget::on_realize();
+  measureRows();
+}
+
 double RowList::shownTop(const LiveRow& live) const {
   return layout_.top(live.index) + live.offset * motion_.value();
 }

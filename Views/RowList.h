@@ -82,6 +82,7 @@ class RowList : public Gtk::Widget {
   size_t liveRowCount() const { return live_.size(); }
 
  protected:
+  void on_realize() override;
   Gtk::SizeRequestMode get_request_mode_vfunc() const override;
   void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
                      int& minimumBaseline, int& naturalBaseline) const override;

@@ -19,6 +19,8 @@ TabRow::TabRow(SidebarContext& context)
   title_.set_ellipsize(Pango::EllipsizeMode::END);
   title_.set_xalign(0);
   title_.set_hexpand(true);
+  // A title in a script of the other direction keeps the row's alignment.
+  title_.set_halign(Gtk::Align::START);
   title_.set_single_line_mode(true);
   ends_.add_css_class("ends");
   append(site_);
@@ -97,6 +99,8 @@ void TabRow::showButtons() {
   split_.set_visible(context_.space->isInSplit(*tab_));
   home_.set_visible(isHovered_ && tab_->hasWanderedFromPin());
   close_.set_visible(isHovered_);
+  const auto children = {mute_.get_visible(), split_.get_visible(), home_.get_visible(), isHovered_};
+  ends_.set_visible(std::ranges::any_of(children, std::identity()));
 }
 
 void TabRow::activate() { context_.store.select(tab_, context_.space); }

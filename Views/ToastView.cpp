@@ -22,6 +22,8 @@ ToastView::ToastView(BrowserStore& store)
   set_opacity(0);
   message_.set_ellipsize(Pango::EllipsizeMode::END);
   message_.set_max_width_chars(44);
+  message_.set_hexpand(true);
+  message_.set_xalign(0);
   divider_.add_css_class("divider");
   divider_.set_valign(Gtk::Align::CENTER);
   action_.set_valign(Gtk::Align::CENTER);
