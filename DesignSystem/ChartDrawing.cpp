@@ -182,8 +182,9 @@ void Chart::drawSoundings(cairo_t* cairo) const {
       {{.15, .66}, 6},  {{.34, .80}, 8},  {{.90, .45}, 14}, {{.93, .60}, 22},
       {{.73, .30}, 11}, {{.30, .08}, 15}, {{.86, .88}, 27}, {{.07, .12}, 7},
   };
-  auto* font = pango_font_description_from_string("EB Garamond, Libertinus Serif, Noto Serif, "
-                                                  "serif Italic");
+  auto* font = pango_font_description_from_string(
+      "EB Garamond, Libertinus Serif, Noto Serif, "
+      "serif Italic");
   setSource(cairo, ink, 0.22);
   for (int i = 0; const auto& [place, fathoms] : kSoundings) {
     const Point point = {place.x * width, place.y * height};

@@ -38,15 +38,14 @@ void EasedValue::animateTo(double target, double seconds, std::function<void()> 
         eased->apply_(value);
       },
       this, nullptr);
-  animation_ = GRef<AdwAnimation>::adopt(adw_timed_animation_new(
-      widget_, value_, target, static_cast<guint>(seconds * 1000), step));
+  animation_ = GRef<AdwAnimation>::adopt(
+      adw_timed_animation_new(widget_, value_, target, static_cast<guint>(seconds * 1000), step));
   adw_timed_animation_set_easing(ADW_TIMED_ANIMATION(animation_.get()), ADW_EASE_OUT_CUBIC);
-  doneHandler_ = g_signal_connect(animation_.get(), "done",
-                                  G_CALLBACK(+[](AdwAnimation*, EasedValue* self) {
-                                    if (const auto finished = std::exchange(self->done_, nullptr))
-                                      finished();
-                                  }),
-                                  this);
+  doneHandler_ =
+      g_signal_connect(animation_.get(), "done", G_CALLBACK(+[](AdwAnimation*, EasedValue* self) {
+                         if (const auto finished = std::exchange(self->done_, nullptr)) finished();
+                       }),
+                       this);
   // `done` may come inside of this call and start another animation.
   const auto playing = animation_;
   adw_animation_play(playing.get());

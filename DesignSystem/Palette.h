@@ -15,8 +15,8 @@ struct Palette {
   Color onAccent;
   Color ink;
   Color paper;
-  Color raised;      // slips, cards, menus
-  Color slip;        // toasts and tooltips
+  Color raised;  // slips, cards, menus
+  Color slip;    // toasts and tooltips
   Color slipInk;
   Color slipAccent;  // the action on a toast
   Color pick;        // the chosen row of a menu

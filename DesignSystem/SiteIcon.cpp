@@ -3,8 +3,8 @@
 #include <glib.h>
 
 #include "Base/GRef.h"
-#include "Desktop/Gtk/Textures.h"
 #include "DesignSystem/Icons.h"
+#include "Desktop/Gtk/Textures.h"
 
 namespace orvel {
 
@@ -28,7 +28,8 @@ SiteIcon::SiteIcon(int size) {
   letter_.add_css_class("letter-tile");
   letter_.set_hexpand(true);
   letter_.set_vexpand(true);
-  for (Gtk::Widget* part : {static_cast<Gtk::Widget*>(&image_), static_cast<Gtk::Widget*>(&letter_)}) {
+  for (Gtk::Widget* part :
+       {static_cast<Gtk::Widget*>(&image_), static_cast<Gtk::Widget*>(&letter_)}) {
     setAccessibleRole(*part, GTK_ACCESSIBLE_ROLE_PRESENTATION);
     append(*part);
   }

@@ -40,11 +40,10 @@ void SpringAnimation::animateTo(double target, const Spring& spring) {
       isMoving() ? adw_spring_animation_get_velocity(ADW_SPRING_ANIMATION(animation_.get())) : 0;
   target_ = target;
   if (!animation_) {
-    auto* params = paramsOf(spring);
+    // The parameters and the target are handed over.
     animation_ = GRef<AdwAnimation>::adopt(adw_spring_animation_new(
-        widget_, value_, target, params,
+        widget_, value_, target, paramsOf(spring),
         adw_callback_animation_target_new(&SpringAnimation::step, this, nullptr)));
-    adw_spring_params_unref(params);
   }
   auto* spinning = ADW_SPRING_ANIMATION(animation_.get());
   auto* params = paramsOf(spring);

@@ -12,12 +12,13 @@ void load(const std::filesystem::path& shareFolder) {
   Gtk::init_gtkmm_internals();
   auto* display = gdk_display_get_default();
   const auto provider = GRef<GtkCssProvider>::adopt(gtk_css_provider_new());
-  g_signal_connect(provider.get(), "parsing-error",
-                   G_CALLBACK(+[](GtkCssProvider*, GtkCssSection* section, GError* error, gpointer) {
-                     const GText place(gtk_css_section_to_string(section));
-                     g_warning("style sheet: %s: %s", place.get(), error->message);
-                   }),
-                   nullptr);
+  g_signal_connect(
+      provider.get(), "parsing-error",
+      G_CALLBACK(+[](GtkCssProvider*, GtkCssSection* section, GError* error, gpointer) {
+        const GText place(gtk_css_section_to_string(section));
+        g_warning("style sheet: %s: %s", place.get(), error->message);
+      }),
+      nullptr);
   const auto sheet = shareFolder / "style.css";
   if (std::filesystem::exists(sheet))
     gtk_css_provider_load_from_path(provider.get(), sheet.c_str());

@@ -54,7 +54,8 @@ AddressPill::AddressPill(BrowserStore& store)
   focus->signal_leave().connect([this] {
     // A menu of the entry or another window takes the keyboard for a while only.
     auto* window = dynamic_cast<Gtk::Window*>(get_root());
-    if (isEditing_ && window && window->is_active() && window->get_focus()) store_.dismissCommandBar();
+    if (isEditing_ && window && window->is_active() && window->get_focus())
+      store_.dismissCommandBar();
   });
   entry_.add_controller(focus);
 
@@ -74,7 +75,7 @@ void AddressPill::showAddress() {
   address_.set_tooltip_text(url ? url->text() : prompt);
   setAccessibleLabel(address_, url ? url->text() : prompt);
 
-  setIcon(icon_, !url                         ? "magnifyingglass"
+  setIcon(icon_, !url                      ? "magnifyingglass"
                  : url->hasScheme("https") ? "lock.fill"
                  : url->hasScheme("http")  ? "lock.open"
                                            : "globe");

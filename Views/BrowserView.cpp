@@ -35,9 +35,8 @@ BrowserView::BrowserView(BrowserStore& store)
   content_.append(page_);
   page_.set_hexpand(true);
   page_.set_vexpand(true);
-  const std::initializer_list<Gtk::Widget*> layers = {&backdrop_, &content_, &upperStrip_,
-                                                      &sidebar_,  &handle_,  &edge_,
-                                                      &toast_};
+  const std::initializer_list<Gtk::Widget*> layers = {
+      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_, &edge_, &toast_};
   for (auto* layer : layers) layer->set_parent(*this);
   watchPeeking(edge_);
   watchPeeking(sidebar_);
@@ -111,8 +110,7 @@ void BrowserView::followPage() {
 void BrowserView::switchRegion() {
   auto* root = gtk_widget_get_root(gobj());
   auto* focus = root ? gtk_root_get_focus(root) : nullptr;
-  const bool isInSidebar =
-      focus && gtk_widget_is_ancestor(focus, sidebar_.Gtk::Widget::gobj());
+  const bool isInSidebar = focus && gtk_widget_is_ancestor(focus, sidebar_.Gtk::Widget::gobj());
   if (isInSidebar) {
     page_.child_focus(Gtk::DirectionType::TAB_FORWARD);
   } else if (!sidebar_.section().list().child_focus(Gtk::DirectionType::TAB_FORWARD)) {
@@ -128,8 +126,7 @@ BrowserView::Placement BrowserView::placement(int width) const {
 
 void BrowserView::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural,
                                 int& minimumBaseline, int& naturalBaseline) const {
-  minimum = natural =
-      orientation == Gtk::Orientation::HORIZONTAL ? kMinimumWidth : kMinimumHeight;
+  minimum = natural = orientation == Gtk::Orientation::HORIZONTAL ? kMinimumWidth : kMinimumHeight;
   minimumBaseline = naturalBaseline = -1;
 }
 
@@ -143,7 +140,8 @@ void BrowserView::place(Gtk::Widget& widget, const Area& area) {
   gtk_widget_measure(native, GTK_ORIENTATION_VERTICAL, width, &minimumHeight, nullptr, nullptr,
                      nullptr);
   const int height = std::max({minimumHeight, static_cast<int>(std::lround(area.height)), 0});
-  const double x = get_direction() == Gtk::TextDirection::RTL ? get_width() - area.x - width : area.x;
+  const double x =
+      get_direction() == Gtk::TextDirection::RTL ? get_width() - area.x - width : area.x;
   const graphene_point_t at = {static_cast<float>(std::round(x)),
                                static_cast<float>(std::round(area.y))};
   gtk_widget_allocate(native, width, height, -1, gsk_transform_translate(nullptr, &at));
@@ -166,7 +164,8 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
   sidebar_.setStance(where == Placement::Floating ? SidebarView::Stance::Floating
                                                   : SidebarView::Stance::Docked);
   if (where == Placement::Floating) {
-    const double amount = isNarrow ? std::max(docked_.value(), floating_.value()) : floating_.value();
+    const double amount =
+        isNarrow ? std::max(docked_.value(), floating_.value()) : floating_.value();
     const double x = kFloatingInset - (sidebarWidth + 4 * kFloatingInset) * (1 - amount);
     place(sidebar_, {x, kFloatingInset, sidebarWidth, h - 2 * kFloatingInset});
   } else {
@@ -174,7 +173,8 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
   }
 
   handle_.set_child_visible(where == Placement::Docked && docked_.value() > 0.99);
-  place(handle_, {dockedWidth - SidebarResizeHandle::kWidth + 2, 0, SidebarResizeHandle::kWidth, h});
+  place(handle_,
+        {dockedWidth - SidebarResizeHandle::kWidth + 2, 0, SidebarResizeHandle::kWidth, h});
   edge_.set_child_visible(!isSidebarVisible_);
   place(edge_, {0, 0, kPeekStrip, h});
 

@@ -15,9 +15,8 @@ struct KeyHint {
   const char* text;
 };
 constexpr KeyHint kHints[] = {
-    {"Ctrl+T", N_("New tab")},        {"Ctrl+L", N_("Open location")},
-    {"Ctrl+S", N_("Toggle sidebar")}, {"Ctrl+D", N_("Pin tab")},
-    {"Alt+1–9", N_("Switch space")},
+    {"Ctrl+T", N_("New tab")}, {"Ctrl+L", N_("Open location")}, {"Ctrl+S", N_("Toggle sidebar")},
+    {"Ctrl+D", N_("Pin tab")}, {"Alt+1–9", N_("Switch space")},
 };
 constexpr int kLineSpacing = 9;
 constexpr int kColumnSpacing = 14;

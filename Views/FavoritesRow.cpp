@@ -49,8 +49,10 @@ FavoriteTile::FavoriteTile(SidebarContext& context) : context_(context), site_(k
       },
       false);
   add_controller(keys);
-  makeTabDragSource(*this, context_.drag, [this] { return tab_; },
-                    [this](bool isDragged) { set_opacity(isDragged ? 0.4 : 1); });
+  makeTabDragSource(
+      *this, context_.drag, [this] { return tab_; },
+      [this](bool isDragged) { set_opacity(isDragged ? 0.4 : 1); });
+  show(nullptr);
 }
 
 void FavoriteTile::show(const TabRef& tab) {

@@ -75,8 +75,8 @@ void FolderRow::show() {
 }
 
 void FolderRow::showRenaming() {
-  const bool wasRenaming = std::exchange(
-      isRenaming_, context_.store.renamingFolderID.get() == folder_->id);
+  const bool wasRenaming =
+      std::exchange(isRenaming_, context_.store.renamingFolderID.get() == folder_->id);
   name_.set_visible(!isRenaming_);
   entry_.set_visible(isRenaming_);
   if (!isRenaming_ || wasRenaming) return;

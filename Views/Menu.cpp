@@ -32,8 +32,7 @@ class MenuBuilder {
 
  private:
   Glib::RefPtr<Gio::MenuItem> item(const MenuEntry& entry) {
-    if (!entry.submenu.empty())
-      return Gio::MenuItem::create(entry.title, build(entry.submenu));
+    if (!entry.submenu.empty()) return Gio::MenuItem::create(entry.title, build(entry.submenu));
     const auto name = "entry" + std::to_string(count_++);
     auto action = Gio::SimpleAction::create(name);
     action->set_enabled(static_cast<bool>(entry.perform));
@@ -57,8 +56,8 @@ void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry>
                  std::function<void()> closed) {
   MenuBuilder builder;
   const auto model = builder.build(entries);
-  auto* popover = GTK_POPOVER(gtk_popover_menu_new_from_model_full(
-      G_MENU_MODEL(model->gobj()), GTK_POPOVER_MENU_NESTED));
+  auto* popover = GTK_POPOVER(
+      gtk_popover_menu_new_from_model_full(G_MENU_MODEL(model->gobj()), GTK_POPOVER_MENU_NESTED));
   auto* native = GTK_WIDGET(popover);
   gtk_widget_insert_action_group(native, "menu", G_ACTION_GROUP(builder.actions->gobj()));
   gtk_widget_set_parent(native, widget.gobj());

@@ -26,8 +26,8 @@ RowLayout::RowLayout(std::span<const SidebarRow> rows, const Heights& heights,
 
 RowLayout::Range RowLayout::rowsBetween(double from, double to) const {
   // The first row that begins below `from` has a predecessor which may reach into the stretch.
-  auto begin = static_cast<size_t>(std::upper_bound(tops_.begin(), tops_.end(), from) -
-                                   tops_.begin());
+  auto begin =
+      static_cast<size_t>(std::upper_bound(tops_.begin(), tops_.end(), from) - tops_.begin());
   if (begin > 0 && tops_[begin - 1] + heights_[begin - 1] > from) --begin;
   const auto end =
       static_cast<size_t>(std::lower_bound(tops_.begin(), tops_.end(), to) - tops_.begin());

@@ -17,8 +17,7 @@ RowList& listOf(gpointer self) { return *static_cast<RowList*>(self); }
 
 void RowList::installDropTarget(const char* dragType) {
   const char* types[] = {dragType};
-  auto* target =
-      gtk_drop_target_async_new(gdk_content_formats_new(types, 1), GDK_ACTION_MOVE);
+  auto* target = gtk_drop_target_async_new(gdk_content_formats_new(types, 1), GDK_ACTION_MOVE);
   g_signal_connect(target, "drag-enter", G_CALLBACK(&RowList::dragMotion), this);
   g_signal_connect(target, "drag-motion", G_CALLBACK(&RowList::dragMotion), this);
   g_signal_connect(target, "drag-leave", G_CALLBACK(&RowList::dragLeave), this);

@@ -11,7 +11,9 @@ using Kind = SidebarRow::Kind;
 // The part of a folder's height, at either end, that means beside it.
 constexpr double kBeside = 0.28;
 
-bool isItem(const SidebarRow& row) { return row.key.kind == Kind::Tab || row.key.kind == Kind::Folder; }
+bool isItem(const SidebarRow& row) {
+  return row.key.kind == Kind::Tab || row.key.kind == Kind::Folder;
+}
 
 const UUID& itemID(const SidebarRow& row) {
   return row.key.kind == Kind::Folder ? row.folder->id : row.tabs.front()->id;

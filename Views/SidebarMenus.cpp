@@ -40,8 +40,7 @@ std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>
 
   std::vector<MenuEntry> entries;
   if (!isFavorite)
-    entries.push_back(
-        moveEntry(store, space, tab, _("Add to Favorites"), FavoritesDestination{}));
+    entries.push_back(moveEntry(store, space, tab, _("Add to Favorites"), FavoritesDestination{}));
   if (!isOfToday)
     entries.push_back(moveEntry(store, space, tab, _("Move to Today"), TodayDestination{}));
   if (!isPinned) {
@@ -67,9 +66,8 @@ std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>
                      .accelerator = "<Control><Shift>c",
                      .beginsSection = true});
   entries.push_back({.title = _("Copy as Markdown Link"),
-                     .perform = whenLoaded([&store, tab] {
-                       store.copyLink(tab, BrowserStore::LinkForm::Markdown);
-                     }),
+                     .perform = whenLoaded(
+                         [&store, tab] { store.copyLink(tab, BrowserStore::LinkForm::Markdown); }),
                      .accelerator = "<Control><Alt><Shift>c"});
   entries.push_back({.title = _("Duplicate Tab"), .perform = [&store, space, tab] {
                        store.openTab(tab->url.get(), {.in = space, .after = tab});

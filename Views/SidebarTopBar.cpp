@@ -7,7 +7,6 @@ namespace orvel {
 namespace {
 
 constexpr int kControlIcon = 9;
-constexpr int kButtonGap = 2;
 
 struct WindowControl {
   const char* symbol;
@@ -28,7 +27,7 @@ SidebarTopBar::SidebarTopBar(BrowserStore& store)
       back_("arrow.left", _("Back (Alt+Left)")),
       forward_("arrow.right", _("Forward (Alt+Right)")),
       reload_("arrow.clockwise", _("Reload (Ctrl+R)")) {
-  auto* bar = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kButtonGap);
+  auto* bar = Gtk::make_managed<Gtk::Box>();
   bar->add_css_class("sidebar-top");
   auto* controls = Gtk::make_managed<Gtk::Box>();
   controls->add_css_class("window-controls");
@@ -75,8 +74,7 @@ SidebarTopBar::SidebarTopBar(BrowserStore& store)
 
 std::array<GtkWidget*, 3> SidebarTopBar::windowButtons() {
   std::array<GtkWidget*, 3> widgets{};
-  for (size_t i = 0; i < widgets.size(); ++i)
-    widgets[i] = windowButtons_[i].Gtk::Widget::gobj();
+  for (size_t i = 0; i < widgets.size(); ++i) widgets[i] = windowButtons_[i].Gtk::Widget::gobj();
   return widgets;
 }
 

@@ -17,7 +17,6 @@ SidebarView::SidebarView(BrowserStore& store)
       tools_(store),
       spaces_(store) {
   add_css_class("theme-root");
-  add_css_class("sidebar");
   set_child(ground_);
   add_overlay(column_);
   set_measure_overlay(column_, true);

@@ -26,7 +26,9 @@ SpaceSection::SpaceSection(BrowserStore& store, std::shared_ptr<Space> space, Si
   rows_ = effect([this, isFirst = true](const Wake& wake) mutable {
     auto rows = sidebarRows(*context_.space, favoriteColumns(context_.store));
     const auto motion = wake.transaction ? std::optional(wake.transaction->spring) : std::nullopt;
-    untracked([&] { list_.setRows(std::move(rows), std::exchange(isFirst, false) ? std::nullopt : motion); });
+    untracked([&] {
+      list_.setRows(std::move(rows), std::exchange(isFirst, false) ? std::nullopt : motion);
+    });
   });
   selection_ = effect([this] {
     context_.space->selectedTabID.get();

@@ -38,8 +38,7 @@ void SpaceSwitcher::makeSeals() {
     auto* icon = makeIcon("person.fill", kIcon);
     seal.button.set_child(*icon);
     seal.button.add_css_class("seal");
-    seal.button.signal_clicked().connect(
-        [this, id = space->id] { store_.setActiveSpaceID(id); });
+    seal.button.signal_clicked().connect([this, id = space->id] { store_.setActiveSpaceID(id); });
     row_.append(seal.button);
     seal.look = effect([this, space, icon, button = &seal.button] {
       const bool isActive = store_.activeSpace() == space;
@@ -70,9 +69,8 @@ void ToolsRow::showMainMenu() {
                 .perform = [this] { store_.showCommandBar(CommandBarMode::CurrentTab); },
                 .accelerator = "<Control>l"},
                {.title = _("Reopen Closed Tab"),
-                .perform = store_.closedTabs.empty()
-                               ? std::function<void()>()
-                               : [this] { store_.reopenClosedTab(); },
+                .perform = store_.closedTabs.empty() ? std::function<void()>()
+                                                     : [this] { store_.reopenClosedTab(); },
                 .accelerator = "<Control><Shift>t"},
                {.title = _("Toggle Sidebar"),
                 .perform = [this] { store_.toggleSidebar(); },

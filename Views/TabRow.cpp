@@ -47,10 +47,9 @@ TabRow::TabRow(SidebarContext& context)
   });
   close_.signal_clicked().connect([this] { context_.store.close(TabRef(tab_)); });
 
-  makeTabDragSource(*this, context_.drag, [this] { return tab_; },
-                    [this](bool isDragged) {
-                      setClass(Gtk::Widget::gobj(), "dragged", isDragged);
-                    });
+  makeTabDragSource(
+      *this, context_.drag, [this] { return tab_; },
+      [this](bool isDragged) { setClass(Gtk::Widget::gobj(), "dragged", isDragged); });
 }
 
 void TabRow::bind(const SidebarRow& row) {
@@ -99,7 +98,8 @@ void TabRow::showButtons() {
   split_.set_visible(context_.space->isInSplit(*tab_));
   home_.set_visible(isHovered_ && tab_->hasWanderedFromPin());
   close_.set_visible(isHovered_);
-  const auto children = {mute_.get_visible(), split_.get_visible(), home_.get_visible(), isHovered_};
+  const auto children = {mute_.get_visible(), split_.get_visible(), home_.get_visible(),
+                         isHovered_};
   ends_.set_visible(std::ranges::any_of(children, std::identity()));
 }
 

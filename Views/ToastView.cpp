@@ -26,6 +26,7 @@ ToastView::ToastView(BrowserStore& store)
   message_.set_xalign(0);
   divider_.add_css_class("divider");
   divider_.set_valign(Gtk::Align::CENTER);
+  action_.set_label(Toast().actionTitle);
   action_.set_valign(Gtk::Align::CENTER);
   append(*symbol_);
   append(message_);

@@ -36,8 +36,7 @@ constexpr Shortcut kShortcuts[] = {
     {"<Control><Shift>c", [](const Keys& k) { k.store.copyLink(); }},
     {"<Control><Alt><Shift>c",
      [](const Keys& k) { k.store.copyLink(nullptr, BrowserStore::LinkForm::Markdown); }},
-    {"<Control>r|F5",
-     [](const Keys& k) { k.withTab([](const TabRef& tab) { tab->reload(); }); }},
+    {"<Control>r|F5", [](const Keys& k) { k.withTab([](const TabRef& tab) { tab->reload(); }); }},
     {"<Control><Shift>r|<Control>F5",
      [](const Keys& k) {
        k.withTab([](const TabRef& tab) { tab->reload(ReloadSource::Origin); });
@@ -53,19 +52,18 @@ constexpr Shortcut kShortcuts[] = {
 };
 constexpr int kDigits = 9;
 
-void add(GtkShortcutController* controller, const char* trigger,
-         std::function<void()> perform) {
+void add(GtkShortcutController* controller, const char* trigger, std::function<void()> perform) {
   gtk_shortcut_controller_add_shortcut(
-      controller,
-      gtk_shortcut_new(gtk_shortcut_trigger_parse_string(trigger),
-                       gtk_callback_action_new(
-                           [](GtkWidget*, GVariant*, gpointer data) -> gboolean {
-                             (*static_cast<std::function<void()>*>(data))();
-                             return TRUE;
-                           },
-                           new std::function<void()>(std::move(perform)), [](gpointer data) {
-                             delete static_cast<std::function<void()>*>(data);
-                           })));
+      controller, gtk_shortcut_new(gtk_shortcut_trigger_parse_string(trigger),
+                                   gtk_callback_action_new(
+                                       [](GtkWidget*, GVariant*, gpointer data) -> gboolean {
+                                         (*static_cast<std::function<void()>*>(data))();
+                                         return TRUE;
+                                       },
+                                       new std::function<void()>(std::move(perform)),
+                                       [](gpointer data) {
+                                         delete static_cast<std::function<void()>*>(data);
+                                       })));
 }
 
 void goToSpace(BrowserStore& store, int number) {

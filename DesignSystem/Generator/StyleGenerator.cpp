@@ -74,8 +74,8 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
       {"danger", hex(palette.danger)},
       {"second", fmt::format("alpha({}, {})", hex(palette.ink), isDark ? 0.70 : 0.76)},
       {"third", fmt::format("alpha({}, {})", hex(palette.ink), isDark ? 0.46 : 0.54)},
-      {"deboss", fmt::format("inset 0 1px 1px {}, inset 0 0 0 1px {}", shade(0.07, 0.26),
-                             shade(0.04, 0.10))},
+      {"deboss",
+       fmt::format("inset 0 1px 1px {}, inset 0 0 0 1px {}", shade(0.07, 0.26), shade(0.04, 0.10))},
       {"e1", fmt::format("0 0 0 1px {}, 0 1px 2px {}", edge(0.06, 0.06), shade(0.10, 0.34))},
       {"e2", fmt::format("0 0 0 1px {}, 0 1px 2px {}, 0 8px 20px -10px {}", edge(0.09, 0.07),
                          shade(0.06, 0.30), shade(0.18, 0.50))},
@@ -100,8 +100,7 @@ int main(int count, char** arguments) {
     const auto scheme = read(folder / "scheme.css");
     const auto theme = read(folder / "theme.css");
     for (const auto kind : {ColorScheme::light, ColorScheme::dark}) {
-      const std::string root =
-          kind == ColorScheme::dark ? ".scheme-dark" : ".scheme-light";
+      const std::string root = kind == ColorScheme::dark ? ".scheme-dark" : ".scheme-light";
       sheet += expand(scheme, root, valuesOf(paletteOf(Theme::all.front(), kind), kind));
       for (const auto& one : Theme::all)
         sheet += expand(theme, fmt::format(".theme-{}{}", one.id, root),

@@ -123,14 +123,11 @@ SampleStore::SampleStore() {
     const char* title;
     uint32_t color;
     const char* letter;
-  } favorites[] = {{"mail.example", "Mail", 0xD5533B, "M"},
-                   {"calendar.example", "Calendar", 0x2C6B5E, "C"},
-                   {"chat.example", "Chat", 0x7A5AE0, "Q"},
-                   {"notes.example", "Notes", 0x8A3F6B, "N"},
-                   {"forge.example", "Forge", 0x22262B, "F"},
-                   {"way.example", "Waymark", 0xF1B63B, "W"},
-                   {"sky.example", "Skies", 0x5AA6DE, "S"},
-                   {"lantern.example", "Lantern", 0x6B48C8, "L"}};
+  } favorites[] = {
+      {"mail.example", "Mail", 0xD5533B, "M"},   {"calendar.example", "Calendar", 0x2C6B5E, "C"},
+      {"chat.example", "Chat", 0x7A5AE0, "Q"},   {"notes.example", "Notes", 0x8A3F6B, "N"},
+      {"forge.example", "Forge", 0x22262B, "F"}, {"way.example", "Waymark", 0xF1B63B, "W"},
+      {"sky.example", "Skies", 0x5AA6DE, "S"},   {"lantern.example", "Lantern", 0x6B48C8, "L"}};
   for (const auto& favorite : favorites)
     model.move(open(favorite.host, favorite.title, Color::hex(favorite.color), favorite.letter),
                FavoritesDestination{}, space);
