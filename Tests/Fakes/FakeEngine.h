@@ -162,7 +162,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   bool isInWindow() const override { return isOnScreen; }
   void focus() override { ++focusCount; }
   void removeFromParent() override { isOnScreen = false; }
-  GtkWidget* widget() override { return nullptr; }
+  GtkWidget* widget() override { return pageWidget; }
   void takeSnapshot(const SnapshotRequest& request, std::function<void(ImageRef)> answer) override;
   void createPDF(std::function<void(PDFResult)> answer) override;
   void print() override { ++printCount; }
@@ -205,6 +205,8 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
     std::optional<FrameInfo> frame;
   };
 
+  // What stands for the page on screen; not owned.
+  GtkWidget* pageWidget = nullptr;
   bool isOnScreen = false;
   int focusCount = 0;
   int printCount = 0;

@@ -1,0 +1,175 @@
+#include "App/Application.h"
+
+#include <fmt/format.h>
+#include <glib-unix.h>
+#include <signal.h>
+
+#include <utility>
+
+#include "Base/GRef.h"
+#include "BrowserCore/URLInput.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr const char* kIdentifier = "com.brinemark.orvel";
+constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
+
+std::filesystem::path dataFolder() {
+  return std::filesystem::path(g_get_user_data_dir()) / "Orvel";
+}
+
+std::filesystem::path programFolder() {
+  std::error_code error;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+  return program.parent_path();
+}
+
+bool hasSessionBus() {
+  const auto bus =
+      GRef<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  return static_cast<bool>(bus);
+}
+
+}  // namespace
+
+Application::Application() {
+  // Without a bus there is nobody to ask whether the program runs already; the lock then decides.
+  const auto uniqueness =
+      hasSessionBus() ? G_APPLICATION_HANDLES_OPEN
+                      : GApplicationFlags(G_APPLICATION_HANDLES_OPEN | G_APPLICATION_NON_UNIQUE);
+  application_ = GTK_APPLICATION(adw_application_new(kIdentifier, uniqueness));
+  g_set_application_name("Orvel");
+  // The session manager tells of its end, and waits for `query-end`.
+  g_object_set(application_, "register-session", TRUE, nullptr);
+}
+
+Application::~Application() {
+  browser_.reset();
+  g_object_unref(application_);
+}
+
+// What stands on the command line is typed by a person: "example.com" is an address, and so is the
+// name of a file that exists.
+std::optional<URL> Application::addressOf(const std::string& argument) {
+  std::error_code error;
+  if (std::filesystem::exists(argument, error)) {
+    const GText uri(
+        g_filename_to_uri(std::filesystem::absolute(argument, error).c_str(), nullptr, nullptr));
+    return uri ? URL::parse(uri.get()) : std::nullopt;
+  }
+  return URLInput::explicitURL(argument);
+}
+
+int Application::run(const std::vector<std::string>& arguments) {
+  std::vector<std::string> addresses;
+  bool isService = false;
+  for (const std::string& argument : arguments) {
+    if (argument == "--gapplication-service") {
+      isService = true;
+    } else if (argument == "--new-tab") {
+      addresses.emplace_back("about:blank");
+    } else if (const auto url = addressOf(argument)) {
+      addresses.push_back(url->text());
+    } else {
+      fmt::print(stderr, "orvel: \"{}\" is no address\n", argument);
+      return 2;
+    }
+  }
+
+  auto* application = G_APPLICATION(application_);
+  makeActions();
+  GError* rawError = nullptr;
+  if (!g_application_register(application, nullptr, &rawError)) {
+    const GErrorRef error(rawError);
+    fmt::print(stderr, "orvel: {}\n", error->message);
+    return 1;
+  }
+  if (g_application_get_is_remote(application)) {
+    for (const std::string& address : addresses)
+      g_action_group_activate_action(G_ACTION_GROUP(application), "open-address",
+                                     g_variant_new_string(address.c_str()));
+    if (addresses.empty()) g_application_activate(application);
+    // What was asked must have left before this process ends.
+    if (auto* bus = g_application_get_dbus_connection(application))
+      g_dbus_connection_flush_sync(bus, nullptr, nullptr);
+    return 0;
+  }
+
+  lock_ = InstanceLock::take(dataFolder());
+  if (!lock_) {
+    fmt::print(stderr, "orvel: another Orvel is using {}\n", dataFolder().string());
+    return 1;
+  }
+
+  browser_ = std::make_unique<Browser>(application_, programFolder());
+  // Closing the window does not end the program.
+  g_application_hold(application);
+  for (const int number : kSignals)
+    g_unix_signal_add(
+        number,
+        [](gpointer self) -> gboolean {
+          g_application_quit(G_APPLICATION(self));
+          return G_SOURCE_CONTINUE;
+        },
+        application);
+
+  struct Context {
+    Application* self;
+    std::vector<std::string> addresses;
+    bool hasLaunched = false;
+
+    bool launchOnce() {
+      if (std::exchange(hasLaunched, true)) return false;
+      self->browser_->didFinishLaunching();
+      for (const std::string& address : addresses) self->openAddress(address);
+      return true;
+    }
+  } context{this, std::move(addresses)};
+  g_signal_connect(application, "activate", G_CALLBACK(+[](GApplication*, gpointer data) {
+                     auto& launch = *static_cast<Context*>(data);
+                     if (!launch.launchOnce()) launch.self->browser_->showWindow();
+                   }),
+                   &context);
+  g_signal_connect(
+      application, "open",
+      G_CALLBACK(+[](GApplication*, GFile** files, gint count, const char*, gpointer data) {
+        auto& launch = *static_cast<Context*>(data);
+        launch.launchOnce();
+        for (gint i = 0; i < count; ++i)
+          if (const GText uri(g_file_get_uri(files[i])); uri) launch.self->openAddress(uri.get());
+      }),
+      &context);
+  g_signal_connect(application, "query-end", G_CALLBACK(+[](GtkApplication*, gpointer data) {
+                     static_cast<Context*>(data)->self->browser_->save();
+                   }),
+                   &context);
+
+  // The program name alone, which activates: what the arguments mean has been settled above.
+  char name[] = "orvel";
+  char service[] = "--gapplication-service";
+  char* argv[] = {name, isService ? service : nullptr, nullptr};
+  const int status = g_application_run(application, isService ? 2 : 1, argv);
+  browser_->willTerminate();
+  g_signal_handlers_disconnect_by_data(application, &context);
+  return status;
+}
+
+void Application::makeActions() {
+  const auto open =
+      GRef<GSimpleAction>::adopt(g_simple_action_new("open-address", G_VARIANT_TYPE_STRING));
+  g_signal_connect(
+      open.get(), "activate", G_CALLBACK(+[](GSimpleAction*, GVariant* address, gpointer self) {
+        static_cast<Application*>(self)->openAddress(g_variant_get_string(address, nullptr));
+      }),
+      this);
+  g_action_map_add_action(G_ACTION_MAP(application_), G_ACTION(open.get()));
+}
+
+void Application::openAddress(const std::string& text) {
+  if (!browser_) return;
+  if (const auto url = URL::parse(text)) browser_->open({*url});
+}
+
+}  // namespace orvel

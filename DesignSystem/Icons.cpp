@@ -1,0 +1,89 @@
+#include "DesignSystem/Icons.h"
+
+#include <gtk/gtk.h>
+
+namespace orvel {
+
+namespace {
+
+// Where our drawings are not installed: the toolkit's nearest.
+struct Fallback {
+  std::string_view symbol;
+  std::string_view name;
+};
+constexpr Fallback kFallbacks[] = {
+    {"arrow.clockwise", "view-refresh-symbolic"},
+    {"arrow.left", "go-previous-symbolic"},
+    {"arrow.right", "go-next-symbolic"},
+    {"arrow.uturn.backward", "edit-undo-symbolic"},
+    {"checkmark", "object-select-symbolic"},
+    {"chevron.right", "pan-end-symbolic"},
+    {"folder", "folder-symbolic"},
+    {"folder.badge.plus", "folder-new-symbolic"},
+    {"folder.fill", "folder-open-symbolic"},
+    {"link", "insert-link-symbolic"},
+    {"lock.fill", "channel-secure-symbolic"},
+    {"lock.open", "channel-insecure-symbolic"},
+    {"magnifyingglass", "system-search-symbolic"},
+    {"menu", "open-menu-symbolic"},
+    {"minus", "window-minimize-symbolic"},
+    {"plus", "list-add-symbolic"},
+    {"rectangle.split.2x1", "view-dual-symbolic"},
+    {"sidebar.left", "sidebar-show-symbolic"},
+    {"speaker.slash.fill", "audio-volume-muted-symbolic"},
+    {"speaker.wave.2.fill", "audio-volume-high-symbolic"},
+    {"xmark", "window-close-symbolic"},
+};
+constexpr std::string_view kUnknown = "view-more-symbolic";
+
+}  // namespace
+
+std::string iconName(std::string_view symbol) {
+  std::string own = "orvel-" + std::string(symbol) + "-symbolic";
+  std::replace(own.begin(), own.end(), '.', '-');
+  auto* theme = gtk_icon_theme_get_for_display(gdk_display_get_default());
+  if (gtk_icon_theme_has_icon(theme, own.c_str())) return own;
+  const auto* fallback =
+      std::find_if(std::begin(kFallbacks), std::end(kFallbacks),
+                   [symbol](const Fallback& one) { return one.symbol == symbol; });
+  return std::string(fallback == std::end(kFallbacks) ? kUnknown : fallback->name);
+}
+
+Gtk::Image* makeIcon(std::string_view symbol, int size) {
+  auto* image = Gtk::make_managed<Gtk::Image>();
+  image->set_pixel_size(size);
+  // What an icon stands for is said by what it stands in.
+  setAccessibleRole(*image, GTK_ACCESSIBLE_ROLE_PRESENTATION);
+  setIcon(*image, symbol);
+  return image;
+}
+
+void setIcon(Gtk::Image& image, std::string_view symbol) {
+  image.set_from_icon_name(iconName(symbol));
+}
+
+IconButton::IconButton(std::string_view symbol, const std::string& help, int size)
+    : image_(makeIcon(symbol, size)) {
+  add_css_class("icon");
+  set_child(*image_);
+  set_valign(Gtk::Align::CENTER);
+  setHelp(help);
+}
+
+void IconButton::setSymbol(std::string_view symbol) { setIcon(*image_, symbol); }
+
+void IconButton::setHelp(const std::string& help) {
+  set_tooltip_text(help);
+  setAccessibleLabel(*this, help.substr(0, help.find(" (")));
+}
+
+void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                 label.c_str(), -1);
+}
+
+void setAccessibleRole(Gtk::Widget& widget, int role) {
+  g_object_set(widget.gobj(), "accessible-role", role, nullptr);
+}
+
+}  // namespace orvel

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <gtkmm/button.h>
+#include <gtkmm/image.h>
+
+#include <string>
+#include <string_view>
+
+namespace orvel {
+
+// The name of the symbolic icon for one of the system's symbols, "arrow.left" for example: our own
+// drawing, or the toolkit's nearest where ours is not installed.
+[[nodiscard]] std::string iconName(std::string_view symbol);
+
+// An icon of `size` pixels.
+[[nodiscard]] Gtk::Image* makeIcon(std::string_view symbol, int size = 16);
+void setIcon(Gtk::Image& image, std::string_view symbol);
+
+// A button that is only an icon, `size` pixels large. Its tooltip is `help`, which names it for
+// assistive technology too; the key in it, as in "Reload (Ctrl+R)", is not part of the name.
+class IconButton : public Gtk::Button {
+ public:
+  IconButton(std::string_view symbol, const std::string& help, int size = 16);
+  void setSymbol(std::string_view symbol);
+  void setHelp(const std::string& help);
+
+ private:
+  Gtk::Image* image_;
+};
+
+// Names a widget for assistive technology.
+void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
+// Call before the widget is first asked for its accessible state.
+void setAccessibleRole(Gtk::Widget& widget, int role);
+
+}  // namespace orvel

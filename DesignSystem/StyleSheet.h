@@ -1,0 +1,44 @@
+#pragma once
+
+#include <adwaita.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "BrowserCore/Theme.h"
+
+// The look that style sheets give. It is loaded once; what changes at run time are the classes of
+// the roots below which a theme holds.
+namespace orvel {
+
+namespace StyleSheet {
+
+// Loads style.css and the icons of the program's share folder, for the default display. Call it
+// once, after the toolkit is ready and before the first window. A missing sheet is logged, and the
+// toolkit's own look remains.
+void load(const std::filesystem::path& shareFolder);
+
+// The scheme in force on this desktop and by the application's choice.
+[[nodiscard]] ColorScheme scheme();
+
+}  // namespace StyleSheet
+
+// The classes that make a widget the root of a theme. Roots do not nest.
+class ThemeRoot {
+ public:
+  explicit ThemeRoot(GtkWidget* widget) : widget_(widget) {}
+  ThemeRoot(const ThemeRoot&) = delete;
+
+  // Does nothing when both are in force already.
+  void set(const Theme& theme, ColorScheme scheme);
+
+ private:
+  GtkWidget* widget_;
+  std::string theme_;
+  std::string scheme_;
+};
+
+void setClass(GtkWidget* widget, const char* name, bool isSet);
+
+}  // namespace orvel

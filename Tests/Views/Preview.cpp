@@ -1,0 +1,101 @@
+// Shows the main window over a sample session, for looking at and for pictures.
+//
+//   view-preview [light|dark] [empty|long|loading|toast|peek|hidden|narrow|edit|rtl|menu]
+//                [theme=NAME] [many] [shoot=FILE]
+
+#include <adwaita.h>
+#include <glibmm/main.h>
+
+#include <iostream>
+
+#include "DesignSystem/StyleSheet.h"
+#include "Tests/Views/SampleStore.h"
+#include "Views/BrowserView.h"
+#include "Views/MainWindow.h"
+
+namespace {
+
+using namespace orvel;
+using namespace orvel::test;
+
+constexpr unsigned kStep = 10;  // milliseconds
+
+struct Preview {
+  SampleStore sample;
+  std::unique_ptr<MainWindow> window;
+  std::string picture;
+  GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
+
+  void apply(const std::string& state) {
+    auto& store = sample.store();
+    const auto& space = store.activeSpace();
+    const auto manager = adw_style_manager_get_default();
+    if (state == "light") adw_style_manager_set_color_scheme(manager, ADW_COLOR_SCHEME_FORCE_LIGHT);
+    if (state == "dark") adw_style_manager_set_color_scheme(manager, ADW_COLOR_SCHEME_FORCE_DARK);
+    if (state == "empty") space->selectedTabID = std::nullopt;
+    if (state == "narrow") gtk_window_set_default_size(window->native(), 640, 420);
+    if (state == "peek" || state == "hidden") store.isSidebarVisible = false;
+    if (state == "peek") store.isSidebarPeeking = true;
+    if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
+    if (state == "edit") store.showCommandBar(CommandBarMode::CurrentTab);
+    if (state == "toast")
+      store.showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [] {}, .lasts = 60s});
+    if (state == "loading") {
+      sample.reading->isLoading = true;
+      sample.reading->progress = 0.64;
+    }
+    if (state == "long") {
+      space->name = std::string("A space whose name goes on and on");
+      sample.reading->title = std::string("قراءة الماء: دليل ميداني لتيارات المد والجزر");
+      sample.radio->title = std::string("Sub specie aeternitatis: notes on a very long title");
+      sample.radio->isMuted = true;
+    }
+    if (state == "menu") store.renamingFolderID = foldersOf(space->pinned).front()->id;
+    if (state == "many")
+      for (int i = 0; i < 300; ++i)
+        sample.world.open("https://page" + std::to_string(i) + ".example/", false);
+    if (state.starts_with("theme="))
+      if (const auto* theme = Theme::withID(state.substr(6))) space->hue = theme->hue;
+    if (state.starts_with("shoot=")) picture = state.substr(6);
+  }
+
+  void run(const std::vector<std::string>& states) {
+    for (const auto& state : states)
+      if (state == "rtl") apply(state);
+    window = std::make_unique<MainWindow>(nullptr, sample.store());
+    for (const auto& state : states) apply(state);
+    // The model's clock follows the real one.
+    Glib::signal_timeout().connect(
+        [this] {
+          sample.world.scheduler.advance(std::chrono::milliseconds(kStep));
+          sample.showPages();
+          return true;
+        },
+        kStep);
+    window->present();
+    // Without a compositor the toolkit draws a frame around the window.
+    gtk_widget_remove_css_class(GTK_WIDGET(window->native()), "solid-csd");
+    if (!picture.empty())
+      Glib::signal_timeout().connect_once(
+          [this] {
+            const auto& counters = window->view().sidebar().section().list().counters();
+            std::cout << "rows built " << counters.built << ", bound " << counters.bound << '\n';
+            const auto command = "import -window root '" + picture + "'";
+            if (std::system(command.c_str()) != 0) std::cerr << "no picture\n";
+            g_main_loop_quit(loop);
+          },
+          3000);
+    g_main_loop_run(loop);
+    window.reset();
+  }
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  adw_init();
+  StyleSheet::load(std::filesystem::path(ORVEL_BUILD_DIR) / "share/orvel");
+  Preview preview;
+  g_object_set(gtk_settings_get_default(), "gtk-font-name", "Inter 10", nullptr);
+  preview.run({arguments + 1, arguments + count});
+}

@@ -1,0 +1,168 @@
+#include <gtest/gtest.h>
+#include <gtkmm/scrolledwindow.h>
+#include <gtkmm/viewport.h>
+#include <gtkmm/window.h>
+
+#include "Tests/Views/ViewTest.h"
+#include "Views/RowList.h"
+
+namespace orvel {
+namespace {
+
+using namespace test;
+
+constexpr int kViewHeight = 640;
+
+class PlainRow final : public RowWidget {
+ public:
+  PlainRow() : RowWidget(0) {
+    add_css_class("row");
+    set_focusable(true);
+  }
+  void bind(const SidebarRow& row) override { shown = row.key.ordinal; }
+  void unbind() override {}
+  uint32_t shown = 0;
+};
+
+struct RowListTest : testing::Test, RowList::Delegate {
+  Gtk::Window window;
+  Gtk::ScrolledWindow scroller;
+  RowList list{*this, "Rows", "application/x-test"};
+
+  std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind) override {
+    return std::make_unique<PlainRow>();
+  }
+  std::optional<RowDrop> dropAt(const RowPoint&) override { return std::nullopt; }
+  bool drop(const RowPoint&) override { return false; }
+
+  static SidebarRow row(uint32_t ordinal) {
+    return {.key = {.kind = SidebarRow::Kind::Tab, .ordinal = ordinal}};
+  }
+  static std::vector<SidebarRow> rows(uint32_t count) {
+    std::vector<SidebarRow> result;
+    for (uint32_t i = 0; i < count; ++i) result.push_back(row(i));
+    return result;
+  }
+  void show(uint32_t count) {
+    auto* viewport =
+        Gtk::make_managed<Gtk::Viewport>(scroller.get_hadjustment(), scroller.get_vadjustment());
+    viewport->set_child(list);
+    scroller.set_child(*viewport);
+    list.setAdjustment(scroller.get_vadjustment());
+    list.setRows(rows(count));
+    window.set_decorated(false);
+    window.set_default_size(260, kViewHeight);
+    window.set_child(scroller);
+    window.present();
+    ASSERT_TRUE(runUntil([this] { return scroller.get_vadjustment()->get_page_size() > 1; }));
+    runFrames();
+  }
+  void TearDown() override {
+    window.set_visible(false);
+    window.unset_child();
+    scroller.unset_child();
+  }
+  double rowHeight() const {
+    return scroller.get_vadjustment()->get_upper() / static_cast<double>(list.rows().size());
+  }
+  size_t rowsInView() const {
+    return static_cast<size_t>(scroller.get_vadjustment()->get_page_size() / rowHeight()) + 2;
+  }
+  uint32_t shownBy(uint32_t ordinal) const {
+    auto* widget = dynamic_cast<PlainRow*>(list.widgetFor(row(ordinal).key));
+    return widget ? widget->shown : ~0u;
+  }
+};
+
+TEST_F(RowListTest, BuildsTheRowsInViewAndAScreenfulAtMost) {
+  show(2000);
+  EXPECT_GE(list.liveRowCount(), rowsInView() - 2);
+  EXPECT_LE(list.liveRowCount(), 2 * rowsInView());
+  EXPECT_LE(list.counters().built, 2 * rowsInView() + RowLayout::kKinds);
+}
+
+TEST_F(RowListTest, ScrollingUsesTheSameWidgetsAgain) {
+  show(2000);
+  const auto adjustment = scroller.get_vadjustment();
+  for (int i = 0; i < 40; ++i) adjustment->set_value(adjustment->get_value() + 160);
+  // Full screens in both directions, with as many widgets as a screenful more than the view needs.
+  EXPECT_LE(list.counters().built, 2 * rowsInView() + RowLayout::kKinds + 8);
+  const auto first = static_cast<uint32_t>(adjustment->get_value() / rowHeight()) + 1;
+  EXPECT_EQ(shownBy(first), first);
+  const auto before = list.counters().built;
+  adjustment->set_value(adjustment->get_upper() - adjustment->get_page_size());
+  EXPECT_EQ(shownBy(1999), 1999u);
+  EXPECT_LE(list.counters().built, before + 1);
+}
+
+TEST_F(RowListTest, OneChangedRowIsBoundAlone) {
+  show(2000);
+  auto changed = rows(2000);
+  changed[3].depth = 1;
+  const auto bound = list.counters().bound;
+  list.setRows(changed);
+  EXPECT_EQ(list.counters().bound, bound + 1);
+  list.setRows(changed);
+  EXPECT_EQ(list.counters().bound, bound + 1);
+}
+
+TEST_F(RowListTest, RowsKeepTheirWidgetsWhenTheyMove) {
+  show(100);
+  auto* widget = list.widgetFor(row(5).key);
+  auto moved = rows(100);
+  std::rotate(moved.begin(), moved.begin() + 5, moved.begin() + 6);
+  const auto bound = list.counters().bound;
+  list.setRows(moved, Spring::move);
+  EXPECT_EQ(list.widgetFor(row(5).key), widget);
+  EXPECT_EQ(list.counters().bound, bound);
+  moved.erase(moved.begin());
+  list.setRows(moved, Spring::quick);
+  EXPECT_EQ(list.widgetFor(row(5).key), nullptr);
+  EXPECT_TRUE(runUntil([&] { return scroller.get_vadjustment()->get_upper() < 99.5 * 32; }));
+}
+
+TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {
+  show(2000);
+  ASSERT_TRUE(list.focusRow(0));
+  auto* native = list.gobj();
+  const auto focused = [this] {
+    auto* focus = dynamic_cast<PlainRow*>(window.get_focus());
+    return focus ? focus->shown : ~0u;
+  };
+  EXPECT_FALSE(pressKey(native, GDK_KEY_Up));
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Down));
+  EXPECT_EQ(focused(), 1u);
+  EXPECT_TRUE(pressKey(native, GDK_KEY_End));
+  EXPECT_EQ(focused(), 1999u);
+  EXPECT_GT(scroller.get_vadjustment()->get_value(), 1900 * rowHeight());
+  EXPECT_FALSE(pressKey(native, GDK_KEY_Down));
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Home));
+  EXPECT_EQ(focused(), 0u);
+  EXPECT_FALSE(pressKey(native, GDK_KEY_Down, GDK_CONTROL_MASK));
+}
+
+TEST(RowLayout, FindsRowsByHeight) {
+  std::vector<SidebarRow> rows;
+  for (uint32_t i = 0; i < 4; ++i)
+    rows.push_back({.key = {.kind = SidebarRow::Kind::Tab, .ordinal = i}});
+  RowLayout::Heights heights{};
+  heights.fill(10);
+  const RowLayout plain(rows, heights);
+  EXPECT_EQ(plain.totalHeight(), 40);
+  EXPECT_EQ(plain.rowAt(-1), std::nullopt);
+  EXPECT_EQ(plain.rowAt(9.9), 0u);
+  EXPECT_EQ(plain.rowAt(10), 1u);
+  EXPECT_EQ(plain.rowAt(400), 3u);
+  EXPECT_EQ(plain.rowsBetween(5, 20).begin, 0u);
+  EXPECT_EQ(plain.rowsBetween(5, 20).end, 2u);
+  EXPECT_EQ(plain.rowsBetween(-50, -10).end, 0u);
+
+  const RowLayout gapped(rows, heights, RowLayout::Gap{2, 6});
+  EXPECT_EQ(gapped.gapTop(), 20);
+  EXPECT_EQ(gapped.top(2), 26);
+  EXPECT_EQ(gapped.totalHeight(), 46);
+  EXPECT_EQ(RowLayout({}, heights, RowLayout::Gap{0, 6}).totalHeight(), 6);
+}
+
+}  // namespace
+}  // namespace orvel

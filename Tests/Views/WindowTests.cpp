@@ -1,0 +1,205 @@
+#include <gtest/gtest.h>
+
+#include "Tests/Views/SampleStore.h"
+#include "Tests/Views/ViewTest.h"
+#include "Views/BrowserView.h"
+#include "Views/MainWindow.h"
+#include "Views/SidebarLayout.h"
+
+namespace orvel {
+namespace {
+
+using namespace test;
+
+struct WindowTest : testing::Test {
+  SampleStore sample;
+  std::unique_ptr<MainWindow> window;
+
+  void SetUp() override {
+    window = std::make_unique<MainWindow>(nullptr, sample.store());
+    window->present();
+    ASSERT_TRUE(runUntil([this] { return gtk_widget_get_mapped(GTK_WIDGET(window->native())); }));
+    settle();
+  }
+  void settle() {
+    sample.world.scheduler.settle();
+    sample.showPages();
+    runFrames();
+  }
+  BrowserStore& store() { return sample.store(); }
+  RowList& list() { return window->view().sidebar().section().list(); }
+  Gtk::Entry& entry() { return window->view().sidebar().pill().entry(); }
+
+  static SidebarRow::Key keyOf(const RowList& list, const TabRef& tab) {
+    for (const auto& row : list.rows())
+      if (row.key.kind == SidebarRow::Kind::Tab && row.tabs.front() == tab) return row.key;
+    return {};
+  }
+  // Whether a label below the widget reads so.
+  static bool reads(GtkWidget* widget, const std::string& text) {
+    bool isFound = false;
+    forEachWidget(widget, [&](GtkWidget* one) {
+      isFound |= GTK_IS_LABEL(one) && text == gtk_label_get_text(GTK_LABEL(one));
+    });
+    return isFound;
+  }
+};
+
+TEST_F(WindowTest, AChangedTitleTouchesItsRowAlone) {
+  const auto before = list().counters();
+  sample.radio->title = std::string("Strand Radio: the news");
+  settle();
+  auto* row = list().widgetFor(keyOf(list(), sample.radio));
+  ASSERT_NE(row, nullptr);
+  EXPECT_TRUE(reads(row->Gtk::Widget::gobj(), "Strand Radio: the news"));
+  EXPECT_EQ(list().counters().bound, before.bound);
+  EXPECT_EQ(list().counters().built, before.built);
+}
+
+TEST_F(WindowTest, RowsSelectCloseAndOpenFolders) {
+  auto* row = list().widgetFor(keyOf(list(), sample.radio));
+  ASSERT_TRUE(row->takeFocus());
+  EXPECT_TRUE(pressKey(row->Gtk::Widget::gobj(), GDK_KEY_Return));
+  settle();
+  EXPECT_EQ(store().activeSpace()->selectedTab(), sample.radio);
+  EXPECT_TRUE(row->has_css_class("selected"));
+  EXPECT_TRUE(pressKey(row->Gtk::Widget::gobj(), GDK_KEY_Delete));
+  settle();
+  EXPECT_FALSE(contains(store().activeSpace()->today, *sample.radio));
+  EXPECT_EQ(list().widgetFor(keyOf(list(), sample.radio)), nullptr);
+
+  const auto folder = foldersOf(store().activeSpace()->pinned).front();
+  const auto count = list().rows().size();
+  const auto children = folder->children.peek().size();
+  store().toggle(folder);
+  settle();
+  EXPECT_EQ(list().rows().size(), count - children);
+}
+
+TEST_F(WindowTest, AFolderIsRenamedInPlace) {
+  const auto folder = foldersOf(store().activeSpace()->pinned).front();
+  store().renamingFolderID = folder->id;
+  settle();
+  auto* focus = gtk_window_get_focus(window->native());
+  ASSERT_TRUE(focus && GTK_IS_TEXT(focus));
+  auto* field = gtk_widget_get_parent(focus);
+  gtk_editable_set_text(GTK_EDITABLE(field), "Voyages");
+  g_signal_emit_by_name(field, "activate");
+  settle();
+  EXPECT_EQ(folder->name.peek(), "Voyages");
+  EXPECT_EQ(store().renamingFolderID.peek(), std::nullopt);
+
+  store().renamingFolderID = folder->id;
+  settle();
+  gtk_editable_set_text(GTK_EDITABLE(field), "Nothing of it");
+  EXPECT_TRUE(pressKey(field, GDK_KEY_Escape));
+  settle();
+  EXPECT_EQ(folder->name.peek(), "Voyages");
+}
+
+TEST_F(WindowTest, TheAddressIsTypedInThePill) {
+  const auto tab = sample.reading;
+  store().showCommandBar(CommandBarMode::CurrentTab);
+  settle();
+  EXPECT_TRUE(entry().get_mapped());
+  EXPECT_EQ(std::string(entry().get_text()), tab->url.peek()->text());
+  entry().set_text(" example.org/tides ");
+  g_signal_emit_by_name(entry().gobj(), "activate");
+  settle();
+  EXPECT_EQ(tab->url.peek()->text(), "https://example.org/tides");
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+  EXPECT_FALSE(entry().get_mapped());
+
+  store().showCommandBar(CommandBarMode::NewTab);
+  settle();
+  EXPECT_EQ(std::string(entry().get_text()), "");
+  entry().set_text("spring tides");
+  g_signal_emit_by_name(entry().gobj(), "activate");
+  settle();
+  const auto opened = store().activeSpace()->selectedTab();
+  ASSERT_NE(opened, tab);
+  EXPECT_EQ(opened->url.peek()->text(),
+            SearchEngine(SearchEngine::google).searchURL("spring tides")->text());
+
+  const auto count = store().everyTab().size();
+  store().showCommandBar(CommandBarMode::NewTab);
+  settle();
+  entry().set_text("never mind");
+  EXPECT_TRUE(pressKey(entry().Gtk::Widget::gobj(), GDK_KEY_Escape));
+  settle();
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+  EXPECT_EQ(store().everyTab().size(), count);
+}
+
+TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {
+  EXPECT_TRUE(window->view().page().showsPage());
+  store().activeSpace()->selectedTabID = std::nullopt;
+  settle();
+  EXPECT_FALSE(window->view().page().showsPage());
+  EXPECT_TRUE(reads(GTK_WIDGET(window->native()), "Search or enter address"));
+}
+
+TEST_F(WindowTest, AToastOffersItsUndo) {
+  bool isUndone = false;
+  store().showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [&] { isUndone = true; }});
+  settle();
+  GtkWidget* undo = nullptr;
+  forEachWidget(GTK_WIDGET(window->native()), [&](GtkWidget* one) {
+    if (GTK_IS_BUTTON(one) && g_strcmp0(gtk_button_get_label(GTK_BUTTON(one)), "Undo") == 0)
+      undo = one;
+  });
+  ASSERT_NE(undo, nullptr);
+  EXPECT_TRUE(gtk_widget_get_mapped(undo));
+  g_signal_emit_by_name(undo, "clicked");
+  settle();
+  EXPECT_TRUE(isUndone);
+  EXPECT_TRUE(runUntil([&] { return !gtk_widget_get_mapped(undo); }));
+}
+
+TEST_F(WindowTest, EveryButtonHasAName) {
+  int count = 0;
+  forEachWidget(GTK_WIDGET(window->native()), [&](GtkWidget* widget) {
+    if (!GTK_IS_BUTTON(widget)) return;
+    ++count;
+    const auto* label = gtk_button_get_label(GTK_BUTTON(widget));
+    const bool isEmptyTile =
+        gtk_widget_has_css_class(widget, "tile") && !gtk_widget_get_focusable(widget);
+    EXPECT_TRUE(
+        (label && *label) || isEmptyTile ||
+        gtk_test_accessible_has_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL))
+        << gtk_widget_get_name(widget);
+  });
+  EXPECT_GT(count, 20);
+}
+
+TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
+  const double width = store().sidebarWidth.peek();
+  auto* page = window->view().page().Gtk::Widget::gobj();
+  auto* root = GTK_WIDGET(window->native());
+  const auto pageX = [&] {
+    double x = 0;
+    double y = 0;
+    gtk_widget_translate_coordinates(page, window->view().gobj(), 0, 0, &x, &y);
+    return x;
+  };
+  EXPECT_NEAR(pageX(), width, 1);
+  gtk_window_set_default_size(window->native(), 640, 420);
+  EXPECT_TRUE(runUntil([&] { return gtk_widget_get_width(root) < kDockingWidth && pageX() < 10; }));
+  EXPECT_TRUE(window->view().sidebar().has_css_class("floating"));
+  EXPECT_TRUE(store().isSidebarVisible.peek());
+  EXPECT_EQ(store().sidebarWidth.peek(), width);
+}
+
+TEST_F(WindowTest, TheSidebarHidesAndPeeks) {
+  store().toggleSidebar();
+  settle();
+  EXPECT_TRUE(runUntil([&] { return !window->view().sidebar().get_mapped(); }));
+  store().setSidebarPeeking(true);
+  sample.world.scheduler.advance(200ms);
+  settle();
+  EXPECT_TRUE(window->view().sidebar().get_mapped());
+  EXPECT_TRUE(window->view().sidebar().has_css_class("floating"));
+}
+
+}  // namespace
+}  // namespace orvel

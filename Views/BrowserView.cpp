@@ -1,0 +1,195 @@
+#include "Views/BrowserView.h"
+
+#include <adwaita.h>
+#include <gtkmm/eventcontrollermotion.h>
+
+#include "Views/SidebarLayout.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr double kFrame = 8;
+constexpr double kPeekStrip = 8;
+constexpr double kFloatingInset = 4;
+constexpr double kToastBottom = 28;
+constexpr double kNarrowestToast = 240;
+constexpr double kWidestToast = 480;
+constexpr int kMinimumWidth = 360;
+constexpr int kMinimumHeight = 300;
+
+}  // namespace
+
+BrowserView::BrowserView(BrowserStore& store)
+    : Glib::ObjectBase("OrvelBrowserView"),
+      store_(store),
+      scheme_(StyleSheet::scheme()),
+      contentTheme_(content_.Gtk::Widget::gobj()),
+      sidebar_(store),
+      handle_(store),
+      handleTheme_(handle_.Gtk::Widget::gobj()),
+      toast_(store),
+      docked_(gobj(), 1, [this](double) { queue_allocate(); }),
+      floating_(gobj(), 0, [this](double) { queue_allocate(); }) {
+  add_css_class("orvel");
+  content_.append(page_);
+  page_.set_hexpand(true);
+  page_.set_vexpand(true);
+  const std::initializer_list<Gtk::Widget*> layers = {
+      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_, &edge_, &toast_};
+  for (auto* layer : layers) layer->set_parent(*this);
+  watchPeeking(edge_);
+  watchPeeking(sidebar_);
+
+  schemeHandler_ = g_signal_connect_swapped(
+      adw_style_manager_get_default(), "notify::dark",
+      G_CALLBACK(+[](BrowserView* self) { self->scheme_ = StyleSheet::scheme(); }), this);
+  sidebarEffect_ = effect([this](const Wake& wake) { followSidebar(wake); });
+  widthEffect_ = effect([this] {
+    store_.sidebarWidth.get();
+    queue_allocate();
+  });
+  themeEffect_ = effect([this](const Wake& wake) { followTheme(wake); });
+  pageEffect_ = effect([this] { followPage(); });
+}
+
+BrowserView::~BrowserView() {
+  g_signal_handler_disconnect(adw_style_manager_get_default(), schemeHandler_);
+  while (auto* child = get_first_child()) child->unparent();
+}
+
+void BrowserView::watchPeeking(Gtk::Widget& widget) {
+  auto motion = Gtk::EventControllerMotion::create();
+  motion->signal_enter().connect([this](double, double) { store_.setSidebarPeeking(true); });
+  motion->signal_leave().connect([this] { store_.setSidebarPeeking(false); });
+  widget.add_controller(motion);
+}
+
+void BrowserView::followSidebar(const Wake& wake) {
+  isSidebarVisible_ = store_.isSidebarVisible;
+  // The address is typed in the sidebar: asking for it brings a hidden one.
+  isCalled_ = store_.isSidebarPeeking || store_.commandBar.get().has_value();
+  const auto move = [&](SpringAnimation& amount, bool isShown) {
+    if (wake.transaction)
+      amount.animateTo(isShown ? 1 : 0, wake.transaction->spring);
+    else
+      amount.set(isShown ? 1 : 0);
+  };
+  // A peeking sidebar that docks stands where it is while the page makes room.
+  const bool docksFromPeek = store_.sidebarDocksFromPeek;
+  if (docksFromPeek && isSidebarVisible_)
+    floating_.set(0);
+  else
+    move(floating_, !isSidebarVisible_ && isCalled_);
+  move(docked_, isSidebarVisible_);
+  queue_allocate();
+}
+
+void BrowserView::followTheme(const Wake& wake) {
+  const auto& preview = store_.previewTheme.get();
+  const Theme& theme = preview ? *preview : Theme::forHue(store_.activeSpace()->hue);
+  const ColorScheme scheme = scheme_;
+  const auto palette = paletteOf(theme, scheme);
+  contentTheme_.set(theme, scheme);
+  handleTheme_.set(theme, scheme);
+  toast_.theme().set(theme, scheme);
+  sidebar_.setTheme(theme, scheme);
+  page_.setPalette(palette);
+  const auto& colors = theme.in(scheme).backdrop;
+  if (wake.transaction)
+    backdrop_.animateTo(colors, wake.transaction->spring);
+  else
+    backdrop_.set(colors);
+}
+
+void BrowserView::followPage() {
+  const auto tab = store_.activeSpace()->selectedTab();
+  untracked([&] { page_.setTab(tab); });
+}
+
+void BrowserView::switchRegion() {
+  auto* root = gtk_widget_get_root(gobj());
+  auto* focus = root ? gtk_root_get_focus(root) : nullptr;
+  const bool isInSidebar = focus && gtk_widget_is_ancestor(focus, sidebar_.Gtk::Widget::gobj());
+  if (isInSidebar) {
+    page_.child_focus(Gtk::DirectionType::TAB_FORWARD);
+  } else if (!sidebar_.section().list().child_focus(Gtk::DirectionType::TAB_FORWARD)) {
+    sidebar_.child_focus(Gtk::DirectionType::TAB_FORWARD);
+  }
+}
+
+BrowserView::Placement BrowserView::placement(int width) const {
+  const bool isNarrow = width < kDockingWidth;
+  if (docked_.value() > 0.001) return isNarrow ? Placement::Floating : Placement::Docked;
+  return floating_.value() > 0.001 ? Placement::Floating : Placement::Hidden;
+}
+
+void BrowserView::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural,
+                                int& minimumBaseline, int& naturalBaseline) const {
+  minimum = natural = orientation == Gtk::Orientation::HORIZONTAL ? kMinimumWidth : kMinimumHeight;
+  minimumBaseline = naturalBaseline = -1;
+}
+
+void BrowserView::place(Gtk::Widget& widget, const Area& area) {
+  int minimumWidth = 0;
+  int minimumHeight = 0;
+  auto* native = widget.gobj();
+  gtk_widget_measure(native, GTK_ORIENTATION_HORIZONTAL, -1, &minimumWidth, nullptr, nullptr,
+                     nullptr);
+  const int width = std::max({minimumWidth, static_cast<int>(std::lround(area.width)), 0});
+  gtk_widget_measure(native, GTK_ORIENTATION_VERTICAL, width, &minimumHeight, nullptr, nullptr,
+                     nullptr);
+  const int height = std::max({minimumHeight, static_cast<int>(std::lround(area.height)), 0});
+  const double x =
+      get_direction() == Gtk::TextDirection::RTL ? get_width() - area.x - width : area.x;
+  const graphene_point_t at = {static_cast<float>(std::round(x)),
+                               static_cast<float>(std::round(area.y))};
+  gtk_widget_allocate(native, width, height, -1, gsk_transform_translate(nullptr, &at));
+}
+
+void BrowserView::size_allocate_vfunc(int width, int height, int) {
+  const double w = width;
+  const double h = height;
+  const auto where = placement(width);
+  const bool isNarrow = w < kDockingWidth;
+  const double sidebarWidth = isNarrow ? kMinimumSidebarWidth : store_.sidebarWidth.peek();
+  const double dockedWidth = isNarrow ? 0 : sidebarWidth * docked_.value();
+
+  place(backdrop_, {0, 0, w, h});
+  const double left = std::max(dockedWidth, kFrame * (1 - (isNarrow ? 0 : docked_.value())));
+  place(content_, {left, kFrame, w - left - kFrame, h - 2 * kFrame});
+  place(upperStrip_, {left, 0, w - left, kFrame});
+
+  sidebar_.set_child_visible(where != Placement::Hidden);
+  sidebar_.setStance(where == Placement::Floating ? SidebarView::Stance::Floating
+                                                  : SidebarView::Stance::Docked);
+  if (where == Placement::Floating) {
+    const double amount =
+        isNarrow ? std::max(docked_.value(), floating_.value()) : floating_.value();
+    const double x = kFloatingInset - (sidebarWidth + 4 * kFloatingInset) * (1 - amount);
+    place(sidebar_, {x, kFloatingInset, sidebarWidth, h - 2 * kFloatingInset});
+  } else {
+    place(sidebar_, {dockedWidth - sidebarWidth, 0, sidebarWidth, h});
+  }
+
+  handle_.set_child_visible(where == Placement::Docked && docked_.value() > 0.99);
+  place(handle_,
+        {dockedWidth - SidebarResizeHandle::kWidth + 2, 0, SidebarResizeHandle::kWidth, h});
+  edge_.set_child_visible(!isSidebarVisible_);
+  place(edge_, {0, 0, kPeekStrip, h});
+
+  int natural = 0;
+  gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &natural,
+                     nullptr, nullptr);
+  const double room = w - left - 2 * kFrame;
+  const double toastWidth =
+      std::min(std::clamp<double>(natural, kNarrowestToast, kWidestToast), room);
+  int toastHeight = 0;
+  gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &toastHeight,
+                     nullptr, nullptr, nullptr);
+  place(toast_, {left + (w - left - kFrame - toastWidth) / 2,
+                 h - kToastBottom - toastHeight + toast_.drop(), toastWidth,
+                 static_cast<double>(toastHeight)});
+}
+
+}  // namespace orvel

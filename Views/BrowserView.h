@@ -1,0 +1,68 @@
+#pragma once
+
+#include <gtkmm/windowhandle.h>
+
+#include "Views/PageView.h"
+#include "Views/SidebarResizeHandle.h"
+#include "Views/SidebarView.h"
+#include "Views/ToastView.h"
+
+namespace orvel {
+
+// The root of the main window: the backdrop, the sidebar and the page, and what stands over them.
+// It reads the store and decides nothing.
+class BrowserView final : public Gtk::Widget {
+ public:
+  // The store outlives the view.
+  explicit BrowserView(BrowserStore& store);
+  ~BrowserView() override;
+
+  SidebarView& sidebar() { return sidebar_; }
+  PageView& page() { return page_; }
+  // The keyboard goes from the sidebar to the page, or back.
+  void switchRegion();
+
+ protected:
+  void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
+                     int& minimumBaseline, int& naturalBaseline) const override;
+  void size_allocate_vfunc(int width, int height, int baseline) override;
+
+ private:
+  // From the leading upper corner.
+  struct Area {
+    double x, y, width, height;
+  };
+  // Where the sidebar stands: beside the page, over it, or nowhere.
+  enum class Placement { Docked, Floating, Hidden };
+  Placement placement(int width) const;
+  void place(Gtk::Widget& widget, const Area& area);
+  void followSidebar(const Wake& wake);
+  void followTheme(const Wake& wake);
+  void followPage();
+  // Reports the pointer over `widget` as a wish to see the hidden sidebar.
+  void watchPeeking(Gtk::Widget& widget);
+
+  BrowserStore& store_;
+  Observable<ColorScheme> scheme_;
+  BlendedGradient backdrop_;
+  Gtk::Box content_;
+  ThemeRoot contentTheme_;
+  PageView page_;
+  Gtk::WindowHandle upperStrip_;
+  SidebarView sidebar_;
+  SidebarResizeHandle handle_;
+  ThemeRoot handleTheme_;
+  Gtk::Box edge_;
+  ToastView toast_;
+  bool isSidebarVisible_ = true;
+  bool isCalled_ = false;  // a hidden sidebar is wanted for the time being
+  SpringAnimation docked_;
+  SpringAnimation floating_;
+  gulong schemeHandler_ = 0;
+  Effect sidebarEffect_;
+  Effect widthEffect_;
+  Effect themeEffect_;
+  Effect pageEffect_;
+};
+
+}  // namespace orvel

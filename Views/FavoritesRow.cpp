@@ -1,0 +1,102 @@
+#include "Views/FavoritesRow.h"
+
+#include <gtkmm/eventcontrollerkey.h>
+
+#include "BrowserCore/URLInput.h"
+#include "DesignSystem/Icons.h"
+#include "DesignSystem/StyleSheet.h"
+#include "Views/SidebarLayout.h"
+#include "Views/SidebarMenus.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr int kGap = 8;
+constexpr int kIconSize = 18;
+constexpr size_t kMostColumns = 4;
+
+}  // namespace
+
+FavoriteTile::FavoriteTile(SidebarContext& context) : context_(context), site_(kIconSize) {
+  add_css_class("tile");
+  set_child(site_);
+  signal_clicked().connect([this] {
+    if (tab_) context_.store.select(tab_, context_.space);
+  });
+
+  const auto openMenu = [this](double x, double y) {
+    if (tab_) presentMenu(*this, x, y, tabMenu(context_.store, context_.space, tab_));
+  };
+  auto click = Gtk::GestureClick::create();
+  click->set_button(0);
+  auto* gesture = click.get();
+  click->signal_pressed().connect([openMenu, gesture](int, double x, double y) {
+    if (gesture->get_current_button() == GDK_BUTTON_SECONDARY) openMenu(x, y);
+  });
+  click->signal_released().connect([this, gesture](int, double, double) {
+    if (gesture->get_current_button() == GDK_BUTTON_MIDDLE && tab_)
+      context_.store.close(TabRef(tab_));
+  });
+  add_controller(click);
+  auto keys = Gtk::EventControllerKey::create();
+  keys->signal_key_pressed().connect(
+      [this, openMenu](guint key, guint, Gdk::ModifierType state) {
+        const bool isShifted = (state & Gdk::ModifierType::SHIFT_MASK) != Gdk::ModifierType{};
+        if (key != GDK_KEY_Menu && !(key == GDK_KEY_F10 && isShifted)) return false;
+        openMenu(0, get_height());
+        return true;
+      },
+      false);
+  add_controller(keys);
+  makeTabDragSource(
+      *this, context_.drag, [this] { return tab_; },
+      [this](bool isDragged) { set_opacity(isDragged ? 0.4 : 1); });
+  show(nullptr);
+}
+
+void FavoriteTile::show(const TabRef& tab) {
+  tab_ = tab;
+  set_opacity(tab ? 1 : 0);
+  set_can_target(tab != nullptr);
+  set_focusable(tab != nullptr);
+  look_.stop();
+  selection_.stop();
+  if (!tab) return;
+  look_ = effect([this] {
+    const auto title = tab_->displayTitle();
+    set_tooltip_text(title);
+    setAccessibleLabel(*this, title);
+    const auto& url = tab_->url.get();
+    site_.set(tab_->favicon(), url ? displayHost(*url) : std::string());
+  });
+  selection_ = effect([this] {
+    setClass(Gtk::Widget::gobj(), "selected", context_.space->selectedTabID.get() == tab_->id);
+  });
+}
+
+FavoritesRow::FavoritesRow(SidebarContext& context) : RowWidget(kGap), context_(context) {
+  setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST_ITEM);
+  add_css_class("favorites");
+  set_homogeneous(true);
+  for (size_t i = 0; i < kMostColumns; ++i) {
+    tiles_.push_back(std::make_unique<FavoriteTile>(context));
+    tiles_.back()->set_hexpand(true);
+    append(*tiles_.back());
+  }
+}
+
+void FavoritesRow::bind(const SidebarRow& row) {
+  const size_t columns =
+      std::max(row.tabs.size(), untracked([this] { return favoriteColumns(context_.store); }));
+  for (size_t i = 0; i < tiles_.size(); ++i) {
+    tiles_[i]->set_visible(i < columns);
+    tiles_[i]->show(i < row.tabs.size() ? row.tabs[i] : nullptr);
+  }
+}
+
+void FavoritesRow::unbind() {
+  for (auto& tile : tiles_) tile->show(nullptr);
+}
+
+}  // namespace orvel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <adwaita.h>
+
+#include <memory>
+
+#include "Desktop/Gtk/GtkDesktopWindow.h"
+#include "Models/BrowserStore.h"
+
+namespace orvel {
+
+class BrowserView;
+
+// The one window of the sidebar and the pages.
+class MainWindow {
+ public:
+  // `application` may be null, in tests; the store outlives the window. The style sheet is loaded.
+  // The window puts itself into the store and shows nothing yet; closing it hides it.
+  MainWindow(GtkApplication* application, BrowserStore& store);
+  ~MainWindow();
+  MainWindow(const MainWindow&) = delete;
+
+  void present();
+  GtkDesktopWindow& desktopWindow() { return desktopWindow_; }
+  GtkWindow* native() const { return window_; }
+  BrowserView& view() { return *view_; }
+
+ private:
+  BrowserStore& store_;
+  GtkWindow* window_;
+  GtkDesktopWindow desktopWindow_;
+  std::unique_ptr<BrowserView> view_;
+};
+
+}  // namespace orvel

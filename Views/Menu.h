@@ -1,0 +1,25 @@
+#pragma once
+
+#include <gtkmm/widget.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace orvel {
+
+// One entry of a menu, as a value.
+struct MenuEntry {
+  std::string title;
+  std::function<void()> perform;  // empty: the entry is not available now
+  std::string accelerator;        // GTK's notation, shown at the entry's end
+  std::string symbol;             // an icon, in lists of things
+  std::vector<MenuEntry> submenu;
+  bool beginsSection = false;
+};
+
+// Opens a menu at a point of the widget, which keeps it until it closes. `closed` runs then.
+void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry> entries,
+                 std::function<void()> closed = {});
+
+}  // namespace orvel

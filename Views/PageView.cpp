@@ -1,0 +1,60 @@
+#include "Views/PageView.h"
+
+#include "Engine/WebView.h"
+
+namespace orvel {
+
+WebContainer::~WebContainer() { host(nullptr); }
+
+void WebContainer::host(GtkWidget* view) {
+  if (view == view_ && (!view || gtk_widget_get_parent(view) == Gtk::Widget::gobj())) return;
+  if (view_) {
+    auto* former = GTK_WIDGET(view_);
+    g_object_remove_weak_pointer(G_OBJECT(former), &view_);
+    if (gtk_widget_get_parent(former) == Gtk::Widget::gobj()) gtk_box_remove(gobj(), former);
+  }
+  view_ = view;
+  if (!view) return;
+  g_object_add_weak_pointer(G_OBJECT(view), &view_);
+  gtk_widget_set_hexpand(view, TRUE);
+  gtk_widget_set_vexpand(view, TRUE);
+  gtk_box_append(gobj(), view);
+}
+
+PageView::PageView() {
+  add_css_class("sheet");
+  set_overflow(Gtk::Overflow::HIDDEN);
+  auto* layers = Gtk::make_managed<Gtk::Overlay>();
+  layers->set_child(empty_);
+  layers->add_overlay(web_);
+  set_child(*layers);
+  add_overlay(bar_);
+  setTab(nullptr);
+}
+
+void PageView::setTab(const TabRef& tab) {
+  tab_ = tab;
+  bar_.setTab(tab);
+  page_ = effect([this] { follow(); });
+}
+
+void PageView::follow() {
+  // A view that replaces another in place is hosted anew.
+  if (tab_) tab_->webViewRevision.get();
+  const bool hasPage = tab_ && !tab_->isDiscarded && (tab_->url.get() || tab_->liveWebView());
+  std::shared_ptr<WebView> view;
+  if (hasPage) {
+    view = tab_->webView();
+    tab_->liveWebView();
+  }
+  web_.host(view ? view->widget() : nullptr);
+  web_.set_visible(hasPage);
+  empty_.set_visible(!hasPage);
+}
+
+void PageView::setPalette(const Palette& palette) {
+  empty_.setPalette(palette);
+  bar_.setPalette(palette);
+}
+
+}  // namespace orvel

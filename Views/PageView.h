@@ -1,0 +1,46 @@
+#pragma once
+
+#include <gtkmm/overlay.h>
+
+#include "Models/BrowserTab.h"
+#include "Views/EmptyState.h"
+#include "Views/LoadingBar.h"
+
+namespace orvel {
+
+// Hosts the widget of one web view, which belongs to the view and not to this host.
+class WebContainer final : public Gtk::Box {
+ public:
+  ~WebContainer() override;
+
+  // Null: none.
+  void host(GtkWidget* view);
+
+ private:
+  // Cleared when the view's widget dies.
+  gpointer view_ = nullptr;
+};
+
+// The sheet of paper that shows a tab: its page with the loading bar, or the empty state for a tab
+// without an address.
+class PageView final : public Gtk::Overlay {
+ public:
+  PageView();
+
+  // Null: no tab.
+  void setTab(const TabRef& tab);
+  void setPalette(const Palette& palette);
+  // The widget of the page on show; null without one.
+  bool showsPage() const { return web_.get_visible(); }
+
+ private:
+  void follow();
+
+  TabRef tab_;
+  EmptyState empty_;
+  WebContainer web_;
+  LoadingBar bar_;
+  Effect page_;
+};
+
+}  // namespace orvel

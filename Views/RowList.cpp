@@ -1,0 +1,326 @@
+#include "Views/RowList.h"
+
+#include <gdkmm/frameclock.h>
+#include <gtkmm/box.h>
+#include <gtkmm/eventcontrollerkey.h>
+#include <gtkmm/settings.h>
+#include <gtkmm/snapshot.h>
+
+#include "DesignSystem/Icons.h"
+#include "DesignSystem/StyleSheet.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr double kInset = 8;  // room at the sides, where the rows' shadows and rings reach
+// What is built before the window has told its height.
+constexpr double kFirstHeight = 800;
+constexpr double kMinimumWidth = 120;
+
+}  // namespace
+
+RowList::RowList(Delegate& delegate, const std::string& label, const char* dragType)
+    : Glib::ObjectBase("OrvelRowList"),
+      delegate_(delegate),
+      motion_(gobj(), 0, [this](double) { queue_allocate(); }),
+      gap_(std::make_unique<Gtk::Box>()) {
+  setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST);
+  setAccessibleLabel(*this, label);
+  add_css_class("row-list");
+  gap_->add_css_class("drop-gap");
+  gap_->set_can_target(false);
+  gap_->set_child_visible(false);
+  gap_->set_parent(*this);
+
+  auto keys = Gtk::EventControllerKey::create();
+  keys->signal_key_pressed().connect(
+      [this](guint key, guint, Gdk::ModifierType state) { return keyPressed(key, state); }, false);
+  add_controller(keys);
+  installDropTarget(dragType);
+
+  Gtk::Settings::get_default()->property_gtk_xft_dpi().signal_changed().connect(
+      sigc::mem_fun(*this, &RowList::measureRows));
+}
+
+RowList::~RowList() {
+  for (auto& [key, live] : live_) live.widget->unparent();
+  for (auto& pool : pools_)
+    for (auto& widget : pool) widget->unparent();
+  gap_->unparent();
+}
+
+void RowList::setAdjustment(const Glib::RefPtr<Gtk::Adjustment>& adjustment) {
+  adjustment_ = adjustment;
+  adjustment_->signal_value_changed().connect(sigc::mem_fun(*this, &RowList::sync));
+  adjustment_->property_page_size().signal_changed().connect(
+      sigc::mem_fun(*this, &RowList::syncLater));
+}
+
+void RowList::setRows(std::vector<SidebarRow> rows, const std::optional<Spring>& motion) {
+  rows_ = std::move(rows);
+  indices_.clear();
+  for (size_t i = 0; i < rows_.size(); ++i) indices_.emplace(rows_[i].key, i);
+  layOut(motion);
+}
+
+std::optional<size_t> RowList::indexOf(const SidebarRow::Key& key) const {
+  const auto found = indices_.find(key);
+  if (found == indices_.end()) return std::nullopt;
+  return found->second;
+}
+
+// Places the rows anew, and starts their motion from where they are shown now.
+void RowList::layOut(const std::optional<Spring>& motion) {
+  if (!heights_) measureRows();
+  std::unordered_map<SidebarRow::Key, double> former;
+  if (motion && get_mapped())
+    for (const auto& [key, live] : live_) former.emplace(key, shownTop(live));
+
+  std::optional<RowLayout::Gap> gap;
+  if (drop_ && drop_->place == RowDrop::Place::Before)
+    gap = {drop_->row, (*heights_)[static_cast<size_t>(SidebarRow::Kind::Tab)]};
+  layout_ = RowLayout(rows_, *heights_, gap);
+
+  for (auto it = live_.begin(); it != live_.end();) {
+    const auto index = indexOf(it->first);
+    if (!index) {
+      release(it->second);
+      it = live_.erase(it);
+      continue;
+    }
+    auto& live = it->second;
+    live.index = *index;
+    live.offset = 0;
+    if (std::exchange(live.isAppearing, false)) live.widget->set_opacity(1);
+    if (live.row != rows_[*index]) {
+      live.widget->unbind();
+      live.row = rows_[*index];
+      live.widget->bind(live.row);
+      ++counters_.bound;
+    }
+    ++it;
+  }
+  sync();
+
+  if (former.empty()) {
+    motion_.set(0);
+  } else {
+    // A new row slides out from below the row in front of it.
+    double shift = 0;
+    std::vector<LiveRow*> ordered;
+    for (auto& [key, live] : live_) ordered.push_back(&live);
+    std::sort(ordered.begin(), ordered.end(),
+              [](const LiveRow* a, const LiveRow* b) { return a->index < b->index; });
+    double front = 0;
+    for (auto* live : ordered) {
+      const double top = layout_.top(live->index);
+      if (const auto found = former.find(live->row.key); found != former.end()) {
+        shift = found->second - top;
+        front = found->second;
+      } else {
+        shift = front - top;
+        live->isAppearing = true;
+      }
+      live->offset = shift;
+    }
+    motion_.set(1);
+    motion_.animateTo(0, *motion);
+  }
+  queue_resize();
+}
+
+void RowList::measureRows() {
+  const bool isAgain = heights_.has_value();
+  RowLayout::Heights heights{};
+  for (size_t kind = 0; kind < RowLayout::kKinds; ++kind) {
+    auto widget = takeWidget(static_cast<SidebarRow::Kind>(kind));
+    int minimum = 0;
+    int natural = 0;
+    gtk_widget_measure(widget->Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &minimum,
+                       &natural, nullptr, nullptr);
+    heights[kind] = minimum;
+    widget->set_child_visible(false);
+    pools_[kind].push_back(std::move(widget));
+  }
+  heights_ = heights;
+  if (isAgain) layOut(std::nullopt);
+}
+
+// Only now do the window's styles hold, and with them the rows' true heights.
+void RowList::on_realize() {
+  Gtk::Widget::on_realize();
+  measureRows();
+}
+
+double RowList::shownTop(const LiveRow& live) const {
+  return layout_.top(live.index) + live.offset * motion_.value();
+}
+
+RowLayout::Range RowList::wantedRows() const {
+  const double height =
+      adjustment_ && adjustment_->get_page_size() > 1 ? adjustment_->get_page_size() : kFirstHeight;
+  const double top = adjustment_ ? adjustment_->get_value() : 0;
+  return layout_.rowsBetween(top - height / 2, top + height * 1.5);
+}
+
+std::unique_ptr<RowWidget> RowList::takeWidget(SidebarRow::Kind kind) {
+  auto& pool = pools_[static_cast<size_t>(kind)];
+  if (pool.empty()) {
+    ++counters_.built;
+    auto widget = delegate_.makeRow(kind);
+    widget->set_parent(*this);
+    return widget;
+  }
+  auto widget = std::move(pool.back());
+  pool.pop_back();
+  return widget;
+}
+
+void RowList::release(LiveRow& live) {
+  live.widget->unbind();
+  live.widget->set_child_visible(false);
+  live.widget->set_opacity(1);
+  pools_[static_cast<size_t>(live.row.key.kind)].push_back(std::move(live.widget));
+}
+
+// Gives widgets to the rows that want one, and takes them from the others.
+void RowList::sync() {
+  const auto wanted = wantedRows();
+  const auto focused = focusedRow();
+  for (auto it = live_.begin(); it != live_.end();) {
+    // The focus must not fall out of the list because its row is scrolled away.
+    if (wanted.contains(it->second.index) || it->second.index == focused) {
+      ++it;
+    } else {
+      release(it->second);
+      it = live_.erase(it);
+    }
+  }
+  bool isAnyNew = false;
+  for (size_t i = wanted.begin; i < wanted.end; ++i) {
+    const auto [place, isNew] = live_.try_emplace(rows_[i].key);
+    if (!isNew) continue;
+    isAnyNew = true;
+    auto& live = place->second;
+    live.widget = takeWidget(rows_[i].key.kind);
+    live.row = rows_[i];
+    live.index = i;
+    live.widget->bind(live.row);
+    live.widget->set_child_visible(true);
+    ++counters_.bound;
+  }
+  if (isAnyNew) queue_allocate();
+}
+
+// For changes that come while the window is being laid out, when nothing may be built.
+void RowList::syncLater() {
+  if (isSyncPlanned_) return;
+  isSyncPlanned_ = true;
+  add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
+    isSyncPlanned_ = false;
+    sync();
+    return false;
+  });
+}
+
+void RowList::scrollTo(const SidebarRow::Key& key) {
+  const auto index = indexOf(key);
+  if (index && adjustment_)
+    adjustment_->clamp_page(layout_.top(*index), layout_.top(*index) + layout_.height(*index));
+}
+
+RowWidget* RowList::widgetFor(const SidebarRow::Key& key) const {
+  const auto found = live_.find(key);
+  return found == live_.end() ? nullptr : found->second.widget.get();
+}
+
+std::optional<size_t> RowList::focusedRow() const {
+  auto* root = gtk_widget_get_root(const_cast<GtkWidget*>(gobj()));
+  auto* focus = root ? gtk_root_get_focus(root) : nullptr;
+  if (!focus) return std::nullopt;
+  for (const auto& [key, live] : live_) {
+    auto* row = live.widget->Gtk::Widget::gobj();
+    if (focus == row || gtk_widget_is_ancestor(focus, row)) return live.index;
+  }
+  return std::nullopt;
+}
+
+bool RowList::focusRow(size_t index) {
+  if (index >= rows_.size()) return false;
+  scrollTo(rows_[index].key);
+  sync();
+  auto* widget = widgetFor(rows_[index].key);
+  return widget && widget->takeFocus();
+}
+
+bool RowList::moveFocus(size_t from, int step) {
+  const auto count = static_cast<ptrdiff_t>(rows_.size());
+  for (auto i = static_cast<ptrdiff_t>(from); i >= 0 && i < count; i += step)
+    if (focusRow(static_cast<size_t>(i))) return true;
+  return false;
+}
+
+bool RowList::keyPressed(guint key, Gdk::ModifierType state) {
+  const auto held = Gdk::ModifierType::CONTROL_MASK | Gdk::ModifierType::ALT_MASK;
+  const auto focused = focusedRow();
+  if (!focused || (state & held) != Gdk::ModifierType{}) return false;
+  // An entry in a row keeps its own keys.
+  auto* root = gtk_widget_get_root(gobj());
+  if (root && GTK_IS_EDITABLE(gtk_root_get_focus(root))) return false;
+  switch (key) {
+    case GDK_KEY_Down:
+    case GDK_KEY_KP_Down:
+      return *focused + 1 < rows_.size() && moveFocus(*focused + 1, 1);
+    case GDK_KEY_Up:
+    case GDK_KEY_KP_Up:
+      return *focused > 0 && moveFocus(*focused - 1, -1);
+    case GDK_KEY_Home:
+    case GDK_KEY_KP_Home:
+      return moveFocus(0, 1);
+    case GDK_KEY_End:
+    case GDK_KEY_KP_End:
+      return moveFocus(rows_.size() - 1, -1);
+    default:
+      return false;
+  }
+}
+
+Gtk::SizeRequestMode RowList::get_request_mode_vfunc() const {
+  return Gtk::SizeRequestMode::CONSTANT_SIZE;
+}
+
+void RowList::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural,
+                            int& minimumBaseline, int& naturalBaseline) const {
+  minimumBaseline = naturalBaseline = -1;
+  minimum = natural = static_cast<int>(
+      orientation == Gtk::Orientation::VERTICAL ? layout_.totalHeight() : kMinimumWidth);
+}
+
+void RowList::size_allocate_vfunc(int width, int, int) {
+  const int rowWidth = std::max(0, width - static_cast<int>(2 * kInset));
+  const auto place = [rowWidth](Gtk::Widget& widget, double y, double height) {
+    // GTK insists on having asked before it allocates.
+    int minimum = 0;
+    gtk_widget_measure(widget.gobj(), GTK_ORIENTATION_HORIZONTAL, -1, &minimum, nullptr, nullptr,
+                       nullptr);
+    const graphene_point_t at = {kInset, static_cast<float>(y)};
+    gtk_widget_allocate(widget.gobj(), std::max(rowWidth, minimum), static_cast<int>(height), -1,
+                        gsk_transform_translate(nullptr, &at));
+  };
+  const double left = motion_.value();
+  for (auto& [key, live] : live_) {
+    place(*live.widget, shownTop(live), layout_.height(live.index));
+    if (live.isAppearing) live.widget->set_opacity(std::clamp(1 - left, 0.0, 1.0));
+  }
+  const auto gap = layout_.gapTop();
+  gap_->set_child_visible(gap.has_value());
+  if (gap) place(*gap_, *gap, (*heights_)[static_cast<size_t>(SidebarRow::Kind::Tab)] - 2);
+}
+
+void RowList::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
+  if (gap_->get_child_visible()) snapshot_child(*gap_, snapshot);
+  for (auto& [key, live] : live_) snapshot_child(*live.widget, snapshot);
+}
+
+}  // namespace orvel

@@ -1,0 +1,146 @@
+#pragma once
+
+#include <gtkmm/adjustment.h>
+#include <gtkmm/widget.h>
+
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "Base/GRef.h"
+#include "Base/Spring.h"
+#include "DesignSystem/SpringAnimation.h"
+#include "Views/RowLayout.h"
+#include "Views/RowWidget.h"
+
+namespace orvel {
+
+// Where a dragged thing would land: in a gap in front of a row, or in a row.
+struct RowDrop {
+  enum class Place { Before, Into };
+  Place place = Place::Before;
+  size_t row = 0;  // for `Before`, the number of rows means the end
+
+  friend bool operator==(const RowDrop&, const RowDrop&) = default;
+};
+
+// A pointer over a row; fractions of its width and height, from the leading top corner.
+struct RowPoint {
+  size_t row = 0;
+  double x = 0;
+  double y = 0;
+};
+
+// A list of rows given as values and kept by key. Only the rows in view and half a screenful on
+// either side exist as widgets; these are pooled and bound again. Each kind of row has one height,
+// measured once. Rows move to their new places by a spring where a change asks for it.
+//
+// It stands in a scrolled window's viewport, whose adjustment it follows. Arrow keys, Home and End
+// move the focus from row to row; the list's role and the rows' are told to assistive technology.
+class RowList : public Gtk::Widget {
+ public:
+  class Delegate {
+   public:
+    virtual std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind kind) = 0;
+    // What a drop of the drag at this point does; absent where it is not taken.
+    virtual std::optional<RowDrop> dropAt(const RowPoint& point) = 0;
+    // The pointer was let go at a point that `dropAt` took. Answers whether something was done.
+    virtual bool drop(const RowPoint& point) = 0;
+
+   protected:
+    ~Delegate() = default;
+  };
+
+  // What has been done since the list was made.
+  struct Counters {
+    size_t built = 0;  // row widgets
+    size_t bound = 0;  // bindings of a widget to a row
+  };
+
+  // The delegate outlives the list. `dragType` is the type of the drags that are looked at.
+  RowList(Delegate& delegate, const std::string& label, const char* dragType);
+  ~RowList() override;
+
+  // Follows the scrolling of a viewport that holds this list.
+  void setAdjustment(const Glib::RefPtr<Gtk::Adjustment>& adjustment);
+
+  // Rows whose value changed are bound again, new ones appear, others leave. With a spring the
+  // rows on screen move to their places; without one they stand there at once.
+  void setRows(std::vector<SidebarRow> rows, const std::optional<Spring>& motion = std::nullopt);
+  const std::vector<SidebarRow>& rows() const { return rows_; }
+  std::optional<size_t> indexOf(const SidebarRow::Key& key) const;
+
+  // Scrolls as little as brings the row into view.
+  void scrollTo(const SidebarRow::Key& key);
+  // The row's widget; null while it has none.
+  RowWidget* widgetFor(const SidebarRow::Key& key) const;
+  // Scrolls to the row and gives it the focus. Answers whether it took it.
+  bool focusRow(size_t index);
+
+  const Counters& counters() const { return counters_; }
+  size_t liveRowCount() const { return live_.size(); }
+
+ protected:
+  void on_realize() override;
+  Gtk::SizeRequestMode get_request_mode_vfunc() const override;
+  void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
+                     int& minimumBaseline, int& naturalBaseline) const override;
+  void size_allocate_vfunc(int width, int height, int baseline) override;
+  void snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) override;
+
+ private:
+  struct LiveRow {
+    std::unique_ptr<RowWidget> widget;
+    SidebarRow row;
+    size_t index = 0;
+    double offset = 0;  // from where it moves, times what is left of the motion
+    bool isAppearing = false;
+  };
+  using LiveRows = std::unordered_map<SidebarRow::Key, LiveRow>;
+
+  std::unique_ptr<RowWidget> takeWidget(SidebarRow::Kind kind);
+  void release(LiveRow& live);
+  void sync();
+  void syncLater();
+  void layOut(const std::optional<Spring>& motion);
+  void measureRows();
+  double shownTop(const LiveRow& live) const;
+  RowLayout::Range wantedRows() const;
+  std::optional<size_t> focusedRow() const;
+  bool keyPressed(guint key, Gdk::ModifierType state);
+  bool moveFocus(size_t from, int step);
+
+  // Drags
+  void installDropTarget(const char* dragType);
+  void dragMoved(double x, double y);
+  void dragLeft();
+  std::optional<RowPoint> pointAt(double x, double y) const;
+  void setDrop(const std::optional<RowDrop>& drop);
+  void updateAutoScroll(double y);
+  bool autoScroll();
+  static GdkDragAction dragMotion(GtkDropTargetAsync*, GdkDrop*, double x, double y, gpointer self);
+  static void dragLeave(GtkDropTargetAsync*, GdkDrop*, gpointer self);
+  static gboolean dragDrop(GtkDropTargetAsync*, GdkDrop* drop, double x, double y, gpointer self);
+
+  Delegate& delegate_;
+  Glib::RefPtr<Gtk::Adjustment> adjustment_;
+  std::vector<SidebarRow> rows_;
+  std::unordered_map<SidebarRow::Key, size_t> indices_;
+  RowLayout layout_;
+  std::optional<RowLayout::Heights> heights_;
+  LiveRows live_;
+  std::array<std::vector<std::unique_ptr<RowWidget>>, RowLayout::kKinds> pools_;
+  Counters counters_;
+  // What is left of the rows' present motion, from 1 to 0.
+  SpringAnimation motion_;
+  bool isSyncPlanned_ = false;
+
+  std::unique_ptr<Gtk::Widget> gap_;
+  std::optional<RowDrop> drop_;
+  std::optional<std::pair<double, double>> pointer_;
+  double autoScrollSpeed_ = 0;
+  bool isAutoScrolling_ = false;
+};
+
+}  // namespace orvel

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <span>
+
+#include "Models/TabDestination.h"
+#include "Views/RowList.h"
+
+namespace orvel {
+
+// What letting go of a tab over the sidebar's list would do, and how it shows.
+struct SidebarDrop {
+  TabDestination destination;
+  RowDrop place;
+};
+
+// Absent where a tab cannot be dropped. A tab is dropped in front of the row below the pointer's
+// half or behind it; in the middle of a folder it goes into the folder. A heading means the top of
+// its section and the New Tab row the end of Today's.
+[[nodiscard]] std::optional<SidebarDrop> sidebarDrop(std::span<const SidebarRow> rows,
+                                                     const RowPoint& point);
+
+}  // namespace orvel

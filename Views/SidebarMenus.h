@@ -1,0 +1,17 @@
+#pragma once
+
+#include <vector>
+
+#include "Models/BrowserStore.h"
+#include "Views/Menu.h"
+
+namespace orvel {
+
+// The context menu of a tab in this space.
+[[nodiscard]] std::vector<MenuEntry> tabMenu(BrowserStore& store,
+                                             const std::shared_ptr<Space>& space,
+                                             const TabRef& tab);
+
+[[nodiscard]] std::vector<MenuEntry> folderMenu(BrowserStore& store, const FolderRef& folder);
+
+}  // namespace orvel

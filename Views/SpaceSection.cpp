@@ -1,0 +1,77 @@
+#include "Views/SpaceSection.h"
+
+#include <glib/gi18n.h>
+#include <gtkmm/viewport.h>
+
+#include "Views/FavoritesRow.h"
+#include "Views/FolderRow.h"
+#include "Views/HeadingRow.h"
+#include "Views/SidebarDrops.h"
+#include "Views/SidebarLayout.h"
+#include "Views/TabRow.h"
+
+namespace orvel {
+
+SpaceSection::SpaceSection(BrowserStore& store, std::shared_ptr<Space> space, SidebarDrag& drag)
+    : context_{store, std::move(space), drag}, list_(*this, _("Tabs"), kTabDragType) {
+  add_css_class("tabs");
+  set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+  set_vexpand(true);
+  auto* viewport = Gtk::make_managed<Gtk::Viewport>(get_hadjustment(), get_vadjustment());
+  viewport->set_scroll_to_focus(true);
+  viewport->set_child(list_);
+  set_child(*viewport);
+  list_.setAdjustment(get_vadjustment());
+
+  rows_ = effect([this, isFirst = true](const Wake& wake) mutable {
+    auto rows = sidebarRows(*context_.space, favoriteColumns(context_.store));
+    const auto motion = wake.transaction ? std::optional(wake.transaction->spring) : std::nullopt;
+    untracked([&] {
+      list_.setRows(std::move(rows), std::exchange(isFirst, false) ? std::nullopt : motion);
+    });
+  });
+  selection_ = effect([this] {
+    context_.space->selectedTabID.get();
+    scrollToSelection();
+  });
+}
+
+void SpaceSection::scrollToSelection() {
+  const auto& selected = context_.space->selectedTabID.peek();
+  if (!selected) return;
+  for (const auto& row : list_.rows())
+    if (row.key.kind == SidebarRow::Kind::Tab && row.tabs.front()->id == *selected)
+      return list_.scrollTo(row.key);
+}
+
+std::unique_ptr<RowWidget> SpaceSection::makeRow(SidebarRow::Kind kind) {
+  switch (kind) {
+    case SidebarRow::Kind::Heading:
+      return std::make_unique<HeadingRow>(context_);
+    case SidebarRow::Kind::Favorites:
+      return std::make_unique<FavoritesRow>(context_);
+    case SidebarRow::Kind::Folder:
+      return std::make_unique<FolderRow>(context_);
+    case SidebarRow::Kind::Tab:
+      return std::make_unique<TabRow>(context_);
+    case SidebarRow::Kind::NewTab:
+      break;
+  }
+  return std::make_unique<NewTabRow>(context_);
+}
+
+std::optional<RowDrop> SpaceSection::dropAt(const RowPoint& point) {
+  if (!context_.drag.tab) return std::nullopt;
+  const auto drop = sidebarDrop(list_.rows(), point);
+  return drop ? std::optional(drop->place) : std::nullopt;
+}
+
+bool SpaceSection::drop(const RowPoint& point) {
+  const auto tab = context_.drag.tab;
+  const auto drop = sidebarDrop(list_.rows(), point);
+  if (!tab || !drop) return false;
+  context_.store.move(tab, drop->destination, context_.space);
+  return true;
+}
+
+}  // namespace orvel

@@ -1,0 +1,81 @@
+#include "Views/SpaceSwitcher.h"
+
+#include <glib/gi18n.h>
+#include <gtkmm/scrolledwindow.h>
+
+#include "DesignSystem/StyleSheet.h"
+#include "Views/Menu.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr int kActiveIcon = 15;
+constexpr int kIcon = 16;
+
+}  // namespace
+
+SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
+    : store_(store), newSpace_("plus", _("New Space")) {
+  add_css_class("spaces");
+  row_.set_valign(Gtk::Align::CENTER);
+  auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
+  scroller->set_policy(Gtk::PolicyType::EXTERNAL, Gtk::PolicyType::NEVER);
+  scroller->set_hexpand(true);
+  scroller->set_child(row_);
+  append(*scroller);
+  // Making spaces has no sheet yet.
+  newSpace_.set_sensitive(false);
+  append(newSpace_);
+  spaces_ = effect([this] { makeSeals(); });
+}
+
+void SpaceSwitcher::makeSeals() {
+  for (auto& seal : seals_) row_.remove(seal->button);
+  seals_.clear();
+  for (const auto& space : store_.spaces.get()) {
+    auto& seal = *seals_.emplace_back(std::make_unique<Seal>());
+    auto* icon = makeIcon("person.fill", kIcon);
+    seal.button.set_child(*icon);
+    seal.button.add_css_class("seal");
+    seal.button.signal_clicked().connect([this, id = space->id] { store_.setActiveSpaceID(id); });
+    row_.append(seal.button);
+    seal.look = effect([this, space, icon, button = &seal.button] {
+      const bool isActive = store_.activeSpace() == space;
+      setIcon(*icon, space->symbol.get());
+      icon->set_pixel_size(isActive ? kActiveIcon : kIcon);
+      button->set_tooltip_text(space->name.get());
+      setAccessibleLabel(*button, space->name.get());
+      setClass(button->Gtk::Widget::gobj(), "active", isActive);
+    });
+  }
+}
+
+ToolsRow::ToolsRow(BrowserStore& store) : store_(store), menu_("menu", _("Main Menu (F10)")) {
+  add_css_class("tools");
+  auto* space = Gtk::make_managed<Gtk::Box>();
+  space->set_hexpand(true);
+  append(*space);
+  append(menu_);
+  menu_.signal_clicked().connect([this] { showMainMenu(); });
+}
+
+void ToolsRow::showMainMenu() {
+  presentMenu(menu_, 0, 0,
+              {{.title = _("New Tab"),
+                .perform = [this] { store_.showCommandBar(CommandBarMode::NewTab); },
+                .accelerator = "<Control>t"},
+               {.title = _("Open Location"),
+                .perform = [this] { store_.showCommandBar(CommandBarMode::CurrentTab); },
+                .accelerator = "<Control>l"},
+               {.title = _("Reopen Closed Tab"),
+                .perform = store_.closedTabs.empty() ? std::function<void()>()
+                                                     : [this] { store_.reopenClosedTab(); },
+                .accelerator = "<Control><Shift>t"},
+               {.title = _("Toggle Sidebar"),
+                .perform = [this] { store_.toggleSidebar(); },
+                .accelerator = "<Control>s",
+                .beginsSection = true}});
+}
+
+}  // namespace orvel

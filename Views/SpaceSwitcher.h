@@ -1,0 +1,45 @@
+#pragma once
+
+#include <gtkmm/box.h>
+
+#include <memory>
+#include <vector>
+
+#include "DesignSystem/Icons.h"
+#include "Models/BrowserStore.h"
+
+namespace orvel {
+
+// One seal for each space, in order; a click goes to the space.
+class SpaceSwitcher final : public Gtk::Box {
+ public:
+  // The store outlives the switcher.
+  explicit SpaceSwitcher(BrowserStore& store);
+
+ private:
+  struct Seal {
+    Gtk::Button button;
+    Effect look;
+  };
+  void makeSeals();
+
+  BrowserStore& store_;
+  Gtk::Box row_;
+  IconButton newSpace_;
+  std::vector<std::unique_ptr<Seal>> seals_;
+  Effect spaces_;
+};
+
+// The row of tools above the spaces; the button of the main menu is its last.
+class ToolsRow final : public Gtk::Box {
+ public:
+  explicit ToolsRow(BrowserStore& store);
+
+  void showMainMenu();
+
+ private:
+  BrowserStore& store_;
+  IconButton menu_;
+};
+
+}  // namespace orvel
