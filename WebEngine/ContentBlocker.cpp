@@ -230,6 +230,7 @@ void ContentBlocker::install(UserContentController& controller) {
 void ContentBlocker::installEverywhere() {
   forgetGone();
   std::vector<std::shared_ptr<UserContentController>> live;
+  live.reserve(controllers_.size());
   for (const auto& [identity, controller] : controllers_) live.push_back(controller.lock());
   for (const auto& controller : live) install(*controller);
 }

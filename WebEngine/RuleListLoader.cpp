@@ -16,7 +16,6 @@ namespace {
 
 constexpr Log kLog{"ContentBlocker"};
 constexpr size_t kFingerprintBytes = 6;
-constexpr int64_t kMostRules = 150000;
 
 struct SourceText {
   std::shared_ptr<const std::string> text;
@@ -44,8 +43,8 @@ std::optional<SourceText> readSource(const FilterListFolders& folders, const std
 }
 
 Converted convert(const std::string& text) {
-  const auto output =
-      FilterListConverter::convert(text, {.includeCosmetic = true, .maxRules = kMostRules});
+  const auto output = FilterListConverter::convert(
+      text, {.includeCosmetic = true, .maxRules = FilterListConverter::defaultMaxRules});
   return {encodedJSON(output.rules), output.rules.size(), output.skipped};
 }
 

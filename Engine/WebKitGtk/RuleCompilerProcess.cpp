@@ -62,7 +62,8 @@ class Process {
     if (!g_subprocess_get_if_exited(process))
       return (*resolve)(
           fmt::format("the compiler was ended by signal {}", g_subprocess_get_term_sig(process)));
-    (*resolve)(text&&* text ? text.get() : "the compiler failed");
+    const std::string reason = text ? text.get() : "";
+    (*resolve)(reason.empty() ? "the compiler failed" : reason);
   }
 
   GRef<GSubprocess> process_;

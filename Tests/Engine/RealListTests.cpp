@@ -121,6 +121,46 @@ TEST_F(RealListTest, RejectsACookieDialogOrHidesIt) {
   EXPECT_EQ(display(*view, "onetrust-consent-sdk"), "\"block\"");
 }
 
+TEST_F(RealListTest, CostsAHeavyPageLittle) {
+  constexpr int kResources = 200;
+  constexpr int kRounds = 9;
+  struct Configuration {
+    const char* name;
+    bool isEnabled;
+    bool rejectsCookies;
+    std::vector<double> times;
+  } configurations[] = {{"off", false, false, {}},
+                        {"on", true, true, {}},
+                        {"on with the cookie list", true, false, {}}};
+  std::string page = "<title>Heavy</title>";
+  for (int i = 0; i < kResources; ++i)
+    page += fmt::format(
+        "<div class='box box-{0} card'><p id=p{0}>{0}<img src=http://img.test/{0}.png></div>", i);
+  server.serve("http://heavy.test/", page);
+  start();
+  const auto view = makePage();
+  for (int round = 0; round < kRounds; ++round)
+    for (auto& [name, isEnabled, rejectsCookies, times] : configurations) {
+      blocker->setEnabled(isEnabled);
+      blocker->setCookieRejectionEnabled(rejectsCookies);
+      const Instant begin = scheduler.instant();
+      visit(*view, fmt::format("http://heavy.test/?{}", round));
+      times.push_back(inSeconds(scheduler.instant() - begin) * 1e3);
+    }
+  const auto median = [](std::vector<double> times) {
+    std::nth_element(times.begin(), times.begin() + kRounds / 2, times.end());
+    return times[kRounds / 2];
+  };
+  const double off = median(configurations[0].times);
+  for (const auto& configuration : configurations) {
+    const double time = median(configuration.times);
+    fmt::print("{} resources, blocking {}: {:.0f} ms, ratio {:.2f}\n", kResources,
+               configuration.name, time, time / off);
+    // Wide enough for a machine that does other things as well.
+    EXPECT_LT(time, off * 6);
+  }
+}
+
 TEST_F(RealListTest, KeepsTheFormerListWhenTheCompilerIsKilledHalfway) {
   start();
   const auto cache = rules;
