@@ -120,7 +120,8 @@ bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNew
   question.isRedirect = webkit_navigation_action_is_redirect(native);
   question.hasUserGesture = action.hasUserGesture;
   question.isHistory = action.navigationType == NavigationType::BackForward ||
-                       action.navigationType == NavigationType::Reload;
+                       action.navigationType == NavigationType::Reload ||
+                       restoredAddress_ == question.address;
   const auto verdict = classifier_.classify(question, engine_.scheduler().instant());
   if (verdict.source) action.sourceFrame = verdict.source;
 
@@ -131,7 +132,7 @@ bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNew
 
   if (action.request && !isNewWindow) {
     if (action.request->url.hasScheme("http") && verdict.target != Target::SubFrame)
-      plainRequest_ = action.request->url;
+      plainRequest_ = PlainRequest{action.request->url, question.isHistory};
     if (verdict.target == Target::Unknown && undecided_.size() < kMostUndecided)
       undecided_[question.address] = action;
     else
@@ -197,19 +198,37 @@ bool WebKitWebView::loadFailed(const char* uri, const GError& raw) {
   return true;
 }
 
-// An upgraded load that failed is made again as it was asked for.
+WebKitBackForwardListItem* WebKitWebView::historyItem(const URL& url) const {
+  auto* list = webkit_web_view_get_back_forward_list(view_.get());
+  const auto itemAt = [&](int offset) -> WebKitBackForwardListItem* {
+    auto* item = webkit_back_forward_list_get_nth_item(list, offset);
+    return item && url.text() == webkit_back_forward_list_item_get_uri(item) ? item : nullptr;
+  };
+  const auto length = static_cast<int>(webkit_back_forward_list_get_length(list));
+  for (int offset = 0; offset < length; ++offset)
+    for (const int signedOffset : {offset, -offset})
+      if (auto* item = itemAt(signedOffset)) return item;
+  return nullptr;
+}
+
+// An upgraded load that failed is made again as it was asked for: a step in the history as such, so
+// that the page comes back at its place.
 bool WebKitWebView::fallBackToHTTP(const LoadError& error) {
   using Kind = LoadError::Kind;
   if (error.kind == Kind::Cancelled || error.kind == Kind::PolicyInterrupted) return false;
   if (!plainRequest_ || !error.failingURL || !error.failingURL->hasScheme("https")) return false;
-  const std::string_view plain = plainRequest_->text();
+  const std::string_view plain = plainRequest_->url.text();
   const std::string_view failed = error.failingURL->text();
   if (plain.substr(plain.find(':')) != failed.substr(failed.find(':'))) return false;
-  const URL url = *std::exchange(plainRequest_, std::nullopt);
-  waitingLoad_ = url;
-  engine_.httpsFirst().addException(url, [weak = weak_from_this(), url] {
+  const PlainRequest request = *std::exchange(plainRequest_, std::nullopt);
+  waitingLoad_ = request.url;
+  engine_.httpsFirst().addException(request.url, [weak = weak_from_this(), request] {
     const auto self = weak.lock();
-    if (self && self->waitingLoad_ == url) self->load({.url = url});
+    if (!self || self->waitingLoad_ != request.url) return;
+    auto* item = request.isHistory ? self->historyItem(request.url) : nullptr;
+    if (!item) return self->load({.url = request.url});
+    self->waitingLoad_.reset();
+    webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item);
   });
   return true;
 }

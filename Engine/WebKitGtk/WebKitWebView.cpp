@@ -142,6 +142,7 @@ void WebKitWebView::connectLoading() {
         if (event == WEBKIT_LOAD_COMMITTED) {
           self->hasCommitted_ = true;
           self->plainRequest_.reset();
+          self->restoredAddress_.reset();
           self->undecided_.clear();
           if (self->navigation_) self->navigation_->didCommit(*self);
         }
@@ -251,8 +252,10 @@ void WebKitWebView::setInteractionState(const std::string& text) {
   engine_.httpsFirst().whenReady(
       [weak = weak_from_this(), item = GRef<WebKitBackForwardListItem>::retain(current)] {
         // The list alone is back; this loads its page and scrolls it.
-        if (const auto self = weak.lock())
-          webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item.get());
+        const auto self = weak.lock();
+        if (!self) return;
+        self->restoredAddress_ = webkit_back_forward_list_item_get_uri(item.get());
+        webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item.get());
       });
 }
 

@@ -102,6 +102,9 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void answerResponse(GRef<WebKitPolicyDecision> decision, const NavigationResponse& response);
   bool loadFailed(const char* uri, const GError& error);
   bool fallBackToHTTP(const LoadError& error);
+  // The entry of the history with this address that is nearest to the present one; null without
+  // one.
+  WebKitBackForwardListItem* historyItem(const URL& url) const;
   void downloadStarted(WebKitDownload* download);
 
   // Content
@@ -125,8 +128,14 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   NavigationClassifier classifier_;
   // A load that waits for the https-first rule.
   std::optional<URL> waitingLoad_;
+  // What a restored history is loading: the engine reports it as a load like any other.
+  std::optional<std::string> restoredAddress_;
   // The http address that was asked for last in the main frame: it may be upgraded.
-  std::optional<URL> plainRequest_;
+  struct PlainRequest {
+    URL url;
+    bool isHistory = false;
+  };
+  std::optional<PlainRequest> plainRequest_;
   // Addresses that were put to the delegate as a sub-frame's for want of knowledge.
   std::map<std::string, NavigationAction> undecided_;
   bool hasCommitted_ = false;

@@ -195,6 +195,25 @@ TEST_F(HTTPSFirstTest, TriesHTTPSFirstAndFallsBackByItself) {
   EXPECT_TRUE(eventually([&] { return server.requestCount("http://old.test/page") == 2; }));
 }
 
+TEST_F(HTTPSFirstTest, ARestoredPageFallsBackToItsPlace) {
+  server.serve("http://tall.test/", "<title>Tall</title><body style='height:5000px'>");
+  server.refuse("tall.test", 443);
+  std::string state;
+  {
+    const auto view = makeView();
+    show(*view);
+    load(*view, "http://tall.test/");
+    evaluate(*view, "scrollTo(0, 777)");
+    ASSERT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "777"; }));
+    turnFor(300ms);
+    state = view->interactionState().value_or("");
+  }
+  const auto view = makeUpgradingView();
+  view->setInteractionState(state);
+  show(*view);
+  EXPECT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "777"; }));
+}
+
 TEST_F(HTTPSFirstTest, AnAddressAskedForOverHTTPSNeverFallsBack) {
   server.serve("http://old.test/", "<title>Old</title>");
   server.refuse("old.test", 443);
