@@ -33,6 +33,8 @@ RowList::RowList(Delegate& delegate, const std::string& label, const char* dragT
   gap_->set_child_visible(false);
   gap_->set_parent(*this);
 
+  // The binding has no operation for this; the class is this type's own.
+  GTK_WIDGET_GET_CLASS(gobj())->focus = &RowList::focusInDirection;
   auto keys = Gtk::EventControllerKey::create();
   keys->signal_key_pressed().connect(
       [this](guint key, guint, Gdk::ModifierType state) { return keyPressed(key, state); }, false);
@@ -251,7 +253,28 @@ bool RowList::focusRow(size_t index) {
   scrollTo(rows_[index].key);
   sync();
   auto* widget = widgetFor(rows_[index].key);
-  return widget && widget->takeFocus();
+  if (!widget || !widget->takeFocus()) return false;
+  lastFocused_ = rows_[index].key;
+  return true;
+}
+
+// The keyboard comes in: to where it was, or else to the first row in view that takes it.
+bool RowList::enterFocus() {
+  const auto last = lastFocused_ ? indexOf(*lastFocused_) : std::nullopt;
+  if (last && focusRow(*last)) return true;
+  const auto first = layout_.rowAt(adjustment_ ? adjustment_->get_value() : 0);
+  return first && moveFocus(*first, 1);
+}
+
+gboolean RowList::focusInDirection(GtkWidget* widget, GtkDirectionType direction) {
+  auto* list = dynamic_cast<RowList*>(Glib::wrap_auto(G_OBJECT(widget)));
+  if (!list) return FALSE;
+  const auto focused = list->focusedRow();
+  if (!focused) return list->enterFocus();
+  // What stands side by side in a row is reached within it.
+  if (direction != GTK_DIR_LEFT && direction != GTK_DIR_RIGHT) return FALSE;
+  auto* row = list->widgetFor(list->rows_[*focused].key);
+  return gtk_widget_child_focus(row->Gtk::Widget::gobj(), direction);
 }
 
 bool RowList::moveFocus(size_t from, int step) {

@@ -62,6 +62,7 @@ struct Preview {
   void run(const std::vector<std::string>& states) {
     for (const auto& state : states)
       if (state == "rtl") apply(state);
+    sample.world.desktop.isMotionOn = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     for (const auto& state : states) apply(state);
     // The model's clock follows the real one.
