@@ -99,12 +99,15 @@ class RowList : public Gtk::Widget {
     bool isAppearing = false;
   };
   using LiveRows = std::unordered_map<SidebarRow::Key, LiveRow>;
+  using Tops = std::unordered_map<SidebarRow::Key, double>;
 
   std::unique_ptr<RowWidget> takeWidget(SidebarRow::Kind kind);
   void release(LiveRow& live);
   void sync();
   void syncLater();
   void layOut(const std::optional<Spring>& motion);
+  void rebindChanged();
+  void moveFrom(const Tops& former, const Spring& spring);
   void measureRows();
   double shownTop(const LiveRow& live) const;
   RowLayout::Range wantedRows() const;
