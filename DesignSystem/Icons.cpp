@@ -36,6 +36,10 @@ constexpr Fallback kFallbacks[] = {
 };
 constexpr std::string_view kUnknown = "view-more-symbolic";
 
+// What points along the reading direction.
+constexpr std::string_view kMirrored[] = {"arrow.left", "arrow.right", "arrow.uturn.backward",
+                                          "chevron.right", "sidebar.left"};
+
 }  // namespace
 
 std::string iconName(std::string_view symbol) {
@@ -60,6 +64,10 @@ Gtk::Image* makeIcon(std::string_view symbol, int size) {
 
 void setIcon(Gtk::Image& image, std::string_view symbol) {
   image.set_from_icon_name(iconName(symbol));
+  if (std::ranges::find(kMirrored, symbol) != std::end(kMirrored))
+    image.add_css_class("mirrored");
+  else
+    image.remove_css_class("mirrored");
 }
 
 IconButton::IconButton(std::string_view symbol, const std::string& help, int size)

@@ -24,6 +24,9 @@ SiteIcon::SiteIcon(int size) {
   set_size_request(size, size);
   set_halign(Gtk::Align::CENTER);
   set_valign(Gtk::Align::CENTER);
+  // The letter fills the tile; the tile does not fill its row.
+  set_hexpand(false);
+  set_vexpand(false);
   image_.set_pixel_size(size);
   letter_.add_css_class("letter-tile");
   letter_.set_hexpand(true);

@@ -5,6 +5,7 @@
 #include <gtkmm/eventcontrollerkey.h>
 
 #include "BrowserCore/URLInput.h"
+#include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 
 namespace orvel {
@@ -68,12 +69,13 @@ void AddressPill::showAddress() {
   const auto url = tab ? tab->url.get() : std::nullopt;
   const bool wasCopied = store_.didCopyLink;
   const std::string prompt = _("Search or enter address");
-  const std::string text = wasCopied ? _("Copied") : url ? displayHost(*url) : prompt;
+  const std::string text = wasCopied ? _("Copied") : url ? shownText(displayHost(*url)) : prompt;
   host_.set_text(text);
   setClass(address_.Gtk::Widget::gobj(), "prompt", !url && !wasCopied);
   setClass(host_.Gtk::Widget::gobj(), "quiet", !url && !wasCopied);
-  address_.set_tooltip_text(url ? url->text() : prompt);
-  setAccessibleLabel(address_, url ? url->text() : prompt);
+  const std::string whole = url ? shownText(url->text()) : prompt;
+  address_.set_tooltip_text(whole);
+  setAccessibleLabel(address_, whole);
 
   setIcon(icon_, !url                      ? "magnifyingglass"
                  : url->hasScheme("https") ? "lock.fill"

@@ -44,6 +44,10 @@ BrowserView::BrowserView(BrowserStore& store)
   schemeHandler_ = g_signal_connect_swapped(
       adw_style_manager_get_default(), "notify::dark",
       G_CALLBACK(+[](BrowserView* self) { self->scheme_ = StyleSheet::scheme(); }), this);
+  contrastHandler_ = g_signal_connect_swapped(
+      adw_style_manager_get_default(), "notify::high-contrast",
+      G_CALLBACK(+[](BrowserView* self) { self->followContrast(); }), this);
+  followContrast();
   sidebarEffect_ = effect([this](const Wake& wake) { followSidebar(wake); });
   widthEffect_ = effect([this] {
     store_.sidebarWidth.get();
@@ -54,7 +58,8 @@ BrowserView::BrowserView(BrowserStore& store)
 }
 
 BrowserView::~BrowserView() {
-  g_signal_handler_disconnect(adw_style_manager_get_default(), schemeHandler_);
+  for (const gulong handler : {schemeHandler_, contrastHandler_})
+    g_signal_handler_disconnect(adw_style_manager_get_default(), handler);
   while (auto* child = get_first_child()) child->unparent();
 }
 
@@ -100,6 +105,12 @@ void BrowserView::followTheme(const Wake& wake) {
     backdrop_.animateTo(colors, wake.transaction->spring);
   else
     backdrop_.set(colors);
+}
+
+void BrowserView::followContrast() {
+  setClass(gobj(), "high-contrast",
+           adw_style_manager_get_high_contrast(adw_style_manager_get_default()));
+  page_.queue_draw();
 }
 
 void BrowserView::followPage() {

@@ -39,6 +39,7 @@ class BrowserView final : public Gtk::Widget {
   void followSidebar(const Wake& wake);
   void followTheme(const Wake& wake);
   void followPage();
+  void followContrast();
   // Reports the pointer over `widget` as a wish to see the hidden sidebar.
   void watchPeeking(Gtk::Widget& widget);
 
@@ -59,6 +60,7 @@ class BrowserView final : public Gtk::Widget {
   SpringAnimation docked_;
   SpringAnimation floating_;
   gulong schemeHandler_ = 0;
+  gulong contrastHandler_ = 0;
   Effect sidebarEffect_;
   Effect widthEffect_;
   Effect themeEffect_;

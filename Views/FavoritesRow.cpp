@@ -4,6 +4,7 @@
 
 #include "BrowserCore/URLInput.h"
 #include "DesignSystem/Icons.h"
+#include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Views/SidebarLayout.h"
 #include "Views/SidebarMenus.h"
@@ -64,7 +65,7 @@ void FavoriteTile::show(const TabRef& tab) {
   selection_.stop();
   if (!tab) return;
   look_ = effect([this] {
-    const auto title = tab_->displayTitle();
+    const auto title = shownText(tab_->displayTitle());
     set_tooltip_text(title);
     setAccessibleLabel(*this, title);
     const auto& url = tab_->url.get();

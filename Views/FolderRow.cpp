@@ -5,6 +5,7 @@
 #include <gtkmm/eventcontrollerfocus.h>
 #include <gtkmm/eventcontrollerkey.h>
 
+#include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Views/SidebarMenus.h"
 
@@ -62,7 +63,7 @@ void FolderRow::unbind() {
 
 void FolderRow::show() {
   const bool isOpen = folder_->isExpanded;
-  const auto& name = folder_->name.get();
+  const auto name = shownText(folder_->name.get());
   name_.set_text(name);
   set_tooltip_text(name);
   setAccessibleLabel(*this, name);

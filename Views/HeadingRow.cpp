@@ -4,6 +4,8 @@
 #include <gtkmm/eventcontrollerfocus.h>
 #include <gtkmm/eventcontrollermotion.h>
 
+#include "DesignSystem/ShownText.h"
+
 namespace orvel {
 
 namespace {
@@ -54,7 +56,7 @@ void HeadingRow::bind(const SidebarRow& row) {
   isToday_ = row.key.heading == SidebarRow::Heading::Today;
   symbol_->set_visible(!isToday_);
   look_ = effect([this] {
-    const std::string name = isToday_ ? _("Today") : context_.space->name.get();
+    const std::string name = isToday_ ? _("Today") : shownText(context_.space->name.get());
     name_.set_text(name);
     setAccessibleLabel(*this, name);
     if (!isToday_) setIcon(*symbol_, context_.space->symbol.get());

@@ -33,6 +33,8 @@ RowList::RowList(Delegate& delegate, const std::string& label, const char* dragT
   gap_->set_child_visible(false);
   gap_->set_parent(*this);
 
+  // The binding has no operation for this; the class is this type's own.
+  GTK_WIDGET_GET_CLASS(gobj())->focus = &RowList::focusInDirection;
   auto keys = Gtk::EventControllerKey::create();
   keys->signal_key_pressed().connect(
       [this](guint key, guint, Gdk::ModifierType state) { return keyPressed(key, state); }, false);
@@ -73,7 +75,7 @@ std::optional<size_t> RowList::indexOf(const SidebarRow::Key& key) const {
 // Places the rows anew, and starts their motion from where they are shown now.
 void RowList::layOut(const std::optional<Spring>& motion) {
   if (!heights_) measureRows();
-  std::unordered_map<SidebarRow::Key, double> former;
+  Tops former;
   if (motion && get_mapped())
     for (const auto& [key, live] : live_) former.emplace(key, shownTop(live));
 
@@ -81,15 +83,26 @@ void RowList::layOut(const std::optional<Spring>& motion) {
   if (drop_ && drop_->place == RowDrop::Place::Before)
     gap = {drop_->row, (*heights_)[static_cast<size_t>(SidebarRow::Kind::Tab)]};
   layout_ = RowLayout(rows_, *heights_, gap);
+  rebindChanged();
+  sync();
 
+  if (former.empty())
+    motion_.set(0);
+  else
+    moveFrom(former, *motion);
+  queue_resize();
+}
+
+// Lets go of rows that are no more, and binds those anew whose value is another.
+void RowList::rebindChanged() {
   for (auto it = live_.begin(); it != live_.end();) {
+    auto& live = it->second;
     const auto index = indexOf(it->first);
     if (!index) {
-      release(it->second);
+      release(live);
       it = live_.erase(it);
       continue;
     }
-    auto& live = it->second;
     live.index = *index;
     live.offset = 0;
     if (std::exchange(live.isAppearing, false)) live.widget->set_opacity(1);
@@ -101,33 +114,23 @@ void RowList::layOut(const std::optional<Spring>& motion) {
     }
     ++it;
   }
-  sync();
+}
 
-  if (former.empty()) {
-    motion_.set(0);
-  } else {
-    // A new row slides out from below the row in front of it.
-    double shift = 0;
-    std::vector<LiveRow*> ordered;
-    for (auto& [key, live] : live_) ordered.push_back(&live);
-    std::sort(ordered.begin(), ordered.end(),
-              [](const LiveRow* a, const LiveRow* b) { return a->index < b->index; });
-    double front = 0;
-    for (auto* live : ordered) {
-      const double top = layout_.top(live->index);
-      if (const auto found = former.find(live->row.key); found != former.end()) {
-        shift = found->second - top;
-        front = found->second;
-      } else {
-        shift = front - top;
-        live->isAppearing = true;
-      }
-      live->offset = shift;
-    }
-    motion_.set(1);
-    motion_.animateTo(0, *motion);
+// A row that was there moves from its former place; a new one slides out from below the row in
+// front of it.
+void RowList::moveFrom(const Tops& former, const Spring& spring) {
+  std::vector<LiveRow*> ordered;
+  for (auto& [key, live] : live_) ordered.push_back(&live);
+  std::ranges::sort(ordered, {}, &LiveRow::index);
+  double front = 0;
+  for (auto* live : ordered) {
+    const auto place = former.find(live->row.key);
+    live->isAppearing = place == former.end();
+    if (!live->isAppearing) front = place->second;
+    live->offset = front - layout_.top(live->index);
   }
-  queue_resize();
+  motion_.set(1);
+  motion_.animateTo(0, spring);
 }
 
 void RowList::measureRows() {
@@ -251,7 +254,28 @@ bool RowList::focusRow(size_t index) {
   scrollTo(rows_[index].key);
   sync();
   auto* widget = widgetFor(rows_[index].key);
-  return widget && widget->takeFocus();
+  if (!widget || !widget->takeFocus()) return false;
+  lastFocused_ = rows_[index].key;
+  return true;
+}
+
+// The keyboard comes in: to where it was, or else to the first row in view that takes it.
+bool RowList::enterFocus() {
+  const auto last = lastFocused_ ? indexOf(*lastFocused_) : std::nullopt;
+  if (last && focusRow(*last)) return true;
+  const auto first = layout_.rowAt(adjustment_ ? adjustment_->get_value() : 0);
+  return first && moveFocus(*first, 1);
+}
+
+gboolean RowList::focusInDirection(GtkWidget* widget, GtkDirectionType direction) {
+  auto* list = dynamic_cast<RowList*>(Glib::wrap_auto(G_OBJECT(widget)));
+  if (!list) return FALSE;
+  const auto focused = list->focusedRow();
+  if (!focused) return list->enterFocus();
+  // What stands side by side in a row is reached within it.
+  if (direction != GTK_DIR_LEFT && direction != GTK_DIR_RIGHT) return FALSE;
+  auto* row = list->widgetFor(list->rows_[*focused].key);
+  return gtk_widget_child_focus(row->Gtk::Widget::gobj(), direction);
 }
 
 bool RowList::moveFocus(size_t from, int step) {

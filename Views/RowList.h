@@ -37,7 +37,8 @@ struct RowPoint {
 // measured once. Rows move to their new places by a spring where a change asks for it.
 //
 // It stands in a scrolled window's viewport, whose adjustment it follows. Arrow keys, Home and End
-// move the focus from row to row; the list's role and the rows' are told to assistive technology.
+// move the focus from row to row, Tab enters and leaves the list as one thing; the list's role and
+// the rows' are told to assistive technology.
 class RowList : public Gtk::Widget {
  public:
   class Delegate {
@@ -98,18 +99,23 @@ class RowList : public Gtk::Widget {
     bool isAppearing = false;
   };
   using LiveRows = std::unordered_map<SidebarRow::Key, LiveRow>;
+  using Tops = std::unordered_map<SidebarRow::Key, double>;
 
   std::unique_ptr<RowWidget> takeWidget(SidebarRow::Kind kind);
   void release(LiveRow& live);
   void sync();
   void syncLater();
   void layOut(const std::optional<Spring>& motion);
+  void rebindChanged();
+  void moveFrom(const Tops& former, const Spring& spring);
   void measureRows();
   double shownTop(const LiveRow& live) const;
   RowLayout::Range wantedRows() const;
   std::optional<size_t> focusedRow() const;
   bool keyPressed(guint key, Gdk::ModifierType state);
   bool moveFocus(size_t from, int step);
+  bool enterFocus();
+  static gboolean focusInDirection(GtkWidget* widget, GtkDirectionType direction);
 
   // Drags
   void installDropTarget(const char* dragType);
@@ -135,6 +141,8 @@ class RowList : public Gtk::Widget {
   // What is left of the rows' present motion, from 1 to 0.
   SpringAnimation motion_;
   bool isSyncPlanned_ = false;
+  // Where the keyboard was last.
+  std::optional<SidebarRow::Key> lastFocused_;
 
   std::unique_ptr<Gtk::Widget> gap_;
   std::optional<RowDrop> drop_;

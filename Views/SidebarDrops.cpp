@@ -10,6 +10,8 @@ using Kind = SidebarRow::Kind;
 
 // The part of a folder's height, at either end, that means beside it.
 constexpr double kBeside = 0.28;
+// The part of the first heading's height that means above it.
+constexpr double kAboveHeading = 0.4;
 
 bool isItem(const SidebarRow& row) {
   return row.key.kind == Kind::Tab || row.key.kind == Kind::Folder;
@@ -53,12 +55,8 @@ SidebarDrop topOfSection(std::span<const SidebarRow> rows, size_t heading) {
   return {PinnedDestination{nullptr, before}, place};
 }
 
-SidebarDrop ontoFavorites(std::span<const SidebarRow> rows, const RowPoint& point) {
+SidebarDrop ontoFavorites(std::span<const SidebarRow> rows, const RowPoint& point, size_t columns) {
   const auto& row = rows[point.row];
-  // Lines that are not full end where their tiles do; the widest line tells the columns.
-  size_t columns = 2;
-  for (const auto& other : rows)
-    if (other.key.kind == Kind::Favorites) columns = std::max(columns, other.tabs.size());
   const auto slot = static_cast<size_t>(point.x * static_cast<double>(columns) + 0.5);
   const RowDrop place = {RowDrop::Place::Into, point.row};
   if (slot < row.tabs.size()) return {FavoritesDestination{row.tabs[slot]->id}, place};
@@ -70,14 +68,17 @@ SidebarDrop ontoFavorites(std::span<const SidebarRow> rows, const RowPoint& poin
 
 }  // namespace
 
-std::optional<SidebarDrop> sidebarDrop(std::span<const SidebarRow> rows, const RowPoint& point) {
+std::optional<SidebarDrop> sidebarDrop(std::span<const SidebarRow> rows, const RowPoint& point,
+                                       size_t columns) {
   if (point.row >= rows.size()) return std::nullopt;
   const auto& row = rows[point.row];
   using Place = RowDrop::Place;
   switch (row.key.kind) {
     case Kind::Favorites:
-      return ontoFavorites(rows, point);
+      return ontoFavorites(rows, point, columns);
     case Kind::Heading:
+      if (point.row == 0 && point.y < kAboveHeading)
+        return SidebarDrop{FavoritesDestination{}, {Place::Before, 0}};
       return topOfSection(rows, point.row);
     case Kind::NewTab:
       return SidebarDrop{TodayDestination{}, {Place::Before, point.row}};

@@ -16,8 +16,9 @@ struct SidebarDrop {
 
 // Absent where a tab cannot be dropped. A tab is dropped in front of the row below the pointer's
 // half or behind it; in the middle of a folder it goes into the folder. A heading means the top of
-// its section and the New Tab row the end of Today's.
+// its section and the New Tab row the end of Today's; above the first heading, where there are no
+// favorites yet, lies the first place among them. `columns` favorites stand side by side.
 [[nodiscard]] std::optional<SidebarDrop> sidebarDrop(std::span<const SidebarRow> rows,
-                                                     const RowPoint& point);
+                                                     const RowPoint& point, size_t columns);
 
 }  // namespace orvel

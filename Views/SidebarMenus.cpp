@@ -2,6 +2,8 @@
 
 #include <glib/gi18n.h>
 
+#include "DesignSystem/ShownText.h"
+
 namespace orvel {
 
 namespace {
@@ -18,7 +20,7 @@ MenuEntry folderEntries(BrowserStore& store, const std::shared_ptr<Space>& space
   MenuEntry entry{.title = _("Move to Folder")};
   for (const auto& folder : foldersOf(space->pinned)) {
     auto target = moveEntry(store, space, tab, "", PinnedDestination{folder, std::nullopt});
-    target.title = folder->name.get();
+    target.title = shownText(folder->name.get());
     target.symbol = "folder";
     entry.submenu.push_back(std::move(target));
   }

@@ -60,15 +60,19 @@ std::unique_ptr<RowWidget> SpaceSection::makeRow(SidebarRow::Kind kind) {
   return std::make_unique<NewTabRow>(context_);
 }
 
+size_t SpaceSection::columns() const {
+  return untracked([this] { return favoriteColumns(context_.store); });
+}
+
 std::optional<RowDrop> SpaceSection::dropAt(const RowPoint& point) {
   if (!context_.drag.tab) return std::nullopt;
-  const auto drop = sidebarDrop(list_.rows(), point);
+  const auto drop = sidebarDrop(list_.rows(), point, columns());
   return drop ? std::optional(drop->place) : std::nullopt;
 }
 
 bool SpaceSection::drop(const RowPoint& point) {
   const auto tab = context_.drag.tab;
-  const auto drop = sidebarDrop(list_.rows(), point);
+  const auto drop = sidebarDrop(list_.rows(), point, columns());
   if (!tab || !drop) return false;
   context_.store.move(tab, drop->destination, context_.space);
   return true;

@@ -21,6 +21,7 @@ class SpaceSection final : public Gtk::ScrolledWindow, private RowList::Delegate
   std::optional<RowDrop> dropAt(const RowPoint& point) override;
   bool drop(const RowPoint& point) override;
   void scrollToSelection();
+  size_t columns() const;
 
   SidebarContext context_;
   RowList list_;

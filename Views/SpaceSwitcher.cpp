@@ -3,6 +3,7 @@
 #include <glib/gi18n.h>
 #include <gtkmm/scrolledwindow.h>
 
+#include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Views/Menu.h"
 
@@ -33,22 +34,28 @@ SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
 void SpaceSwitcher::makeSeals() {
   for (auto& seal : seals_) row_.remove(seal->button);
   seals_.clear();
-  for (const auto& space : store_.spaces.get()) {
-    auto& seal = *seals_.emplace_back(std::make_unique<Seal>());
-    auto* icon = makeIcon("person.fill", kIcon);
-    seal.button.set_child(*icon);
-    seal.button.add_css_class("seal");
-    seal.button.signal_clicked().connect([this, id = space->id] { store_.setActiveSpaceID(id); });
-    row_.append(seal.button);
-    seal.look = effect([this, space, icon, button = &seal.button] {
-      const bool isActive = store_.activeSpace() == space;
-      setIcon(*icon, space->symbol.get());
-      icon->set_pixel_size(isActive ? kActiveIcon : kIcon);
-      button->set_tooltip_text(space->name.get());
-      setAccessibleLabel(*button, space->name.get());
-      setClass(button->Gtk::Widget::gobj(), "active", isActive);
-    });
-  }
+  const auto spaces = store_.spaces.get();
+  untracked([&] {
+    for (const auto& space : spaces) addSeal(space);
+  });
+}
+
+void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
+  auto& seal = *seals_.emplace_back(std::make_unique<Seal>());
+  auto* icon = makeIcon("person.fill", kIcon);
+  seal.button.set_child(*icon);
+  seal.button.add_css_class("seal");
+  seal.button.signal_clicked().connect([this, id = space->id] { store_.setActiveSpaceID(id); });
+  row_.append(seal.button);
+  seal.look = effect([this, space, icon, button = &seal.button] {
+    const bool isActive = store_.activeSpace() == space;
+    setIcon(*icon, space->symbol.get());
+    icon->set_pixel_size(isActive ? kActiveIcon : kIcon);
+    const auto name = shownText(space->name.get());
+    button->set_tooltip_text(name);
+    setAccessibleLabel(*button, name);
+    setClass(button->Gtk::Widget::gobj(), "active", isActive);
+  });
 }
 
 ToolsRow::ToolsRow(BrowserStore& store) : store_(store), menu_("menu", _("Main Menu (F10)")) {

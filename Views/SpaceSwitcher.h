@@ -22,6 +22,7 @@ class SpaceSwitcher final : public Gtk::Box {
     Effect look;
   };
   void makeSeals();
+  void addSeal(const std::shared_ptr<Space>& space);
 
   BrowserStore& store_;
   Gtk::Box row_;

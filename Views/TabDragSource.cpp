@@ -4,6 +4,7 @@
 #include <gtkmm/label.h>
 
 #include "BrowserCore/URLInput.h"
+#include "DesignSystem/ShownText.h"
 #include "DesignSystem/SiteIcon.h"
 #include "DesignSystem/StyleSheet.h"
 
@@ -40,7 +41,7 @@ void begin(GtkDragSource*, GdkDrag* drag, gpointer data) {
   auto* chip = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 9);
   auto* icon = Gtk::make_managed<SiteIcon>();
   icon->set(tab->favicon(), tab->url.get() ? displayHost(*tab->url.get()) : std::string());
-  auto* title = Gtk::make_managed<Gtk::Label>(tab->displayTitle());
+  auto* title = Gtk::make_managed<Gtk::Label>(shownText(tab->displayTitle()));
   title->set_ellipsize(Pango::EllipsizeMode::END);
   chip->append(*icon);
   chip->append(*title);

@@ -3,6 +3,7 @@
 #include <glib/gi18n.h>
 
 #include "BrowserCore/URLInput.h"
+#include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Views/SidebarMenus.h"
 
@@ -71,7 +72,7 @@ void TabRow::unbind() {
 }
 
 void TabRow::showPage() {
-  const auto title = tab_->displayTitle();
+  const auto title = shownText(tab_->displayTitle());
   title_.set_text(title);
   set_tooltip_text(title);
   setAccessibleLabel(*this, title);

@@ -1,5 +1,7 @@
 #include "Views/ToastView.h"
 
+#include "DesignSystem/ShownText.h"
+
 namespace orvel {
 
 namespace {
@@ -50,8 +52,9 @@ ToastView::ToastView(BrowserStore& store)
 void ToastView::show(const Toast& toast) {
   symbol_->set_visible(toast.symbol.has_value());
   if (toast.symbol) setIcon(*symbol_, *toast.symbol);
-  message_.set_text(toast.message);
-  setAccessibleLabel(*this, toast.message);
+  const auto message = shownText(toast.message);
+  message_.set_text(message);
+  setAccessibleLabel(*this, message);
   const bool hasAction = static_cast<bool>(toast.undo);
   divider_.set_visible(hasAction);
   action_.set_visible(hasAction);

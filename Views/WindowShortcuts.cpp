@@ -47,6 +47,14 @@ constexpr Shortcut kShortcuts[] = {
      [](const Keys& k) { k.withTab([](const TabRef& tab) { tab->goForward(); }); }},
     {"<Control>Page_Down", [](const Keys& k) { k.store.selectAdjacentTab(1); }},
     {"<Control>Page_Up", [](const Keys& k) { k.store.selectAdjacentTab(-1); }},
+    {"F11",
+     [](const Keys& k) {
+       auto* window = GTK_WINDOW(gtk_widget_get_root(k.view.gobj()));
+       if (gtk_window_is_fullscreen(window))
+         gtk_window_unfullscreen(window);
+       else
+         gtk_window_fullscreen(window);
+     }},
     {"F6", [](const Keys& k) { k.view.switchRegion(); }},
     {"F10", [](const Keys& k) { k.view.sidebar().tools().showMainMenu(); }},
 };

@@ -1,6 +1,6 @@
 // Shows the main window over a sample session, for looking at and for pictures.
 //
-//   view-preview [light|dark] [empty|long|loading|toast|peek|hidden|narrow|edit|rtl|menu]
+//   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu]
 //                [theme=NAME] [many] [shoot=FILE]
 
 #include <adwaita.h>
@@ -37,6 +37,7 @@ struct Preview {
     if (state == "peek" || state == "hidden") store.isSidebarVisible = false;
     if (state == "peek") store.isSidebarPeeking = true;
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
+    if (state == "contrast") window->view().add_css_class("high-contrast");
     if (state == "edit") store.showCommandBar(CommandBarMode::CurrentTab);
     if (state == "toast")
       store.showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [] {}, .lasts = 60s});
@@ -62,6 +63,7 @@ struct Preview {
   void run(const std::vector<std::string>& states) {
     for (const auto& state : states)
       if (state == "rtl") apply(state);
+    sample.world.desktop.isMotionOn = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     for (const auto& state : states) apply(state);
     // The model's clock follows the real one.

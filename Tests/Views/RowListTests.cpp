@@ -141,6 +141,25 @@ TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {
   EXPECT_FALSE(pressKey(native, GDK_KEY_Down, GDK_CONTROL_MASK));
 }
 
+TEST_F(RowListTest, TabEntersAndLeavesTheListAsOneThing) {
+  show(50);
+  window.unset_focus();
+  EXPECT_TRUE(list.child_focus(Gtk::DirectionType::TAB_FORWARD));
+  EXPECT_TRUE(pressKey(list.gobj(), GDK_KEY_Down));
+  EXPECT_FALSE(list.child_focus(Gtk::DirectionType::TAB_FORWARD));
+  window.unset_focus();
+  EXPECT_TRUE(list.child_focus(Gtk::DirectionType::TAB_BACKWARD));
+  EXPECT_EQ(window.get_focus(), list.widgetFor(row(1).key));
+}
+
+TEST_F(RowListTest, SpeaksOfRowsToAssistiveTechnology) {
+  show(50);
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(list.gobj())),
+            GTK_ACCESSIBLE_ROLE_LIST);
+  EXPECT_TRUE(
+      gtk_test_accessible_has_property(GTK_ACCESSIBLE(list.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL));
+}
+
 TEST(RowLayout, FindsRowsByHeight) {
   std::vector<SidebarRow> rows;
   for (uint32_t i = 0; i < 4; ++i)

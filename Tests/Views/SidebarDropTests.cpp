@@ -43,7 +43,7 @@ struct SidebarDrops : testing::Test {
     return "?";
   }
   std::string describe(const RowPoint& point) const {
-    const auto drop = sidebarDrop(rows, point);
+    const auto drop = sidebarDrop(rows, point, 4);
     if (!drop) return "none";
     std::string text;
     if (const auto* favorites = std::get_if<FavoritesDestination>(&drop->destination))
@@ -87,6 +87,12 @@ TEST_F(SidebarDrops, MeanThePlaceUnderThePointer) {
   for (const auto& one : cases)
     EXPECT_EQ(describe(one.point), one.meaning)
         << "row " << one.point.row << " at " << one.point.x << ", " << one.point.y;
+}
+
+TEST_F(SidebarDrops, WithoutFavoritesTheirPlaceIsAboveTheFirstHeading) {
+  rows.erase(rows.begin(), rows.begin() + 2);
+  EXPECT_EQ(describe({0, 0.5, 0.1}), "favorites end gap 0");
+  EXPECT_EQ(describe({0, 0.5, 0.9}), "pinned folder gap 1");
 }
 
 TEST_F(SidebarDrops, BehindAClosedFolderIsBehindAllItHolds) {

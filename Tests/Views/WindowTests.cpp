@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "Base/GRef.h"
 #include "Tests/Views/SampleStore.h"
 #include "Tests/Views/ViewTest.h"
 #include "Views/BrowserView.h"
@@ -52,6 +53,11 @@ TEST_F(WindowTest, AChangedTitleTouchesItsRowAlone) {
   auto* row = list().widgetFor(keyOf(list(), sample.radio));
   ASSERT_NE(row, nullptr);
   EXPECT_TRUE(reads(row->Gtk::Widget::gobj(), "Strand Radio: the news"));
+  auto* spoken = GTK_ACCESSIBLE(row->Gtk::Widget::gobj());
+  EXPECT_EQ(gtk_accessible_get_accessible_role(spoken), GTK_ACCESSIBLE_ROLE_LIST_ITEM);
+  const GText difference(gtk_test_accessible_check_property(spoken, GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                                            "Strand Radio: the news"));
+  EXPECT_EQ(difference, nullptr) << difference.get();
   EXPECT_EQ(list().counters().bound, before.bound);
   EXPECT_EQ(list().counters().built, before.built);
 }
