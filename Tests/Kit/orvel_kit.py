@@ -177,22 +177,19 @@ class EndToEndTest(unittest.TestCase):
         return None
 
     def accessible(self, name, role=None):
-        """The first accessible object on screen of this name and role; None without one."""
+        """The first accessible object below the windows of this name and role; None without one."""
         root = self.application()
         waiting = [root] if root else []
         while waiting:
             item = waiting.pop(0)
             try:
-                is_showing = item.get_state_set().contains(Atspi.StateType.SHOWING)
-                if item is not root and item.get_role() != Atspi.Role.WINDOW:
-                    if item.get_name() == name and (role is None or item.get_role_name() == role):
-                        if is_showing:
-                            return item
-                for index in range(item.get_child_count()):
-                    child = item.get_child_at_index(index)
-                    if child:
-                        waiting.append(child)
-            except GLib.Error:
+                is_window = item is root or item.get_role_name() == "frame"
+                if not is_window and item.get_name() == name:
+                    if role is None or item.get_role_name() == role:
+                        return item
+                waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
+                waiting = [child for child in waiting if child]
+            except GLib.Error:  # it went while it was asked
                 continue
         return None
 

@@ -1,0 +1,94 @@
+#!/usr/bin/env python3
+"""The window as its user meets it: by keys, by pointer, and through the accessibility tree."""
+
+import pathlib
+import sys
+import time
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
+from orvel_kit import EndToEndTest, eventually  # noqa: E402
+
+
+class WindowTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        for host in ("one", "two", "three"):
+            self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>")
+            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
+        self.program = self.start("http://one.test/")
+        self.find("One")
+
+    def today(self):
+        session = self.program.session()
+        return [tab.get("title") for tab in session["spaces"][0]["today"]] if session else []
+
+    def session_is(self, titles):
+        eventually(lambda: self.today() == titles, f"{titles} in the session")
+
+    def enter(self, text):
+        self.keys("ctrl+l")
+        time.sleep(0.3)
+        self.keys("ctrl+a")
+        self.type(text)
+        self.keys("Return")
+
+    def test_everything_by_keys(self):
+        self.enter("http://two.test/")
+        self.find("Two")
+        self.session_is(["Two"])
+        self.keys("ctrl+t")
+        time.sleep(0.3)
+        self.type("http://three.test/")
+        self.keys("Return")
+        self.find("Three")
+        self.session_is(["Three", "Two"])
+        self.picture("keys")
+
+        # Back in the page's own history, and on.
+        self.keys("ctrl+w")
+        self.session_is(["Two"])
+        self.keys("alt+Left")
+        self.find("One")
+        self.keys("alt+Right")
+        self.find("Two")
+
+        self.keys("ctrl+shift+t")
+        self.session_is(["Three", "Two"])
+        self.keys("ctrl+d")
+        eventually(
+            lambda: len(self.program.session()["spaces"][0]["pinned"]) == 1, "the pinned tab"
+        )
+
+    def test_by_pointer(self):
+        self.program.open_address("http://two.test/")
+        self.find("Two")
+        self.click(self.find("One", "list item"))
+        eventually(
+            lambda: self.program.session()["spaces"][0].get("selectedTabID")
+            == self.program.session()["spaces"][0]["today"][1]["id"],
+            "the first tab selected",
+        )
+        # The middle button closes.
+        self.click(self.find("Two", "list item"), button=2)
+        self.session_is(["One"])
+
+    def test_the_sidebar_hides_and_its_state_is_kept(self):
+        self.keys("ctrl+s")
+        eventually(lambda: self.program.session()["isSidebarVisible"] is False, "hidden")
+        self.keys("ctrl+s")
+        eventually(lambda: self.program.session()["isSidebarVisible"] is True, "shown")
+
+    def test_every_button_has_a_name(self):
+        nameless = []
+        waiting = [self.application()]
+        while waiting:
+            item = waiting.pop()
+            if item.get_role_name() in ("push button", "toggle button") and not item.get_name():
+                nameless.append(item.get_description() or item.get_role_name())
+            waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
+        self.assertEqual(nameless, [])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
