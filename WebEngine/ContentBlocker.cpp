@@ -93,10 +93,24 @@ Task<> ContentBlocker::loadLists() {
       store->remove(identifier, [](const std::optional<std::string>&) {});
 
   const std::set<std::string> available(identifiers.begin(), identifiers.end());
+  auto reading =
+      readFilterLists(scheduler_, updater_.folders(), {std::begin(listNames), std::end(listNames)});
+  auto sources = co_await std::move(reading);
+  hasEnded = co_await isCancelled();
+  if (hasEnded) co_return;
+
+  // What is there already is looked up side by side: a start waits for it.
+  std::vector<std::optional<Future<CompiledRules>>> lookups(sources.size());
+  for (size_t i = 0; i < sources.size(); ++i)
+    if (available.contains(sources[i].identifier))
+      lookups[i] = lookUpRuleList(*store, sources[i].identifier);
+
   std::vector<NamedRuleList> loaded;
-  for (const std::string_view listName : listNames) {
-    const std::string name(listName);
-    auto loading = loadRuleList(scheduler_, updater_.folders(), store, available, name);
+  for (size_t i = 0; i < sources.size(); ++i) {
+    const std::string name = sources[i].name;
+    CompiledRules known;
+    if (lookups[i]) known = co_await std::move(*lookups[i]);
+    auto loading = loadRuleList(scheduler_, store, available, std::move(sources[i]), known.list);
     auto list = co_await std::move(loading);
     hasEnded = co_await isCancelled();
     if (hasEnded) co_return;

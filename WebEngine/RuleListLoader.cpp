@@ -17,11 +17,6 @@ namespace {
 constexpr Log kLog{"ContentBlocker"};
 constexpr size_t kFingerprintBytes = 6;
 
-struct SourceText {
-  std::shared_ptr<const std::string> text;
-  std::string identifier;
-};
-
 struct Converted {
   std::string json;
   size_t ruleCount = 0;
@@ -34,24 +29,18 @@ std::string fingerprint(const std::string& text) {
   return fmt::format("{:02x}", fmt::join(std::span(digest).first(kFingerprintBytes), ""));
 }
 
-std::optional<SourceText> readSource(const FilterListFolders& folders, const std::string& name) {
+FilterListSource readSource(const FilterListFolders& folders, const std::string& name) {
   auto text = folders.text(name);
-  if (!text) return std::nullopt;
+  if (!text) return {name, nullptr, {}};
   auto identifier =
       fmt::format("{}-v{}-{}", name, FilterListConverter::version, fingerprint(*text));
-  return SourceText{std::make_shared<const std::string>(std::move(*text)), std::move(identifier)};
+  return {name, std::make_shared<const std::string>(std::move(*text)), std::move(identifier)};
 }
 
 Converted convert(const std::string& text) {
   const auto output = FilterListConverter::convert(
       text, {.includeCosmetic = true, .maxRules = FilterListConverter::defaultMaxRules});
   return {encodedJSON(output.rules), output.rules.size(), output.skipped};
-}
-
-Future<CompiledRules> lookUp(ContentRuleListStore& store, const std::string& identifier) {
-  auto [future, resolve] = makeFuture<CompiledRules>();
-  store.lookUp(identifier, std::move(resolve));
-  return std::move(future);
 }
 
 Future<CompiledRules> compile(ContentRuleListStore& store, const std::string& identifier,
@@ -70,7 +59,7 @@ void removeAll(ContentRuleListStore& store, const std::vector<std::string>& iden
 Task<std::shared_ptr<ContentRuleList>> firstOf(std::shared_ptr<ContentRuleListStore> store,
                                                std::vector<std::string> identifiers) {
   for (const std::string& identifier : identifiers) {
-    auto looking = lookUp(*store, identifier);
+    auto looking = lookUpRuleList(*store, identifier);
     const CompiledRules found = co_await std::move(looking);
     if (found.list) co_return found.list;
   }
@@ -79,8 +68,7 @@ Task<std::shared_ptr<ContentRuleList>> firstOf(std::shared_ptr<ContentRuleListSt
 
 // Null when the compiler refused the list, which is logged.
 Task<std::shared_ptr<ContentRuleList>> convertAndCompile(
-    Scheduler& scheduler, std::shared_ptr<ContentRuleListStore> store, std::string name,
-    SourceText source) {
+    Scheduler& scheduler, std::shared_ptr<ContentRuleListStore> store, FilterListSource source) {
   const Instant begin = scheduler.instant();
   auto work = [text = std::move(source.text)] { return convert(*text); };
   auto converting = background(scheduler, std::move(work), WorkPriority::Utility);
@@ -88,39 +76,49 @@ Task<std::shared_ptr<ContentRuleList>> convertAndCompile(
   auto compiling = compile(*store, source.identifier, std::move(converted.json));
   const CompiledRules compiled = co_await std::move(compiling);
   if (compiled.list)
-    kLog.info("Compiled {}: {} rules, {} skipped, {:.2f} seconds", name, converted.ruleCount,
+    kLog.info("Compiled {}: {} rules, {} skipped, {:.2f} seconds", source.name, converted.ruleCount,
               converted.skipped, inSeconds(scheduler.instant() - begin));
   else if (compiled.error)
-    kLog.error("Couldn't compile {}: {}", name, compiled.error->message);
+    kLog.error("Couldn't compile {}: {}", source.name, compiled.error->message);
   co_return compiled.list;
 }
 
 }  // namespace
 
-Task<std::shared_ptr<ContentRuleList>> loadRuleList(Scheduler& scheduler, FilterListFolders folders,
+Future<std::vector<FilterListSource>> readFilterLists(Scheduler& scheduler,
+                                                      FilterListFolders folders,
+                                                      std::vector<std::string> names) {
+  auto work = [folders = std::move(folders), names = std::move(names)] {
+    std::vector<FilterListSource> sources;
+    for (const std::string& name : names) sources.push_back(readSource(folders, name));
+    return sources;
+  };
+  return background(scheduler, std::move(work));
+}
+
+Future<CompiledRules> lookUpRuleList(ContentRuleListStore& store, const std::string& identifier) {
+  auto [future, resolve] = makeFuture<CompiledRules>();
+  store.lookUp(identifier, std::move(resolve));
+  return std::move(future);
+}
+
+Task<std::shared_ptr<ContentRuleList>> loadRuleList(Scheduler& scheduler,
                                                     std::shared_ptr<ContentRuleListStore> store,
                                                     std::set<std::string> available,
-                                                    std::string name) {
-  auto work = [folders = std::move(folders), name] { return readSource(folders, name); };
-  auto reading = background(scheduler, std::move(work));
-  auto source = co_await std::move(reading);
-  if (!source) {
-    kLog.error("Missing filter list {}", name);
+                                                    FilterListSource source,
+                                                    std::shared_ptr<ContentRuleList> known) {
+  if (!source.text) {
+    kLog.error("Missing filter list {}", source.name);
     co_return nullptr;
   }
   std::vector<std::string> previous;
   for (const std::string& identifier : available)
-    if (identifier.starts_with(name + "-") && identifier != source->identifier)
+    if (identifier.starts_with(source.name + "-") && identifier != source.identifier)
       previous.push_back(identifier);
 
-  std::shared_ptr<ContentRuleList> list;
-  if (available.contains(source->identifier)) {
-    auto looking = lookUp(*store, source->identifier);
-    const CompiledRules found = co_await std::move(looking);
-    list = found.list;
-  }
+  std::shared_ptr<ContentRuleList> list = std::move(known);
   if (!list) {
-    auto compiling = convertAndCompile(scheduler, store, name, std::move(*source));
+    auto compiling = convertAndCompile(scheduler, store, std::move(source));
     list = co_await std::move(compiling);
   }
   if (list) {
