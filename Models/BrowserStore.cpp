@@ -139,6 +139,7 @@ void BrowserStore::endHidingItems() {}
 void BrowserStore::updateSpotlight() {}
 void BrowserStore::applyQuickBarKey() {}
 void BrowserStore::orderQuickBarOut() {}
+bool BrowserStore::peeksLinks(const BrowserTab&) const { return false; }
 bool BrowserStore::openSpotlightItem(const std::string&) { return false; }
 
 }  // namespace orvel

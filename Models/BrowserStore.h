@@ -184,6 +184,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // The tab that commands act on: the key little window's, or else the selected one.
   TabRef commandTab() const;
   void openPeek(const URL& url, const TabRef& from);
+  // Whether the tab's links to other sites open in a peek.
+  bool peeksLinks(const BrowserTab& from) const;
   void closePeek();
   bool openSpotlightItem(const std::string& identifier);
 

@@ -26,14 +26,12 @@ class RecordingExtensions final : public WebExtensionController {
     log_.push_back(properties == TabProperties::Title ? "title" : "url");
   }
   std::optional<WebExtensionContext> extensionContextForURL(const URL& url) const override {
-    ++questions;
     if (!url.hasScheme("webkit-extension") || !isLoaded) return std::nullopt;
     return WebExtensionContext{address("webkit-extension://one/"),
                                WebViewConfiguration{.applicationNameForUserAgent = "extension"}};
   }
 
   bool isLoaded = false;
-  mutable int questions = 0;
 
  private:
   std::vector<std::string>& log_;
