@@ -133,7 +133,6 @@ void BrowserStore::archiveStaleTabs(Date) {}
 void BrowserStore::reopen(const ArchivedTabRecord&) {}
 void BrowserStore::installEscapeMonitor() {}
 void BrowserStore::installSplitFocusMonitor() {}
-void BrowserStore::installSpaceSwipeMonitor() {}
 void BrowserStore::installTabSwitcherMonitor() {}
 void BrowserStore::endHidingItems() {}
 void BrowserStore::updateSpotlight() {}

@@ -43,6 +43,9 @@ class RecordingHistory final : public HistoryStore {
   void recordVisit(const UUID&, const URL& url, const std::string& title, Date) override {
     visits_.push_back(url.text() + " " + title);
   }
+  void removeAll(const std::optional<UUID>& profile) override {
+    visits_.push_back("removed " + (profile ? profile->text() : "all"));
+  }
 
  private:
   std::vector<std::string>& visits_;
