@@ -13,7 +13,8 @@ std::shared_ptr<BrowserStore> BrowserStore::make(const Services& services) {
 }
 
 BrowserStore::BrowserStore(const Services& services)
-    : contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
+    : settings(services.defaults),
+      contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
                      services.resources / "Scripts"),
       services_(services) {
   services.paths.create(services.files.files());
