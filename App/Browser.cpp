@@ -49,7 +49,10 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                 .filterLists = filterLists_,
                 .resources = share_,
                 .downloads = std::make_shared<DownloadManager>(
-                    files_.files(), services_.desktop.workspace, paths_.downloads)} {
+                    files_.files(), services_.desktop.workspace, paths_.downloads),
+                .openHistory = [this](const auto& file) {
+                  return HistoryStore::open(scheduler_, file);
+                }} {
   StyleSheet::load(share_);
   store_ = BrowserStore::make(services_);
   ApplicationLifecycle::Steps steps;
