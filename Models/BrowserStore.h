@@ -63,7 +63,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Settings settings;
   ContentBlocker contentBlocker;
   ExtensionHost extensions;
-  // Null without one; no visit is recorded then.
+  // Null when there is none: no visit is recorded then.
   std::unique_ptr<HistoryStore> history;
   // The main window while there is one: the window's controller sets and clears it.
   DesktopWindow* window = nullptr;
@@ -142,10 +142,10 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
                               std::span<const Suggestion> suggestions) const;
   // Everything, in every profile.
   void forgetChoices();
-  // Asks whether to forget every visit and every pick, in every profile.
-  void clearHistory();
   // Absent `url`: all of the profile's.
   void forgetChoices(const UUID& profile, const std::optional<URL>& url = std::nullopt);
+  // Asks whether to forget every visit and every pick, in every profile.
+  void clearHistory();
 
   // Persistence.
   // Asks for a save within a second. Every change of what is saved ends with it.
