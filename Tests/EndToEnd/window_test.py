@@ -63,6 +63,7 @@ class WindowTest(EndToEndTest):
     def test_by_pointer(self):
         self.program.open_address("http://two.test/")
         self.find("Two")
+        self.session_is(["Two", "One"])
         self.click(self.find("One", "list item"))
         eventually(
             lambda: self.program.session()["spaces"][0].get("selectedTabID")
