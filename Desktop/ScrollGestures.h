@@ -13,6 +13,8 @@ struct ScrollEvent {
   double deltaY = 0;
   // Seconds on a monotonic clock.
   double timestamp = 0;
+  // How far the pointer stands from the window's left edge, in points.
+  double pointerX = 0;
 };
 
 // Is offered every scroll event of the main window before what lies below the pointer.

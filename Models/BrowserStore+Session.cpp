@@ -48,6 +48,15 @@ void BrowserStore::save() {
   });
 }
 
+void BrowserStore::saveArchive() {
+  services_.files.write(services_.paths.archive(), ArchivedTabRecord::encoded(archive.peek()),
+                        [](const WriteResult& result) {
+                          if (result.outcome == WriteResult::Outcome::Failed)
+                            Log::session.error("Couldn't save archived tabs: {}",
+                                               result.error.message());
+                        });
+}
+
 // Loading
 
 void BrowserStore::keepCopy(const std::filesystem::path& path, std::string bytes) {

@@ -13,7 +13,8 @@ std::shared_ptr<BrowserStore> BrowserStore::make(const Services& services) {
 }
 
 BrowserStore::BrowserStore(const Services& services)
-    : contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
+    : settings(services.defaults),
+      contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
                      services.resources / "Scripts"),
       services_(services) {
   services.paths.create(services.files.files());
@@ -133,12 +134,12 @@ void BrowserStore::archiveStaleTabs(Date) {}
 void BrowserStore::reopen(const ArchivedTabRecord&) {}
 void BrowserStore::installEscapeMonitor() {}
 void BrowserStore::installSplitFocusMonitor() {}
-void BrowserStore::installSpaceSwipeMonitor() {}
 void BrowserStore::installTabSwitcherMonitor() {}
 void BrowserStore::endHidingItems() {}
 void BrowserStore::updateSpotlight() {}
 void BrowserStore::applyQuickBarKey() {}
 void BrowserStore::orderQuickBarOut() {}
+bool BrowserStore::peeksLinks(const BrowserTab&) const { return false; }
 bool BrowserStore::openSpotlightItem(const std::string&) { return false; }
 
 }  // namespace orvel

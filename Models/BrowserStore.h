@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -13,6 +14,7 @@
 #include "BrowserCore/ChoiceMemory.h"
 #include "BrowserCore/Session/SessionRecord.h"
 #include "BrowserCore/Theme.h"
+#include "Desktop/ScrollGestures.h"
 #include "Models/BrowserTab.h"
 #include "Models/Services.h"
 #include "Models/Settings.h"
@@ -69,6 +71,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   std::vector<std::shared_ptr<LittleWindow>> littleWindows;
   // Opens a little window for a tab. Empty: such a tab goes to the sidebar.
   std::function<std::shared_ptr<LittleWindow>(const TabRef&)> makeLittleWindow;
+  // What the main window offers its scroll events to.
+  std::unique_ptr<ScrollGestures> scrollMonitor;
   Observable<bool> isPeekExpanding = false;
   Observable<std::optional<UUID>> hidingItemsTabID;
   Observable<std::optional<Theme>> previewTheme;
@@ -85,6 +89,26 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   std::shared_ptr<Space> activeSpace() const;
   // Every tab of every space once, favorites too.
   TabList everyTab() const;
+
+  // Spaces.
+  // Both open a draft, each time a new one; new spaces walk through the themes and the symbols.
+  void beginNewSpace();
+  void beginEditing(const Space& space);
+  // Makes or edits the draft's space and ends the draft. A name of blanks does nothing; a space
+  // that went away meanwhile is made anew, and never moves to another profile otherwise.
+  void commit(const SpaceDraft& draft);
+  void switchTo(const std::shared_ptr<Space>& space, const Spring& animation = Spring::move);
+  // The spaces that stand side by side while they change, in the sidebar's order.
+  std::vector<std::shared_ptr<Space>> pagerSpaces() const;
+  // -1 left of the active space, 1 right of it; 0 for itself and for one that is no member.
+  int pagerPosition(const Space& space) const;
+  // The neighbour that a swipe brings in; null without one.
+  std::shared_ptr<Space> revealingSpace() const;
+  // Whether the space is its profile's last.
+  bool deletesProfile(const Space& space) const;
+  // For good, with its tabs; its profile's last one takes along the favorites and all web data. The
+  // last space of all stays.
+  void deleteSpace(const std::shared_ptr<Space>& space);
 
   // Toasts.
   struct ToastOptions {
@@ -109,6 +133,17 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void updateWindowChrome(ChromeMotion motion);
   void updateWindowAppearance();
   void perform(const Suggestion& suggestion, CommandBarMode mode);
+
+  // What is learned of picks in the command bar; by the active space's profile, never for a private
+  // one.
+  void learn(const Suggestion& suggestion, const std::string& query);
+  // The one that was picked often enough after this query; null without one.
+  const Suggestion* topChoice(const std::string& query,
+                              std::span<const Suggestion> suggestions) const;
+  // Everything, in every profile.
+  void forgetChoices();
+  // Absent `url`: all of the profile's.
+  void forgetChoices(const UUID& profile, const std::optional<URL>& url = std::nullopt);
 
   // Persistence.
   // Asks for a save within a second. Every change of what is saved ends with it.
@@ -184,6 +219,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // The tab that commands act on: the key little window's, or else the selected one.
   TabRef commandTab() const;
   void openPeek(const URL& url, const TabRef& from);
+  // Whether the tab's links to other sites open in a peek.
+  bool peeksLinks(const BrowserTab& from) const;
   void closePeek();
   bool openSpotlightItem(const std::string& identifier);
 
@@ -196,7 +233,6 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void reopen(const ArchivedTabRecord& record);
   void installEscapeMonitor();
   void installSplitFocusMonitor();
-  void installSpaceSwipeMonitor();
   void installTabSwitcherMonitor();
   void endHidingItems();
   void updateSpotlight();
@@ -204,6 +240,13 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void orderQuickBarOut();
 
  private:
+  class SpaceSwipeMonitor;
+  struct SwipeSample {
+    double time;
+    double travel;
+  };
+  enum class SwipeEnd { Switches, GoesBack };
+
   explicit BrowserStore(const Services& services);
 
   void start();
@@ -214,6 +257,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   static Task<> mediaLoop(std::weak_ptr<BrowserStore> store);
   static Task<> removeToast(std::weak_ptr<BrowserStore> store, Duration after);
   static Task<> peekSidebar(std::weak_ptr<BrowserStore> store, bool wanted);
+  static Task<> removeDataStore(Engine& engine, UUID id);
   static Task<> saveSoon(std::weak_ptr<BrowserStore> store);
   static Task<> hideWindowButtons(std::weak_ptr<BrowserStore> store);
   static Task<> forgetCopiedLink(std::weak_ptr<BrowserStore> store, Duration after);
@@ -230,6 +274,22 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void createDefaultSpace();
   SessionRecord record() const;
   std::shared_ptr<Space> spaceWithID(const UUID& id) const;
+  void saveArchive();
+  void saveChoices();
+
+  // Spaces.
+  std::shared_ptr<Profile> profileFor(const std::optional<UUID>& id, const std::string& name);
+  std::shared_ptr<Space> adjacentSpace(int delta) const;
+  void removeWebsiteData(const std::shared_ptr<Profile>& profile);
+  void installSpaceSwipeMonitor();
+  void watchSpaceSwipe(const ScrollEvent& event);
+  void trackSpaceSwipe(double travel, double time);
+  void forgetOldSwipeSamples(double time);
+  // In points a second, over the samples that are kept.
+  double swipeSpeed() const;
+  void finishSpaceSwipe(double travel, double time, SwipeEnd end);
+  // `speed` is that towards the end, and `distance` the way to it.
+  static Spring swipeSpring(double speed, double distance);
 
   // Runs `action` in a task of its own, from the next turn on.
   void later(std::function<void(BrowserStore&)> action);
@@ -253,6 +313,12 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
 
   const Services& services_;
   Observable<UUID> activeSpaceID_{UUID::random()};
+  // The swipe over the sidebar; positive travel leads to the next space.
+  struct {
+    std::optional<double> travel;  // absent: no gesture is being followed
+    std::vector<SwipeSample> samples;
+    uint64_t generation = 0;  // grows with each gesture
+  } swipe_;
   TaskHandle saveTask_;
   TaskHandle toastTask_;
   TaskHandle peekTask_;

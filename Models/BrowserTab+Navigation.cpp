@@ -1,6 +1,9 @@
+#include <algorithm>
+
 #include "Base/Log.h"
 #include "BrowserCore/Text.h"
 #include "BrowserCore/TrackingParameters.h"
+#include "BrowserCore/URLInput.h"
 #include "Models/BrowserStore.h"
 #include "Models/BrowserTab.h"
 #include "Support/ErrorPage.h"
@@ -8,26 +11,127 @@
 // The tab as the navigation delegate of its view.
 namespace orvel {
 
-void BrowserTab::decidePolicyForAction(WebView&, const NavigationAction& action,
+namespace {
+
+// Any other scheme belongs to another application.
+bool isHandledInside(const URL& address) {
+  constexpr std::string_view kSchemes[] = {"http", "https", "about",      "blob",
+                                           "data", "file",  "javascript", "webkit-extension"};
+  return std::ranges::any_of(kSchemes,
+                             [&](std::string_view scheme) { return address.hasScheme(scheme); });
+}
+
+bool isLinkClick(const NavigationAction& action) {
+  return action.navigationType == NavigationType::LinkActivated;
+}
+
+bool isNewTabClick(const NavigationAction& action) {
+  return action.modifierFlags.command || action.buttonNumber == MouseButton::Middle;
+}
+
+bool isMainFrame(const std::optional<FrameInfo>& frame) { return frame && frame->isMainFrame; }
+
+URL cleaned(const URL& address) { return TrackingParameters::stripped(address).value_or(address); }
+
+}  // namespace
+
+void BrowserTab::decidePolicyForAction(WebView& view, const NavigationAction& action,
                                        PolicyHandler answer) {
   if (action.shouldPerformDownload) return answer(NavigationPolicy::Download);
-  const auto store = store_.lock();
-  const bool isMainFrame = action.targetFrame && action.targetFrame->isMainFrame;
-  if (store && action.request && isMainFrame && contentController_) {
-    // Before the page's first request, so that a pause is in force when it starts.
-    store->contentBlocker.setCurrentSite(*contentController_,
-                                         ContentBlocker::site(action.request->url));
-    store->contentBlocker.install(*contentController_);
-  }
-  const bool isNewTabClick =
-      action.navigationType == NavigationType::LinkActivated &&
-      (action.modifierFlags.command || action.buttonNumber == MouseButton::Middle);
-  if (!store || !action.request || !isNewTabClick || profile->isPrivate)
-    return answer(NavigationPolicy::Allow);
+  if (!action.request) return answer(NavigationPolicy::Allow);
   const URL& address = action.request->url;
-  store->openTab(TrackingParameters::stripped(address).value_or(address),
-                 {.after = shared_from_this(), .select = action.modifierFlags.shift});
+  if (!isHandledInside(address)) {
+    answer(NavigationPolicy::Cancel);
+    return openInAnotherApplication(view, action);
+  }
+  const auto store = store_.lock();
+  if (isMainFrame(action.targetFrame)) {
+    if (const auto instead = insteadOf(view, action)) {
+      answer(NavigationPolicy::Cancel);
+      return instead();
+    }
+    if (store && contentController_) {
+      // Before the page's first request, so that a pause is in force when it starts.
+      store->contentBlocker.setCurrentSite(*contentController_, ContentBlocker::site(address));
+      store->contentBlocker.install(*contentController_);
+    }
+  }
+  if (!isLinkClick(action) || !isNewTabClick(action) || profile->isPrivate)
+    return answer(NavigationPolicy::Allow);
+  if (store)
+    store->openTab(cleaned(address),
+                   {.after = shared_from_this(), .select = action.modifierFlags.shift});
   answer(NavigationPolicy::Cancel);
+}
+
+std::function<void()> BrowserTab::insteadOf(WebView& view, const NavigationAction& action) {
+  const URL& address = action.request->url;
+  const auto store = store_.lock();
+
+  // A page of an extension lives in a view made for that extension, and nowhere else.
+  const auto context =
+      store ? store->extensions.controller->extensionContextForURL(address) : std::nullopt;
+  const auto base = context ? std::optional(context->baseURL) : std::nullopt;
+  if (!base && address.scheme() == "webkit-extension") return [] {};
+  if (base != extensionBaseURL_) {
+    if (profile->isPrivate) return [] {};
+    // On a later turn: the view that asks is the one that goes.
+    return [this, address] {
+      services_.scheduler.post([weak = weak_from_this(), address] {
+        if (const auto tab = weak.lock()) tab->reopen(address);
+      });
+    };
+  }
+
+  const bool isLink = isLinkClick(action);
+  if (isNewTabClick(action)) return {};
+  if (isLink && store && opensInPeek(view, action, *store))
+    return [this, store, address] { store->openPeek(cleaned(address), shared_from_this()); };
+
+  const bool isStripped = isLink || action.navigationType == NavigationType::Other;
+  if (!isStripped || action.request->method != "GET") return {};
+  const auto clean = TrackingParameters::stripped(address);
+  // A site that puts a parameter back by redirecting gets its way, or it would do so for ever.
+  if (!clean || (!isLink && clean == lastStrippedURL_)) return {};
+  lastStrippedURL_ = clean;
+  return [&view, address = *clean] { view.load({.url = address}); };
+}
+
+bool BrowserTab::opensInPeek(const WebView& view, const NavigationAction& action,
+                             const BrowserStore& store) const {
+  if (profile->isPrivate || store.peek.peek().get() == this) return false;
+  if (action.modifierFlags.shift) return true;
+  if (!store.peeksLinks(*this)) return false;
+  const auto present = view.url();
+  return siteKey(action.request->url) != (present ? siteKey(*present) : std::nullopt);
+}
+
+void BrowserTab::openInAnotherApplication(const WebView& view, const NavigationAction& action) {
+  const URL& address = action.request->url;
+  if (isLinkClick(action)) {
+    if (isMainFrame(action.sourceFrame)) services_.desktop.workspace.open(address);
+  } else if (!action.targetFrame || action.targetFrame->isMainFrame) {
+    confirmOpeningApp(view, address);
+  }
+}
+
+void BrowserTab::confirmOpeningApp(const WebView& view, const URL& address) {
+  const auto application = services_.desktop.workspace.applicationToOpen(address);
+  // A script may ask again and again: one question at a time.
+  if (!application || !view.isInWindow() || isConfirmingApp_) return;
+  isConfirmingApp_ = true;
+  const auto& shown = url.peek();
+  services_.desktop.dialogs.showAlert(
+      panelParent(),
+      {.messageText = "Open “" + application->displayName + "”?",
+       .informativeText =
+           (shown ? displayHost(*shown) : "This page") + " wants to open this application.",
+       .buttons = {"Open", "Cancel"}},
+      [weak = weak_from_this(), &workspace = services_.desktop.workspace,
+       address](const AlertAnswer& given) {
+        if (const auto tab = weak.lock()) tab->isConfirmingApp_ = false;
+        if (given.isFirstButton()) workspace.open(address);
+      });
 }
 
 void BrowserTab::decidePolicyForResponse(WebView&, const NavigationResponse& response,

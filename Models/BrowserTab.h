@@ -176,6 +176,13 @@ class BrowserTab final : public NavigationDelegate,
   void restorePage(const std::shared_ptr<WebView>& view);
   void observe(WebView& view);
   void reopen(const URL& address);
+  // What takes the place of a navigation of the main frame; empty: it goes on.
+  std::function<void()> insteadOf(WebView& view, const NavigationAction& action);
+  bool opensInPeek(const WebView& view, const NavigationAction& action,
+                   const BrowserStore& store) const;
+  void openInAnotherApplication(const WebView& view, const NavigationAction& action);
+  // Asks first. Does nothing without an application for the address.
+  void confirmOpeningApp(const WebView& view, const URL& address);
   void sync(const WebView& view);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
@@ -209,7 +216,10 @@ class BrowserTab final : public NavigationDelegate,
   std::vector<Observation> observations_;
   // The base address of the extension that the view was made for.
   std::optional<URL> extensionBaseURL_;
+  // The last address that was loaded in place of one with tracking parameters, until a page
+  // finishes.
   std::optional<URL> lastStrippedURL_;
+  bool isConfirmingApp_ = false;
   std::optional<Date> lastCrash_;
   std::vector<FrameInfo> mediaFrames_;
 };

@@ -58,4 +58,8 @@ using Suggestion =
     std::variant<suggestion::Answer, suggestion::Shortcut, suggestion::Address, suggestion::Search,
                  suggestion::Command, suggestion::Tab, suggestion::History, suggestion::Archived>;
 
+// Under what a pick of the row is remembered: two rows that lead to the same place have the same.
+// Absent for rows that are not learned.
+[[nodiscard]] std::optional<std::string> memoryKey(const Suggestion& suggestion);
+
 }  // namespace orvel

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "BrowserCore/Date.h"
@@ -25,6 +26,8 @@ class HistoryStore {
 
   virtual void recordVisit(const UUID& profile, const URL& url, const std::string& title,
                            Date at) = 0;
+  // Absent profile: of every profile.
+  virtual void removeAll(const std::optional<UUID>& profile) = 0;
 };
 
 }  // namespace orvel

@@ -158,6 +158,14 @@ std::optional<Value> Value::member(std::string_view key) const {
   return found;
 }
 
+std::vector<std::pair<std::string_view, Value>> Value::members() const {
+  std::vector<std::pair<std::string_view, Value>> found;
+  if (!isObject()) return found;
+  for (uint32_t i = index_ + 1; i < node().end; i = document_->nodes_[i + 1].end)
+    found.emplace_back(document_->textOf(document_->nodes_[i]), Value(*document_, i + 1));
+  return found;
+}
+
 Value::Iterator Value::begin() const {
   return Iterator({*document_, isList() ? index_ + 1 : node().end});
 }

@@ -3,9 +3,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -82,6 +84,9 @@ class Value {
 
   // The value of an object's `key`; of several the last. Absent also when this is no object.
   std::optional<Value> member(std::string_view key) const;
+
+  // The members of an object in its order; none when this is no object.
+  std::vector<std::pair<std::string_view, Value>> members() const;
 
   // The elements of a list; none when this is no list.
   class Iterator;
@@ -161,6 +166,19 @@ template <typename T>
   target.clear();
   for (const Value element : value)
     if (!decode(decoder, element, target.emplace_back())) return false;
+  return true;
+}
+
+// An object with any keys; of several equal ones the last counts.
+template <typename T>
+[[nodiscard]] bool decode(Decoder& decoder, Value value, std::map<std::string, T>& target) {
+  if (!value.isObject()) return decoder.fail(value, "an object");
+  target.clear();
+  for (const auto& [key, member] : value.members()) {
+    T found{};
+    if (!decode(decoder, member, found)) return false;
+    target.insert_or_assign(std::string(key), std::move(found));
+  }
   return true;
 }
 

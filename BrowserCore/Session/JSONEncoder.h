@@ -2,6 +2,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,7 +28,7 @@ class Encoder {
   void beginList() { begin('['); }
   void endList() { end(']'); }
 
-  // What is written next is the value of `key`. Keys are the program's own, in ascending order.
+  // What is written next is the value of `key`. Keys come in ascending order and are well-formed.
   void key(std::string_view key);
 
   // A whole member of an object; nothing when the value is absent.
@@ -74,6 +75,13 @@ void encode(Encoder& encoder, const std::vector<T>& list) {
   encoder.beginList();
   for (const T& element : list) encode(encoder, element);
   encoder.endList();
+}
+
+template <typename T>
+void encode(Encoder& encoder, const std::map<std::string, T>& members) {
+  encoder.beginObject();
+  for (const auto& [key, value] : members) encoder.field(key, value);
+  encoder.endObject();
 }
 
 }  // namespace orvel::JSONCoding

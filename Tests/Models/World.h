@@ -26,14 +26,12 @@ class RecordingExtensions final : public WebExtensionController {
     log_.push_back(properties == TabProperties::Title ? "title" : "url");
   }
   std::optional<WebExtensionContext> extensionContextForURL(const URL& url) const override {
-    ++questions;
     if (!url.hasScheme("webkit-extension") || !isLoaded) return std::nullopt;
     return WebExtensionContext{address("webkit-extension://one/"),
                                WebViewConfiguration{.applicationNameForUserAgent = "extension"}};
   }
 
   bool isLoaded = false;
-  mutable int questions = 0;
 
  private:
   std::vector<std::string>& log_;
@@ -44,6 +42,9 @@ class RecordingHistory final : public HistoryStore {
   explicit RecordingHistory(std::vector<std::string>& visits) : visits_(visits) {}
   void recordVisit(const UUID&, const URL& url, const std::string& title, Date) override {
     visits_.push_back(url.text() + " " + title);
+  }
+  void removeAll(const std::optional<UUID>& profile) override {
+    visits_.push_back("removed " + (profile ? profile->text() : "all"));
   }
 
  private:

@@ -1,0 +1,293 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using enum NavigationPolicy;
+
+const FrameInfo kMainFrame{.id = 1, .isMainFrame = true};
+const FrameInfo kSubframe{.id = 2, .isMainFrame = false};
+
+class Policy : public testing::Test {
+ protected:
+  Policy() {
+    world.launch();
+    world.store->window = &world.window;
+    world.desktop.applications["mailto"] = {"org.example.Mail.desktop", "Mail"};
+    tab = world.open("https://a.org/");
+    world.scheduler.settle();
+    view = world.viewOnScreen(tab);
+  }
+  void usePrivateTab() {
+    tab = BrowserTab::make(world.services,
+                           {.profile = std::make_shared<Profile>(world.engine, UUID::random(), "P",
+                                                                 Profile::Privacy::Private),
+                            .store = world.store,
+                            .url = address("https://a.org/")});
+    tab->webView();
+    world.scheduler.settle();
+    view = world.viewOnScreen(tab);
+  }
+  static NavigationAction action(const std::string& url,
+                                 NavigationType type = NavigationType::LinkActivated) {
+    return {.request = URLRequest{.url = address(url)},
+            .navigationType = type,
+            .sourceFrame = kMainFrame,
+            .targetFrame = kMainFrame};
+  }
+  std::string lastRequest() const { return view->requests.back().url.text(); }
+
+  World world;
+  TabRef tab;
+  std::shared_ptr<FakeWebView> view;
+};
+
+TEST_F(Policy, OtherApplicationsAreOpenedByClicksAndAskedForByScripts) {
+  using enum NavigationType;
+  enum class Outcome { Opens, Asks, Nothing };
+  const struct {
+    const char* url;
+    NavigationType type;
+    FrameInfo source;
+    std::optional<FrameInfo> target;
+    Outcome outcome;
+  } cases[] = {
+      {"mailto:x@y.org", LinkActivated, kMainFrame, kMainFrame, Outcome::Opens},
+      {"mailto:x@y.org", LinkActivated, kMainFrame, std::nullopt, Outcome::Opens},
+      {"mailto:x@y.org", LinkActivated, kSubframe, kMainFrame, Outcome::Nothing},
+      {"MAILTO:x@y.org", Other, kMainFrame, kMainFrame, Outcome::Asks},
+      {"mailto:x@y.org", FormSubmitted, kMainFrame, std::nullopt, Outcome::Asks},
+      {"mailto:x@y.org", Other, kSubframe, kSubframe, Outcome::Nothing},
+      {"unknown:x", Other, kMainFrame, kMainFrame, Outcome::Nothing},
+  };
+  for (const auto& test : cases) {
+    world.desktop.opened.clear();
+    world.desktop.alerts.clear();
+    NavigationAction asked = action(test.url, test.type);
+    asked.sourceFrame = test.source;
+    asked.targetFrame = test.target;
+    EXPECT_EQ(view->navigate(asked), Cancel);
+    EXPECT_EQ(world.desktop.opened.size(), test.outcome == Outcome::Opens) << test.url;
+    EXPECT_EQ(world.desktop.alerts.size(), test.outcome == Outcome::Asks) << test.url;
+    for (const auto& answer : std::exchange(world.desktop.openAlerts, {})) answer({.button = 1});
+  }
+}
+
+TEST_F(Policy, TheQuestionBeforeAnotherApplicationOpens) {
+  const auto ask = [&] { view->navigate(action("mailto:x@y.org", NavigationType::Other)); };
+  ask();
+  ask();
+  ASSERT_EQ(world.desktop.alerts.size(), 1u) << "one question at a time";
+  const Alert& alert = world.desktop.alerts[0].alert;
+  EXPECT_EQ(alert.messageText, "Open “Mail”?");
+  EXPECT_EQ(alert.informativeText, "a.org wants to open this application.");
+  EXPECT_THAT(alert.buttons, ElementsAre("Open", "Cancel"));
+  EXPECT_EQ(world.desktop.alerts[0].parent, &world.window);
+  world.desktop.openAlerts[0]({.button = 0});
+  EXPECT_THAT(world.desktop.opened, ElementsAre(address("mailto:x@y.org")));
+
+  tab->url = std::nullopt;
+  world.desktop.answerAlert = [](const Alert&) { return AlertAnswer{}; };
+  ask();
+  world.scheduler.settle();
+  EXPECT_EQ(world.desktop.alerts[1].alert.informativeText,
+            "This page wants to open this application.");
+  EXPECT_EQ(world.desktop.opened.size(), 1u) << "taken away without a choice";
+  view->isOnScreen = false;
+  ask();
+  EXPECT_EQ(world.desktop.alerts.size(), 2u);
+}
+
+TEST_F(Policy, WhatIsLetThroughAsItIs) {
+  using enum NavigationType;
+  NavigationAction download = action("mailto:x@y.org");
+  download.shouldPerformDownload = true;
+  NavigationAction nowhere = action("https://b.org/");
+  nowhere.request.reset();
+  const auto decide = [&](const NavigationAction& asked) {
+    std::vector<NavigationPolicy> answers;
+    tab->decidePolicyForAction(*view, asked, [&](auto policy) { answers.push_back(policy); });
+    return answers;
+  };
+  EXPECT_THAT(decide(download), ElementsAre(Download));
+  EXPECT_THAT(decide(nowhere), ElementsAre(Allow));
+  NavigationAction post = action("https://b.org/?utm_source=x", Other);
+  post.request->method = "POST";
+  NavigationAction frame = action("https://b.org/?utm_source=x", Other);
+  frame.targetFrame = kSubframe;
+  NavigationAction window = action("https://b.org/?utm_source=x");
+  window.targetFrame.reset();
+  window.modifierFlags.shift = true;
+  const size_t requests = view->requests.size();
+  for (const NavigationAction& asked :
+       {post, frame, window, action("https://b.org/?utm_source=x", BackForward),
+        action("https://b.org/?utm_source=x", Reload), action("HTTPS://b.org/"),
+        action("https://b.org/?utm_source=x", FormSubmitted), action("blob:https://b.org/1")})
+    EXPECT_THAT(decide(asked), ElementsAre(Allow)) << asked.request->url.text();
+  EXPECT_EQ(view->requests.size(), requests);
+}
+
+TEST_F(Policy, TrackingParametersAreStrippedOnceUntilAPageFinishes) {
+  const std::string tracked = "https://b.org/?utm_source=x";
+  const auto redirect = action(tracked, NavigationType::Other);
+  EXPECT_EQ(view->navigate(redirect), Cancel);
+  EXPECT_EQ(lastRequest(), "https://b.org/");
+  EXPECT_EQ(view->requests.back().timeout, 60s);
+  EXPECT_EQ(view->navigate(redirect), Allow) << "the site insists";
+  world.scheduler.settle();
+  EXPECT_EQ(view->navigate(redirect), Cancel) << "the page has finished meanwhile";
+  EXPECT_EQ(view->navigate(action(tracked)), Cancel) << "a click is always stripped";
+  EXPECT_EQ(view->navigate(action("https://c.org/?utm_source=x", NavigationType::Other)), Cancel);
+  EXPECT_EQ(lastRequest(), "https://c.org/");
+}
+
+TEST_F(Policy, AFailedPageLeavesTheLoopGuardInPlace) {
+  world.engine.pages["https://b.org/"] = {.load = FakePage::Load::Fail};
+  tab->load(address("https://b.org/?utm_source=x"));
+  EXPECT_EQ(lastRequest(), "https://b.org/");
+  world.scheduler.settle();
+  EXPECT_EQ(view->navigate(action("https://b.org/?utm_source=x", NavigationType::Other)), Allow);
+}
+
+TEST_F(Policy, ClicksByModifierAndButton) {
+  struct Click {
+    ModifierFlags modifiers;
+    MouseButton button = MouseButton::Left;
+  };
+  const struct {
+    const char* name;
+    Click click;
+    bool isPrivate = false;
+    bool inPeek = false;
+    std::optional<FrameInfo> frame;
+    NavigationPolicy policy;
+    size_t opened;
+    bool isSelected = false;
+  } cases[] = {
+      {"plain", {}, false, false, kMainFrame, Allow, 0},
+      {"command", {{.command = true}}, false, false, kMainFrame, Cancel, 1, false},
+      {"middle", {{}, MouseButton::Middle}, false, false, kMainFrame, Cancel, 1, false},
+      {"command in a subframe", {{.command = true}}, false, false, kSubframe, Cancel, 1, false},
+      {"shift command",
+       {{.shift = true, .command = true}},
+       false,
+       false,
+       kMainFrame,
+       Cancel,
+       1,
+       true},
+      {"shift: a peek, which is a tab",
+       {{.shift = true}},
+       false,
+       false,
+       kMainFrame,
+       Cancel,
+       1,
+       true},
+      {"shift in the peek", {{.shift = true}}, false, true, kMainFrame, Allow, 0},
+      {"private command", {{.command = true}}, true, false, kMainFrame, Allow, 0},
+      {"private shift", {{.shift = true}}, true, false, kMainFrame, Allow, 0},
+      {"private middle", {{}, MouseButton::Middle}, true, false, kMainFrame, Allow, 0},
+  };
+  for (const auto& test : cases) {
+    tab = world.open("https://a.org/");
+    world.scheduler.settle();
+    view = world.viewOnScreen(tab);
+    if (test.isPrivate) usePrivateTab();
+    world.store->peek = test.inPeek ? tab : nullptr;
+    const TabRef selected = world.space().selectedTab();
+    const size_t before = world.space().today.peek().size();
+    NavigationAction click = action("https://b.org/");
+    click.targetFrame = test.frame;
+    click.modifierFlags = test.click.modifiers;
+    click.buttonNumber = test.click.button;
+    EXPECT_EQ(view->navigate(click), test.policy) << test.name;
+    EXPECT_EQ(world.space().today.peek().size() - before, test.opened) << test.name;
+    EXPECT_EQ(world.space().selectedTab() != selected, test.isSelected) << test.name;
+    world.store->peek = nullptr;
+  }
+}
+
+TEST_F(Policy, PagesOfExtensionsLiveInViewsOfTheirOwn) {
+  const std::string page = "webkit-extension://one/options.html";
+  EXPECT_EQ(view->navigate(action(page, NavigationType::Other)), Cancel) << "nobody owns it";
+  world.scheduler.settle();
+  EXPECT_EQ(tab->webViewRevision.peek(), 0);
+
+  world.extensions->isLoaded = true;
+  EXPECT_EQ(view->navigate(action(page)), Cancel);
+  EXPECT_EQ(tab->liveWebView(), view) << "the view that asks is still in its call";
+  world.scheduler.settle();
+  EXPECT_EQ(tab->webViewRevision.peek(), 1);
+  EXPECT_EQ(tab->liveWebView()->configuration().applicationNameForUserAgent, "extension");
+  EXPECT_EQ(tab->url.peek(), address(page));
+  EXPECT_FALSE(tab->canGoBack) << "the old view's history went with it";
+
+  view = world.view(tab);
+  EXPECT_EQ(view->navigate(action("webkit-extension://one/other.html")), Allow);
+  EXPECT_EQ(view->navigate(action("https://b.org/")), Cancel);
+  world.scheduler.settle();
+  EXPECT_EQ(tab->webViewRevision.peek(), 2);
+  EXPECT_NE(tab->liveWebView()->configuration().applicationNameForUserAgent, "extension");
+
+  usePrivateTab();
+  EXPECT_EQ(view->navigate(action(page)), Cancel);
+  world.scheduler.settle();
+  EXPECT_EQ(tab->webViewRevision.peek(), 0);
+}
+
+TEST_F(Policy, SiteRulesFollowEveryNavigationOfTheMainFrame) {
+  // The site's pause shows in what `install` does anew.
+  world.store->contentBlocker.setEnabled(true);
+  world.store->contentBlocker.togglePause(address("https://paused.org/"));
+  auto& controller = view->controller();
+  const auto isChanged = [&](const NavigationAction& asked) {
+    const int before = controller.clearCount;
+    view->navigate(asked);
+    return controller.clearCount != before;
+  };
+  EXPECT_TRUE(isChanged(action("https://paused.org/", NavigationType::BackForward)));
+  EXPECT_TRUE(isChanged(action("https://open.org/", NavigationType::Reload)));
+  NavigationAction click = action("https://paused.org/");
+  click.modifierFlags.command = true;
+  EXPECT_TRUE(isChanged(click)) << "also for a click that then opens another tab";
+  NavigationAction frame = action("https://open.org/");
+  frame.targetFrame = kSubframe;
+  EXPECT_FALSE(isChanged(frame));
+}
+
+TEST_F(Policy, ALostStoreIsDoneWithout) {
+  const std::weak_ptr<BrowserStore> gone;
+  tab = BrowserTab::make(world.services, {.profile = world.space().profile, .store = gone});
+  tab->webView();
+  view = world.view(tab);
+  NavigationAction click = action("https://b.org/");
+  click.modifierFlags.command = true;
+  const size_t before = world.space().today.peek().size();
+  EXPECT_EQ(view->navigate(click), Cancel);
+  EXPECT_EQ(world.space().today.peek().size(), before);
+  click.modifierFlags = {.shift = true};
+  EXPECT_EQ(view->navigate(click), Allow);
+}
+
+TEST_F(Policy, AnAttachmentInAFrameIsShownThere) {
+  const auto decide = [&](bool isMain) {
+    auto result = Cancel;
+    tab->decidePolicyForResponse(*view,
+                                 {.url = address("https://a.org/f"),
+                                  .isForMainFrame = isMain,
+                                  .contentDisposition = "Attachment; filename=f"},
+                                 [&](NavigationPolicy policy) { result = policy; });
+    return result;
+  };
+  EXPECT_EQ(decide(true), Download);
+  EXPECT_EQ(decide(false), Allow);
+}
+
+}  // namespace
+}  // namespace orvel::test

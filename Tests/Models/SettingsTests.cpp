@@ -1,0 +1,178 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::SizeIs;
+
+const char* const kRoute = "6BA7B810-9DAD-41D1-80B4-00C04FD430C8";
+
+class SettingsDocument : public testing::Test {
+ protected:
+  void store(const json& document) { defaults.setData("settings", document.dump()); }
+  json stored() const { return json::parse(defaults.data("settings").value_or("null")); }
+  // Every key with a value that isn't its default.
+  static json full() {
+    return {{"searchEngine", "kagi"},
+            {"externalLinks", "currentSpace"},
+            {"linkRoutes", {{{"id", kRoute}, {"pattern", "a.org"}, {"spaceID", kRoute}}}},
+            {"archiveAfter", "week"},
+            {"sitePermissions", {{"a.org", {{"camera", true}, {"location", false}}}}},
+            {"siteZoom", {{"a.org", 1.5}}},
+            {"autoPictureInPicture", false},
+            {"searchSuggestions", true},
+            {"searchShortcuts",
+             {{{"id", kRoute}, {"keyword", "k"}, {"name", "N"}, {"template", "x.org?q=%s"}}}},
+            {"quickBarKey", "shiftOptionSpace"},
+            {"hiddenItems", {{"a.org", {".ad"}}}}};
+  }
+  UserDefaults defaults;
+};
+
+// What the settings hold, as the document that they would store.
+json contents(const UserDefaults& given) {
+  UserDefaults copy;
+  if (const auto data = given.data("settings")) copy.setData("settings", *data);
+  Settings settings(copy);
+  settings.autoPictureInPicture = settings.autoPictureInPicture.peek();
+  return json::parse(*copy.data("settings"));
+}
+
+TEST_F(SettingsDocument, StartsWithDefaults) {
+  for (const char* document : {"", "{", "null", "[]", "\"text\"", "{}"}) {
+    defaults.setData("settings", document);
+    const Settings settings(defaults);
+    EXPECT_EQ(settings.searchEngine.peek(), SearchEngine::google) << document;
+    EXPECT_EQ(settings.externalLinks.peek(), ExternalLinks::LittleWindow);
+    EXPECT_EQ(settings.archiveAfter.peek(), ArchiveInterval::TwelveHours);
+    EXPECT_TRUE(settings.autoPictureInPicture);
+    EXPECT_FALSE(settings.searchSuggestions || settings.quickBarKey.peek());
+    EXPECT_EQ(settings.searchShortcuts.peek(), SearchShortcut::builtIn());
+  }
+}
+
+TEST_F(SettingsDocument, ComesBackWhole) {
+  store(full());
+  EXPECT_EQ(contents(defaults), full());
+}
+
+TEST_F(SettingsDocument, ABrokenKeyCostsThatKeyAlone) {
+  const json base = contents(UserDefaults());
+  const json broken[] = {7,
+                         "unknown",
+                         json::array({1}),
+                         {{"a.org", {{"x", json::array()}}}},
+                         {{"a.org", json::array({1})}},
+                         nullptr,
+                         json::array({json::object()})};
+  for (const auto& [key, value] : full().items()) {
+    for (const json& wrong : broken) {
+      json document = full();
+      document[key] = wrong;
+      store(document);
+      json expected = full();
+      expected.erase(key);
+      if (base.contains(key)) expected[key] = base[key];
+      EXPECT_EQ(contents(defaults), expected) << key << " " << wrong;
+    }
+    json document = full();
+    document.erase(key);
+    store(document);
+    const json found = contents(defaults);
+    EXPECT_EQ(found.contains(key), base.contains(key)) << key;
+  }
+}
+
+TEST_F(SettingsDocument, EveryWriteIsStoredAtOnce) {
+  {
+    Settings settings(defaults);
+    settings.quickBarKey = QuickBarKey::ControlShiftSpace;
+    EXPECT_EQ(stored()["quickBarKey"], "controlShiftSpace");
+    settings.linkRoutes.update([](auto& routes) { routes.push_back({.pattern = "b.org"}); });
+    EXPECT_EQ(stored()["linkRoutes"][0]["pattern"], "b.org");
+    settings.quickBarKey = std::nullopt;
+    EXPECT_FALSE(stored().contains("quickBarKey"));
+    int runs = 0;
+    const Effect watcher = effect([&] {
+      ++runs;
+      (void)settings.archiveAfter.get();
+    });
+    settings.archiveAfter = ArchiveInterval::Never;
+    flushEffects();
+    EXPECT_EQ(runs, 2);
+  }
+  EXPECT_EQ(Settings(defaults).archiveAfter.peek(), ArchiveInterval::Never);
+}
+
+TEST_F(SettingsDocument, AnotherEngineEndsItsConsent) {
+  Settings settings(defaults);
+  settings.searchEngine = SearchEngine::kagi;
+  settings.searchSuggestions = true;
+  settings.searchEngine = SearchEngine::kagi;
+  EXPECT_TRUE(settings.searchSuggestions);
+  settings.searchEngine = SearchEngine::bing;
+  EXPECT_FALSE(settings.searchSuggestions);
+  EXPECT_EQ(stored()["searchEngine"], "bing");
+  EXPECT_EQ(stored()["searchSuggestions"], false);
+  settings.searchEngine = SearchEngine::kagi;
+  EXPECT_FALSE(settings.searchSuggestions);
+}
+
+TEST_F(SettingsDocument, TheBuiltInShortcutsAreNotStored) {
+  Settings settings(defaults);
+  std::vector<SearchShortcut> list = SearchShortcut::builtIn();
+  for (SearchShortcut& shortcut : list) shortcut.id = UUID::random();
+  settings.searchShortcuts = list;
+  EXPECT_FALSE(stored().contains("searchShortcuts"));
+  list.pop_back();
+  settings.searchShortcuts = list;
+  EXPECT_EQ(stored()["searchShortcuts"].size(), list.size());
+  EXPECT_EQ(Settings(defaults).searchShortcuts.peek(), list);
+  settings.searchShortcuts = std::vector<SearchShortcut>();
+  EXPECT_THAT(Settings(defaults).searchShortcuts.peek(), IsEmpty()) << "none is not untouched";
+}
+
+TEST_F(SettingsDocument, ZoomIsFiledBySite) {
+  Settings settings(defaults);
+  settings.setZoom(1.5, address("https://www.Example.com/path"));
+  settings.setZoom(2, std::nullopt);
+  settings.setZoom(2, address("about:blank"));
+  EXPECT_THAT(settings.siteZoom.peek(), ElementsAre(Pair("example.com", 1.5)));
+  EXPECT_EQ(settings.zoom(address("http://example.com/")), 1.5);
+  EXPECT_EQ(settings.zoom(address("https://m.example.com/")), 1);
+  EXPECT_EQ(settings.zoom(std::nullopt), 1);
+  settings.setZoom(1.005, address("https://example.com/"));
+  EXPECT_THAT(settings.siteZoom.peek(), IsEmpty());
+  settings.setZoom(0.98, address("https://example.com/"));
+  EXPECT_EQ(stored()["siteZoom"]["example.com"], 0.98);
+}
+
+TEST_F(SettingsDocument, HiddenItemsAreFiledByHowWideTheyAct) {
+  Settings settings(defaults);
+  const URL page = address("https://example.com/a");
+  settings.hide("body > div.x", page);
+  settings.hide("div.x", page);
+  settings.hide("div.x", page);
+  settings.hide("body", address("https://example.com"));
+  settings.hide("div.y", address("https://example.com.au/a"));
+  settings.hide("div.z", address("about:blank"));
+  EXPECT_THAT(settings.hiddenItems.peek(), SizeIs(4));
+  EXPECT_THAT(settings.hiddenItemsOn(page), ElementsAre("div.x", "body > div.x"));
+  EXPECT_THAT(settings.hiddenItemsOn(address("https://www.example.com/")),
+              ElementsAre("div.x", "body"));
+  EXPECT_THAT(settings.hiddenItemsOn(std::nullopt), IsEmpty());
+  settings.showHiddenItems(page);
+  EXPECT_EQ(stored()["hiddenItems"], json({{"example.com.au", {"div.y"}}}));
+}
+
+}  // namespace
+}  // namespace orvel::test

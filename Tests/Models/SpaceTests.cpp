@@ -1,0 +1,388 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+using SpaceRef = std::shared_ptr<Space>;
+
+class Spaces : public testing::Test {
+ protected:
+  Spaces() { world.launch(); }
+  BrowserStore& store() { return *world.store; }
+  SpaceRef at(size_t index) { return store().spaces.peek().at(index); }
+  SpaceRef make(const std::string& name, std::optional<UUID> profile = std::nullopt) {
+    store().beginNewSpace();
+    SpaceDraft draft = *store().spaceDraft.peek();
+    draft.name = name;
+    draft.profileID = profile;
+    store().commit(draft);
+    return store().spaces.peek().back();
+  }
+  World world;
+};
+
+TEST_F(Spaces, NewOnesWalkThroughThemesAndSymbols) {
+  for (int i = 0; i < 12; ++i) make("more");
+  ASSERT_THAT(store().spaces.peek(), SizeIs(13));
+  store().beginNewSpace();
+  const SpaceDraft draft = *store().spaceDraft.peek();
+  EXPECT_EQ(draft.symbol, "briefcase.fill");
+  EXPECT_EQ(draft.hue, Theme::all[13 % 8].hue);
+  EXPECT_FALSE(draft.spaceID || draft.profileID);
+  store().beginNewSpace();
+  EXPECT_NE(store().spaceDraft.peek()->id, draft.id);
+}
+
+TEST_F(Spaces, ADraftIsCommittedByWhatItNames) {
+  const SpaceRef first = at(0);
+  store().beginEditing(*first);
+  SpaceDraft draft = *store().spaceDraft.peek();
+  EXPECT_EQ(draft.spaceID, first->id);
+  EXPECT_EQ(draft.profileID, first->profile->id);
+  draft.name = " \n\t";
+  store().commit(draft);
+  EXPECT_TRUE(store().spaceDraft.peek()) << "the sheet stays open";
+
+  draft.name = " Work \n";
+  draft.symbol = "leaf.fill";
+  draft.hue = 0.5;
+  draft.appearance = Space::Appearance::Dark;
+  draft.profileID = std::nullopt;
+  store().window = &world.window;
+  store().commit(draft);
+  EXPECT_FALSE(store().spaceDraft.peek());
+  EXPECT_EQ(first->name.peek() + first->symbol.peek(), "Workleaf.fill");
+  EXPECT_EQ(world.window.current, WindowAppearance::Dark);
+  EXPECT_THAT(store().profiles.peek(), SizeIs(1)) << "an edit ignores the choice of profile";
+  world.scheduler.advance(1s);
+  EXPECT_THAT(world.sessionFile(), HasSubstr("\"Work\""));
+
+  const SpaceRef shared = make("Shared", first->profile->id);
+  EXPECT_EQ(shared->profile, first->profile);
+  EXPECT_EQ(store().activeSpace(), shared);
+  EXPECT_EQ(make("Own")->profile->name.peek(), "Own");
+  EXPECT_EQ(make("Lost profile", UUID::random())->profile->name.peek(), "Lost profile");
+
+  store().beginEditing(*shared);
+  draft = *store().spaceDraft.peek();
+  store().deleteSpace(shared);
+  store().commit(draft);
+  EXPECT_EQ(store().spaces.peek().back()->name.peek(), "Shared") << "made anew";
+  EXPECT_NE(store().spaces.peek().back(), shared);
+}
+
+TEST_F(Spaces, SwitchingWakesTheSelectedTab) {
+  const TabRef tab = world.open("https://a/");
+  world.scheduler.settle();
+  const SpaceRef first = at(0);
+  const SpaceRef second = make("Second");
+  tab->teardown();
+  store().capture = tab->id;
+  world.scheduler.advance(2s);
+  world.disk->put(world.services.paths.session(), "untouched");
+  store().switchTo(second);
+  world.scheduler.advance(2s);
+  EXPECT_TRUE(store().capture.peek()) << "the active space: nothing happens";
+  EXPECT_EQ(world.sessionFile(), "untouched");
+
+  store().switchTo(first);
+  EXPECT_FALSE(store().spaceSwitchForward);
+  EXPECT_NE(tab->liveWebView(), nullptr);
+  EXPECT_FALSE(store().capture.peek());
+  EXPECT_FALSE(store().leavingSpaceID.peek()) << "no motion: the change is over at once";
+  world.scheduler.advance(1s);
+  EXPECT_EQ(world.view(tab)->focusCount, 1);
+  EXPECT_THAT(world.sessionFile(), HasSubstr(first->id.text()));
+}
+
+TEST_F(Spaces, ThePagerShowsTheLeavingOneUntilTheLatestSwitchIsOver) {
+  const SpaceRef first = at(0), second = make("2"), third = make("3");
+  world.scheduler.settle();
+  world.desktop.isMotionOn = true;
+  store().switchTo(first);
+  EXPECT_THAT(store().pagerSpaces(), ElementsAre(first, third));
+  EXPECT_EQ(store().pagerPosition(*third), 1);
+  world.scheduler.advance(200ms);
+  store().switchTo(second);
+  EXPECT_TRUE(store().spaceSwitchForward);
+  EXPECT_THAT(store().pagerSpaces(), ElementsAre(first, second));
+  EXPECT_EQ(store().pagerPosition(*first), -1);
+  EXPECT_EQ(store().pagerPosition(*second), 0);
+  world.scheduler.advance(100ms);
+  EXPECT_EQ(store().leavingSpaceID.peek(), first->id) << "the former switch's end does no harm";
+  world.scheduler.advance(180ms);
+  EXPECT_THAT(store().pagerSpaces(), ElementsAre(second));
+}
+
+TEST_F(Spaces, DeletingTheActiveOneActivatesItsNeighbour) {
+  const SpaceRef first = at(0), second = make("2"), third = make("3");
+  store().deleteSpace(third);
+  EXPECT_EQ(store().activeSpace(), second);
+  store().switchTo(first);
+  store().deleteSpace(first);
+  EXPECT_EQ(store().activeSpace(), second);
+  store().deleteSpace(third);
+  store().deleteSpace(second);
+  EXPECT_THAT(store().spaces.peek(), ElementsAre(second)) << "the last one stays";
+}
+
+TEST_F(Spaces, DeletionTakesAlongWhatBelongsToTheSpaceAndNothingElse) {
+  const SpaceRef kept = at(0), gone = make("Gone", kept->profile->id);
+  const TabRef favorite = world.open("https://favorite/");
+  store().move(favorite, FavoritesDestination());
+  const TabRef pinned = world.open("https://pinned/");
+  store().togglePin(pinned);
+  const TabRef today = world.open("https://today/");
+  world.scheduler.settle();
+  store().closedTabs = {{kept->id, {}}, {gone->id, {}}};
+  store().archive = {{.spaceID = gone->id}, {.spaceID = kept->id}};
+  store().settings.linkRoutes = {{.pattern = "a", .spaceID = gone->id},
+                                 {.pattern = "b", .spaceID = kept->id}};
+  world.told.clear();
+  EXPECT_FALSE(store().deletesProfile(*gone));
+  store().deleteSpace(gone);
+  EXPECT_THAT(world.told, ElementsAre("close", "close"));
+  for (const TabRef& tab : {pinned, today})
+    EXPECT_TRUE(tab->isDiscarded && !tab->liveWebView()) << tab->url.peek()->text();
+  EXPECT_FALSE(favorite->isDiscarded) << "the profile lives on";
+  ASSERT_THAT(store().closedTabs, SizeIs(1));
+  EXPECT_EQ(store().closedTabs[0].spaceID, kept->id);
+  ASSERT_THAT(store().archive.peek(), SizeIs(1));
+  EXPECT_EQ(store().archive.peek()[0].spaceID, kept->id);
+  ASSERT_THAT(store().settings.linkRoutes.peek(), SizeIs(1));
+  EXPECT_EQ(store().settings.linkRoutes.peek()[0].pattern, "b");
+  world.scheduler.advance(10s);
+  EXPECT_THAT(world.file("archive.json"), Not(HasSubstr(gone->id.text())));
+  EXPECT_THAT(world.file("archive.json"), HasSubstr(kept->id.text()));
+  EXPECT_THAT(world.engine.removedStores, IsEmpty());
+}
+
+TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
+  const SpaceRef gone = at(0);
+  const SpaceRef kept = make("Kept");
+  store().switchTo(gone);
+  const TabRef favorite = world.open("https://favorite/");
+  store().move(favorite, FavoritesDestination());
+  const UUID profile = gone->profile->id;
+  const Suggestion picked = suggestion::Search{.text = "cats"};
+  store().learn(picked, "c");
+  world.scheduler.settle();
+  world.visits.clear();
+  world.engine.failingRemovals = 4;
+  EXPECT_TRUE(store().deletesProfile(*gone));
+  store().deleteSpace(gone);
+  EXPECT_TRUE(favorite->isDiscarded);
+  EXPECT_THAT(store().profiles.peek(), ElementsAre(kept->profile));
+  EXPECT_FALSE(store().choices.contains(profile));
+  world.scheduler.settle();
+  EXPECT_THAT(world.visits, ElementsAre("removed " + profile.text()));
+  EXPECT_THAT(world.file("Choices.json"), Not(HasSubstr("cats")));
+  world.scheduler.advance(4999ms);
+  EXPECT_THAT(world.engine.removedStores, IsEmpty());
+  world.scheduler.advance(1ms);
+  EXPECT_THAT(world.engine.removedStores, ElementsAre(profile)) << "the fifth attempt";
+}
+
+TEST_F(Spaces, ADataStoreThatStaysInUseIsLeft) {
+  make("Kept");
+  world.engine.failingRemovals = 100;
+  store().deleteSpace(at(0));
+  world.scheduler.advance(60s);
+  EXPECT_EQ(world.engine.failingRemovals, 95);
+  EXPECT_FALSE(store().toast.peek());
+}
+
+// The swipe, as a stream of events over a sidebar of 248 points.
+
+class Swipe : public Spaces {
+ protected:
+  Swipe() : first(at(0)), second(make("2")) {
+    store().switchTo(first);
+    store().setSidebarWidth(kWidth);
+    world.desktop.isMotionOn = true;
+    world.scheduler.advance(5s);
+  }
+  void event(ScrollEvent::Phase phase, double travel = 0, double dy = 0) {
+    EXPECT_FALSE(store().scrollMonitor->handle({.phase = phase,
+                                                .deltaX = -travel,
+                                                .deltaY = dy,
+                                                .timestamp = time,
+                                                .pointerX = pointerX}));
+  }
+  // A gesture of equal steps, which stays in the air.
+  void drag(double travel, double duration, int steps = 10) {
+    event(ScrollEvent::Phase::Began);
+    for (int i = 0; i < steps; ++i) {
+      time += duration / steps;
+      event(ScrollEvent::Phase::Changed, travel / steps);
+    }
+  }
+  void lift() { event(ScrollEvent::Phase::Ended); }
+  // Long enough for the samples to grow old.
+  void rest() {
+    time += 0.5;
+    event(ScrollEvent::Phase::Changed, 0.001);
+  }
+
+  static constexpr double kWidth = 200;
+  double time = 1000;
+  double pointerX = 100;
+  const SpaceRef first, second;
+};
+
+TEST_F(Swipe, ThePageFollowsTheFingers) {
+  drag(80, 0.4);
+  EXPECT_NEAR(store().spaceSwipeOffset.peek(), -80, 1e-9);
+  EXPECT_EQ(store().revealingSpace(), second);
+  event(ScrollEvent::Phase::Changed, 500);
+  EXPECT_EQ(store().spaceSwipeOffset.peek(), -kWidth);
+  event(ScrollEvent::Phase::Changed, -600);
+  EXPECT_EQ(store().revealingSpace(), nullptr) << "there is nothing on that side";
+  EXPECT_NEAR(store().spaceSwipeOffset.peek(), kWidth * (1 - 1 / (20 * 0.55 / kWidth + 1)), 1e-9);
+  event(ScrollEvent::Phase::Changed, -100000);
+  EXPECT_GT(store().spaceSwipeOffset.peek(), 0.99 * kWidth);
+  EXPECT_LT(store().spaceSwipeOffset.peek(), kWidth);
+  lift();
+  EXPECT_EQ(store().spaceSwipeOffset.peek(), 0);
+  EXPECT_EQ(store().activeSpace(), first);
+}
+
+TEST_F(Swipe, EndsByProjection) {
+  struct Case {
+    const char* name;
+    double travel, duration;  // in width, in seconds
+    bool rests;
+    double back;  // a last flick of 10 ms, in width
+    bool switches;
+  };
+  const Case cases[] = {
+      {"slow, 40 percent", 0.4, 4, true, 0, false},
+      {"slow, 60 percent", 0.6, 4, true, 0, true},
+      {"40 percent, just too slow", 0.4, 0.4 / (0.099 / 0.15), false, 0, false},
+      {"40 percent, just fast enough", 0.4, 0.4 / (0.101 / 0.15), false, 0, true},
+      {"a short flick", 0.1, 0.03, false, 0, true},
+      {"flicked back", 0.7, 0.7, true, -0.2, false},
+      {"towards no space", -0.9, 0.2, false, 0, false},
+  };
+  for (const Case& test : cases) {
+    world.scheduler.advance(5s);
+    store().switchTo(first);
+    time += 10;
+    drag(test.travel * kWidth, test.duration, 200);
+    if (test.rests) rest();
+    if (test.back != 0) {
+      time += 0.01;
+      event(ScrollEvent::Phase::Changed, test.back * kWidth);
+    }
+    lift();
+    EXPECT_EQ(store().activeSpace() == second, test.switches) << test.name;
+    EXPECT_EQ(store().spaceSwipeOffset.peek(), 0) << test.name;
+  }
+}
+
+TEST_F(Swipe, TheSpringTakesOverTheFingersSpeed) {
+  std::optional<Spring> spring;
+  const Effect watcher = effect([&](const Wake& wake) {
+    (void)store().spaceSwipeOffset.get();
+    spring = wake.transaction ? std::optional(wake.transaction->spring) : std::nullopt;
+  });
+  drag(60, 0.06);
+  world.scheduler.settle();
+  EXPECT_FALSE(spring) << "under the fingers nothing is animated";
+  lift();
+  world.scheduler.settle();
+  ASSERT_TRUE(spring);
+  EXPECT_DOUBLE_EQ(spring->response, 0.4);
+  EXPECT_DOUBLE_EQ(spring->dampingFraction, 1);
+  EXPECT_NEAR(spring->initialVelocity, 1000.0 / 140, 1e-6);
+  world.scheduler.advance(5s);
+
+  store().switchTo(first);
+  drag(190, 0.01);
+  lift();
+  world.scheduler.settle();
+  EXPECT_EQ(spring->initialVelocity, 20) << "the highest";
+  world.scheduler.advance(5s);
+  store().switchTo(first);
+  drag(20, 4);
+  rest();
+  lift();
+  world.scheduler.settle();
+  EXPECT_EQ(spring->initialVelocity, 0) << "speed away from the end counts as none";
+}
+
+TEST_F(Swipe, CancellingNeverSwitches) {
+  drag(199, 0.1);
+  event(ScrollEvent::Phase::Cancelled);
+  EXPECT_EQ(store().activeSpace(), first);
+  EXPECT_EQ(store().revealingSpace(), second) << "until the page is back";
+  world.scheduler.advance(1s);
+  EXPECT_EQ(store().revealingSpace(), nullptr);
+}
+
+TEST_F(Swipe, ANewGestureKeepsWhatItReveals) {
+  drag(60, 4);
+  rest();
+  lift();
+  world.scheduler.advance(100ms);
+  drag(60, 0.1);
+  world.scheduler.advance(5s);
+  EXPECT_EQ(store().revealingSpace(), second);
+}
+
+TEST_F(Swipe, WhatIsNoSwipe) {
+  const auto isFollowed = [&](const std::function<void()>& gesture) {
+    store().isSidebarVisible = true;
+    store().isSidebarPeeking = false;
+    pointerX = 100;
+    gesture();
+    event(ScrollEvent::Phase::Changed, 50);
+    const bool isMoved = store().spaceSwipeOffset.peek() != 0;
+    event(ScrollEvent::Phase::Cancelled);
+    return isMoved;
+  };
+  const auto begin = [&] { event(ScrollEvent::Phase::Began); };
+  EXPECT_FALSE(isFollowed([] {})) << "nothing has begun";
+  EXPECT_TRUE(isFollowed(begin));
+  EXPECT_FALSE(isFollowed([&] {
+    begin();
+    event(ScrollEvent::Phase::Changed, 3, 3);
+  })) << "as much down as across is a vertical scroll";
+  EXPECT_TRUE(isFollowed([&] {
+    begin();
+    event(ScrollEvent::Phase::Changed, 0, 0);
+    event(ScrollEvent::Phase::Changed, 3.1, 3);
+    event(ScrollEvent::Phase::Changed, 1, 90);
+  })) << "only the first delta decides";
+  EXPECT_FALSE(isFollowed([&] {
+    pointerX = kWidth;
+    begin();
+  })) << "beside the sidebar";
+  EXPECT_FALSE(isFollowed([&] {
+    store().isSidebarVisible = false;
+    begin();
+  }));
+  EXPECT_TRUE(isFollowed([&] {
+    store().isSidebarVisible = false;
+    store().isSidebarPeeking = true;
+    begin();
+  }));
+  drag(50, 0.1);
+  event(ScrollEvent::Phase::Cancelled);
+  store().scrollMonitor->handle(
+      {.phase = ScrollEvent::Phase::Changed, .isMomentum = true, .deltaX = -90});
+  EXPECT_EQ(store().spaceSwipeOffset.peek(), 0) << "momentum is nobody's finger";
+}
+
+}  // namespace
+}  // namespace orvel::test
