@@ -1,6 +1,7 @@
 // Shows the main window over a sample session, for looking at and for pictures.
 //
-//   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu]
+//   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
+//                paused|space|space-edit]
 //                [theme=NAME] [many] [shoot=FILE]
 
 #include <adwaita.h>
@@ -39,6 +40,18 @@ struct Preview {
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
     if (state == "edit") store.showCommandBar(CommandBarMode::CurrentTab);
+    if (state == "paused") store.contentBlocker.togglePause(*sample.reading->url.peek());
+    if (state == "space") {
+      store.beginNewSpace();
+      const auto* theme = Theme::withID("sage");
+      store.spaceDraft.update([theme](auto& draft) {
+        draft->name = "Garden";
+        draft->hue = theme->hue;
+        draft->symbol = "leaf.fill";
+      });
+      store.previewTheme = *theme;
+    }
+    if (state == "space-edit") store.beginEditing(*space);
     if (state == "toast")
       store.showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [] {}, .lasts = 60s});
     if (state == "loading") {
