@@ -21,6 +21,8 @@ class BrowserView final : public Gtk::Widget {
   SidebarView& sidebar() { return sidebar_; }
   PageView& page() { return page_; }
   SpaceSheet& sheet() { return sheet_; }
+  // The scheme in force, followed.
+  const Observable<ColorScheme>& scheme() const { return scheme_; }
   // The keyboard goes from the sidebar to the page, or back.
   void switchRegion();
 

@@ -17,6 +17,8 @@ ChoiceButton::ChoiceButton(std::string name) : name_(std::move(name)) {
   content->append(title_);
   content->append(*makeIcon("chevron.down", 10));
   set_child(*content);
+  // The title fills the button, and the button no more than it is given.
+  set_hexpand(false);
   signal_clicked().connect([this] {
     std::vector<MenuEntry> entries;
     for (size_t i = 0; i < titles_.size(); ++i)
@@ -27,17 +29,17 @@ ChoiceButton::ChoiceButton(std::string name) : name_(std::move(name)) {
 
 void ChoiceButton::setChoices(std::vector<std::string> titles, size_t chosen) {
   titles_ = std::move(titles);
-  show(chosen);
+  setChosen(chosen);
 }
 
-void ChoiceButton::show(size_t index) {
+void ChoiceButton::setChosen(size_t index) {
   const auto title = index < titles_.size() ? titles_[index] : std::string();
   title_.set_text(title);
   setAccessibleLabel(*this, name_ + ": " + title);
 }
 
 void ChoiceButton::choose(size_t index) {
-  show(index);
+  setChosen(index);
   if (perform_) perform_(index);
 }
 

@@ -17,11 +17,11 @@ class ChoiceButton final : public Gtk::Button {
 
   // Shows the choice at `chosen`; an index past the end shows nothing.
   void setChoices(std::vector<std::string> titles, size_t chosen);
+  void setChosen(size_t index);
   // A choice shows at once and runs this, also when it is the present one.
   void onChoice(std::function<void(size_t)> perform) { perform_ = std::move(perform); }
 
  private:
-  void show(size_t index);
   void choose(size_t index);
 
   std::string name_;

@@ -66,6 +66,8 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
       {"ink", hex(palette.ink)},
       {"paper", hex(palette.paper)},
       {"raised", hex(palette.raised)},
+      // The chosen part of a sunk well on a card.
+      {"segment", hex(isDark ? mix(palette.raised, palette.ink, 0.14) : palette.raised)},
       {"slip", hex(palette.slip)},
       {"slipInk", hex(palette.slipInk)},
       {"slipAccent", hex(palette.slipAccent)},
