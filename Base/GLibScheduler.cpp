@@ -27,6 +27,9 @@ constexpr int kPriorityBeforeLayout = G_PRIORITY_HIGH_IDLE;
 
 constexpr int kUtilityNiceness = 10;
 
+// How long waiting work may hold up the end.
+constexpr Duration kLongestEnd = 1s;
+
 }  // namespace
 
 struct GLibScheduler::TurnSource {
@@ -56,8 +59,9 @@ GLibScheduler::GLibScheduler() {
 GLibScheduler::~GLibScheduler() {
   {
     const std::lock_guard lock(mutex_);
-    isEnding_ = true;
-    for (Worker& worker : workers_) worker.jobs.clear();
+    ending_ = instant();
+    for (const WorkPriority dropped : {WorkPriority::UserInitiated, WorkPriority::Utility})
+      workers_[static_cast<int>(dropped)].jobs.clear();
   }
   wanted_.notify_all();
   for (Worker& worker : workers_)
@@ -161,15 +165,15 @@ void GLibScheduler::work(Worker& worker, WorkPriority priority) {
     Job job;
     {
       std::unique_lock lock(mutex_);
-      wanted_.wait(lock, [&] { return isEnding_ || !worker.jobs.empty(); });
-      if (isEnding_) return;
+      wanted_.wait(lock, [&] { return ending_ || !worker.jobs.empty(); });
+      if (worker.jobs.empty() || (ending_ && instant() - *ending_ > kLongestEnd)) return;
       job = std::move(worker.jobs.front());
       worker.jobs.pop_front();
     }
     job.work();
     job.work = nullptr;
     const std::lock_guard lock(mutex_);
-    if (isEnding_) return;
+    if (ending_) continue;
     finished_.push_back(std::move(job.done));
     g_source_set_ready_time(turns_, 0);
   }

@@ -51,9 +51,10 @@ class GLibScheduler final : public Scheduler {
 
   std::mutex mutex_;
   std::condition_variable wanted_;
-  Worker workers_[2];
+  Worker workers_[3];
   std::vector<std::function<void()>> finished_;
-  bool isEnding_ = false;
+  // When the end began; absent before.
+  std::optional<Instant> ending_;
 };
 
 }  // namespace orvel

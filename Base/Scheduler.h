@@ -20,7 +20,14 @@ enum class SleepResult { Done, Cancelled };
 // Boot time goes on while the machine is suspended; monotonic time stands still.
 enum class SleepClock { Monotonic, Boot };
 
-enum class WorkPriority { UserInitiated, Utility };
+// Each has a worker of its own, which does one work after the other in the order of asking.
+enum class WorkPriority {
+  UserInitiated,
+  Utility,
+  // For a database that lives on this worker. What still waits there when the scheduler ends is
+  // carried out, for up to a second.
+  Database,
+};
 
 // The main thread's turns. One turn runs what is due, in order, and then flushes the effects;
 // layout and drawing come after it. `GLibScheduler` is the application's, on the process's main

@@ -63,7 +63,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Settings settings;
   ContentBlocker contentBlocker;
   ExtensionHost extensions;
-  // Null when it could not be opened; no visit is recorded then.
+  // Null when there is none: no visit is recorded then.
   std::unique_ptr<HistoryStore> history;
   // The main window while there is one: the window's controller sets and clears it.
   DesktopWindow* window = nullptr;
@@ -144,6 +144,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void forgetChoices();
   // Absent `url`: all of the profile's.
   void forgetChoices(const UUID& profile, const std::optional<URL>& url = std::nullopt);
+  // Asks whether to forget every visit and every pick, in every profile.
+  void clearHistory();
 
   // Persistence.
   // Asks for a save within a second. Every change of what is saved ends with it.

@@ -31,7 +31,7 @@ struct Services {
   // What ships with the program: page scripts, filter lists.
   std::filesystem::path resources;
   std::shared_ptr<DownloadManager> downloads;
-  // Opens the visits' database; null when that fails. May be empty: no visit is ever recorded.
+  // Opens the visits' database; may answer null and may be empty: no visit is recorded then.
   std::function<std::unique_ptr<HistoryStore>(const std::filesystem::path&)> openHistory;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <functional>
 #include <map>
 #include <optional>
@@ -101,13 +102,6 @@ class Settings {
   // Reads what is stored in `defaults`, which must outlive the settings.
   explicit Settings(UserDefaults& defaults);
 
- private:
-  Settings(UserDefaults& defaults, Snapshot stored);
-  std::function<void(bool)> stores() {
-    return [this](bool) { save(); };
-  }
-
- public:
   // Another engine turns `searchSuggestions` off: consent to what is typed being sent was given to
   // the former one.
   Setting<SearchEngine> searchEngine;
@@ -142,7 +136,11 @@ class Settings {
   void showHiddenItems(const std::optional<URL>& url);
 
  private:
+  Settings(UserDefaults& defaults, Snapshot stored);
   void save();
+  std::function<void(bool)> stores() {
+    return [this](bool) { save(); };
+  }
 
   UserDefaults& defaults_;
 };

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+
 #include "Base/Observable.h"
 #include "Tests/Kit/Eventually.h"
 
@@ -85,14 +87,15 @@ TEST_F(GLibSchedulerTest, WorkersReportOnTheMainThread) {
   const auto main = std::this_thread::get_id();
   std::thread::id worker;
   std::thread::id reporter;
-  for (const WorkPriority priority : {WorkPriority::UserInitiated, WorkPriority::Utility})
+  for (const WorkPriority priority :
+       {WorkPriority::UserInitiated, WorkPriority::Utility, WorkPriority::Database})
     scheduler.runInBackground([&] { worker = std::this_thread::get_id(); },
                               [&] {
                                 reporter = std::this_thread::get_id();
                                 log.push_back("done");
                               },
                               priority);
-  ASSERT_TRUE(eventually([&] { return log.size() == 2; }));
+  ASSERT_TRUE(eventually([&] { return log.size() == 3; }));
   EXPECT_NE(worker, main);
   EXPECT_EQ(reporter, main);
 }
@@ -112,6 +115,30 @@ TEST(GLibSchedulerEnd, WaitsForWorkersAndDropsTheirReports) {
   }
   EXPECT_TRUE(hasWorked);
   EXPECT_FALSE(hasReported);
+}
+
+TEST(GLibSchedulerEnd, CarriesOutWhatWaitsForADatabaseAndNothingElse) {
+  const struct {
+    WorkPriority priority;
+    int done;
+  } cases[] = {{WorkPriority::Database, 3}, {WorkPriority::UserInitiated, 1}};
+  for (const auto& test : cases) {
+    int done = 0;
+    std::atomic<bool> hasBegun = false;
+    {
+      GLibScheduler scheduler;
+      for (int i = 0; i < 3; ++i)
+        scheduler.runInBackground(
+            [&] {
+              hasBegun = true;
+              g_usleep(50'000);
+              ++done;
+            },
+            [] {}, test.priority);
+      while (!hasBegun) g_usleep(1000);
+    }
+    EXPECT_EQ(done, test.done);
+  }
 }
 
 }  // namespace

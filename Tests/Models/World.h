@@ -37,17 +37,32 @@ class RecordingExtensions final : public WebExtensionController {
   std::vector<std::string>& log_;
 };
 
+// Writes down what is recorded and removed, over a database in memory.
 class RecordingHistory final : public HistoryStore {
  public:
-  explicit RecordingHistory(std::vector<std::string>& visits) : visits_(visits) {}
-  void recordVisit(const UUID&, const URL& url, const std::string& title, Date) override {
+  RecordingHistory(Scheduler& scheduler, std::vector<std::string>& visits)
+      : store_(HistoryStore::open(scheduler, ":memory:")), visits_(visits) {}
+  void recordVisit(const UUID& profile, const URL& url, const std::string& title,
+                   Date at) override {
     visits_.push_back(url.text() + " " + title);
+    store_->recordVisit(profile, url, title, at);
   }
+  Future<Entries> search(const HistorySearchField& field, std::string query, const UUID& profile,
+                         size_t limit, Date now) override {
+    return store_->search(field, std::move(query), profile, limit, now);
+  }
+  Future<Entries> recent(const UUID& profile, size_t limit) override {
+    return store_->recent(profile, limit);
+  }
+  void remove(const URL& url, const UUID& profile) override { store_->remove(url, profile); }
   void removeAll(const std::optional<UUID>& profile) override {
     visits_.push_back("removed " + (profile ? profile->text() : "all"));
+    store_->removeAll(profile);
   }
+  void prepareSearch(const UUID& profile) override { store_->prepareSearch(profile); }
 
  private:
+  std::unique_ptr<HistoryStore> store_;
   std::vector<std::string>& visits_;
 };
 
@@ -103,18 +118,19 @@ class World {
       scheduler, writer, defaults, {}, {disk, "/data/Orvel/Filters", "/share/Filters"}, {}};
   std::vector<std::string> told;
   std::vector<std::string> visits;
-  Services services{
-      .scheduler = scheduler,
-      .engine = engine,
-      .desktop = desktop.desktop(),
-      .files = writer,
-      .paths = AppPaths::in("/data", "/cache", "/downloads"),
-      .favicons = favicons,
-      .defaults = defaults,
-      .filterLists = filterLists,
-      .resources = "/share",
-      .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
-      .openHistory = [this](const auto&) { return std::make_unique<RecordingHistory>(visits); }};
+  Services services{.scheduler = scheduler,
+                    .engine = engine,
+                    .desktop = desktop.desktop(),
+                    .files = writer,
+                    .paths = AppPaths::in("/data", "/cache", "/downloads"),
+                    .favicons = favicons,
+                    .defaults = defaults,
+                    .filterLists = filterLists,
+                    .resources = "/share",
+                    .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
+                    .openHistory = [this](const auto&) {
+                      return std::make_unique<RecordingHistory>(scheduler, visits);
+                    }};
   RecordingExtensions* extensions = nullptr;
   std::shared_ptr<BrowserStore> store;
 };

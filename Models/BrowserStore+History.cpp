@@ -1,0 +1,25 @@
+#include "Models/BrowserStore.h"
+
+// Forgetting where the user has been.
+namespace orvel {
+
+void BrowserStore::clearHistory() {
+  services_.desktop.dialogs.showAlert(
+      window,
+      {.messageText = "Clear all browsing history?",
+       .informativeText = "Visited pages, and what the command bar learned you pick, are forgotten "
+                          "in every profile. Open tabs, favorites and the archive stay.",
+       .buttons = {"Clear History", "Cancel"},
+       .isDestructive = true},
+      [weak = weak_from_this()](const AlertAnswer& given) {
+        const auto store = weak.lock();
+        if (!store || !given.isFirstButton()) return;
+        store->later([](BrowserStore& live) {
+          if (live.history) live.history->removeAll(std::nullopt);
+        });
+        store->forgetChoices();
+        store->showToast("History cleared");
+      });
+}
+
+}  // namespace orvel
