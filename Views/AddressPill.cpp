@@ -11,7 +11,9 @@
 namespace orvel {
 
 AddressPill::AddressPill(BrowserStore& store)
-    : store_(store), link_("link", _("Copy Link (Ctrl+Shift+C)")) {
+    : store_(store),
+      shield_("checkmark.shield", _("Pause blocking on this site")),
+      link_("link", _("Copy Link (Ctrl+Shift+C)")) {
   add_css_class("pill");
   glyph_.add_css_class("glyph");
   glyph_.add_css_class("quiet");
@@ -33,12 +35,14 @@ AddressPill::AddressPill(BrowserStore& store)
   field_.set_valign(Gtk::Align::CENTER);
   append(glyph_);
   append(field_);
+  append(shield_);
   append(link_);
 
   address_.signal_clicked().connect([this] {
     const bool hasTab = store_.activeSpace()->selectedTab() != nullptr;
     store_.showCommandBar(hasTab ? CommandBarMode::CurrentTab : CommandBarMode::NewTab);
   });
+  shield_.signal_clicked().connect([this] { store_.toggleBlockingOnCurrentSite(); });
   link_.signal_clicked().connect([this] { store_.copyLink(); });
   entry_.signal_activate().connect([this] { submit(); });
   auto keys = Gtk::EventControllerKey::create();
@@ -61,6 +65,7 @@ AddressPill::AddressPill(BrowserStore& store)
   entry_.add_controller(focus);
 
   addressEffect_ = effect([this] { showAddress(); });
+  shieldEffect_ = effect([this] { showShield(); });
   entryEffect_ = effect([this] { showEntry(); });
 }
 
@@ -87,6 +92,18 @@ void AddressPill::showAddress() {
   glyph_.set_visible_child(isLoading ? static_cast<Gtk::Widget&>(needle_) : icon_);
   link_.set_visible(url && !store_.commandBar.get());
   link_.setSymbol(wasCopied ? "checkmark" : "link");
+}
+
+void AddressPill::showShield() {
+  const auto tab = store_.activeSpace()->selectedTab();
+  const auto url = tab ? tab->url.get() : std::nullopt;
+  const bool hasSite = url && ContentBlocker::site(*url);
+  const bool isPaused = store_.contentBlocker.isPaused(url);
+  shield_.set_visible(hasSite && !store_.commandBar.get());
+  shield_.setSymbol(isPaused ? "shield.slash" : "checkmark.shield");
+  shield_.setHelp(isPaused ? _("Blocking paused on this site. Click to resume.")
+                           : _("Pause blocking on this site"));
+  setClass(shield_.Gtk::Widget::gobj(), "paused", isPaused);
 }
 
 void AddressPill::showEntry() {

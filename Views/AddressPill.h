@@ -25,6 +25,7 @@ class AddressPill final : public Gtk::Box {
 
  private:
   void showAddress();
+  void showShield();
   void showEntry();
   void submit();
 
@@ -36,9 +37,11 @@ class AddressPill final : public Gtk::Box {
   Gtk::Button address_;
   Gtk::Label host_;
   Gtk::Entry entry_;
+  IconButton shield_;
   IconButton link_;
   bool isEditing_ = false;
   Effect addressEffect_;
+  Effect shieldEffect_;
   Effect entryEffect_;
 };
 

@@ -29,6 +29,7 @@ BrowserView::BrowserView(BrowserStore& store)
       handle_(store),
       handleTheme_(handle_.Gtk::Widget::gobj()),
       toast_(store),
+      sheet_(store),
       docked_(gobj(), 1, [this](double) { queue_allocate(); }),
       floating_(gobj(), 0, [this](double) { queue_allocate(); }) {
   add_css_class("orvel");
@@ -36,7 +37,7 @@ BrowserView::BrowserView(BrowserStore& store)
   page_.set_hexpand(true);
   page_.set_vexpand(true);
   const std::initializer_list<Gtk::Widget*> layers = {
-      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_, &edge_, &toast_};
+      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_, &edge_, &toast_, &sheet_};
   for (auto* layer : layers) layer->set_parent(*this);
   watchPeeking(edge_);
   watchPeeking(sidebar_);
@@ -55,6 +56,7 @@ BrowserView::BrowserView(BrowserStore& store)
   });
   themeEffect_ = effect([this](const Wake& wake) { followTheme(wake); });
   pageEffect_ = effect([this] { followPage(); });
+  sheetEffect_ = effect([this] { followSheet(); });
 }
 
 BrowserView::~BrowserView() {
@@ -99,6 +101,7 @@ void BrowserView::followTheme(const Wake& wake) {
   handleTheme_.set(theme, scheme);
   toast_.theme().set(theme, scheme);
   sidebar_.setTheme(theme, scheme);
+  sheet_.setTheme(theme, scheme);
   page_.setPalette(palette);
   const auto& colors = theme.in(scheme).backdrop;
   if (wake.transaction)
@@ -116,6 +119,14 @@ void BrowserView::followContrast() {
 void BrowserView::followPage() {
   const auto tab = store_.activeSpace()->selectedTab();
   untracked([&] { page_.setTab(tab); });
+}
+
+void BrowserView::followSheet() {
+  // Below a sheet nothing takes the keyboard.
+  const bool isFree = !store_.spaceDraft.get();
+  content_.set_can_focus(isFree);
+  sidebar_.set_can_focus(isFree);
+  handle_.set_can_focus(isFree);
 }
 
 void BrowserView::switchRegion() {
@@ -188,6 +199,8 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
         {dockedWidth - SidebarResizeHandle::kWidth + 2, 0, SidebarResizeHandle::kWidth, h});
   edge_.set_child_visible(!isSidebarVisible_);
   place(edge_, {0, 0, kPeekStrip, h});
+
+  place(sheet_, {0, 0, w, h});
 
   int natural = 0;
   gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &natural,

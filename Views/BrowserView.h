@@ -5,6 +5,7 @@
 #include "Views/PageView.h"
 #include "Views/SidebarResizeHandle.h"
 #include "Views/SidebarView.h"
+#include "Views/SpaceSheet.h"
 #include "Views/ToastView.h"
 
 namespace orvel {
@@ -19,6 +20,9 @@ class BrowserView final : public Gtk::Widget {
 
   SidebarView& sidebar() { return sidebar_; }
   PageView& page() { return page_; }
+  SpaceSheet& sheet() { return sheet_; }
+  // The scheme in force, followed.
+  const Observable<ColorScheme>& scheme() const { return scheme_; }
   // The keyboard goes from the sidebar to the page, or back.
   void switchRegion();
 
@@ -39,6 +43,7 @@ class BrowserView final : public Gtk::Widget {
   void followSidebar(const Wake& wake);
   void followTheme(const Wake& wake);
   void followPage();
+  void followSheet();
   void followContrast();
   // Reports the pointer over `widget` as a wish to see the hidden sidebar.
   void watchPeeking(Gtk::Widget& widget);
@@ -55,6 +60,7 @@ class BrowserView final : public Gtk::Widget {
   ThemeRoot handleTheme_;
   Gtk::Box edge_;
   ToastView toast_;
+  SpaceSheet sheet_;
   bool isSidebarVisible_ = true;
   bool isCalled_ = false;  // a hidden sidebar is wanted for the time being
   SpringAnimation docked_;
@@ -65,6 +71,7 @@ class BrowserView final : public Gtk::Widget {
   Effect widthEffect_;
   Effect themeEffect_;
   Effect pageEffect_;
+  Effect sheetEffect_;
 };
 
 }  // namespace orvel

@@ -1,7 +1,5 @@
 #include "Views/FavoritesRow.h"
 
-#include <gtkmm/eventcontrollerkey.h>
-
 #include "BrowserCore/URLInput.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
@@ -26,30 +24,15 @@ FavoriteTile::FavoriteTile(SidebarContext& context) : context_(context), site_(k
     if (tab_) context_.store.select(tab_, context_.space);
   });
 
-  const auto openMenu = [this](double x, double y) {
-    if (tab_) presentMenu(*this, x, y, tabMenu(context_.store, context_.space, tab_));
-  };
-  auto click = Gtk::GestureClick::create();
-  click->set_button(0);
-  auto* gesture = click.get();
-  click->signal_pressed().connect([openMenu, gesture](int, double x, double y) {
-    if (gesture->get_current_button() == GDK_BUTTON_SECONDARY) openMenu(x, y);
+  installContextMenu(*this, [this] {
+    return tab_ ? tabMenu(context_.store, context_.space, tab_) : std::vector<MenuEntry>();
   });
-  click->signal_released().connect([this, gesture](int, double, double) {
-    if (gesture->get_current_button() == GDK_BUTTON_MIDDLE && tab_)
-      context_.store.close(TabRef(tab_));
+  auto click = Gtk::GestureClick::create();
+  click->set_button(GDK_BUTTON_MIDDLE);
+  click->signal_released().connect([this](int, double, double) {
+    if (tab_) context_.store.close(TabRef(tab_));
   });
   add_controller(click);
-  auto keys = Gtk::EventControllerKey::create();
-  keys->signal_key_pressed().connect(
-      [this, openMenu](guint key, guint, Gdk::ModifierType state) {
-        const bool isShifted = (state & Gdk::ModifierType::SHIFT_MASK) != Gdk::ModifierType{};
-        if (key != GDK_KEY_Menu && !(key == GDK_KEY_F10 && isShifted)) return false;
-        openMenu(0, get_height());
-        return true;
-      },
-      false);
-  add_controller(keys);
   makeTabDragSource(
       *this, context_.drag, [this] { return tab_; },
       [this](bool isDragged) { set_opacity(isDragged ? 0.4 : 1); });

@@ -1,6 +1,7 @@
 #include "Views/MainWindow.h"
 
 #include "Views/BrowserView.h"
+#include "Views/SettingsWindow.h"
 #include "Views/WindowShortcuts.h"
 
 namespace orvel {
@@ -28,6 +29,11 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
   gtk_widget_add_css_class(GTK_WIDGET(window_), "orvel");
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), view_->gobj());
   desktopWindow_.setButtons(view_->sidebar().topBar().windowButtons());
+  auto* action = g_simple_action_new("settings", nullptr);
+  g_signal_connect_swapped(action, "activate",
+                           G_CALLBACK(+[](MainWindow* self) { self->settings().present(); }), this);
+  g_action_map_add_action(G_ACTION_MAP(window_), G_ACTION(action));
+  g_object_unref(action);
   installWindowShortcuts(GTK_WIDGET(window_), store, *view_);
   store_.window = &desktopWindow_;
   store_.updateWindowChrome(BrowserStore::ChromeMotion::AtOnce);
@@ -35,11 +41,17 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
 }
 
 MainWindow::~MainWindow() {
+  settings_.reset();
   if (store_.window == &desktopWindow_) store_.window = nullptr;
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), nullptr);
   view_.reset();
   gtk_window_destroy(window_);
   g_object_unref(window_);
+}
+
+SettingsWindow& MainWindow::settings() {
+  if (!settings_) settings_ = std::make_unique<SettingsWindow>(window_, store_, view_->scheme());
+  return *settings_;
 }
 
 void MainWindow::present() { gtk_window_present(window_); }

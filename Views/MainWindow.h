@@ -10,6 +10,7 @@
 namespace orvel {
 
 class BrowserView;
+class SettingsWindow;
 
 // The one window of the sidebar and the pages.
 class MainWindow {
@@ -21,6 +22,8 @@ class MainWindow {
   MainWindow(const MainWindow&) = delete;
 
   void present();
+  // The settings' window, made when it is first asked for.
+  SettingsWindow& settings();
   GtkDesktopWindow& desktopWindow() { return desktopWindow_; }
   GtkWindow* native() const { return window_; }
   BrowserView& view() { return *view_; }
@@ -30,6 +33,7 @@ class MainWindow {
   GtkWindow* window_;
   GtkDesktopWindow desktopWindow_;
   std::unique_ptr<BrowserView> view_;
+  std::unique_ptr<SettingsWindow> settings_;
 };
 
 }  // namespace orvel

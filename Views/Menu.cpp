@@ -4,6 +4,8 @@
 #include <giomm/simpleactiongroup.h>
 #include <giomm/themedicon.h>
 #include <glibmm/main.h>
+#include <gtkmm/eventcontrollerkey.h>
+#include <gtkmm/gestureclick.h>
 #include <gtkmm/popovermenu.h>
 
 #include "DesignSystem/Icons.h"
@@ -87,6 +89,26 @@ void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry>
       [](gpointer data, GClosure*) { delete static_cast<Closing*>(data); },
       static_cast<GConnectFlags>(0));
   gtk_popover_popup(popover);
+}
+
+void installContextMenu(Gtk::Widget& widget, std::function<std::vector<MenuEntry>()> entries) {
+  const auto open = [&widget, entries = std::move(entries)](double x, double y) {
+    if (auto menu = entries(); !menu.empty()) presentMenu(widget, x, y, std::move(menu));
+  };
+  auto click = Gtk::GestureClick::create();
+  click->set_button(GDK_BUTTON_SECONDARY);
+  click->signal_pressed().connect([open](int, double x, double y) { open(x, y); });
+  widget.add_controller(click);
+  auto keys = Gtk::EventControllerKey::create();
+  keys->signal_key_pressed().connect(
+      [&widget, open](guint key, guint, Gdk::ModifierType state) {
+        const bool isShifted = (state & Gdk::ModifierType::SHIFT_MASK) != Gdk::ModifierType{};
+        if (key != GDK_KEY_Menu && !(key == GDK_KEY_F10 && isShifted)) return false;
+        open(0, widget.get_height());
+        return true;
+      },
+      false);
+  widget.add_controller(keys);
 }
 
 }  // namespace orvel

@@ -22,4 +22,8 @@ struct MenuEntry {
 void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry> entries,
                  std::function<void()> closed = {});
 
+// Opens the menu of `entries`, made anew each time, on a secondary click and by the menu keys. It
+// stays closed while there are none.
+void installContextMenu(Gtk::Widget& widget, std::function<std::vector<MenuEntry>()> entries);
+
 }  // namespace orvel

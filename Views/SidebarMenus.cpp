@@ -31,6 +31,26 @@ MenuEntry folderEntries(BrowserStore& store, const std::shared_ptr<Space>& space
   return entry;
 }
 
+void askToDelete(BrowserStore& store, const std::shared_ptr<Space>& space) {
+  const auto title = _("Delete “") + shownText(space->name.peek()) + _("”?");
+  const std::string warning =
+      store.deletesProfile(*space)
+          ? _("Its tabs, favorites and all website data (cookies, logins, site storage) will be "
+              "permanently removed.")
+          : _("Its pinned and today tabs will be removed. Logins stay with the spaces that share "
+              "its profile.");
+  store.services().desktop.dialogs.showAlert(
+      store.window,
+      {.messageText = title,
+       .informativeText = warning,
+       .buttons = {_("Delete Space"), _("Cancel")},
+       .isDestructive = true},
+      [weak = store.weak_from_this(), space](const AlertAnswer& answer) {
+        const auto store = weak.lock();
+        if (store && answer.isFirstButton()) store->deleteSpace(space);
+      });
+}
+
 }  // namespace
 
 std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>& space,
@@ -88,6 +108,18 @@ std::vector<MenuEntry> folderMenu(BrowserStore& store, const FolderRef& folder) 
        .perform = [&store, folder] { store.renamingFolderID.set(folder->id); }},
       {.title = _("Delete Folder"),
        .perform = [&store, folder] { store.deleteFolder(folder); },
+       .beginsSection = true},
+  };
+}
+
+std::vector<MenuEntry> spaceMenu(BrowserStore& store, const std::shared_ptr<Space>& space) {
+  // The last space stays.
+  const bool canDelete = store.spaces.peek().size() > 1;
+  return {
+      {.title = _("Edit Space…"), .perform = [&store, space] { store.beginEditing(*space); }},
+      {.title = _("Delete Space…"),
+       .perform =
+           canDelete ? [&store, space] { askToDelete(store, space); } : std::function<void()>(),
        .beginsSection = true},
   };
 }

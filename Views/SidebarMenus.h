@@ -14,4 +14,8 @@ namespace orvel {
 
 [[nodiscard]] std::vector<MenuEntry> folderMenu(BrowserStore& store, const FolderRef& folder);
 
+// The menu of a space's seal. Deleting asks first.
+[[nodiscard]] std::vector<MenuEntry> spaceMenu(BrowserStore& store,
+                                               const std::shared_ptr<Space>& space);
+
 }  // namespace orvel

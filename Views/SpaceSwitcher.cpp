@@ -5,7 +5,7 @@
 
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Views/Menu.h"
+#include "Views/SidebarMenus.h"
 
 namespace orvel {
 
@@ -17,7 +17,7 @@ constexpr int kIcon = 16;
 }  // namespace
 
 SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
-    : store_(store), newSpace_("plus", _("New Space")) {
+    : store_(store), newSpace_("plus", _("New Space (Ctrl+Shift+N)")) {
   add_css_class("spaces");
   row_.set_valign(Gtk::Align::CENTER);
   auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
@@ -25,8 +25,7 @@ SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
   scroller->set_hexpand(true);
   scroller->set_child(row_);
   append(*scroller);
-  // Making spaces has no sheet yet.
-  newSpace_.set_sensitive(false);
+  newSpace_.signal_clicked().connect([this] { store_.beginNewSpace(); });
   append(newSpace_);
   spaces_ = effect([this] { makeSeals(); });
 }
@@ -45,7 +44,8 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
   auto* icon = makeIcon("person.fill", kIcon);
   seal.button.set_child(*icon);
   seal.button.add_css_class("seal");
-  seal.button.signal_clicked().connect([this, id = space->id] { store_.setActiveSpaceID(id); });
+  seal.button.signal_clicked().connect([this, space] { store_.switchTo(space); });
+  installContextMenu(seal.button, [this, space] { return spaceMenu(store_, space); });
   row_.append(seal.button);
   seal.look = effect([this, space, icon, button = &seal.button] {
     const bool isActive = store_.activeSpace() == space;
@@ -79,9 +79,16 @@ void ToolsRow::showMainMenu() {
                 .perform = store_.closedTabs.empty() ? std::function<void()>()
                                                      : [this] { store_.reopenClosedTab(); },
                 .accelerator = "<Control><Shift>t"},
+               {.title = _("New Space…"),
+                .perform = [this] { store_.beginNewSpace(); },
+                .accelerator = "<Control><Shift>n",
+                .beginsSection = true},
                {.title = _("Toggle Sidebar"),
                 .perform = [this] { store_.toggleSidebar(); },
-                .accelerator = "<Control>s",
+                .accelerator = "<Control>s"},
+               {.title = _("Settings…"),
+                .perform = [this] { activate_action("win.settings"); },
+                .accelerator = "<Control>comma",
                 .beginsSection = true}});
 }
 

@@ -10,7 +10,8 @@
 
 namespace orvel {
 
-// One seal for each space, in order; a click goes to the space.
+// One seal for each space, in order, and the button that makes a new one. A click on a seal goes to
+// its space; its menu edits and deletes it.
 class SpaceSwitcher final : public Gtk::Box {
  public:
   // The store outlives the switcher.

@@ -28,6 +28,8 @@ constexpr Shortcut kShortcuts[] = {
      [](const Keys& k) {
        k.store.showCommandBar(k.selected() ? CommandBarMode::CurrentTab : CommandBarMode::NewTab);
      }},
+    {"<Control><Shift>n", [](const Keys& k) { k.store.beginNewSpace(); }},
+    {"<Control>comma", [](const Keys& k) { k.view.activate_action("win.settings"); }},
     {"<Control>s", [](const Keys& k) { k.store.toggleSidebar(); }},
     {"<Control>d",
      [](const Keys& k) { k.withTab([&](const TabRef& tab) { k.store.togglePin(tab); }); }},
@@ -60,24 +62,32 @@ constexpr Shortcut kShortcuts[] = {
 };
 constexpr int kDigits = 9;
 
-void add(GtkShortcutController* controller, const char* trigger, std::function<void()> perform) {
+// Answers whether the keys were taken: a sheet keeps them for itself.
+bool performOutsideSheets(BrowserStore& store, const std::function<void()>& perform) {
+  if (store.spaceDraft.peek()) return false;
+  perform();
+  return true;
+}
+
+void add(GtkShortcutController* controller, BrowserStore& store, const char* trigger,
+         std::function<void()> perform) {
+  auto* action = new std::function<bool()>(
+      [&store, perform = std::move(perform)] { return performOutsideSheets(store, perform); });
   gtk_shortcut_controller_add_shortcut(
-      controller, gtk_shortcut_new(gtk_shortcut_trigger_parse_string(trigger),
-                                   gtk_callback_action_new(
-                                       [](GtkWidget*, GVariant*, gpointer data) -> gboolean {
-                                         (*static_cast<std::function<void()>*>(data))();
-                                         return TRUE;
-                                       },
-                                       new std::function<void()>(std::move(perform)),
-                                       [](gpointer data) {
-                                         delete static_cast<std::function<void()>*>(data);
-                                       })));
+      controller,
+      gtk_shortcut_new(
+          gtk_shortcut_trigger_parse_string(trigger),
+          gtk_callback_action_new(
+              [](GtkWidget*, GVariant*, gpointer data) -> gboolean {
+                return (*static_cast<std::function<bool()>*>(data))();
+              },
+              action, [](gpointer data) { delete static_cast<std::function<bool()>*>(data); })));
 }
 
 void goToSpace(BrowserStore& store, int number) {
   const auto spaces = store.spaces.peek();
   if (number <= static_cast<int>(spaces.size()))
-    store.setActiveSpaceID(spaces[static_cast<size_t>(number - 1)]->id);
+    store.switchTo(spaces[static_cast<size_t>(number - 1)]);
 }
 
 }  // namespace
@@ -88,11 +98,11 @@ void installWindowShortcuts(GtkWidget* window, BrowserStore& store, BrowserView&
   gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(controller), GTK_PHASE_CAPTURE);
   const Keys keys = {store, view};
   for (const auto& shortcut : kShortcuts)
-    add(controller, shortcut.trigger, [keys, perform = shortcut.perform] { perform(keys); });
+    add(controller, store, shortcut.trigger, [keys, perform = shortcut.perform] { perform(keys); });
   for (int digit = 1; digit <= kDigits; ++digit) {
-    add(controller, ("<Control>" + std::to_string(digit)).c_str(),
+    add(controller, store, ("<Control>" + std::to_string(digit)).c_str(),
         [&store, digit] { store.selectTabNumber(digit); });
-    add(controller, ("<Alt>" + std::to_string(digit)).c_str(),
+    add(controller, store, ("<Alt>" + std::to_string(digit)).c_str(),
         [&store, digit] { goToSpace(store, digit); });
   }
   gtk_widget_add_controller(window, GTK_EVENT_CONTROLLER(controller));

@@ -66,6 +66,8 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
       {"ink", hex(palette.ink)},
       {"paper", hex(palette.paper)},
       {"raised", hex(palette.raised)},
+      // The chosen part of a sunk well on a card.
+      {"segment", hex(isDark ? mix(palette.raised, palette.ink, 0.14) : palette.raised)},
       {"slip", hex(palette.slip)},
       {"slipInk", hex(palette.slipInk)},
       {"slipAccent", hex(palette.slipAccent)},
@@ -81,6 +83,9 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
                          shade(0.06, 0.30), shade(0.18, 0.50))},
       {"e3", fmt::format("0 0 0 1px {}, 0 2px 6px {}, 0 14px 32px -8px {}", edge(0.10, 0.10),
                          shade(0.08, 0.30), shade(0.24, 0.60))},
+      {"e4", fmt::format("0 0 0 1px {}, 0 6px 16px {}, 0 32px 64px -16px {}", edge(0.10, 0.11),
+                         shade(0.10, 0.30), shade(0.38, 0.75))},
+      {"dimming", shade(0.18, 0.40)},
       {"peek", fmt::format("0 0 0 1px {}, 0 12px 36px {}", edge(0.10, 0.10), shade(0.25, 0.50))},
       {"toast", isDark ? "inset 0 0 0 1px rgba(255,248,235,0.08), 0 12px 28px -8px rgba(0,0,0,0.6)"
                        : "0 1px 2px rgba(0,0,0,0.20), 0 12px 28px -8px rgba(0,0,0,0.45)"},

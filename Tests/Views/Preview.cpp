@@ -1,6 +1,7 @@
 // Shows the main window over a sample session, for looking at and for pictures.
 //
-//   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu]
+//   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
+//                paused|space|space-edit|settings=PAGE]
 //                [theme=NAME] [many] [shoot=FILE]
 
 #include <adwaita.h>
@@ -12,6 +13,7 @@
 #include "Tests/Views/SampleStore.h"
 #include "Views/BrowserView.h"
 #include "Views/MainWindow.h"
+#include "Views/SettingsWindow.h"
 
 namespace {
 
@@ -39,6 +41,18 @@ struct Preview {
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
     if (state == "edit") store.showCommandBar(CommandBarMode::CurrentTab);
+    if (state == "paused") store.contentBlocker.togglePause(*sample.reading->url.peek());
+    if (state == "space") {
+      store.beginNewSpace();
+      const auto* theme = Theme::withID("sage");
+      store.spaceDraft.update([theme](auto& draft) {
+        draft->name = "Garden";
+        draft->hue = theme->hue;
+        draft->symbol = "leaf.fill";
+      });
+      store.previewTheme = *theme;
+    }
+    if (state == "space-edit") store.beginEditing(*space);
     if (state == "toast")
       store.showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [] {}, .lasts = 60s});
     if (state == "loading") {
@@ -60,6 +74,24 @@ struct Preview {
     if (state.starts_with("shoot=")) picture = state.substr(6);
   }
 
+  void showSettings(const std::string& page) {
+    auto& store = sample.store();
+    store.contentBlocker.togglePause(*URL::parse("https://strand-radio.example/"));
+    store.settings.sitePermissions =
+        Settings::SitePermissions{{"meet.example", {{"camera", true}, {"microphone", true}}},
+                                  {"tidewater-almanac.example", {{"location", false}}}};
+    const auto spaces = store.spaces.peek();
+    store.settings.linkRoutes =
+        std::vector<LinkRoute>{{.pattern = "fjord.example/courses", .spaceID = spaces[2]->id},
+                               {.pattern = "", .spaceID = spaces[0]->id}};
+    auto& settings = window->settings();
+    settings.show(page == "privacy" ? SettingsWindow::Page::Privacy
+                  : page == "links" ? SettingsWindow::Page::Links
+                                    : SettingsWindow::Page::General);
+    gtk_widget_remove_css_class(GTK_WIDGET(settings.native()), "solid-csd");
+    settings.present();
+  }
+
   void run(const std::vector<std::string>& states) {
     for (const auto& state : states)
       if (state == "rtl") apply(state);
@@ -75,6 +107,8 @@ struct Preview {
         },
         kStep);
     window->present();
+    for (const auto& state : states)
+      if (state.starts_with("settings=")) showSettings(state.substr(9));
     // Without a compositor the toolkit draws a frame around the window.
     gtk_widget_remove_css_class(GTK_WIDGET(window->native()), "solid-csd");
     if (!picture.empty())
