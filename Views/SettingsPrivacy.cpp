@@ -41,7 +41,8 @@ SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
       cookies_(
           _("Reject cookie pop-ups automatically"),
           [this] { return store_.contentBlocker.isCookieRejectionEnabled.get(); },
-          [this](bool isOn) { store_.contentBlocker.setCookieRejectionEnabled(isOn); }) {
+          [this](bool isOn) { store_.contentBlocker.setCookieRejectionEnabled(isOn); }),
+      clearHistory_(_("Clear History…")) {
   auto& switches = addGroup();
   addSetting(switches, _("Block ads and trackers"), blocking_);
   addSetting(switches, _("Reject cookie pop-ups automatically"), cookies_);
@@ -52,6 +53,13 @@ SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
   pausedSites_ = &addGroup();
   addHeading(_("Site permissions"));
   permissions_ = &addGroup();
+  clearHistory_.add_css_class("push");
+  clearHistory_.add_css_class("small");
+  clearHistory_.add_css_class("danger");
+  clearHistory_.signal_clicked().connect([this] { store_.clearHistory(); });
+  auto& history = addGroup();
+  history.add_css_class("second");
+  addSetting(history, _("Browsing history"), clearHistory_);
   pausedEffect_ = effect([this] { showPausedSites(); });
   permissionsEffect_ = effect([this] { showPermissions(); });
 }

@@ -17,6 +17,7 @@ class SettingsPrivacy final : public SettingsPage {
   BrowserStore& store_;
   SettingSwitch blocking_;
   SettingSwitch cookies_;
+  Gtk::Button clearHistory_;
   Gtk::Box* pausedSites_ = nullptr;
   Gtk::Box* permissions_ = nullptr;
   Effect pausedEffect_;

@@ -68,6 +68,7 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
       {"raised", hex(palette.raised)},
       // The chosen part of a sunk well on a card.
       {"segment", hex(isDark ? mix(palette.raised, palette.ink, 0.14) : palette.raised)},
+      {"knob", hex(isDark ? mix(palette.raised, palette.ink, 0.70) : palette.raised)},
       {"slip", hex(palette.slip)},
       {"slipInk", hex(palette.slipInk)},
       {"slipAccent", hex(palette.slipAccent)},

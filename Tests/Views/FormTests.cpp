@@ -1,9 +1,4 @@
-#include <gtest/gtest.h>
-
-#include "Tests/Views/SampleStore.h"
-#include "Tests/Views/ViewTest.h"
-#include "Views/BrowserView.h"
-#include "Views/MainWindow.h"
+#include "Tests/Views/ShownWindow.h"
 #include "Views/SettingsWindow.h"
 #include "Views/SidebarMenus.h"
 
@@ -13,22 +8,7 @@ namespace {
 using namespace test;
 
 // What the user changes: spaces in their sheet, choices in the settings' window.
-struct FormTest : testing::Test {
-  SampleStore sample;
-  std::unique_ptr<MainWindow> window;
-
-  void SetUp() override {
-    window = std::make_unique<MainWindow>(nullptr, sample.store());
-    window->present();
-    ASSERT_TRUE(runUntil([this] { return gtk_widget_get_mapped(GTK_WIDGET(window->native())); }));
-    settle();
-  }
-  void settle() {
-    sample.world.scheduler.settle();
-    sample.showPages();
-    runFrames();
-  }
-  BrowserStore& store() { return sample.store(); }
+struct FormTest : ShownWindow {
   SpaceEditor& editor() { return *window->view().sheet().editor(); }
 
   // The widget below `root` that shows this text or tooltip; null without one.
@@ -217,6 +197,9 @@ TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {
   EXPECT_TRUE(settings.sitePermissions.peek().empty());
   EXPECT_TRUE(store().contentBlocker.pausedSites.peek().empty());
   EXPECT_EQ(button(root, "Forget"), nullptr);
+  click(button(root, "Clear History…"));
+  settle();
+  EXPECT_EQ(sample.world.desktop.alerts.back().alert.messageText, "Clear all browsing history?");
 
   window->settings().show(SettingsWindow::Page::Links);
   settle();

@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>
-
 #include "Base/GRef.h"
-#include "Tests/Views/SampleStore.h"
-#include "Tests/Views/ViewTest.h"
-#include "Views/BrowserView.h"
-#include "Views/MainWindow.h"
+#include "Tests/Views/ShownWindow.h"
 #include "Views/SidebarLayout.h"
 
 namespace orvel {
@@ -12,22 +7,7 @@ namespace {
 
 using namespace test;
 
-struct WindowTest : testing::Test {
-  SampleStore sample;
-  std::unique_ptr<MainWindow> window;
-
-  void SetUp() override {
-    window = std::make_unique<MainWindow>(nullptr, sample.store());
-    window->present();
-    ASSERT_TRUE(runUntil([this] { return gtk_widget_get_mapped(GTK_WIDGET(window->native())); }));
-    settle();
-  }
-  void settle() {
-    sample.world.scheduler.settle();
-    sample.showPages();
-    runFrames();
-  }
-  BrowserStore& store() { return sample.store(); }
+struct WindowTest : ShownWindow {
   RowList& list() { return window->view().sidebar().section().list(); }
   Gtk::Entry& entry() { return window->view().sidebar().pill().entry(); }
 
