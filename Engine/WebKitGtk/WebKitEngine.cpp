@@ -100,8 +100,6 @@ WebKitWebContext* WebKitEngine::context(PrivacySignal signal) {
   const char* worlds[] = {engine_scripts::kWorld, client.c_str(), hidden.c_str(), nullptr};
   webkit_web_context_set_web_process_extensions_initialization_user_data(
       context.get(), g_variant_new("(b^as)", signal == PrivacySignal::On, worlds));
-  // The larger model keeps processes of closed pages about for half an hour.
-  webkit_web_context_set_cache_model(context.get(), WEBKIT_CACHE_MODEL_DOCUMENT_BROWSER);
   for (const auto& [scheme, handler] : schemeHandlers_) registerScheme(context.get(), scheme);
   return context.get();
 }

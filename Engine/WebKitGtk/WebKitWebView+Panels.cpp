@@ -80,7 +80,7 @@ void WebKitWebView::connectPanels() {
         if (!self->ui_) return nullptr;
         WebViewConfiguration configuration = self->configuration_;
         configuration.userContentController = nullptr;
-        configuration.opener = std::make_shared<WebKitWindowOpener>(native);
+        configuration.opener = std::make_shared<WebKitWindowOpener>(native, self->processUsers_);
         NavigationAction action;
         if (const auto url =
                 URL::parse(webkit_uri_request_get_uri(webkit_navigation_action_get_request(asked))))

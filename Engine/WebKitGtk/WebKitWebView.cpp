@@ -48,6 +48,8 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
     configuration_.userContentController = engine.makeUserContentController();
   if (configuration_.isGlobalPrivacyControlEnabled) controller().enablePrivacySignal();
   view_ = makeNative(context, configuration_, controller().manager());
+  if (const auto* opener = static_cast<WebKitWindowOpener*>(configuration_.opener.get()))
+    processUsers_ = opener->processUsers;
   // The opener's view is wanted for that alone.
   configuration_.opener = nullptr;
   applySettings();
@@ -63,6 +65,8 @@ WebKitWebView::~WebKitWebView() {
   g_signal_handlers_disconnect_by_data(view_.get(), this);
   finishFinding(false);
   removeFromParent();
+  // The engine would keep the process of a closed page.
+  if (processUsers_.use_count() == 1) webkit_web_view_terminate_web_process(view_.get());
 }
 
 WebKitContentController& WebKitWebView::controller() const {

@@ -117,6 +117,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   GRef<::WebKitWebView> view_;
   NavigationDelegate* navigation_ = nullptr;
   UIDelegate* ui_ = nullptr;
+  // Shared by the views that share a web process: a page and the windows it opened.
+  std::shared_ptr<int> processUsers_ = std::make_shared<int>(0);
 
   struct Observer {
     WebViewProperty property;

@@ -2,6 +2,9 @@
 
 #include <webkit/webkit.h>
 
+#include <memory>
+#include <utility>
+
 #include "Base/GRef.h"
 #include "Engine/WebViewConfiguration.h"
 
@@ -10,8 +13,12 @@ namespace orvel {
 // The page that a new window's view shares its process and session with.
 class WebKitWindowOpener final : public WindowOpener {
  public:
-  explicit WebKitWindowOpener(::WebKitWebView* view) : view_(GRef<::WebKitWebView>::retain(view)) {}
+  WebKitWindowOpener(::WebKitWebView* view, std::shared_ptr<int> users)
+      : processUsers(std::move(users)), view_(GRef<::WebKitWebView>::retain(view)) {}
   ::WebKitWebView* view() const { return view_.get(); }
+
+  // See WebKitWebView.
+  const std::shared_ptr<int> processUsers;
 
  private:
   GRef<::WebKitWebView> view_;
