@@ -83,7 +83,8 @@ TEST_F(RealListTest, BlocksAndHidesWhatTheListsNameInAllFrames) {
     visit(*view, "http://news.test/");
     turnFor(kQuiet);
     for (const std::string& url : advertisements)
-      EXPECT_EQ(server.requestCount(url), isOn ? 0 : 1) << url;
+      // The engine may ask twice for what it may ask for.
+      EXPECT_EQ(server.requestCount(url) > 0, !isOn) << url;
     EXPECT_EQ(server.requestCount("http://widget.test/embed"), 1);
     EXPECT_EQ(display(*view, "banner"), isOn ? "\"none\"" : "\"block\"");
     EXPECT_EQ(evaluate(*view, "window.inner"), isOn ? "\"none\"" : "\"block\"");
