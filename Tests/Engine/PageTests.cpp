@@ -50,7 +50,6 @@ TEST_F(PageTest, OpensAWindowThatTheEngineNavigates) {
     return popup = engine->makeWebView(configuration);
   };
   const auto view = page("<title>x</title>");
-  // Without a user's gesture the engine lets no window open.
   view->callAsyncJavaScript("return window.open('/popup') !== null", "{}", ContentWorld::page(),
                             {});
   if (!eventually([&] { return popup != nullptr; }, 2s))
