@@ -134,6 +134,15 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void updateWindowAppearance();
   void perform(const Suggestion& suggestion, CommandBarMode mode);
 
+  // Commands.
+  // Those that the query's words name, the best known first; the command bar shows the first three.
+  std::vector<PaletteCommand> commandsMatching(const std::string& query);
+
+  // Finding in the selected page.
+  void showFindBar();
+  void hideFindBar();
+  void findNext(BrowserTab::FindDirection direction);
+
   // What is learned of picks in the command bar; by the active space's profile, never for a private
   // one.
   void learn(const Suggestion& suggestion, const std::string& query);
@@ -262,6 +271,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   static Task<> removeDataStore(Engine& engine, UUID id);
   static Task<> saveSoon(std::weak_ptr<BrowserStore> store);
   static Task<> hideWindowButtons(std::weak_ptr<BrowserStore> store);
+  static Task<> findInPage(std::weak_ptr<BrowserStore> store, TabRef tab, std::string query,
+                           BrowserTab::FindDirection direction);
   static Task<> forgetCopiedLink(std::weak_ptr<BrowserStore> store, Duration after);
 
   // The session.
@@ -301,6 +312,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void open(const URL& url, CommandBarMode mode);
 
   void reloadSelectedTab();
+  void setMatchFound(std::optional<bool> isFound);
   void detach(const BrowserTab& tab);
   void leaveTab(const TabRef& prior, const TabRef& next, const Space& space, Date now);
   void didActivate(const TabRef& tab, const TabRef& prior);

@@ -1,0 +1,41 @@
+#include "Models/BrowserStore.h"
+
+// Finding text in the selected page.
+namespace orvel {
+
+void BrowserStore::showFindBar() {
+  if (!activeSpace()->selectedTab()) return;
+  animate(Spring::quick, [this] {
+    if (!find.peek()) find = FindState();
+  });
+}
+
+void BrowserStore::hideFindBar() {
+  animate(Spring::quick, [this] { find = std::nullopt; });
+  later([](BrowserStore& store) { store.focusWebView(); });
+}
+
+void BrowserStore::findNext(BrowserTab::FindDirection direction) {
+  const auto tab = activeSpace()->selectedTab();
+  const auto& state = find.peek();
+  if (!tab || !state || state->query.empty()) return setMatchFound(std::nullopt);
+  services_.scheduler.start(findInPage(weak_from_this(), tab, state->query, direction)).detach();
+}
+
+Task<> BrowserStore::findInPage(std::weak_ptr<BrowserStore> weak, TabRef tab, std::string query,
+                                BrowserTab::FindDirection direction) {
+  Task<bool> search = tab->find(std::move(query), direction);
+  const bool isFound = co_await std::move(search);
+  if (const auto store = weak.lock()) store->setMatchFound(isFound);
+}
+
+void BrowserStore::setMatchFound(std::optional<bool> isFound) {
+  if (!find.peek()) return;
+  animate(Spring::quick, [&] {
+    auto state = *find.peek();
+    state.matchFound = isFound;
+    find = std::move(state);
+  });
+}
+
+}  // namespace orvel
