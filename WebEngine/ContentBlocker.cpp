@@ -61,6 +61,8 @@ ContentBlocker::ContentBlocker(Scheduler& scheduler, Engine& engine, UserDefault
 void ContentBlocker::start() {
   if (state.peek() != State::Idle) return;
   state = State::Preparing;
+  // At once, beside the rest of a start: first pages wait for it.
+  if (engine_.contentRuleListStore()) sources_ = readSources();
   loading_ = scheduler_.start(load());
   hold_ = scheduler_.start(endHold());
 }
@@ -80,6 +82,11 @@ Task<> ContentBlocker::load() {
   co_await std::move(loadingAgain);
 }
 
+Future<std::vector<FilterListSource>> ContentBlocker::readSources() {
+  return readFilterLists(scheduler_, updater_.folders(),
+                         {std::begin(listNames), std::end(listNames)});
+}
+
 Task<> ContentBlocker::loadLists() {
   const auto store = engine_.contentRuleListStore();
   if (!store) co_return becomeReady();
@@ -93,8 +100,7 @@ Task<> ContentBlocker::loadLists() {
       store->remove(identifier, [](const std::optional<std::string>&) {});
 
   const std::set<std::string> available(identifiers.begin(), identifiers.end());
-  auto reading =
-      readFilterLists(scheduler_, updater_.folders(), {std::begin(listNames), std::end(listNames)});
+  auto reading = sources_ ? *std::exchange(sources_, std::nullopt) : readSources();
   auto sources = co_await std::move(reading);
   hasEnded = co_await isCancelled();
   if (hasEnded) co_return;

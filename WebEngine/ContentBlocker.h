@@ -16,6 +16,7 @@
 #include "Engine/Engine.h"
 #include "Support/UserDefaults.h"
 #include "WebEngine/FilterListUpdater.h"
+#include "WebEngine/RuleListLoader.h"
 
 namespace orvel {
 
@@ -118,6 +119,7 @@ class ContentBlocker {
 
   Task<> load();
   Task<> loadLists();
+  Future<std::vector<FilterListSource>> readSources();
   Task<> endHold();
   void becomeReady();
   void runReadyHandlers();
@@ -139,6 +141,8 @@ class ContentBlocker {
   std::unordered_map<Identity, Setup> installed_;
   std::unordered_map<Identity, std::string> currentSite_;
 
+  // What the first loading of the lists begins with.
+  std::optional<Future<std::vector<FilterListSource>>> sources_;
   // Cancelled when the blocker ends, and only then: as long as they aren't, the blocker is there.
   TaskHandle loading_;
   TaskHandle hold_;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <string_view>
 #include <vector>
 
 #include "Base/FileSystem.h"
@@ -17,6 +18,7 @@ namespace {
 
 constexpr uint64_t kLargestSeal = 1024;
 constexpr size_t kChunk = 1u << 20;
+constexpr std::string_view kSealPrefix = "Seal-";
 
 struct Measured {
   std::string checksum;
@@ -73,7 +75,18 @@ fs::path listFile(const fs::path& folder, const std::string& identifier) {
 }
 
 fs::path sealFile(const fs::path& folder, const std::string& identifier) {
-  return folder / ("Seal-" + identifier);
+  return folder / (std::string(kSealPrefix) + identifier);
+}
+
+std::vector<std::string> sealed(const fs::path& folder) {
+  std::vector<std::string> identifiers;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    const std::string name = entry->path().filename();
+    if (name.starts_with(kSealPrefix)) identifiers.push_back(name.substr(kSealPrefix.size()));
+  }
+  return identifiers;
 }
 
 Check check(const fs::path& folder, const std::string& identifier,

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 // The files of compiled content rules and what makes them trustworthy. The engine maps a compiled
 // list into its page processes and runs it as it stands: one flipped byte takes pages down. So each
@@ -31,6 +32,9 @@ struct Check {
 
 [[nodiscard]] Check check(const std::filesystem::path& folder, const std::string& identifier,
                           const std::string& engineVersion);
+
+// The identifiers of the seals in the folder, in no order.
+[[nodiscard]] std::vector<std::string> sealed(const std::filesystem::path& folder);
 
 // Moves a list that was just compiled in the folder `from` to the folder `to`, with its seal. A
 // failure or a crash in between leaves a list that is broken or the one that was there. False when

@@ -44,7 +44,10 @@ std::optional<Workplace> makeWorkplace(const fs::path& folder, const std::string
 }  // namespace
 
 SealedRuleListStore::SealedRuleListStore(Scheduler& scheduler, fs::path folder, fs::path compiler)
-    : parts_(new Parts{scheduler, folder, std::move(compiler), WebKitRuleListStore(folder), {}}) {
+    : parts_(
+          new Parts{scheduler, folder, std::move(compiler), WebKitRuleListStore(folder), {}, {}}) {
+  for (const std::string& identifier : rule_list_seal::sealed(folder))
+    parts_->firstChecks.emplace(identifier, check(*parts_, identifier));
   scheduler.runInBackground([folder] { CompilerFolder::clear(folder); }, [] {},
                             WorkPriority::Utility);
 }
@@ -59,6 +62,7 @@ void SealedRuleListStore::lookUp(const std::string& identifier, Answer answer) {
 }
 
 void SealedRuleListStore::compile(const std::string& identifier, std::string json, Answer answer) {
+  parts_->firstChecks.erase(identifier);
   auto rules = std::make_shared<const std::string>(std::move(json));
   parts_->scheduler.start(compileApart(parts_, identifier, std::move(rules), std::move(answer)))
       .detach();
@@ -66,6 +70,7 @@ void SealedRuleListStore::compile(const std::string& identifier, std::string jso
 
 void SealedRuleListStore::remove(const std::string& identifier,
                                  std::function<void(std::optional<std::string>)> answer) {
+  parts_->firstChecks.erase(identifier);
   if (rule_list_seal::isPlain(identifier))
     parts_->scheduler.runInBackground(
         [file = rule_list_seal::sealFile(parts_->folder, identifier)] {
@@ -76,18 +81,22 @@ void SealedRuleListStore::remove(const std::string& identifier,
   parts_->lists.remove(identifier, std::move(answer));
 }
 
+Future<Check> SealedRuleListStore::check(const Parts& parts, const std::string& identifier) {
+  return background(parts.scheduler, [folder = parts.folder, identifier] {
+    return rule_list_seal::check(folder, identifier, engineVersion());
+  });
+}
+
 Task<> SealedRuleListStore::lookUpChecked(std::shared_ptr<Parts> parts, std::string identifier,
                                           Answer answer) {
   if (!rule_list_seal::isPlain(identifier)) co_return answer(failure("unknown identifier"));
-  auto work = [folder = parts->folder, identifier] {
-    return rule_list_seal::check(folder, identifier, engineVersion());
-  };
-  auto checking = background(parts->scheduler, std::move(work));
-  const Check check = co_await std::move(checking);
-  if (check.state == Check::State::Broken)
+  auto first = parts->firstChecks.extract(identifier);
+  auto checking = first ? std::move(first.mapped()) : check(*parts, identifier);
+  const Check checked = co_await std::move(checking);
+  if (checked.state == Check::State::Broken)
     co_return answer(failure("the list is missing or damaged"));
-  if (check.state == Check::State::OtherEngine) {
-    auto fitting = fitsEngine(parts, identifier, check.format);
+  if (checked.state == Check::State::OtherEngine) {
+    auto fitting = fitsEngine(parts, identifier, checked.format);
     const bool fits = co_await std::move(fitting);
     if (!fits) co_return answer(failure("the list was made for another engine"));
   }

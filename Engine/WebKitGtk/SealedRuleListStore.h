@@ -1,11 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "Base/Scheduler.h"
+#include "Engine/WebKitGtk/RuleListSeal.h"
 #include "Engine/WebKitGtk/WebKitRuleListStore.h"
 
 namespace orvel {
@@ -17,7 +19,8 @@ namespace orvel {
 // Identifiers are made of ASCII letters, digits and "-".
 class SealedRuleListStore final : public ContentRuleListStore {
  public:
-  // `compiler` is the program that compiles.
+  // `compiler` is the program that compiles. The lists in the folder are checked from now on: a
+  // start asks for them a moment later.
   SealedRuleListStore(Scheduler& scheduler, std::filesystem::path folder,
                       std::filesystem::path compiler);
 
@@ -37,9 +40,12 @@ class SealedRuleListStore final : public ContentRuleListStore {
     WebKitRuleListStore lists;
     // The number of the present engine's format, once it was asked for.
     std::optional<uint32_t> format;
+    // The checks of the lists that were there at first, each for one lookup.
+    std::map<std::string, Future<rule_list_seal::Check>> firstChecks;
   };
   using Answer = std::function<void(CompiledRules)>;
 
+  static Future<rule_list_seal::Check> check(const Parts& parts, const std::string& identifier);
   static Task<> lookUpChecked(std::shared_ptr<Parts> parts, std::string identifier, Answer answer);
   static Task<> compileApart(std::shared_ptr<Parts> parts, std::string identifier,
                              std::shared_ptr<const std::string> json, Answer answer);

@@ -50,9 +50,14 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
   view_ = makeNative(context, configuration_, controller().manager());
   if (const auto* opener = static_cast<WebKitWindowOpener*>(configuration_.opener.get()))
     processUsers_ = opener->processUsers;
-  // The opener's view is wanted for that alone.
+  const bool hasOwnProcess = !configuration_.opener;
+  // The opener's view was wanted for that alone.
   configuration_.opener = nullptr;
   applySettings();
+  // An empty script starts the page's process, which is up by the time that something is to load.
+  if (hasOwnProcess)
+    webkit_web_view_evaluate_javascript(view_.get(), "", 0, nullptr, nullptr, nullptr, nullptr,
+                                        nullptr);
 }
 
 WebKitWebView::~WebKitWebView() {
