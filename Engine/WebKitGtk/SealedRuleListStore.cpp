@@ -15,6 +15,9 @@ namespace {
 
 using rule_list_seal::Check;
 
+// By then the first pages are there.
+constexpr Duration kReadThroughAfter = std::chrono::seconds(20);
+
 // A list of one rule, compiled to see what the present engine's files look like.
 constexpr const char* kFormatFolder = "Format";
 constexpr const char* kFormatIdentifier = "format";
@@ -44,10 +47,7 @@ std::optional<Workplace> makeWorkplace(const fs::path& folder, const std::string
 }  // namespace
 
 SealedRuleListStore::SealedRuleListStore(Scheduler& scheduler, fs::path folder, fs::path compiler)
-    : parts_(
-          new Parts{scheduler, folder, std::move(compiler), WebKitRuleListStore(folder), {}, {}}) {
-  for (const std::string& identifier : rule_list_seal::sealed(folder))
-    parts_->firstChecks.emplace(identifier, check(*parts_, identifier));
+    : parts_(new Parts{scheduler, folder, std::move(compiler), WebKitRuleListStore(folder), {}}) {
   scheduler.runInBackground([folder] { CompilerFolder::clear(folder); }, [] {},
                             WorkPriority::Utility);
 }
@@ -62,7 +62,6 @@ void SealedRuleListStore::lookUp(const std::string& identifier, Answer answer) {
 }
 
 void SealedRuleListStore::compile(const std::string& identifier, std::string json, Answer answer) {
-  parts_->firstChecks.erase(identifier);
   auto rules = std::make_shared<const std::string>(std::move(json));
   parts_->scheduler.start(compileApart(parts_, identifier, std::move(rules), std::move(answer)))
       .detach();
@@ -70,7 +69,6 @@ void SealedRuleListStore::compile(const std::string& identifier, std::string jso
 
 void SealedRuleListStore::remove(const std::string& identifier,
                                  std::function<void(std::optional<std::string>)> answer) {
-  parts_->firstChecks.erase(identifier);
   if (rule_list_seal::isPlain(identifier))
     parts_->scheduler.runInBackground(
         [file = rule_list_seal::sealFile(parts_->folder, identifier)] {
@@ -81,17 +79,13 @@ void SealedRuleListStore::remove(const std::string& identifier,
   parts_->lists.remove(identifier, std::move(answer));
 }
 
-Future<Check> SealedRuleListStore::check(const Parts& parts, const std::string& identifier) {
-  return background(parts.scheduler, [folder = parts.folder, identifier] {
-    return rule_list_seal::check(folder, identifier, engineVersion());
-  });
-}
-
 Task<> SealedRuleListStore::lookUpChecked(std::shared_ptr<Parts> parts, std::string identifier,
                                           Answer answer) {
   if (!rule_list_seal::isPlain(identifier)) co_return answer(failure("unknown identifier"));
-  auto first = parts->firstChecks.extract(identifier);
-  auto checking = first ? std::move(first.mapped()) : check(*parts, identifier);
+  auto work = [folder = parts->folder, identifier] {
+    return rule_list_seal::check(folder, identifier, engineVersion());
+  };
+  auto checking = background(parts->scheduler, std::move(work));
   const Check checked = co_await std::move(checking);
   if (checked.state == Check::State::Broken)
     co_return answer(failure("the list is missing or damaged"));
@@ -100,7 +94,16 @@ Task<> SealedRuleListStore::lookUpChecked(std::shared_ptr<Parts> parts, std::str
     const bool fits = co_await std::move(fitting);
     if (!fits) co_return answer(failure("the list was made for another engine"));
   }
+  if (checked.isUnread) parts->scheduler.start(readThrough(parts, identifier)).detach();
   parts->lists.lookUp(identifier, std::move(answer));
+}
+
+Task<> SealedRuleListStore::readThrough(std::shared_ptr<Parts> parts, std::string identifier) {
+  const SleepResult slept = co_await sleep(kReadThroughAfter);
+  if (slept == SleepResult::Cancelled) co_return;
+  parts->scheduler.runInBackground(
+      [folder = parts->folder, identifier] { rule_list_seal::breakIfDamaged(folder, identifier); },
+      [] {}, WorkPriority::Utility);
 }
 
 Task<bool> SealedRuleListStore::fitsEngine(std::shared_ptr<Parts> parts, std::string identifier,

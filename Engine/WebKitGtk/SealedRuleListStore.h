@@ -1,20 +1,19 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "Base/Scheduler.h"
-#include "Engine/WebKitGtk/RuleListSeal.h"
 #include "Engine/WebKitGtk/WebKitRuleListStore.h"
 
 namespace orvel {
 
 // The store of large lists. It compiles in a short-lived process of its own, and hands out only
 // lists whose file is as it was written and fits the present engine; any other counts as missing,
-// so that its owner compiles it again.
+// so that its owner compiles it again. A file that nobody seems to have touched is handed out
+// before it has been read through; what that finds counts from the next start on.
 //
 // Identifiers are made of ASCII letters, digits and "-".
 class SealedRuleListStore final : public ContentRuleListStore {
@@ -40,15 +39,13 @@ class SealedRuleListStore final : public ContentRuleListStore {
     WebKitRuleListStore lists;
     // The number of the present engine's format, once it was asked for.
     std::optional<uint32_t> format;
-    // The checks of the lists that were there at first, each for one lookup.
-    std::map<std::string, Future<rule_list_seal::Check>> firstChecks;
   };
   using Answer = std::function<void(CompiledRules)>;
 
-  static Future<rule_list_seal::Check> check(const Parts& parts, const std::string& identifier);
   static Task<> lookUpChecked(std::shared_ptr<Parts> parts, std::string identifier, Answer answer);
   static Task<> compileApart(std::shared_ptr<Parts> parts, std::string identifier,
                              std::shared_ptr<const std::string> json, Answer answer);
+  static Task<> readThrough(std::shared_ptr<Parts> parts, std::string identifier);
   static Task<bool> fitsEngine(std::shared_ptr<Parts> parts, std::string identifier,
                                uint32_t format);
   static Task<std::optional<std::string>> compileFile(std::shared_ptr<Parts> parts,
