@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "Engine/WebKitGtk/HidingRules.h"
 #include "Engine/WebKitGtk/RuleCompilerProcess.h"
 #include "Engine/WebKitGtk/RuleListSeal.h"
 
@@ -139,7 +140,7 @@ Task<> SealedRuleListStore::compileApart(std::shared_ptr<Parts> parts, std::stri
 Task<std::optional<std::string>> SealedRuleListStore::compileFile(
     std::shared_ptr<Parts> parts, std::string identifier, std::shared_ptr<const std::string> json) {
   auto prepare = [folder = parts->folder, json = std::move(json)] {
-    return makeWorkplace(folder, *json);
+    return makeWorkplace(folder, hidingRulesForDocuments(*json));
   };
   auto preparing = background(parts->scheduler, std::move(prepare), WorkPriority::Utility);
   auto workplace = co_await std::move(preparing);

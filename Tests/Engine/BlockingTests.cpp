@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "Engine/WebKitGtk/HidingRules.h"
 #include "Engine/WebKitGtk/RuleListSeal.h"
 #include "Tests/Engine/BlockingTest.h"
 
@@ -15,6 +16,24 @@ using testing::IsEmpty;
 
 // Long enough for a request that is not blocked to arrive.
 constexpr Duration kQuiet = 300ms;
+
+// What the compiler gets
+
+TEST(HidingRulesTest, AreForDocumentsUnlessTheySayOtherwise) {
+  const std::string hides = R"(},"action":{"type":"css-display-none","selector":".a"}})";
+  const std::string any = R"({"trigger":{"url-filter":".*")";
+  const std::string images = any + R"(,"resource-type":["image"])";
+  const std::string documents = any + R"(,"resource-type":["document"])";
+  const std::string blocks = any + R"(},"action":{"type":"block"}})";
+  // A text that only looks like a rule.
+  const std::string quotes = any + R"(},"action":{"type":"block","x":"},\"action\":{\"type\":"}})";
+  EXPECT_EQ(hidingRulesForDocuments("[" + any + hides + "," + blocks + "," + images + hides + "," +
+                                    quotes + "," + any + hides + "]"),
+            "[" + documents + hides + "," + blocks + "," + images + hides + "," + quotes + "," +
+                documents + hides + "]");
+  for (const std::string odd : {"", "[]", "},\"action\":{\"type\":\"css-display-none\""})
+    EXPECT_EQ(hidingRulesForDocuments(odd), odd);
+}
 
 // Lists of a few lines
 
@@ -41,6 +60,18 @@ struct SmallListTest : BlockingTest {
     return parts;
   }
 };
+
+TEST_F(SmallListTest, HidesInFramesToo) {
+  start();
+  const std::string report =
+      "<div id=banner class=banner>Buy</div><script>onload = () => fetch('/shown-' + "
+      "getComputedStyle(document.getElementById('banner')).display)</script>";
+  server.serve("http://frame.test/", report);
+  server.serve("http://outer.test/", "<iframe src=http://frame.test/></iframe>");
+  const auto view = makePage();
+  visit(*view, "http://outer.test/");
+  EXPECT_TRUE(eventually([&] { return server.requestCount("http://frame.test/shown-none") == 1; }));
+}
 
 TEST_F(SmallListTest, BlocksButForExceptionsAndPauses) {
   start();
@@ -202,6 +233,25 @@ TEST_F(CompiledListTest, IsCompiledAgainWhenItsFileIsNotWhatWasWritten) {
   EXPECT_EQ(runCount(), ++expectedRuns) << "without a seal nothing is known of a file";
   start();
   EXPECT_EQ(runCount(), expectedRuns) << "unchanged lists are only loaded";
+}
+
+TEST_F(CompiledListTest, LosesItsSealWhenReadingItThroughFindsDamage) {
+  ship("easylist", "||one.test^\n");
+  start();
+  const auto state = [&] { return rule_list_seal::check(rules, identifier(), "1.2.3"); };
+  ASSERT_TRUE(rule_list_seal::seal(rules, identifier(), "1.2.3"));
+  rule_list_seal::breakIfDamaged(rules, identifier());
+  EXPECT_EQ(state().state, rule_list_seal::Check::State::Intact);
+
+  // A byte that changes with nobody writing.
+  const auto time = std::filesystem::last_write_time(compiledFile());
+  std::string bytes = disk->read(compiledFile()).value();
+  bytes[bytes.size() / 2] ^= 0x10;
+  write(compiledFile(), bytes);
+  std::filesystem::last_write_time(compiledFile(), time);
+  EXPECT_TRUE(state().isUnread);
+  rule_list_seal::breakIfDamaged(rules, identifier());
+  EXPECT_EQ(state().state, rule_list_seal::Check::State::Broken);
 }
 
 TEST_F(CompiledListTest, OutlivesAnUpdateOfTheEngineUnlessItsFormatChanged) {
