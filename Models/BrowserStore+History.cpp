@@ -16,6 +16,7 @@ void BrowserStore::clearHistory() {
         if (!store || !given.isFirstButton()) return;
         store->later([](BrowserStore& live) {
           if (live.history) live.history->removeAll(std::nullopt);
+          live.historyRevision = live.historyRevision.peek() + 1;
         });
         store->forgetChoices();
         store->showToast("History cleared");

@@ -65,6 +65,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   ExtensionHost extensions;
   // Null when there is none: no visit is recorded then.
   std::unique_ptr<HistoryStore> history;
+  // Grows when visits went away other than one by one.
+  Observable<uint64_t> historyRevision{0};
   // The main window while there is one: the window's controller sets and clears it.
   DesktopWindow* window = nullptr;
   std::vector<ClosedTab> closedTabs;  // the latest last

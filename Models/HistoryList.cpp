@@ -1,0 +1,84 @@
+#include "Models/HistoryList.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Support/LocalDates.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr size_t kRecent = 500;
+constexpr size_t kFound = 200;
+
+std::string withoutBlanks(const std::string& text) {
+  const auto first = text.find_first_not_of(" \t");
+  if (first == text.npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
+}
+
+std::string titleOf(Date day, Date today) {
+  if (day == today) return "Today";
+  if (day == local_dates::previousDay(today)) return "Yesterday";
+  return local_dates::completeDate(day);
+}
+
+}  // namespace
+
+std::vector<HistorySection> historySections(std::vector<HistoryStore::Entry> entries, Date now) {
+  std::ranges::stable_sort(entries, std::greater(), &HistoryStore::Entry::lastVisit);
+  const Date today = local_dates::startOfDay(now);
+  std::vector<HistorySection> sections;
+  std::optional<Date> day;  // the latest section's start
+  for (auto& entry : entries) {
+    const bool isSameDay = day && *day <= entry.lastVisit;
+    if (!isSameDay) {
+      day = local_dates::startOfDay(entry.lastVisit);
+      sections.push_back({titleOf(*day, today), {}});
+    }
+    sections.back().entries.push_back(std::move(entry));
+  }
+  return sections;
+}
+
+void HistoryList::reload() {
+  const UUID profile = store_.activeSpace()->profile->id;
+  reading_ = store_.services().scheduler.start(read(profile, withoutBlanks(query.peek())));
+}
+
+Task<> HistoryList::read(UUID profile, std::string text) {
+  const Date now = store_.services().scheduler.now();
+  HistoryStore::Entries entries;
+  if (store_.history) {
+    auto asking = text.empty()
+                      ? store_.history->recent(profile, kRecent)
+                      : store_.history->search(field_, std::move(text), profile, kFound, now);
+    entries = co_await std::move(asking);
+  }
+  const bool hasEnded = co_await isCancelled();
+  if (hasEnded) co_return;
+  shownProfile_ = profile;
+  sections = historySections(std::move(entries), now);
+}
+
+void HistoryList::open(const HistoryStore::Entry& entry) {
+  store_.openTab(entry.url);
+  if (store_.window) store_.window->makeKeyAndOrderFront();
+}
+
+void HistoryList::copyLink(const HistoryStore::Entry& entry) {
+  store_.services().desktop.pasteboard.setText(entry.url.text());
+}
+
+void HistoryList::remove(const HistoryStore::Entry& entry) {
+  const URL url = entry.url;  // the entry may be one of ours
+  sections.update([&](auto& all) {
+    for (auto& section : all)
+      std::erase_if(section.entries, [&](const auto& one) { return one.url == url; });
+    std::erase_if(all, [](const auto& section) { return section.entries.empty(); });
+  });
+  if (store_.history) store_.history->remove(url, shownProfile_);
+}
+
+}  // namespace orvel

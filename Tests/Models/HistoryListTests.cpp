@@ -1,0 +1,118 @@
+#include "Models/HistoryList.h"
+
+#include <gmock/gmock.h>
+
+#include <unicode/ucal.h>
+#include <unicode/uloc.h>
+
+#include "Support/LocalDates.h"
+#include "Tests/Models/World.h"
+
+namespace orvel {
+namespace {
+
+using test::address;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// Where the clocks leap at midnight in spring: the 27th of March 2022 begins there at one o'clock.
+struct HistoryListTest : testing::Test {
+  HistoryListTest() {
+    UErrorCode error = U_ZERO_ERROR;
+    ucal_setDefaultTimeZone(u"Asia/Beirut", &error);
+    uloc_setDefault("en_US", &error);
+  }
+};
+
+HistoryStore::Entry visit(const std::string& name, Date at) {
+  return {address("https://" + name + "/"), name, 1, at};
+}
+
+std::vector<std::string> lines(const std::vector<HistorySection>& sections) {
+  std::vector<std::string> lines;
+  for (const auto& section : sections) {
+    lines.push_back(section.title + ":");
+    for (const auto& entry : section.entries) lines.push_back(entry.title);
+  }
+  return lines;
+}
+
+TEST_F(HistoryListTest, GroupsByTheLocalDayNewestFirst) {
+  using namespace std::chrono;
+  // Noon in Beirut, UTC+3, on Monday the 28th.
+  const Date now = sys_days(2022y / March / 28) + 9h;
+  const Date today = sys_days(2022y / March / 27) + 21h;
+  const Date yesterday = sys_days(2022y / March / 26) + 22h;
+  EXPECT_EQ(local_dates::startOfDay(now), today);
+  EXPECT_EQ(local_dates::previousDay(today), yesterday);
+  const auto sections = historySections(
+      {visit("c", yesterday - 1s), visit("a", now), visit("b", today - 1s), visit("a2", today),
+       visit("b2", yesterday), visit("old", now - 40 * 24h), visit("c2", yesterday - 1h)},
+      now);
+  EXPECT_THAT(lines(sections), ElementsAre("Today:", "a", "a2", "Yesterday:", "b", "b2",
+                                           "Saturday, March 26, 2022:", "c", "c2",
+                                           "Wednesday, February 16, 2022:", "old"));
+  EXPECT_THAT(historySections({}, now), IsEmpty());
+}
+
+struct HistoryWindowTest : HistoryListTest {
+  HistoryWindowTest() {
+    profile = world.space().profile->id;
+    for (const char* name : {"one", "two", "three"}) {
+      world.store->history->recordVisit(profile, address("https://" + std::string(name) + ".test/"),
+                                        name, world.scheduler.now());
+      world.scheduler.advance(1min);
+    }
+  }
+  std::vector<std::string> shown() {
+    list.reload();
+    world.scheduler.settle();
+    return titles();
+  }
+  std::vector<std::string> titles() {
+    std::vector<std::string> titles;
+    for (const auto& section : list.sections.peek())
+      for (const auto& entry : section.entries) titles.push_back(entry.title);
+    return titles;
+  }
+  test::World world;
+  UUID profile = UUID::random();
+  HistoryList list{*world.launch().store};
+};
+
+TEST_F(HistoryWindowTest, ShowsWhatIsRecentOrWhatMatches) {
+  EXPECT_THAT(shown(), ElementsAre("three", "two", "one"));
+  const struct {
+    const char* query;
+    std::vector<std::string> titles;
+  } cases[] = {{" \t", {"three", "two", "one"}},
+               {" t\t", {"three", "two", "one"}},
+               {"THREE ", {"three"}},
+               {"none", {}},
+               {"two.test", {"two"}}};
+  for (const auto& [query, titles] : cases) {
+    list.query = query;
+    EXPECT_EQ(shown(), titles) << query;
+  }
+  list.query = "two";
+  list.reload();
+  list.query = "one";
+  EXPECT_THAT(shown(), ElementsAre("one")) << "the first question's answer comes too late";
+}
+
+TEST_F(HistoryWindowTest, OpensAndDeletesWhatItShows) {
+  shown();
+  const auto entry = list.sections.peek().front().entries.at(1);
+  world.store->window = &world.window;
+  list.open(entry);
+  EXPECT_EQ(world.space().selectedTab()->url.peek()->text(), "https://two.test/");
+
+  list.remove(entry);
+  EXPECT_THAT(titles(), ElementsAre("three", "one"));
+  EXPECT_THAT(shown(), ElementsAre("three", "one"));
+  world.store->history = nullptr;
+  EXPECT_THAT(shown(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace orvel
