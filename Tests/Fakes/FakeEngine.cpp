@@ -331,8 +331,9 @@ void FakeWebView::createPDF(std::function<void(PDFResult)> answer) {
   engine_.scheduler().post([answer = std::move(answer)] { answer({"%PDF-1.4 fake", ""}); });
 }
 
-void FakeWebView::find(const std::string& text, const FindConfiguration&,
+void FakeWebView::find(const std::string& text, const FindConfiguration& configuration,
                        std::function<void(bool)> answer) {
+  searches.push_back(text + (configuration.backwards ? " backwards" : ""));
   const bool isFound = pageText.find(text) != std::string::npos;
   engine_.scheduler().post([answer = std::move(answer), isFound] { answer(isFound); });
 }

@@ -217,6 +217,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   CaptureState camera = CaptureState::None;
   CaptureState microphone = CaptureState::None;
   std::string pageText;
+  std::vector<std::string> searches;  // those that `find` was asked for
   // What was shown by `loadHTMLString` last.
   std::string html;
   std::vector<URLRequest> requests;
