@@ -109,6 +109,8 @@ GtkPopover* makePopover(Gtk::Widget& widget, const std::vector<MenuEntry>& entri
       gtk_popover_menu_new_from_model_full(G_MENU_MODEL(model->gobj()), GTK_POPOVER_MENU_NESTED);
   gtk_widget_insert_action_group(native, "menu", G_ACTION_GROUP(builder.actions->gobj()));
   gtk_widget_set_parent(native, widget.gobj());
+  g_signal_connect_object(widget.gobj(), "destroy", G_CALLBACK(gtk_widget_unparent), native,
+                          G_CONNECT_SWAPPED);
   rewriteKeys(native, builder.shownKeysByLabel);
   gtk_popover_set_has_arrow(GTK_POPOVER(native), FALSE);
   auto* focus = gtk_root_get_focus(gtk_widget_get_root(widget.gobj()));
