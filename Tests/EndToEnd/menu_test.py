@@ -67,6 +67,7 @@ class MenuTest(EndToEndTest):
         self.find("Two")
 
     def test_escape_stops_what_loads(self):
+        self.web.control("refuse", {"host": "slow.test", "port": 443})
         self.web.serve("http://slow.test/", "<title>Slow</title>", delay=30)
         self.program.open_address("http://slow.test/")
         self.find("Stop")
