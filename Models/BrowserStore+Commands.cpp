@@ -78,7 +78,7 @@ std::vector<PaletteCommand> BrowserStore::commandsMatching(const std::string& qu
 
 std::vector<PaletteCommand> BrowserStore::menuCommands() {
   constexpr Duration kFresh = 1s;
-  const Date now = services_.scheduler.now();
+  const Instant now = services_.scheduler.instant();
   if (menuCommandCache_ && now - menuCommandCache_->time < kFresh)
     return menuCommandCache_->commands;
   if (!mainMenu) return {};

@@ -380,7 +380,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   const Services& services_;
   Observable<UUID> activeSpaceID_{UUID::random()};
   struct MenuCommandCache {
-    Date time;
+    Instant time;
     std::vector<PaletteCommand> commands;
   };
   std::optional<MenuCommandCache> menuCommandCache_;

@@ -26,6 +26,13 @@ std::string acceleratorLabel(const std::string& accelerator) {
   return label.get();
 }
 
+// Titles have no mnemonics: an underscore is one.
+std::string plain(std::string title) {
+  for (size_t at = 0; (at = title.find('_', at)) != std::string::npos; at += 2)
+    title.insert(at, 1, '_');
+  return title;
+}
+
 class MenuBuilder {
  public:
   Glib::RefPtr<Gio::SimpleActionGroup> actions = Gio::SimpleActionGroup::create();
@@ -48,7 +55,8 @@ class MenuBuilder {
 
  private:
   Glib::RefPtr<Gio::MenuItem> item(const MenuEntry& entry) {
-    if (!entry.submenu.empty()) return Gio::MenuItem::create(entry.title, build(entry.submenu));
+    if (!entry.submenu.empty())
+      return Gio::MenuItem::create(plain(entry.title), build(entry.submenu));
     const auto name = "entry" + std::to_string(count_++);
     auto action = entry.isOn ? Gio::SimpleAction::create_bool(name, *entry.isOn)
                              : Gio::SimpleAction::create(name);
@@ -57,7 +65,7 @@ class MenuBuilder {
       if (perform) perform();
     });
     actions->add_action(action);
-    auto item = Gio::MenuItem::create(entry.title, "menu." + name);
+    auto item = Gio::MenuItem::create(plain(entry.title), "menu." + name);
     if (!entry.accelerator.empty()) {
       item->set_attribute_value("accel", Glib::Variant<Glib::ustring>::create(entry.accelerator));
       shownKeysByLabel[acceleratorLabel(entry.accelerator)] = shownKeys(entry.accelerator);

@@ -15,7 +15,8 @@ MENUS = ["File", "Edit", "View", "History", "Tabs", "Spaces", "Window", "Help"]
 class MenuTest(EndToEndTest):
     def setUp(self):
         super().setUp()
-        for host, body in (("one", "<textarea autofocus>http://two.test/</textarea>"), ("two", "")):
+        field = "<textarea autofocus oninput=\"document.title = 'Long ' + value.length\">"
+        for host, body in (("one", field + "http://two.test/</textarea>"), ("two", "")):
             self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>{body}")
             self.web.control("refuse", {"host": f"{host}.test", "port": 443})
         self.program = self.start("http://one.test/")
@@ -61,6 +62,9 @@ class MenuTest(EndToEndTest):
         # Editing reaches the page's field, which had the keyboard before the menu.
         self.choose("Edit", 7)
         self.choose("Edit", 3)
+        # The page's own key, or else ours: pasted once.
+        self.keys("End", "ctrl+shift+v")
+        self.find("Long 32")
         self.keys("ctrl+l")
         time.sleep(0.3)
         self.keys("ctrl+a", "ctrl+v", "Return")

@@ -49,14 +49,13 @@ struct MenuViewTest : ShownWindow {
     std::vector<Row> found;
     forEachWidget(root(), [&](GtkWidget* one) {
       if (g_strcmp0(G_OBJECT_TYPE_NAME(one), "GtkModelButton") != 0) return;
-      gchar* text = nullptr;
-      g_object_get(one, "text", &text, nullptr);
-      const GText title(text);
-      Row row{title ? title.get() : "", "", one};
+      Row row{"", "", one};
       for (auto* child = gtk_widget_get_first_child(one); child;
-           child = gtk_widget_get_next_sibling(child))
-        if (g_strcmp0(gtk_widget_get_css_name(child), "accelerator") == 0)
-          row.keys = gtk_label_get_text(GTK_LABEL(child));
+           child = gtk_widget_get_next_sibling(child)) {
+        if (!GTK_IS_LABEL(child)) continue;
+        const bool isKeys = g_strcmp0(gtk_widget_get_css_name(child), "accelerator") == 0;
+        (isKeys ? row.keys : row.title) = gtk_label_get_text(GTK_LABEL(child));
+      }
       found.push_back(std::move(row));
     });
     return found;
@@ -88,6 +87,7 @@ TEST_F(MenuViewTest, TheToolkitKnowsEveryKeyOfTheCatalogue) {
 
 TEST_F(MenuViewTest, TheMenuShowsTheStoresOwn) {
   store().contentBlocker.togglePause(*sample.reading->url.peek());
+  store().spaces.peek()[2]->name = std::string("Tide_log");
   EXPECT_TRUE(press(ActionID::MainMenu));
   std::vector<std::string> top;
   for (const auto& one : rows()) {
@@ -101,6 +101,7 @@ TEST_F(MenuViewTest, TheMenuShowsTheStoresOwn) {
   EXPECT_EQ(row("Copy as Markdown Link").keys, "Ctrl+Alt+Shift+C");
   EXPECT_EQ(row("Quit Orvel").keys, "Ctrl+Q");
   EXPECT_EQ(row("Studio").keys, "Alt+2");
+  EXPECT_EQ(row("Tide_log").keys, "Alt+3");
   EXPECT_EQ(row("Select Tab 1").widget, nullptr) << "only its keys are there";
   EXPECT_TRUE(isMarked(row("Pause Blocking on This Site")));
   EXPECT_TRUE(isMarked(row("Personal")));
@@ -167,8 +168,9 @@ TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
   auto* native = windows.native(UtilityWindow::History);
   EXPECT_TRUE(gtk_widget_get_mapped(GTK_WIDGET(native)));
   int width = 0;
-  gtk_window_get_default_size(native, &width, nullptr);
-  EXPECT_EQ(width, 620);
+  int height = 0;
+  gtk_window_get_default_size(native, &width, &height);
+  EXPECT_EQ(std::pair(width, height), std::pair(620, 640));
   gtk_window_set_default_size(native, 700, 500);
   settle();
   EXPECT_THAT(sample.world.defaults.list("OrvelHistoryWindow").value_or(UserDefaults::List()),

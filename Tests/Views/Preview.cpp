@@ -93,9 +93,7 @@ struct Preview {
     store.showUtilityWindow(UtilityWindow::Settings);
   }
 
-  // With its View menu open.
-  void showMainMenu() {
-    window->view().sidebar().tools().showMainMenu();
+  void openViewMenu() {
     forEachWidget(GTK_WIDGET(window->native()), [](GtkWidget* one) {
       GValue text = G_VALUE_INIT;
       if (!g_type_is_a(G_OBJECT_TYPE(one), g_type_from_name("GtkModelButton"))) return;
@@ -122,8 +120,11 @@ struct Preview {
         kStep);
     window->present();
     for (const auto& state : states)
-      if (state == "main-menu")
-        Glib::signal_timeout().connect_once([this] { showMainMenu(); }, 500);
+      if (state == "main-menu") {
+        Glib::signal_timeout().connect_once(
+            [this] { window->view().sidebar().tools().showMainMenu(); }, 500);
+        Glib::signal_timeout().connect_once([this] { openViewMenu(); }, 1000);
+      }
     for (const auto& state : states)
       if (state.starts_with("settings=")) showSettings(state.substr(9));
     // Without a compositor the toolkit draws a frame around the window.
