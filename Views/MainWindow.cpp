@@ -65,7 +65,7 @@ std::optional<bool> MainWindow::perform(ActionID action) {
   // A sheet keeps the keys for itself.
   if (store_.spaceDraft.peek()) return false;
   if (action == ActionID::MainMenu)
-    showMainMenu();
+    toggleMainMenu();
   else if (action == ActionID::SwitchRegion)
     view_->switchRegion();
   else
@@ -73,11 +73,11 @@ std::optional<bool> MainWindow::perform(ActionID action) {
   return true;
 }
 
-void MainWindow::showMainMenu() {
+void MainWindow::toggleMainMenu() {
   auto& tools = view_->sidebar().tools();
   if (tools.get_mapped())
-    tools.showMainMenu();
-  else
+    tools.toggleMainMenu();
+  else if (!dismissMenu(*view_))
     presentMenu(*view_, kMenuInset, kMenuInset, mainMenuEntries(store_));
 }
 

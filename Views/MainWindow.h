@@ -32,7 +32,7 @@ class MainWindow {
 
  private:
   std::optional<bool> perform(ActionID action);
-  void showMainMenu();
+  void toggleMainMenu();
 
   BrowserStore& store_;
   GtkWindow* window_;

@@ -152,6 +152,16 @@ void presentMenuAbove(Gtk::Widget& widget, std::vector<MenuEntry> entries) {
   gtk_popover_popup(popover);
 }
 
+bool dismissMenu(Gtk::Widget& widget) {
+  for (auto* child = gtk_widget_get_first_child(widget.gobj()); child;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (!GTK_IS_POPOVER_MENU(child) || !gtk_widget_get_mapped(child)) continue;
+    gtk_popover_popdown(GTK_POPOVER(child));
+    return true;
+  }
+  return false;
+}
+
 void installContextMenu(Gtk::Widget& widget, std::function<std::vector<MenuEntry>()> entries) {
   const auto open = [&widget, entries = std::move(entries)](double x, double y) {
     if (auto menu = entries(); !menu.empty()) presentMenu(widget, x, y, std::move(menu));

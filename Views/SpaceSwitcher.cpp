@@ -65,9 +65,11 @@ ToolsRow::ToolsRow(BrowserStore& store) : store_(store), menu_("menu", _("Main M
   space->set_hexpand(true);
   append(*space);
   append(menu_);
-  menu_.signal_clicked().connect([this] { showMainMenu(); });
+  menu_.signal_clicked().connect([this] { toggleMainMenu(); });
 }
 
-void ToolsRow::showMainMenu() { presentMenuAbove(menu_, mainMenuEntries(store_)); }
+void ToolsRow::toggleMainMenu() {
+  if (!dismissMenu(menu_)) presentMenuAbove(menu_, mainMenuEntries(store_));
+}
 
 }  // namespace orvel

@@ -132,6 +132,8 @@ TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
   EXPECT_TRUE(runUntil([this] { return !window->view().sidebar().get_mapped(); }));
   EXPECT_TRUE(press(ActionID::MainMenu));
   EXPECT_TRUE(gtk_widget_get_mapped(row("File").widget));
+  EXPECT_TRUE(press(ActionID::MainMenu)) << "the same key closes it";
+  EXPECT_TRUE(runUntil([this] { return rows().empty(); }));
 }
 
 TEST_F(MenuViewTest, ASheetKeepsTheKeysForItself) {

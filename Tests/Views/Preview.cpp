@@ -122,7 +122,7 @@ struct Preview {
     for (const auto& state : states)
       if (state == "main-menu") {
         Glib::signal_timeout().connect_once(
-            [this] { window->view().sidebar().tools().showMainMenu(); }, 500);
+            [this] { window->view().sidebar().tools().toggleMainMenu(); }, 500);
         Glib::signal_timeout().connect_once([this] { openViewMenu(); }, 1000);
       }
     for (const auto& state : states)
