@@ -262,7 +262,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // The program's small windows.
   // Shows the window; answers whether there is one. The interface sets it; empty: there is none.
   std::function<bool(UtilityWindow)> openUtilityWindow;
-  // Says by a toast that a window isn't there.
+  // Shows the window, or says by a toast that it is not there yet.
   void showUtilityWindow(UtilityWindow which);
 
   // Pictures and downloads.
