@@ -4,6 +4,7 @@
 
 #include "App/WindowController.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/MainMenu.h"
 
 namespace orvel {
 
@@ -58,6 +59,9 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
   ApplicationLifecycle::Steps steps;
   steps.appVersion = ORVEL_VERSION;
   steps.systemVersion = systemVersion();
+  steps.installMainMenu = [this] {
+    store_->mainMenu = std::make_unique<Menu>(MainMenu::make(*store_));
+  };
   steps.makeWindowController = [this] {
     return std::make_unique<WindowController>(application_, *store_, desktop_, defaults_);
   };

@@ -1,14 +1,17 @@
 #pragma once
 
+#include <vector>
+
 #include "Desktop/Gtk/GtkDesktop.h"
 #include "Models/ApplicationLifecycle.h"
 #include "Support/UserDefaults.h"
 #include "Views/MainWindow.h"
+#include "Views/WindowFrame.h"
 
 namespace orvel {
 
-// The main window's place in the program: one of the desktop's windows, whose size is remembered. A
-// window cannot be placed on this desktop, so its position is not.
+// The main window's place in the program, and that of its utility windows: they are the desktop's,
+// and the main window's size is remembered.
 class WindowController final : public MainWindowController {
  public:
   WindowController(GtkApplication* application, BrowserStore& store, GtkDesktop& desktop,
@@ -19,12 +22,12 @@ class WindowController final : public MainWindowController {
   DesktopWindow& window() override { return window_.desktopWindow(); }
 
  private:
-  void restoreSize();
-  void saveSize();
+  void add(GtkDesktopWindow& window);
 
   GtkDesktop& desktop_;
-  UserDefaults& defaults_;
   MainWindow window_;
+  WindowFrame frame_;
+  std::vector<GtkDesktopWindow*> added_;
 };
 
 }  // namespace orvel

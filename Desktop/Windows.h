@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Base/EditingCommand.h"
+
 namespace orvel {
 
 enum class WindowAppearance { Auto, Light, Dark };
@@ -14,6 +16,10 @@ class DesktopWindow {
   virtual void orderOut() = 0;
   // Asks the window to close, as its close button does.
   virtual void performClose() = 0;
+  // As its other buttons do.
+  virtual void minimize() = 0;
+  virtual void toggleMaximized() = 0;
+  virtual void toggleFullscreen() = 0;
   // The keyboard goes to this window.
   virtual bool isKey() const = 0;
   virtual bool isVisible() const = 0;
@@ -21,6 +27,8 @@ class DesktopWindow {
   virtual bool isFullscreen() const = 0;
   // The keyboard focus is in a field where text is typed.
   virtual bool isTextEditorFocused() const = 0;
+  // Acts on that field; does nothing without one.
+  virtual void edit(EditingCommand command) = 0;
 
   // The scheme is the whole application's on this desktop; the main window decides it.
   virtual WindowAppearance appearance() const = 0;

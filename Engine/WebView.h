@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "Base/EditingCommand.h"
 #include "Base/Image.h"
 #include "Base/Observation.h"
 #include "Engine/Navigation.h"
@@ -109,6 +110,8 @@ class WebView {
   // The view stands in a window and is mapped there: it is on screen.
   virtual bool isInWindow() const = 0;
   virtual void focus() = 0;
+  // Acts where the page's cursor or selection is.
+  virtual void edit(EditingCommand command) = 0;
   // Takes the view out of its parent widget, if it is in one.
   virtual void removeFromParent() = 0;
   // The widget to put on screen; owned by the view. Null in an engine without an interface.

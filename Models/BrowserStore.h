@@ -16,12 +16,14 @@
 #include "BrowserCore/Theme.h"
 #include "Desktop/ScrollGestures.h"
 #include "Models/BrowserTab.h"
+#include "Models/Menu.h"
 #include "Models/Services.h"
 #include "Models/Settings.h"
 #include "Models/Space.h"
 #include "Models/StoreState.h"
 #include "Models/Suggestion.h"
 #include "Models/TabDestination.h"
+#include "Models/UtilityWindow.h"
 #include "WebEngine/ContentBlocker.h"
 #include "WebEngine/ExtensionHost.h"
 
@@ -137,8 +139,26 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void perform(const Suggestion& suggestion, CommandBarMode mode);
 
   // Commands.
-  // Those that the query's words name, the best known first; the command bar shows the first three.
+  // Set once, before the window is made; null in a program without a menu.
+  std::unique_ptr<Menu> mainMenu;
+  // Those that the query's words name, the palette's first; the command bar shows the first three.
   std::vector<PaletteCommand> commandsMatching(const std::string& query);
+  // The hand-written ones, as they are now.
+  std::vector<PaletteCommand> paletteCommands();
+  // One for each row of the main menu that can be chosen; made anew when a second has passed.
+  std::vector<PaletteCommand> menuCommands();
+  // In glyphs; absent for an item without a key.
+  static std::optional<std::string> shortcut(const MenuItem& of);
+  // Chooses the item that stands there now; does nothing when there is none or it is disabled.
+  void performMenuItem(std::span<const std::string> titles);
+  // The same by what the item is, also for a hidden one. Answers whether it was chosen.
+  bool performAction(ActionID action);
+  // The tab that a menu row acts on: the key little window's, or else, while the main window is
+  // key, the selected one. Null while another window is.
+  TabRef targetTab() const;
+  bool isMainWindowKey() const;
+  // To the field that has the keyboard, or else to the target tab's page.
+  void edit(EditingCommand command);
 
   // Finding in the selected page.
   void showFindBar();
@@ -241,6 +261,31 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // Asks the tabs that play, every ten seconds, whether they still do.
   void startMediaMonitoring();
 
+  // The program's small windows.
+  // Shows the window; answers whether there is one. The interface sets it; empty: there is none.
+  std::function<bool(UtilityWindow)> openUtilityWindow;
+  // Shows the window, or says by a toast that it is not there yet.
+  void showUtilityWindow(UtilityWindow which);
+
+  // Pictures and downloads.
+  void openDownloadsFolder();
+  // Copies the visible page.
+  void beginCapture(const TabRef& tab);
+  // Null tab and a page that cannot be drawn do nothing; absent `rect`: all that is visible.
+  void copyScreenshot(const TabRef& tab, std::optional<PageRect> rect);
+
+  // Each says by a toast that its feature is missing, until it is built.
+  void newLittleWindow();
+  void openPrivateWindow();
+  void toggleReader();
+  void splitWithRecentTab();
+  void beginHidingItems(const TabRef& on);
+  void checkForUpdates();
+
+  void closeSplitView();
+  // Selects the tab that was used last before the selected one.
+  void advanceTabSwitcher();
+
   // Called where their features belong, and empty until these are built.
   void archiveStaleTabs(Date now);
   void reopen(const ArchivedTabRecord& record);
@@ -276,6 +321,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   static Task<> findInPage(std::weak_ptr<BrowserStore> store, TabRef tab, std::string query,
                            BrowserTab::FindDirection direction);
   static Task<> forgetCopiedLink(std::weak_ptr<BrowserStore> store, Duration after);
+  static Task<> copyPicture(std::weak_ptr<BrowserStore> store, TabRef tab,
+                            std::optional<PageRect> rect);
 
   // The session.
   void restore();
@@ -313,6 +360,11 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   bool areWindowButtonsHidden() const;
   void open(const URL& url, CommandBarMode mode);
 
+  void addTabCommands(std::vector<PaletteCommand>& commands, const TabRef& tab);
+  void addSpaceCommands(std::vector<PaletteCommand>& commands);
+  // Adds one for each row of the menu at `path`, and of the menus below it.
+  void collect(Menu& menu, const std::vector<std::string>& path,
+               std::vector<PaletteCommand>& commands);
   void reloadSelectedTab();
   void setMatchFound(std::optional<bool> isFound);
   void detach(const BrowserTab& tab);
@@ -329,6 +381,11 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
 
   const Services& services_;
   Observable<UUID> activeSpaceID_{UUID::random()};
+  struct MenuCommandCache {
+    Instant time;
+    std::vector<PaletteCommand> commands;
+  };
+  std::optional<MenuCommandCache> menuCommandCache_;
   // The swipe over the sidebar; positive travel leads to the next space.
   struct {
     std::optional<double> travel;  // absent: no gesture is being followed

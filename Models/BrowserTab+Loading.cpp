@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cmath>
+
 #include "Base/Assert.h"
 #include "Models/BrowserStore.h"
 #include "Models/BrowserTab.h"
@@ -111,9 +114,76 @@ void BrowserTab::printPage() {
   if (view && view->isInWindow()) view->print();
 }
 
+// PDF
+
+namespace {
+
+void tellOfFailedExport(Dialogs& dialogs, DesktopWindow* parent, const std::string& error) {
+  dialogs.showAlert(parent,
+                    {.messageText = "Couldn't export the page as PDF",
+                     .informativeText = error,
+                     .buttons = {"OK"}},
+                    [](const AlertAnswer&) {});
+}
+
+}  // namespace
+
+void BrowserTab::exportPDF() {
+  const auto& view = webView_.peek();
+  if (!view || !view->isInWindow()) return;
+  std::string name = displayTitle();
+  std::ranges::replace(name, '/', '-');
+  services_.desktop.dialogs.showSavePanel(
+      panelParent(), {.proposedName = name + ".pdf"},
+      [weak = weak_from_this()](const std::optional<std::filesystem::path>& file) {
+        if (const auto tab = weak.lock(); tab && file) tab->writePDF(*file);
+      });
+}
+
+void BrowserTab::writePDF(const std::filesystem::path& file) {
+  const auto& view = webView_.peek();
+  if (!view) return;
+  view->createPDF([weak = weak_from_this(), file](PDFResult result) {
+    const auto tab = weak.lock();
+    if (!tab) return;
+    auto& dialogs = tab->services_.desktop.dialogs;
+    if (!result.data) return tellOfFailedExport(dialogs, tab->panelParent(), result.error);
+    tab->services_.files.write(file, std::move(*result.data),
+                               [weak, &dialogs](const WriteResult& written) {
+                                 const auto live = weak.lock();
+                                 if (written.outcome == WriteResult::Outcome::Failed)
+                                   tellOfFailedExport(dialogs, live ? live->panelParent() : nullptr,
+                                                      written.error.message());
+                               });
+  });
+}
+
+// Zoom
+
+void BrowserTab::setZoom(double zoom) {
+  if (const auto& view = webView_.peek()) view->setPageZoom(zoom);
+  const auto store = store_.lock();
+  if (!store) return;
+  if (!profile->isPrivate) store->settings.setZoom(zoom, url.peek());
+  if (store->activeSpace()->selectedTab().get() == this)
+    store->showToast(std::to_string(std::lround(zoom * 100)) + "%", {.symbol = "magnifyingglass"});
+}
+
+void BrowserTab::zoom(ZoomStep step) {
+  constexpr double kStep = 0.1;
+  constexpr double kLeast = 0.5;
+  constexpr double kGreatest = 3.0;
+  const auto& view = webView_.peek();
+  if (!view) return;
+  const double wanted = view->pageZoom() + (step == ZoomStep::In ? kStep : -kStep);
+  setZoom(std::clamp(wanted, kLeast, kGreatest));
+}
+
 // Media, hidden items and icons: empty until these are built
 
-void BrowserTab::toggleMute() {}
+void BrowserTab::toggleMute() {
+  if (const auto store = store_.lock()) store->showToast("Muting isn’t available yet");
+}
 static Task<> nothing() { co_return; }
 Task<> BrowserTab::refreshMediaState() { return nothing(); }
 void BrowserTab::mediaDidChange(const FrameInfo&) {}

@@ -103,6 +103,13 @@ class BrowserTab final : public NavigationDelegate,
   enum class FindDirection { Forwards, Backwards };
   Task<bool> find(std::string text, FindDirection direction);
   void printPage();
+  // Asks for a file and writes the whole page to it. Does nothing for a page that is not on screen.
+  void exportPDF();
+  // Sets it on the live view and, but for a private tab, for the site. 1 is actual size.
+  void setZoom(double zoom);
+  // By a step, within the least and the greatest zoom. Nothing without a live view.
+  enum class ZoomStep { In, Out };
+  void zoom(ZoomStep step);
   void goBack();
   void goForward();
   void stopLoading();
@@ -184,6 +191,7 @@ class BrowserTab final : public NavigationDelegate,
   // Asks first. Does nothing without an application for the address.
   void confirmOpeningApp(const WebView& view, const URL& address);
   void sync(const WebView& view);
+  void writePDF(const std::filesystem::path& file);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
   void propertiesDidChange(TabProperties properties);

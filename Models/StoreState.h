@@ -85,6 +85,8 @@ class LittleWindow {
   virtual ~LittleWindow() = default;
   virtual const TabRef& tab() const = 0;
   virtual bool isKey() const = 0;
+  // Moves the tab to the sidebar.
+  virtual void promote() = 0;
   // Ends the tab and tells the store.
   virtual void close() = 0;
 };

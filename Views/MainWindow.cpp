@@ -1,8 +1,10 @@
 #include "Views/MainWindow.h"
 
+#include "Views/Accelerators.h"
 #include "Views/BrowserView.h"
-#include "Views/SettingsWindow.h"
-#include "Views/WindowShortcuts.h"
+#include "Views/MainMenuView.h"
+#include "Views/SettingsContent.h"
+#include "Views/UtilityWindows.h"
 
 namespace orvel {
 
@@ -12,6 +14,7 @@ constexpr int kWidth = 1280;
 constexpr int kHeight = 820;
 constexpr int kMinimumWidth = 640;
 constexpr int kMinimumHeight = 420;
+constexpr double kMenuInset = 8;
 
 }  // namespace
 
@@ -19,7 +22,8 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
     : store_(store),
       window_(GTK_WINDOW(g_object_ref_sink(adw_application_window_new(application)))),
       desktopWindow_(window_),
-      view_(std::make_unique<BrowserView>(store)) {
+      view_(std::make_unique<BrowserView>(store)),
+      utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())) {
   gtk_window_set_title(window_, "Orvel");
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
@@ -29,19 +33,21 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
   gtk_widget_add_css_class(GTK_WIDGET(window_), "orvel");
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), view_->gobj());
   desktopWindow_.setButtons(view_->sidebar().topBar().windowButtons());
-  auto* action = g_simple_action_new("settings", nullptr);
-  g_signal_connect_swapped(action, "activate",
-                           G_CALLBACK(+[](MainWindow* self) { self->settings().present(); }), this);
-  g_action_map_add_action(G_ACTION_MAP(window_), G_ACTION(action));
-  g_object_unref(action);
-  installWindowShortcuts(GTK_WIDGET(window_), store, *view_);
+  installAccelerators(GTK_WIDGET(window_), store,
+                      [this](ActionID action) { return perform(action); });
+  utilityWindows_->fill(UtilityWindow::Settings,
+                        [&store] { return std::make_unique<SettingsContent>(store); });
+  store_.openUtilityWindow = [this](UtilityWindow which) { return utilityWindows_->show(which); };
   store_.window = &desktopWindow_;
   store_.updateWindowChrome(BrowserStore::ChromeMotion::AtOnce);
   store_.updateWindowAppearance();
 }
 
 MainWindow::~MainWindow() {
-  settings_.reset();
+  // A menu that is still open takes the keyboard along.
+  gtk_window_set_focus(window_, nullptr);
+  store_.openUtilityWindow = nullptr;
+  utilityWindows_.reset();
   if (store_.window == &desktopWindow_) store_.window = nullptr;
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), nullptr);
   view_.reset();
@@ -49,11 +55,30 @@ MainWindow::~MainWindow() {
   g_object_unref(window_);
 }
 
-SettingsWindow& MainWindow::settings() {
-  if (!settings_) settings_ = std::make_unique<SettingsWindow>(window_, store_, view_->scheme());
-  return *settings_;
+SettingsContent& MainWindow::settings() {
+  return static_cast<SettingsContent&>(*utilityWindows_->content(UtilityWindow::Settings));
 }
 
 void MainWindow::present() { gtk_window_present(window_); }
+
+std::optional<bool> MainWindow::perform(ActionID action) {
+  // A sheet keeps the keys for itself.
+  if (store_.spaceDraft.peek()) return false;
+  if (action == ActionID::MainMenu)
+    toggleMainMenu();
+  else if (action == ActionID::SwitchRegion)
+    view_->switchRegion();
+  else
+    return std::nullopt;
+  return true;
+}
+
+void MainWindow::toggleMainMenu() {
+  auto& tools = view_->sidebar().tools();
+  if (tools.get_mapped())
+    tools.toggleMainMenu();
+  else if (!dismissMenu(*view_))
+    presentMenu(*view_, kMenuInset, kMenuInset, mainMenuEntries(store_));
+}
 
 }  // namespace orvel

@@ -10,30 +10,35 @@
 namespace orvel {
 
 class BrowserView;
-class SettingsWindow;
+class SettingsContent;
+class UtilityWindows;
 
 // The one window of the sidebar and the pages.
 class MainWindow {
  public:
   // `application` may be null, in tests; the store outlives the window. The style sheet is loaded.
-  // The window puts itself into the store and shows nothing yet; closing it hides it.
+  // The window puts itself and its utility windows into the store and shows nothing yet; closing it
+  // hides it.
   MainWindow(GtkApplication* application, BrowserStore& store);
   ~MainWindow();
   MainWindow(const MainWindow&) = delete;
 
   void present();
-  // The settings' window, made when it is first asked for.
-  SettingsWindow& settings();
+  UtilityWindows& utilityWindows() { return *utilityWindows_; }
+  SettingsContent& settings();
   GtkDesktopWindow& desktopWindow() { return desktopWindow_; }
   GtkWindow* native() const { return window_; }
   BrowserView& view() { return *view_; }
 
  private:
+  std::optional<bool> perform(ActionID action);
+  void toggleMainMenu();
+
   BrowserStore& store_;
   GtkWindow* window_;
   GtkDesktopWindow desktopWindow_;
   std::unique_ptr<BrowserView> view_;
-  std::unique_ptr<SettingsWindow> settings_;
+  std::unique_ptr<UtilityWindows> utilityWindows_;
 };
 
 }  // namespace orvel

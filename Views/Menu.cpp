@@ -8,15 +8,36 @@
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/popovermenu.h>
 
+#include <map>
+
+#include "Base/GRef.h"
 #include "DesignSystem/Icons.h"
+#include "Models/ActionCatalogue.h"
 
 namespace orvel {
 
 namespace {
 
+std::string acceleratorLabel(const std::string& accelerator) {
+  guint key = 0;
+  GdkModifierType modifiers{};
+  gtk_accelerator_parse(accelerator.c_str(), &key, &modifiers);
+  const GText label(gtk_accelerator_get_label(key, modifiers));
+  return label.get();
+}
+
+// Titles have no mnemonics: an underscore is one.
+std::string plain(std::string title) {
+  for (size_t at = 0; (at = title.find('_', at)) != std::string::npos; at += 2)
+    title.insert(at, 1, '_');
+  return title;
+}
+
 class MenuBuilder {
  public:
   Glib::RefPtr<Gio::SimpleActionGroup> actions = Gio::SimpleActionGroup::create();
+  // How the keys read, by how the toolkit writes them.
+  std::map<std::string, std::string> shownKeysByLabel;
 
   Glib::RefPtr<Gio::Menu> build(const std::vector<MenuEntry>& entries) {
     auto menu = Gio::Menu::create();
@@ -34,17 +55,21 @@ class MenuBuilder {
 
  private:
   Glib::RefPtr<Gio::MenuItem> item(const MenuEntry& entry) {
-    if (!entry.submenu.empty()) return Gio::MenuItem::create(entry.title, build(entry.submenu));
+    if (!entry.submenu.empty())
+      return Gio::MenuItem::create(plain(entry.title), build(entry.submenu));
     const auto name = "entry" + std::to_string(count_++);
-    auto action = Gio::SimpleAction::create(name);
+    auto action = entry.isOn ? Gio::SimpleAction::create_bool(name, *entry.isOn)
+                             : Gio::SimpleAction::create(name);
     action->set_enabled(static_cast<bool>(entry.perform));
     action->signal_activate().connect([perform = entry.perform](const Glib::VariantBase&) {
       if (perform) perform();
     });
     actions->add_action(action);
-    auto item = Gio::MenuItem::create(entry.title, "menu." + name);
-    if (!entry.accelerator.empty())
+    auto item = Gio::MenuItem::create(plain(entry.title), "menu." + name);
+    if (!entry.accelerator.empty()) {
       item->set_attribute_value("accel", Glib::Variant<Glib::ustring>::create(entry.accelerator));
+      shownKeysByLabel[acceleratorLabel(entry.accelerator)] = shownKeys(entry.accelerator);
+    }
     if (!entry.symbol.empty()) item->set_icon(Gio::ThemedIcon::create(iconName(entry.symbol)));
     return item;
   }
@@ -52,43 +77,89 @@ class MenuBuilder {
   int count_ = 0;
 };
 
+// The toolkit writes "Shift+Ctrl+C": this writes what is read everywhere else.
+void rewriteKeys(GtkWidget* widget, const std::map<std::string, std::string>& texts) {
+  if (GTK_IS_LABEL(widget) && g_strcmp0(gtk_widget_get_css_name(widget), "accelerator") == 0)
+    if (const auto found = texts.find(gtk_label_get_text(GTK_LABEL(widget))); found != texts.end())
+      gtk_label_set_text(GTK_LABEL(widget), found->second.c_str());
+  for (auto* child = gtk_widget_get_first_child(widget); child;
+       child = gtk_widget_get_next_sibling(child))
+    rewriteKeys(child, texts);
+}
+
+// What a menu does when it closes.
+struct Closing {
+  GtkWidget* popover;
+  GRef<GtkWidget> focus;  // what had the keyboard
+  std::function<void()> closed;
+
+  void run() const {
+    // Not grabbed: a field would select all its text.
+    if (focus && gtk_widget_get_mapped(focus.get()))
+      gtk_root_set_focus(gtk_widget_get_root(focus.get()), focus.get());
+    if (closed) closed();
+    // The entry that was chosen runs after this: the menu goes a turn later.
+    g_idle_add_once(
+        [](gpointer closing) {
+          if (gtk_widget_get_parent(GTK_WIDGET(closing))) gtk_widget_unparent(GTK_WIDGET(closing));
+          g_object_unref(closing);
+        },
+        g_object_ref(popover));
+  }
+};
+
+// A menu below the widget that has not opened yet.
+GtkPopover* makePopover(Gtk::Widget& widget, const std::vector<MenuEntry>& entries,
+                        std::function<void()> closed) {
+  MenuBuilder builder;
+  const auto model = builder.build(entries);
+  auto* native =
+      gtk_popover_menu_new_from_model_full(G_MENU_MODEL(model->gobj()), GTK_POPOVER_MENU_NESTED);
+  gtk_widget_insert_action_group(native, "menu", G_ACTION_GROUP(builder.actions->gobj()));
+  gtk_widget_set_parent(native, widget.gobj());
+  g_signal_connect_object(widget.gobj(), "destroy", G_CALLBACK(gtk_widget_unparent), native,
+                          G_CONNECT_SWAPPED);
+  rewriteKeys(native, builder.shownKeysByLabel);
+  gtk_popover_set_has_arrow(GTK_POPOVER(native), FALSE);
+  auto* focus = gtk_root_get_focus(gtk_widget_get_root(widget.gobj()));
+  g_signal_connect_data(
+      native, "closed",
+      G_CALLBACK(+[](GtkPopover*, gpointer data) { static_cast<Closing*>(data)->run(); }),
+      new Closing{native, GRef<GtkWidget>::retain(focus), std::move(closed)},
+      [](gpointer data, GClosure*) { delete static_cast<Closing*>(data); },
+      static_cast<GConnectFlags>(0));
+  return GTK_POPOVER(native);
+}
+
 }  // namespace
 
 void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry> entries,
                  std::function<void()> closed) {
-  MenuBuilder builder;
-  const auto model = builder.build(entries);
-  auto* popover = GTK_POPOVER(
-      gtk_popover_menu_new_from_model_full(G_MENU_MODEL(model->gobj()), GTK_POPOVER_MENU_NESTED));
-  auto* native = GTK_WIDGET(popover);
-  gtk_widget_insert_action_group(native, "menu", G_ACTION_GROUP(builder.actions->gobj()));
-  gtk_widget_set_parent(native, widget.gobj());
-  gtk_popover_set_has_arrow(popover, FALSE);
-  gtk_widget_set_halign(native, GTK_ALIGN_START);
+  auto* popover = makePopover(widget, entries, std::move(closed));
+  gtk_widget_set_halign(GTK_WIDGET(popover), GTK_ALIGN_START);
   const GdkRectangle at = {static_cast<int>(x), static_cast<int>(y), 1, 1};
   gtk_popover_set_pointing_to(popover, &at);
-
-  // The entry that was chosen runs after the menu has closed: the menu goes a turn later.
-  struct Closing {
-    GtkWidget* popover;
-    std::function<void()> closed;
-  };
-  g_signal_connect_data(
-      popover, "closed", G_CALLBACK(+[](GtkPopover*, gpointer data) {
-        auto* closing = static_cast<Closing*>(data);
-        if (closing->closed) closing->closed();
-        g_idle_add_once(
-            [](gpointer popover) {
-              if (gtk_widget_get_parent(GTK_WIDGET(popover)))
-                gtk_widget_unparent(GTK_WIDGET(popover));
-              g_object_unref(popover);
-            },
-            g_object_ref(closing->popover));
-      }),
-      new Closing{native, std::move(closed)},
-      [](gpointer data, GClosure*) { delete static_cast<Closing*>(data); },
-      static_cast<GConnectFlags>(0));
   gtk_popover_popup(popover);
+}
+
+void presentMenuAbove(Gtk::Widget& widget, std::vector<MenuEntry> entries) {
+  constexpr int kGap = 8;
+  auto* popover = makePopover(widget, entries, {});
+  gtk_widget_add_css_class(GTK_WIDGET(popover), "above");
+  gtk_popover_set_position(popover, GTK_POS_TOP);
+  gtk_widget_set_halign(GTK_WIDGET(popover), GTK_ALIGN_END);
+  gtk_popover_set_offset(popover, 0, -kGap);
+  gtk_popover_popup(popover);
+}
+
+bool dismissMenu(Gtk::Widget& widget) {
+  for (auto* child = gtk_widget_get_first_child(widget.gobj()); child;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (!GTK_IS_POPOVER_MENU(child) || !gtk_widget_get_mapped(child)) continue;
+    gtk_popover_popdown(GTK_POPOVER(child));
+    return true;
+  }
+  return false;
 }
 
 void installContextMenu(Gtk::Widget& widget, std::function<std::vector<MenuEntry>()> entries) {

@@ -5,6 +5,7 @@
 
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Views/MainMenuView.h"
 #include "Views/SidebarMenus.h"
 
 namespace orvel {
@@ -64,32 +65,11 @@ ToolsRow::ToolsRow(BrowserStore& store) : store_(store), menu_("menu", _("Main M
   space->set_hexpand(true);
   append(*space);
   append(menu_);
-  menu_.signal_clicked().connect([this] { showMainMenu(); });
+  menu_.signal_clicked().connect([this] { toggleMainMenu(); });
 }
 
-void ToolsRow::showMainMenu() {
-  presentMenu(menu_, 0, 0,
-              {{.title = _("New Tab"),
-                .perform = [this] { store_.showCommandBar(CommandBarMode::NewTab); },
-                .accelerator = "<Control>t"},
-               {.title = _("Open Location"),
-                .perform = [this] { store_.showCommandBar(CommandBarMode::CurrentTab); },
-                .accelerator = "<Control>l"},
-               {.title = _("Reopen Closed Tab"),
-                .perform = store_.closedTabs.empty() ? std::function<void()>()
-                                                     : [this] { store_.reopenClosedTab(); },
-                .accelerator = "<Control><Shift>t"},
-               {.title = _("New Space…"),
-                .perform = [this] { store_.beginNewSpace(); },
-                .accelerator = "<Control><Shift>n",
-                .beginsSection = true},
-               {.title = _("Toggle Sidebar"),
-                .perform = [this] { store_.toggleSidebar(); },
-                .accelerator = "<Control>s"},
-               {.title = _("Settings…"),
-                .perform = [this] { activate_action("win.settings"); },
-                .accelerator = "<Control>comma",
-                .beginsSection = true}});
+void ToolsRow::toggleMainMenu() {
+  if (!dismissMenu(menu_)) presentMenuAbove(menu_, mainMenuEntries(store_));
 }
 
 }  // namespace orvel

@@ -37,7 +37,7 @@ class ToolsRow final : public Gtk::Box {
  public:
   explicit ToolsRow(BrowserStore& store);
 
-  void showMainMenu();
+  void toggleMainMenu();
 
  private:
   BrowserStore& store_;

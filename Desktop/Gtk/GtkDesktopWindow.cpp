@@ -2,11 +2,47 @@
 
 namespace orvel {
 
+namespace {
+
+// What the toolkit's fields call it.
+const char* actionName(EditingCommand command) {
+  switch (command) {
+    case EditingCommand::Undo:
+      return "text.undo";
+    case EditingCommand::Redo:
+      return "text.redo";
+    case EditingCommand::Cut:
+      return "clipboard.cut";
+    case EditingCommand::Copy:
+      return "clipboard.copy";
+    case EditingCommand::Paste:
+    case EditingCommand::PasteAsPlainText:
+      return "clipboard.paste";
+    case EditingCommand::Delete:
+      return "selection.delete";
+    case EditingCommand::SelectAll:
+      return "selection.select-all";
+  }
+  return nullptr;
+}
+
+}  // namespace
+
 void GtkDesktopWindow::makeKeyAndOrderFront() { gtk_window_present(window_); }
 
 void GtkDesktopWindow::orderOut() { gtk_widget_set_visible(GTK_WIDGET(window_), FALSE); }
 
 void GtkDesktopWindow::performClose() { gtk_window_close(window_); }
+
+void GtkDesktopWindow::minimize() { gtk_window_minimize(window_); }
+
+void GtkDesktopWindow::toggleMaximized() {
+  gtk_window_is_maximized(window_) ? gtk_window_unmaximize(window_) : gtk_window_maximize(window_);
+}
+
+void GtkDesktopWindow::toggleFullscreen() {
+  isFullscreen() ? gtk_window_unfullscreen(window_) : gtk_window_fullscreen(window_);
+}
 
 bool GtkDesktopWindow::isKey() const { return gtk_window_is_active(window_); }
 
@@ -23,6 +59,11 @@ bool GtkDesktopWindow::isFullscreen() const { return gtk_window_is_fullscreen(wi
 bool GtkDesktopWindow::isTextEditorFocused() const {
   auto* focus = gtk_window_get_focus(window_);
   return focus && (GTK_IS_EDITABLE(focus) || GTK_IS_TEXT_VIEW(focus));
+}
+
+void GtkDesktopWindow::edit(EditingCommand command) {
+  if (isTextEditorFocused())
+    gtk_widget_activate_action(gtk_window_get_focus(window_), actionName(command), nullptr);
 }
 
 void GtkDesktopWindow::setAppearance(WindowAppearance appearance) {

@@ -21,11 +21,15 @@ class GtkDesktopWindow : public DesktopWindow {
   void makeKeyAndOrderFront() override;
   void orderOut() override;
   void performClose() override;
+  void minimize() override;
+  void toggleMaximized() override;
+  void toggleFullscreen() override;
   bool isKey() const override;
   bool isVisible() const override;
   bool isMinimized() const override;
   bool isFullscreen() const override;
   bool isTextEditorFocused() const override;
+  void edit(EditingCommand command) override;
   WindowAppearance appearance() const override { return appearance_; }
   void setAppearance(WindowAppearance appearance) override;
   void setButtonHidden(WindowButton button, bool isHidden) override;

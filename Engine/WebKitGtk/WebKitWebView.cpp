@@ -306,6 +306,31 @@ bool WebKitWebView::isInWindow() const {
          gtk_widget_get_mapped(GTK_WIDGET(view_.get()));
 }
 
+void WebKitWebView::edit(EditingCommand command) {
+  const auto name = [command] {
+    switch (command) {
+      case EditingCommand::Undo:
+        return WEBKIT_EDITING_COMMAND_UNDO;
+      case EditingCommand::Redo:
+        return WEBKIT_EDITING_COMMAND_REDO;
+      case EditingCommand::Cut:
+        return WEBKIT_EDITING_COMMAND_CUT;
+      case EditingCommand::Copy:
+        return WEBKIT_EDITING_COMMAND_COPY;
+      case EditingCommand::Paste:
+        return WEBKIT_EDITING_COMMAND_PASTE;
+      case EditingCommand::PasteAsPlainText:
+        return WEBKIT_EDITING_COMMAND_PASTE_AS_PLAIN_TEXT;
+      case EditingCommand::Delete:
+        return "Delete";
+      case EditingCommand::SelectAll:
+        return WEBKIT_EDITING_COMMAND_SELECT_ALL;
+    }
+    return "";
+  };
+  webkit_web_view_execute_editing_command(view_.get(), name());
+}
+
 void WebKitWebView::focus() { gtk_widget_grab_focus(GTK_WIDGET(view_.get())); }
 
 // A container that holds its child by name would keep a widget that was merely unparented.

@@ -75,10 +75,13 @@ class WindowTest(EndToEndTest):
         self.session_is(["One"])
 
     def test_the_sidebar_hides_and_its_state_is_kept(self):
+        def is_visible():
+            return (self.program.session() or {}).get("isSidebarVisible")
+
         self.keys("ctrl+s")
-        eventually(lambda: self.program.session()["isSidebarVisible"] is False, "hidden")
+        eventually(lambda: is_visible() is False, "hidden")
         self.keys("ctrl+s")
-        eventually(lambda: self.program.session()["isSidebarVisible"] is True, "shown")
+        eventually(lambda: is_visible() is True, "shown")
 
     def test_every_button_has_a_name(self):
         nameless = []

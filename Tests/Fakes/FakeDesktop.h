@@ -20,6 +20,10 @@ class FakeWindow final : public DesktopWindow {
     ++closeCount;
     isShown = isKeyWindow = false;
   }
+  void minimize() override { ++minimizeCount; }
+  void toggleMaximized() override { ++zoomCount; }
+  void toggleFullscreen() override { ++fullscreenCount; }
+  void edit(EditingCommand command) override { edits.push_back(command); }
   bool isKey() const override { return isKeyWindow; }
   bool isVisible() const override { return isShown; }
   bool isMinimized() const override { return false; }
@@ -41,6 +45,10 @@ class FakeWindow final : public DesktopWindow {
   bool isEditing = false;
   int frontCount = 0;
   int closeCount = 0;
+  int minimizeCount = 0;
+  int zoomCount = 0;
+  int fullscreenCount = 0;
+  std::vector<EditingCommand> edits;
   int appearanceCount = 0;
   double lastDuration = -1;
   WindowAppearance current = WindowAppearance::Auto;

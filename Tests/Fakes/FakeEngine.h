@@ -161,6 +161,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void setPageZoom(double zoom) override { zoom_ = zoom; }
   bool isInWindow() const override { return isOnScreen; }
   void focus() override { ++focusCount; }
+  void edit(EditingCommand command) override { edits.push_back(command); }
   void removeFromParent() override { isOnScreen = false; }
   GtkWidget* widget() override { return pageWidget; }
   void takeSnapshot(const SnapshotRequest& request, std::function<void(ImageRef)> answer) override;
@@ -209,6 +210,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   GtkWidget* pageWidget = nullptr;
   bool isOnScreen = false;
   int focusCount = 0;
+  std::vector<EditingCommand> edits;
   int printCount = 0;
   int stopCount = 0;
   int pauseCount = 0;

@@ -274,6 +274,7 @@ class TestLittleWindow final : public LittleWindow {
   TestLittleWindow(BrowserStore& store, TabRef tab) : store_(store), tab_(std::move(tab)) {}
   const TabRef& tab() const override { return tab_; }
   bool isKey() const override { return isKeyWindow; }
+  void promote() override {}
   void close() override {
     tab_->isDiscarded = true;
     tab_->teardown();

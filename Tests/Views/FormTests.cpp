@@ -1,6 +1,7 @@
 #include "Tests/Views/ShownWindow.h"
-#include "Views/SettingsWindow.h"
+#include "Views/SettingsContent.h"
 #include "Views/SidebarMenus.h"
+#include "Views/UtilityWindows.h"
 
 namespace orvel {
 namespace {
@@ -133,10 +134,10 @@ TEST_F(FormTest, TheShieldPausesAndResumes) {
 }
 
 TEST_F(FormTest, SettingsFollowAndWriteTheModel) {
-  gtk_widget_activate_action(window->view().gobj(), "win.settings", nullptr);
+  store().showUtilityWindow(UtilityWindow::Settings);
   settle();
   auto& settings = store().settings;
-  auto* root = GTK_WIDGET(window->settings().native());
+  auto* root = GTK_WIDGET(window->utilityWindows().native(UtilityWindow::Settings));
   EXPECT_TRUE(gtk_widget_get_mapped(root));
 
   settings.searchEngine = SearchEngine(SearchEngine::duckDuckGo);
@@ -181,9 +182,9 @@ TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {
   settings.sitePermissions =
       Settings::SitePermissions{{"meet.example", {{"microphone", false}, {"camera", true}}}};
   store().contentBlocker.togglePause(*URL::parse("https://loud.example/"));
-  auto* root = GTK_WIDGET(window->settings().native());
-  window->settings().show(SettingsWindow::Page::Privacy);
-  window->settings().present();
+  auto* root = GTK_WIDGET(window->utilityWindows().native(UtilityWindow::Settings));
+  window->settings().show(SettingsContent::Page::Privacy);
+  store().showUtilityWindow(UtilityWindow::Settings);
   settle();
   EXPECT_NE(find(root,
                  [](GtkWidget* one) {
@@ -201,7 +202,7 @@ TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {
   settle();
   EXPECT_EQ(sample.world.desktop.alerts.back().alert.messageText, "Clear all browsing history?");
 
-  window->settings().show(SettingsWindow::Page::Links);
+  window->settings().show(SettingsContent::Page::Links);
   settle();
   click(button(root, "Add Rule"));
   settle();

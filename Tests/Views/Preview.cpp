@@ -1,7 +1,7 @@
 // Shows the main window over a sample session, for looking at and for pictures.
 //
 //   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
-//                paused|space|space-edit|settings=PAGE]
+//                paused|main-menu|space|space-edit|settings=PAGE]
 //                [theme=NAME] [many] [shoot=FILE]
 
 #include <adwaita.h>
@@ -11,9 +11,10 @@
 
 #include "DesignSystem/StyleSheet.h"
 #include "Tests/Views/SampleStore.h"
+#include "Tests/Views/ViewTest.h"
 #include "Views/BrowserView.h"
 #include "Views/MainWindow.h"
-#include "Views/SettingsWindow.h"
+#include "Views/SettingsContent.h"
 
 namespace {
 
@@ -84,12 +85,22 @@ struct Preview {
     store.settings.linkRoutes =
         std::vector<LinkRoute>{{.pattern = "fjord.example/courses", .spaceID = spaces[2]->id},
                                {.pattern = "", .spaceID = spaces[0]->id}};
-    auto& settings = window->settings();
-    settings.show(page == "privacy" ? SettingsWindow::Page::Privacy
-                  : page == "links" ? SettingsWindow::Page::Links
-                                    : SettingsWindow::Page::General);
-    gtk_widget_remove_css_class(GTK_WIDGET(settings.native()), "solid-csd");
-    settings.present();
+    window->settings().show(page == "privacy" ? SettingsContent::Page::Privacy
+                            : page == "links" ? SettingsContent::Page::Links
+                                              : SettingsContent::Page::General);
+    auto* native = window->utilityWindows().native(UtilityWindow::Settings);
+    gtk_widget_remove_css_class(GTK_WIDGET(native), "solid-csd");
+    store.showUtilityWindow(UtilityWindow::Settings);
+  }
+
+  void openViewMenu() {
+    forEachWidget(GTK_WIDGET(window->native()), [](GtkWidget* one) {
+      GValue text = G_VALUE_INIT;
+      if (!g_type_is_a(G_OBJECT_TYPE(one), g_type_from_name("GtkModelButton"))) return;
+      g_object_get_property(G_OBJECT(one), "text", &text);
+      if (g_strcmp0(g_value_get_string(&text), "View") == 0) g_signal_emit_by_name(one, "clicked");
+      g_value_unset(&text);
+    });
   }
 
   void run(const std::vector<std::string>& states) {
@@ -97,6 +108,7 @@ struct Preview {
       if (state == "rtl") apply(state);
     sample.world.desktop.isMotionOn = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
+    sample.world.desktop.key = &window->desktopWindow();
     for (const auto& state : states) apply(state);
     // The model's clock follows the real one.
     Glib::signal_timeout().connect(
@@ -107,6 +119,12 @@ struct Preview {
         },
         kStep);
     window->present();
+    for (const auto& state : states)
+      if (state == "main-menu") {
+        Glib::signal_timeout().connect_once(
+            [this] { window->view().sidebar().tools().toggleMainMenu(); }, 500);
+        Glib::signal_timeout().connect_once([this] { openViewMenu(); }, 1000);
+      }
     for (const auto& state : states)
       if (state.starts_with("settings=")) showSettings(state.substr(9));
     // Without a compositor the toolkit draws a frame around the window.

@@ -6,6 +6,7 @@
 
 #include "Base/GRef.h"
 #include "DesignSystem/Paint.h"
+#include "Models/MainMenu.h"
 
 namespace orvel::test {
 
@@ -93,6 +94,7 @@ GtkWidget* makePage(const std::string& title) {
 SampleStore::SampleStore() {
   world.launch();
   auto& model = store();
+  model.mainMenu = std::make_unique<Menu>(MainMenu::make(model));
   const auto open = [&](const char* host, const char* title, Color color, const char* letter) {
     const std::string url = std::string("https://") + host + "/";
     world.engine.pages[url] = {.title = title};

@@ -1,0 +1,83 @@
+#!/usr/bin/env python3
+"""The main menu and the keys, as they are pressed."""
+
+import pathlib
+import sys
+import time
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
+from orvel_kit import EndToEndTest, eventually  # noqa: E402
+
+MENUS = ["File", "Edit", "View", "History", "Tabs", "Spaces", "Window", "Help"]
+
+
+class MenuTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        field = "<textarea autofocus oninput=\"document.title = 'Long ' + value.length\">"
+        for host, body in (("one", field + "http://two.test/</textarea>"), ("two", "")):
+            self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>{body}")
+            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
+        self.program = self.start("http://one.test/")
+        self.find("One")
+
+    def choose(self, menu, row):
+        """Opens the menu by its key and walks to the row, counted without separators from 0."""
+        self.keys("F10")
+        self.find(menu)
+        self.keys(*["Down"] * MENUS.index(menu), "Right")
+        time.sleep(0.3)
+        self.keys(*["Down"] * row, "Return")
+        time.sleep(0.3)
+
+    def test_every_kind_of_key(self):
+        for key, said in (
+            ("ctrl+h", "History isn’t available yet"),
+            ("alt+shift+equal", "Split view isn’t available yet"),
+            ("ctrl+shift+r", "The reader isn’t available yet"),
+            ("ctrl+shift+2", "Capture copied"),
+            ("ctrl+plus", "110%"),
+            ("ctrl+KP_Add", "120%"),
+            ("ctrl+minus", "110%"),
+            ("ctrl+0", "100%"),
+            ("ctrl+alt+n", "Little windows aren’t available yet"),
+        ):
+            with self.subTest(key=key):
+                self.keys(key)
+                self.find(said)
+
+    def test_the_settings_close_alone(self):
+        for key in ("ctrl+w", "Escape"):
+            self.keys("ctrl+comma")
+            self.find("Default browser")
+            self.keys(key)
+            eventually(lambda: not self.accessible("Default browser"), f"closed by {key}")
+            self.find("One", "list item")
+
+    def test_the_menu_by_keys(self):
+        self.choose("View", 4)
+        self.find("Ad & tracker blocking off")
+        self.picture("menu")
+        # Editing reaches the page's field, which had the keyboard before the menu.
+        self.choose("Edit", 7)
+        self.choose("Edit", 3)
+        # The page's own key, or else ours: pasted once.
+        self.keys("End", "ctrl+shift+v")
+        self.find("Long 32")
+        self.keys("ctrl+l")
+        time.sleep(0.3)
+        self.keys("ctrl+a", "ctrl+v", "Return")
+        self.find("Two")
+
+    def test_escape_stops_what_loads(self):
+        self.web.control("refuse", {"host": "slow.test", "port": 443})
+        self.web.serve("http://slow.test/", "<title>Slow</title>", delay=30)
+        self.program.open_address("http://slow.test/")
+        self.find("Stop")
+        self.keys("Escape")
+        self.find("Reload")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,407 @@
+#include <gmock/gmock.h>
+
+#include <map>
+
+#include "Models/MainMenu.h"
+#include "Tests/Models/World.h"
+
+namespace orvel {
+namespace {
+
+using namespace test;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST(ActionCatalogue, NoTwoActionsShareAKey) {
+  std::map<std::string, std::string_view> owners;
+  for (const ActionInfo& action : actionCatalogue()) {
+    std::string_view rest = action.keys;
+    while (!rest.empty()) {
+      const size_t end = rest.find('|');
+      const auto [place, isNew] = owners.emplace(rest.substr(0, end), action.title);
+      EXPECT_TRUE(isNew) << place->first << ": " << place->second << " and " << action.title;
+      rest = end == std::string_view::npos ? "" : rest.substr(end + 1);
+    }
+  }
+  // What belongs to the page and the fields is never taken ahead of them.
+  for (const char* key : {"c", "v", "x", "z", "a"}) {
+    const auto owner = owners.find("<Control>" + std::string(key));
+    ASSERT_NE(owner, owners.end());
+    const auto* action =
+        std::ranges::find(actionCatalogue(), owner->second, &ActionInfo::title).base();
+    EXPECT_EQ(action->reach, KeyReach::Elsewhere) << key;
+  }
+}
+
+TEST(ActionCatalogue, KeysAreReadInTheNotationOfTheDesktop) {
+  EXPECT_EQ(shownKeys("<Shift><Control>n"), "Ctrl+Shift+N");
+  EXPECT_EQ(shownKeys("<Control>Page_Down|F1"), "Ctrl+Page Down");
+  EXPECT_EQ(shownKeys(""), "");
+  const struct {
+    const char* glyphs;
+    std::optional<std::string> shown;
+  } cases[] = {{"⇧⌘N", "Ctrl+Shift+N"}, {"⌥⇧⌘C", "Ctrl+Alt+Shift+C"},
+               {"⌘,", "Ctrl+,"},        {"⌃⇧=", "Alt+Shift+="},
+               {"⌃3", "Alt+3"},         {"⌘Y", "Ctrl+H"},
+               {"⌃⌘F", "F11"},          {"⌘J", std::nullopt}};
+  for (const auto& one : cases) EXPECT_EQ(shownShortcut(one.glyphs), one.shown) << one.glyphs;
+}
+
+TEST(ActionCatalogue, GlyphsFollowAFixedOrder) {
+  using enum KeyEquivalent::Modifier;
+  EXPECT_EQ(glyphs({}), std::nullopt);
+  EXPECT_EQ(glyphs({Command | Shift | Option | Control, "n"}), "⌃⌥⇧⌘N");
+  EXPECT_EQ(glyphs({Control, "\t"}), "⌃⇥");
+  EXPECT_EQ(glyphs({0, "\r"}), "↩");
+  EXPECT_EQ(glyphs({0, "\x1b"}), "esc");
+  EXPECT_EQ(glyphs({Option, " "}), "⌥Space");
+  EXPECT_EQ(glyphs(actionInfo(ActionID::NextTab).equivalent), "⌥⌘\uF701");
+}
+
+class MenuTest : public testing::Test {
+ protected:
+  MenuTest() {
+    world.launch();
+    store().mainMenu = std::make_unique<Menu>(MainMenu::make(store()));
+    store().window = &world.window;
+    world.desktop.key = &world.window;
+  }
+  ~MenuTest() override { store().window = nullptr; }
+
+  BrowserStore& store() { return *world.store; }
+  std::vector<std::string> titles(const std::string& query) {
+    std::vector<std::string> found;
+    for (const auto& command : store().commandsMatching(query)) found.push_back(command.title);
+    return found;
+  }
+  std::optional<PaletteCommand> command(const std::string& query, const std::string& id) {
+    for (auto& found : store().commandsMatching(query))
+      if (found.id == id) return found;
+    return std::nullopt;
+  }
+  void perform(const std::string& menu, const std::string& title) {
+    store().performMenuItem(std::vector{menu, title});
+  }
+  const MenuItem& item(ActionID id) {
+    for (const auto& menu : store().mainMenu->items) {
+      menu.submenu->update();
+      for (const auto& one : menu.submenu->items)
+        if (one.action == id) return one;
+    }
+    throw std::logic_error("no such item");
+  }
+  std::string toast() {
+    world.scheduler.settle();
+    return store().toast.peek() ? store().toast.peek()->message : "";
+  }
+  void addSpaces(int count) {
+    auto spaces = store().spaces.peek();
+    while (static_cast<int>(spaces.size()) < count)
+      spaces.push_back(std::make_shared<Space>(UUID::random(), world.space().profile,
+                                               "Bay" + std::to_string(spaces.size() + 1),
+                                               "leaf.fill", 0.3));
+    store().spaces = spaces;
+  }
+
+  World world;
+};
+
+TEST_F(MenuTest, WordsMatchInAnyOrderAndEachMustMatch) {
+  world.open("https://a.example/");
+  const struct {
+    const char* query;
+    std::vector<std::string> found;
+  } cases[] = {
+      {"", {}},
+      {"  ", {}},
+      {"r", {}},
+      {"é", {}},
+      {"tab pin", {"Pin Tab"}},  // the menu's row has the same key
+      {"PIN tab", {"Pin Tab"}},
+      {"pin nothing", {}},
+      {"side by", {"Split with Recent Tab"}},
+      {"incog", {"New Private Window"}},
+      {"zoom in", {"Zoom In"}},
+      {"view zoom", {"Zoom In", "Zoom Out"}},
+      {"ink link", {}},
+  };
+  for (const auto& one : cases) EXPECT_EQ(titles(one.query), one.found) << one.query;
+  // In the order of the lists, the palette's first.
+  EXPECT_THAT(titles("re"), ElementsAre("Reopen Closed Tab", "Split with Recent Tab", "Show Reader",
+                                        "Hide Distracting Items", "Reload Page",
+                                        "Reload Ignoring Cache", "Recent Tabs", "Report a Bug"));
+  EXPECT_THAT(titles("re i"), Contains("Reload Ignoring Cache")) << "only the first word is long";
+}
+
+TEST_F(MenuTest, ThePaletteWinsOverItsTwinInTheMenu) {
+  EXPECT_TRUE(command("copy link", "menu.Tabs.Copy Link"));
+  EXPECT_TRUE(command("find", "menu.Edit.Find")) << "without its ellipsis";
+  const TabRef tab = world.open("https://a.example/");
+  EXPECT_TRUE(command("copy link", "tab.copy"));
+  EXPECT_FALSE(command("copy link", "menu.Tabs.Copy Link")) << "the same title";
+  EXPECT_FALSE(command("find", "menu.Edit.Find")) << "the same key";
+  EXPECT_FALSE(command("settings", "menu.Orvel.Settings")) << "the same key under another title";
+  EXPECT_THAT(titles("settings"), ElementsAre("Open Settings"));
+
+  const auto zoom = command("zoom", "menu.View.Zoom In");
+  ASSERT_TRUE(zoom);
+  EXPECT_THAT(zoom->keywords, ElementsAre("View"));
+  EXPECT_EQ(zoom->shortcut, "⌘=");
+  EXPECT_EQ(zoom->symbol, "filemenu.and.selection");
+  zoom->perform();
+  EXPECT_DOUBLE_EQ(world.view(tab)->pageZoom(), 1.1);
+  for (const char* query : {"undo", "select", "paste", "cut"})
+    for (const auto& found : store().commandsMatching(query))
+      EXPECT_NE(found.keywords, std::vector<std::string>{"Edit"}) << found.title;
+}
+
+TEST_F(MenuTest, ThePaletteFollowsTheState) {
+  store().contentBlocker.setEnabled(false);
+  EXPECT_THAT(titles("ad blocking"), ElementsAre("Turn On Ad Blocking"));
+  const TabRef tab = world.open("https://a.example/");
+  EXPECT_THAT(titles("mute"), ElementsAre("Mute Tab"));
+  EXPECT_THAT(titles("broken"), ElementsAre("Pause Blocking on This Site"));
+  store().togglePin(tab);
+  tab->isMuted = true;
+  store().contentBlocker.togglePause(*tab->url.peek());
+  EXPECT_THAT(titles("unpin"), ElementsAre("Unpin Tab"));
+  EXPECT_THAT(titles("unmute"), ElementsAre("Unmute Tab"));
+  EXPECT_THAT(titles("adblock broken"), ElementsAre("Resume Blocking on This Site"));
+
+  addSpaces(11);
+  std::map<std::string, std::optional<std::string>> shortcuts;
+  for (const auto& found : store().commandsMatching("switch"))
+    shortcuts[found.title] = found.shortcut;
+  EXPECT_EQ(shortcuts.size(), 10u);
+  EXPECT_EQ(shortcuts["Switch to Bay2"], "⌃2");
+  EXPECT_EQ(shortcuts["Switch to Bay9"], "⌃9");
+  EXPECT_EQ(shortcuts["Switch to Bay10"], std::nullopt);
+  for (auto& found : store().commandsMatching("switch bay11")) found.perform();
+  EXPECT_EQ(world.space().name.peek(), "Bay11");
+
+  for (auto& found : store().commandsMatching("downloads")) found.perform();
+  EXPECT_THAT(world.desktop.openedFiles, ElementsAre("/downloads"));
+}
+
+TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
+  addSpaces(2);
+  const auto harvested = [this] {
+    std::vector<std::string> ids;
+    for (const auto& one : store().menuCommands()) ids.push_back(one.id);
+    return ids;
+  };
+  EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));
+  EXPECT_THAT(harvested(), Contains("menu.File.Close Window"));
+  EXPECT_THAT(harvested(), Not(Contains("menu.Tabs.Select Tab 1")));
+  auto spaces = store().spaces.peek();
+  spaces[1]->name = std::string("Cove");
+  EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));
+  world.scheduler.advance(999ms);
+  EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));
+  const auto stale = store().menuCommands();
+  world.scheduler.advance(1ms);
+  EXPECT_THAT(harvested(), Not(Contains("menu.Spaces.Bay2")));
+  EXPECT_THAT(harvested(), Contains("menu.Spaces.Cove"));
+
+  // A row whose item is gone does nothing.
+  for (const auto& row : stale)
+    if (row.id == "menu.Spaces.Bay2") row.perform();
+  EXPECT_EQ(store().activeSpace(), spaces[0]);
+  perform("Spaces", "Cove");
+  EXPECT_EQ(store().activeSpace(), spaces[1]);
+  perform("Nowhere", "Cove");
+  store().performMenuItem({});
+  store().performMenuItem(std::vector<std::string>{"View"});
+
+  // Disabled items are left out, and not chosen.
+  world.desktop.key = nullptr;
+  world.scheduler.advance(1s);
+  EXPECT_THAT(harvested(), Not(Contains("menu.File.Close Window")));
+  perform("File", "Close Window");
+  EXPECT_EQ(world.window.closeCount, 0);
+  world.scheduler.advance(1s);
+  store().mainMenu = nullptr;
+  EXPECT_THAT(harvested(), IsEmpty());
+}
+
+TEST_F(MenuTest, RowsActOnTheTargetTab) {
+  const TabRef tab = world.open("https://a.example/");
+  world.scheduler.settle();
+  const auto zoomedIn = [&] {
+    world.view(tab)->setPageZoom(1);
+    perform("View", "Zoom In");
+    return world.view(tab)->pageZoom() > 1;
+  };
+  EXPECT_TRUE(zoomedIn());
+  FakeWindow other;
+  world.desktop.key = &other;
+  EXPECT_FALSE(zoomedIn()) << "another window is key";
+  perform("Edit", "Find…");
+  EXPECT_FALSE(store().find.peek());
+  perform("Window", "Minimize");
+  perform("Window", "Zoom");
+  perform("View", "Enter Full Screen");
+  EXPECT_EQ(other.minimizeCount + other.zoomCount + other.fullscreenCount, 3);
+  world.desktop.key = nullptr;
+  EXPECT_FALSE(zoomedIn());
+
+  struct Little final : LittleWindow {
+    explicit Little(TabRef given) : shown(std::move(given)) {}
+    const TabRef& tab() const override { return shown; }
+    bool isKey() const override { return true; }
+    void promote() override { isPromoted = true; }
+    void close() override {}
+    TabRef shown;
+    bool isPromoted = false;
+  };
+  const TabRef inside = world.open("https://b.example/", false);
+  inside->webView();
+  const auto little = std::make_shared<Little>(inside);
+  store().littleWindows.push_back(little);
+  EXPECT_FALSE(zoomedIn());
+  EXPECT_GT(world.view(inside)->pageZoom(), 1);
+  perform("File", "Open Little Window in Orvel");
+  EXPECT_TRUE(little->isPromoted);
+  store().littleWindows.clear();
+}
+
+TEST_F(MenuTest, ZoomStaysWithinItsBounds) {
+  const TabRef tab = world.open("https://www.a.example/");
+  world.scheduler.settle();
+  const auto zoom = [&] { return world.view(tab)->pageZoom(); };
+  for (int i = 0; i < 30; ++i) perform("View", "Zoom In");
+  EXPECT_EQ(zoom(), 3.0);
+  EXPECT_EQ(toast(), "300%");
+  EXPECT_EQ(store().settings.zoom(tab->url.peek()), 3.0);
+  for (int i = 0; i < 40; ++i) perform("View", "Zoom Out");
+  EXPECT_EQ(zoom(), 0.5);
+  perform("View", "Actual Size");
+  EXPECT_EQ(zoom(), 1.0);
+  EXPECT_TRUE(store().settings.siteZoom.peek().empty());
+
+  tab->teardown();
+  store().toast = std::nullopt;
+  perform("View", "Zoom In");
+  EXPECT_EQ(toast(), "") << "without a view there is nothing to zoom";
+}
+
+TEST_F(MenuTest, MarksTellTheState) {
+  const TabRef tab = world.open("https://a.example/");
+  EXPECT_FALSE(item(ActionID::PauseBlocking).isOn());
+  perform("View", "Pause Blocking on This Site");
+  EXPECT_TRUE(item(ActionID::PauseBlocking).isOn());
+  EXPECT_FALSE(item(ActionID::ToggleContentBlocking).isOn());
+  perform("View", "Block Ads & Trackers");
+  EXPECT_TRUE(item(ActionID::ToggleContentBlocking).isOn());
+  addSpaces(2);
+  EXPECT_TRUE(item(ActionID::Space1).isOn());
+  EXPECT_FALSE(item(ActionID::Space2).isOn());
+}
+
+TEST_F(MenuTest, KeysChooseHiddenAndNumberedRows) {
+  const TabRef first = world.open("https://a.example/");
+  const TabRef second = world.open("https://b.example/");
+  EXPECT_TRUE(item(ActionID::SelectLastTab).isHidden);
+  EXPECT_TRUE(store().performAction(ActionID::SelectLastTab));
+  EXPECT_EQ(world.space().selectedTab(), first);
+  EXPECT_TRUE(store().performAction(ActionID::SelectTab1));
+  EXPECT_EQ(world.space().selectedTab(), second);
+  world.scheduler.advance(1s);
+  EXPECT_TRUE(store().performAction(ActionID::RecentTabs));
+  EXPECT_EQ(world.space().selectedTab(), first);
+
+  EXPECT_FALSE(store().performAction(ActionID::Space2)) << "there is one space";
+  addSpaces(2);
+  EXPECT_TRUE(store().performAction(ActionID::Space2));
+  EXPECT_EQ(world.space().name.peek(), "Bay2");
+}
+
+TEST_F(MenuTest, EditingGoesWhereTheKeyboardIs) {
+  const TabRef tab = world.open("https://a.example/");
+  perform("Edit", "Copy");
+  perform("Edit", "Paste and Match Style");
+  EXPECT_THAT(world.view(tab)->edits,
+              ElementsAre(EditingCommand::Copy, EditingCommand::PasteAsPlainText));
+  world.window.isEditing = true;
+  perform("Edit", "Select All");
+  EXPECT_THAT(world.window.edits, ElementsAre(EditingCommand::SelectAll));
+  EXPECT_EQ(world.view(tab)->edits.size(), 2u);
+}
+
+TEST_F(MenuTest, NothingThatCanBeChosenIsSilent) {
+  const TabRef tab = world.open("https://a.example/");
+  const struct {
+    const char* menu;
+    const char* title;
+    const char* toast;
+  } cases[] = {
+      {"File", "New Private Window", "Private windows aren’t available yet"},
+      {"File", "New Little Window", "Little windows aren’t available yet"},
+      {"View", "Show Reader", "The reader isn’t available yet"},
+      {"View", "Split with Recent Tab", "Split view isn’t available yet"},
+      {"View", "Hide Distracting Items…", "Hiding items isn’t available yet"},
+      {"Orvel", "Check for Updates…", "Checking for updates isn’t available yet"},
+      {"History", "Show All History", "History isn’t available yet"},
+      {"Help", "Report a Bug…", "Reporting a bug isn’t available yet"},
+  };
+  for (const auto& one : cases) {
+    store().toast = std::nullopt;
+    perform(one.menu, one.title);
+    EXPECT_EQ(toast(), one.toast) << one.title;
+  }
+  std::vector<UtilityWindow> opened;
+  store().openUtilityWindow = [&](UtilityWindow which) {
+    opened.push_back(which);
+    return true;
+  };
+  store().toast = std::nullopt;
+  perform("History", "Show All History");
+  perform("Orvel", "Settings…");
+  EXPECT_THAT(opened, ElementsAre(UtilityWindow::History, UtilityWindow::Settings));
+  EXPECT_EQ(toast(), "");
+  perform("Orvel", "Quit Orvel");
+  EXPECT_EQ(world.desktop.terminateCount, 1);
+}
+
+TEST_F(MenuTest, APageBecomesAPicture) {
+  const TabRef tab = world.open("https://a.example/");
+  perform("File", "Capture…");
+  EXPECT_EQ(toast(), "") << "it is not on screen";
+  const auto view = world.viewOnScreen(tab);
+  view->snapshot = Image::make(1, 1, {1, 2, 3, 255});
+  perform("File", "Capture…");
+  EXPECT_EQ(toast(), "Capture copied");
+  EXPECT_EQ(world.desktop.pasteboardImage, view->snapshot);
+}
+
+TEST_F(MenuTest, APageBecomesAPDF) {
+  const TabRef tab = world.open("https://a.example/");
+  const auto exported = [&] {
+    perform("File", "Export as PDF…");
+    world.scheduler.settle();
+  };
+  exported();
+  EXPECT_THAT(world.desktop.savePanels, IsEmpty()) << "it is not on screen";
+  world.viewOnScreen(tab);
+  tab->title = std::string("Tides 24/25");
+  exported();
+  ASSERT_EQ(world.desktop.savePanels.size(), 1u);
+  EXPECT_EQ(world.desktop.savePanels[0].proposedName, "Tides 24-25.pdf");
+  EXPECT_THAT(world.desktop.alerts, IsEmpty()) << "cancelled";
+
+  world.desktop.chosenDestination = "/downloads/tides.pdf";
+  world.disk->createFolders("/downloads");
+  exported();
+  EXPECT_TRUE(world.disk->read("/downloads/tides.pdf", 1000)->starts_with("%PDF"));
+  EXPECT_THAT(world.desktop.alerts, IsEmpty());
+  world.disk->failAlways(MemoryFileSystem::Fault::DiskFull);
+  exported();
+  ASSERT_EQ(world.desktop.alerts.size(), 1u);
+  EXPECT_EQ(world.desktop.alerts[0].alert.messageText, "Couldn't export the page as PDF");
+  EXPECT_NE(world.desktop.alerts[0].alert.informativeText, "");
+}
+
+}  // namespace
+}  // namespace orvel

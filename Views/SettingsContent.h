@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gtkmm/stack.h>
+#include <gtkmm/togglebutton.h>
+
+#include "Views/SettingsGeneral.h"
+#include "Views/SettingsLinks.h"
+#include "Views/SettingsPrivacy.h"
+#include "Views/UtilityWindows.h"
+
+namespace orvel {
+
+// The user's choices, a page for each kind; the header chooses among them.
+class SettingsContent final : public UtilityContent {
+ public:
+  enum class Page { General, Privacy, Links, Extensions };
+
+  // The store outlives it.
+  explicit SettingsContent(BrowserStore& store);
+
+  void show(Page page);
+
+  Gtk::Widget& body() override { return pages_; }
+  Gtk::Widget* header() override { return &tabs_; }
+  void willShow() override { general_.refresh(); }
+
+ private:
+  void addPage(Page page, const char* title, Gtk::Widget& content);
+
+  Gtk::Box tabs_;
+  Gtk::Stack pages_;
+  SettingsGeneral general_;
+  SettingsPrivacy privacy_;
+  SettingsLinks links_;
+  std::vector<Gtk::ToggleButton*> buttons_;
+};
+
+}  // namespace orvel
