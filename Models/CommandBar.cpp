@@ -93,12 +93,12 @@ void CommandBar::search() {
 }
 
 Task<> CommandBar::readFrequentURLs(std::weak_ptr<CommandBar> weak) {
-  HistoryStore::Entries pages;
-  if (const auto bar = weak.lock(); bar && bar->store_.history) {
-    auto coming = bar->store_.history->search(HistorySearchField(), "", bar->profile(),
-                                              kMostFrequentURLs, bar->services_.scheduler.now());
-    pages = co_await std::move(coming);
-  }
+  std::optional<Future<HistoryStore::Entries>> coming;
+  if (const auto bar = weak.lock(); bar && bar->store_.history)
+    coming = bar->store_.history->search(HistorySearchField(), "", bar->profile(),
+                                         kMostFrequentURLs, bar->services_.scheduler.now());
+  if (!coming) co_return;
+  auto pages = co_await std::move(*coming);
   const auto bar = weak.lock();
   if (!bar) co_return;
   std::vector<URL> urls;
@@ -121,7 +121,7 @@ Task<> CommandBar::searchHistory(std::weak_ptr<CommandBar> weak) {
   auto found = co_await std::move(*coming);
   const bool isOvertaken = co_await isCancelled();
   if (const auto bar = weak.lock(); bar && !isOvertaken)
-    bar->keepingSelection([&] { bar->historyMatches_ = std::move(found); });
+    bar->replace(bar->historyMatches_, std::move(found));
 }
 
 Task<> CommandBar::searchEngine(std::weak_ptr<CommandBar> weak) {
@@ -130,7 +130,8 @@ Task<> CommandBar::searchEngine(std::weak_ptr<CommandBar> weak) {
   std::vector<std::string> found;
   if (question) {
     const SleepResult waited = co_await sleep(kDebounce);
-    if (waited == SleepResult::Cancelled) co_return;
+    const bool wasCancelled = co_await isCancelled();
+    if (waited == SleepResult::Cancelled || wasCancelled) co_return;
     EngineSuggestions* engine = nullptr;
     if (const auto bar = weak.lock()) engine = &bar->services_.engineSuggestions;
     if (!engine) co_return;
@@ -139,7 +140,7 @@ Task<> CommandBar::searchEngine(std::weak_ptr<CommandBar> weak) {
   }
   const bool isOvertaken = co_await isCancelled();
   if (const auto bar = weak.lock(); bar && !isOvertaken)
-    bar->keepingSelection([&] { bar->engineSuggestions_ = std::move(found); });
+    bar->replace(bar->engineSuggestions_, std::move(found));
 }
 
 std::optional<URL> CommandBar::engineQuestion() const {
@@ -154,6 +155,12 @@ std::optional<URL> CommandBar::engineQuestion() const {
 
 void CommandBar::animate(const std::function<void()>& change) {
   services_.desktop.animator.animate(Spring::quick, change);
+}
+
+template <class Found>
+void CommandBar::replace(Observable<Found>& former, Found found) {
+  // Nearly always nothing came and nothing had come before.
+  if (former.peek() != found) keepingSelection([&] { former = std::move(found); });
 }
 
 void CommandBar::keepingSelection(const std::function<void()>& update) {

@@ -60,6 +60,8 @@ class CommandBar : public std::enable_shared_from_this<CommandBar> {
   std::string query() const;
   const UUID& profile() const { return store_.activeSpace()->profile->id; }
   void animate(const std::function<void()>& change);
+  template <class Found>
+  void replace(Observable<Found>& former, Found found);
   // Runs `update`, which changes what the rows are made of, and leaves the same row chosen.
   void keepingSelection(const std::function<void()>& update);
 

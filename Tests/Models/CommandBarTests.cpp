@@ -250,6 +250,16 @@ TEST_F(CommandBarTest, AQuestionAboutMoneyFetchesTheRates) {
   EXPECT_EQ(rows().front().substr(0, 7), "answer:");
 }
 
+TEST_F(CommandBarTest, NoSearchKeepsItAlive) {
+  bar = CommandBar::make(store(), CommandBarMode::NewTab);
+  bar->appear();
+  bar->setText("tides");
+  world.scheduler.turn();
+  const std::weak_ptr<CommandBar> weak = bar;
+  bar.reset();
+  EXPECT_TRUE(weak.expired());
+}
+
 TEST_F(CommandBarTest, WithoutAHistoryTheRestWorks) {
   store().history.reset();
   show();
