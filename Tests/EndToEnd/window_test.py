@@ -75,9 +75,13 @@ class WindowTest(EndToEndTest):
 
     def test_the_sidebar_hides_and_its_state_is_kept(self):
         self.keys("ctrl+s")
-        eventually(lambda: self.program.session()["isSidebarVisible"] is False, "hidden")
+        eventually(lambda: self.is_sidebar_visible() is False, "hidden")
         self.keys("ctrl+s")
-        eventually(lambda: self.program.session()["isSidebarVisible"] is True, "shown")
+        eventually(lambda: self.is_sidebar_visible() is True, "shown")
+
+    def is_sidebar_visible(self):
+        """What the session says; None before the first one is saved."""
+        return (self.program.session() or {}).get("isSidebarVisible")
 
     def test_every_button_has_a_name(self):
         nameless = []
