@@ -3,6 +3,7 @@
 #include <sys/utsname.h>
 
 #include "App/WindowController.h"
+#include "BrowserCore/Endpoints.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Models/MainMenu.h"
 
@@ -40,6 +41,9 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
       favicons_(files_.files(), paths_.favicons()),
       filterLists_(scheduler_, files_, defaults_, &HTTPSession::ephemeral,
                    {FileSystem::disk(), paths_.support / "Filters", share_ / "Filters"}),
+      currencies_(scheduler_, files_, &HTTPSession::ephemeral, paths_.currencyRates(),
+                  *URL::parse(endpoints::kCurrencyRates)),
+      engineSuggestions_(&HTTPSession::ephemeral),
       services_{.scheduler = scheduler_,
                 .engine = engine_,
                 .desktop = desktop_.desktop(),
@@ -48,6 +52,8 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                 .favicons = favicons_,
                 .defaults = defaults_,
                 .filterLists = filterLists_,
+                .currencies = currencies_,
+                .engineSuggestions = engineSuggestions_,
                 .resources = share_,
                 .downloads = std::make_shared<DownloadManager>(
                     files_.files(), services_.desktop.workspace, paths_.downloads),

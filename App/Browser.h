@@ -41,6 +41,8 @@ class Browser {
   GtkDesktop desktop_;
   FaviconStore favicons_;
   FilterListUpdater filterLists_;
+  CurrencyFeed currencies_;
+  EngineSuggestions engineSuggestions_;
   Services services_;
   std::shared_ptr<BrowserStore> store_;
   std::unique_ptr<ApplicationLifecycle> lifecycle_;

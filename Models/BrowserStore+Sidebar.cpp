@@ -104,11 +104,11 @@ void BrowserStore::updateWindowAppearance() {
 
 void BrowserStore::showCommandBar(CommandBarMode mode) {
   if (window) window->makeKeyAndOrderFront();
-  commandBar = mode;
+  animate(Spring::entry, [&] { commandBar = mode; });
 }
 
 void BrowserStore::dismissCommandBar() {
-  commandBar = std::nullopt;
+  animate(Spring::quick, [this] { commandBar = std::nullopt; });
   later([](BrowserStore& store) { store.focusWebView(); });
 }
 

@@ -9,7 +9,9 @@
 #include "Desktop/Desktop.h"
 #include "Engine/Engine.h"
 #include "Support/AppPaths.h"
+#include "Support/CurrencyFeed.h"
 #include "Support/DownloadManager.h"
+#include "Support/EngineSuggestions.h"
 #include "Support/FaviconStore.h"
 #include "Support/HistoryStore.h"
 #include "Support/UserDefaults.h"
@@ -28,6 +30,8 @@ struct Services {
   FaviconStore& favicons;
   UserDefaults& defaults;
   FilterListUpdater& filterLists;
+  CurrencyFeed& currencies;
+  EngineSuggestions& engineSuggestions;
   // What ships with the program: page scripts, filter lists.
   std::filesystem::path resources;
   std::shared_ptr<DownloadManager> downloads;

@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "BrowserCore/SearchEngine.h"
 #include "BrowserCore/SearchShortcut.h"
 #include "BrowserCore/Session/TabRecord.h"
 #include "BrowserCore/URL.h"
@@ -57,6 +58,24 @@ struct Archived {
 using Suggestion =
     std::variant<suggestion::Answer, suggestion::Shortcut, suggestion::Address, suggestion::Search,
                  suggestion::Command, suggestion::Tab, suggestion::History, suggestion::Archived>;
+
+// What tells the row from the others while the list around it changes. Two searches for the same
+// text have the same.
+[[nodiscard]] std::string suggestionID(const Suggestion& suggestion);
+
+// What a row shows.
+struct SuggestionPresentation {
+  // A symbol's name, or the tab whose site's icon it is.
+  std::variant<std::string, TabRef> icon;
+  std::string title;
+  std::optional<std::string> subtitle;
+  // What picking it does, shown while the row is selected; a command's is its shortcut, in glyphs.
+  std::optional<std::string> action;
+
+  friend bool operator==(const SuggestionPresentation&, const SuggestionPresentation&) = default;
+};
+[[nodiscard]] SuggestionPresentation presentation(const Suggestion& suggestion,
+                                                  SearchEngine searchEngine);
 
 // Under what a pick of the row is remembered: two rows that lead to the same place have the same.
 // Absent for rows that are not learned.

@@ -30,6 +30,7 @@ struct AppPaths {
   std::filesystem::path archive() const { return support / "archive.json"; }
   std::filesystem::path choices() const { return support / "Choices.json"; }
   std::filesystem::path history() const { return support / "history.sqlite"; }
+  std::filesystem::path currencyRates() const { return support / "eurofxref.xml"; }
   std::filesystem::path tabStates() const { return support / "TabStates"; }
   std::filesystem::path favicons() const { return support / "Favicons"; }
 };

@@ -28,6 +28,7 @@ BrowserView::BrowserView(BrowserStore& store)
       sidebar_(store),
       handle_(store),
       handleTheme_(handle_.Gtk::Widget::gobj()),
+      commandBar_(store),
       toast_(store),
       sheet_(store),
       docked_(gobj(), 1, [this](double) { queue_allocate(); }),
@@ -36,8 +37,9 @@ BrowserView::BrowserView(BrowserStore& store)
   content_.append(page_);
   page_.set_hexpand(true);
   page_.set_vexpand(true);
-  const std::initializer_list<Gtk::Widget*> layers = {
-      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_, &edge_, &toast_, &sheet_};
+  const std::initializer_list<Gtk::Widget*> layers = {&backdrop_,   &content_, &upperStrip_,
+                                                      &sidebar_,    &handle_,  &edge_,
+                                                      &commandBar_, &toast_,   &sheet_};
   for (auto* layer : layers) layer->set_parent(*this);
   watchPeeking(edge_);
   watchPeeking(sidebar_);
@@ -56,7 +58,7 @@ BrowserView::BrowserView(BrowserStore& store)
   });
   themeEffect_ = effect([this](const Wake& wake) { followTheme(wake); });
   pageEffect_ = effect([this] { followPage(); });
-  sheetEffect_ = effect([this] { followSheet(); });
+  layersEffect_ = effect([this] { followLayers(); });
 }
 
 BrowserView::~BrowserView() {
@@ -74,8 +76,7 @@ void BrowserView::watchPeeking(Gtk::Widget& widget) {
 
 void BrowserView::followSidebar(const Wake& wake) {
   isSidebarVisible_ = store_.isSidebarVisible;
-  // The address is typed in the sidebar: asking for it brings a hidden one.
-  isCalled_ = store_.isSidebarPeeking || store_.commandBar.get().has_value();
+  const bool isPeeking = store_.isSidebarPeeking;
   const auto move = [&](SpringAnimation& amount, bool isShown) {
     if (wake.transaction)
       amount.animateTo(isShown ? 1 : 0, wake.transaction->spring);
@@ -87,7 +88,7 @@ void BrowserView::followSidebar(const Wake& wake) {
   if (docksFromPeek && isSidebarVisible_)
     floating_.set(0);
   else
-    move(floating_, !isSidebarVisible_ && isCalled_);
+    move(floating_, !isSidebarVisible_ && isPeeking);
   move(docked_, isSidebarVisible_);
   queue_allocate();
 }
@@ -99,6 +100,7 @@ void BrowserView::followTheme(const Wake& wake) {
   const auto palette = paletteOf(theme, scheme);
   contentTheme_.set(theme, scheme);
   handleTheme_.set(theme, scheme);
+  commandBar_.theme().set(theme, scheme);
   toast_.theme().set(theme, scheme);
   sidebar_.setTheme(theme, scheme);
   sheet_.setTheme(theme, scheme);
@@ -121,9 +123,10 @@ void BrowserView::followPage() {
   untracked([&] { page_.setTab(tab); });
 }
 
-void BrowserView::followSheet() {
-  // Below a sheet nothing takes the keyboard.
-  const bool isFree = !store_.spaceDraft.get();
+void BrowserView::followLayers() {
+  // Below a sheet and the command bar nothing takes the keyboard.
+  const auto bar = store_.commandBar.get();
+  const bool isFree = !store_.spaceDraft.get() && (!bar || bar == CommandBarMode::Quick);
   content_.set_can_focus(isFree);
   sidebar_.set_can_focus(isFree);
   handle_.set_can_focus(isFree);
@@ -200,6 +203,7 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
   edge_.set_child_visible(!isSidebarVisible_);
   place(edge_, {0, 0, kPeekStrip, h});
 
+  place(commandBar_, {0, 0, w, h});
   place(sheet_, {0, 0, w, h});
 
   int natural = 0;

@@ -2,6 +2,7 @@
 
 #include <gtkmm/windowhandle.h>
 
+#include "Views/CommandBarView.h"
 #include "Views/PageView.h"
 #include "Views/SidebarResizeHandle.h"
 #include "Views/SidebarView.h"
@@ -20,6 +21,7 @@ class BrowserView final : public Gtk::Widget {
 
   SidebarView& sidebar() { return sidebar_; }
   PageView& page() { return page_; }
+  CommandBarView& commandBar() { return commandBar_; }
   SpaceSheet& sheet() { return sheet_; }
   // The scheme in force, followed.
   const Observable<ColorScheme>& scheme() const { return scheme_; }
@@ -43,7 +45,7 @@ class BrowserView final : public Gtk::Widget {
   void followSidebar(const Wake& wake);
   void followTheme(const Wake& wake);
   void followPage();
-  void followSheet();
+  void followLayers();
   void followContrast();
   // Reports the pointer over `widget` as a wish to see the hidden sidebar.
   void watchPeeking(Gtk::Widget& widget);
@@ -59,10 +61,10 @@ class BrowserView final : public Gtk::Widget {
   SidebarResizeHandle handle_;
   ThemeRoot handleTheme_;
   Gtk::Box edge_;
+  CommandBarView commandBar_;
   ToastView toast_;
   SpaceSheet sheet_;
   bool isSidebarVisible_ = true;
-  bool isCalled_ = false;  // a hidden sidebar is wanted for the time being
   SpringAnimation docked_;
   SpringAnimation floating_;
   gulong schemeHandler_ = 0;
@@ -71,7 +73,7 @@ class BrowserView final : public Gtk::Widget {
   Effect widthEffect_;
   Effect themeEffect_;
   Effect pageEffect_;
-  Effect sheetEffect_;
+  Effect layersEffect_;
 };
 
 }  // namespace orvel

@@ -74,6 +74,12 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
       {"slipAccent", hex(palette.slipAccent)},
       {"pick", hex(palette.pick)},
       {"onPick", hex(palette.onPick)},
+      // On a chosen row of the command bar: by night its edge and symbol are the accent's, by day
+      // its site's icon stands on a plate.
+      {"pickEdge", isDark ? "3px" : "0px"},
+      {"pickSymbol", hex(isDark ? palette.accent : palette.onPick)},
+      {"pickCap", fmt::format("alpha({}, {})", hex(palette.onPick), isDark ? 0.28 : 0.45)},
+      {"pickPlate", isDark ? "transparent" : hex(palette.onPick)},
       {"danger", hex(palette.danger)},
       {"second", fmt::format("alpha({}, {})", hex(palette.ink), isDark ? 0.70 : 0.76)},
       {"third", fmt::format("alpha({}, {})", hex(palette.ink), isDark ? 0.46 : 0.54)},

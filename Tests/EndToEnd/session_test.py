@@ -18,7 +18,9 @@ MARGIN = 0.05
 
 
 def today(session):
-    return [tab.get("url") for tab in session["spaces"][0]["today"]] if session else []
+    """The addresses of today's tabs; none while there is no session, or none that is whole."""
+    spaces = (session or {}).get("spaces")
+    return [tab.get("url") for tab in spaces[0]["today"]] if spaces else []
 
 
 class SessionTest(EndToEndTest):

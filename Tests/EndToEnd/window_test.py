@@ -3,7 +3,6 @@
 
 import pathlib
 import sys
-import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
@@ -27,9 +26,9 @@ class WindowTest(EndToEndTest):
         eventually(lambda: self.today() == titles, f"{titles} in the session")
 
     def enter(self, text):
+        """Types over the address, all of which is selected."""
         self.keys("ctrl+l")
-        time.sleep(0.3)
-        self.keys("ctrl+a")
+        self.find("Enter address…")
         self.type(text)
         self.keys("Return")
 
@@ -38,7 +37,7 @@ class WindowTest(EndToEndTest):
         self.find("Two")
         self.session_is(["Two"])
         self.keys("ctrl+t")
-        time.sleep(0.3)
+        self.find("Search, enter address, or type 20+20…")
         self.type("http://three.test/")
         self.keys("Return")
         self.find("Three")

@@ -6,6 +6,7 @@
 #include "Models/BrowserStore.h"
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeEngine.h"
+#include "Tests/Fakes/FakeHTTPSession.h"
 #include "Tests/Fakes/MemoryFileSystem.h"
 #include "Tests/Fakes/VirtualScheduler.h"
 
@@ -116,6 +117,10 @@ class World {
   UserDefaults defaults;
   FilterListUpdater filterLists{
       scheduler, writer, defaults, {}, {disk, "/data/Orvel/Filters", "/share/Filters"}, {}};
+  FakeNetwork network{scheduler};
+  CurrencyFeed currencies{scheduler, writer, network.sessions(), "/data/Orvel/eurofxref.xml",
+                          address("https://rates.test/daily.xml")};
+  EngineSuggestions engineSuggestions{network.sessions()};
   std::vector<std::string> told;
   std::vector<std::string> visits;
   Services services{.scheduler = scheduler,
@@ -126,6 +131,8 @@ class World {
                     .favicons = favicons,
                     .defaults = defaults,
                     .filterLists = filterLists,
+                    .currencies = currencies,
+                    .engineSuggestions = engineSuggestions,
                     .resources = "/share",
                     .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
                     .openHistory = [this](const auto&) {

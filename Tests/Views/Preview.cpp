@@ -1,7 +1,7 @@
 // Shows the main window over a sample session, for looking at and for pictures.
 //
 //   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
-//                paused|main-menu|space|space-edit|settings=PAGE]
+//                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|settings=PAGE]
 //                [theme=NAME] [many] [shoot=FILE]
 
 #include <adwaita.h>
@@ -27,6 +27,8 @@ struct Preview {
   SampleStore sample;
   std::unique_ptr<MainWindow> window;
   std::string picture;
+  std::string typed;
+  int down = 0;
   GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
 
   void apply(const std::string& state) {
@@ -41,7 +43,10 @@ struct Preview {
     if (state == "peek") store.isSidebarPeeking = true;
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
-    if (state == "edit") store.showCommandBar(CommandBarMode::CurrentTab);
+    if (state == "bar" || state.starts_with("bar=")) store.showCommandBar(CommandBarMode::NewTab);
+    if (state == "bar-current") store.showCommandBar(CommandBarMode::CurrentTab);
+    if (state.starts_with("bar=")) typed = state.substr(4);
+    if (state.starts_with("down=")) down = std::stoi(state.substr(5));
     if (state == "paused") store.contentBlocker.togglePause(*sample.reading->url.peek());
     if (state == "space") {
       store.beginNewSpace();
@@ -73,6 +78,14 @@ struct Preview {
     if (state.starts_with("theme="))
       if (const auto* theme = Theme::withID(state.substr(6))) space->hue = theme->hue;
     if (state.starts_with("shoot=")) picture = state.substr(6);
+  }
+
+  // Types into the command bar once it is on screen, and moves down in its list.
+  void typeIntoBar() {
+    auto& bar = window->view().commandBar();
+    if (!typed.empty())
+      g_signal_emit_by_name(bar.field().entry().gobj(), "insert-at-cursor", typed.c_str());
+    Glib::signal_timeout().connect_once([this, &bar] { bar.bar()->move(down); }, 600);
   }
 
   void showSettings(const std::string& page) {
@@ -127,6 +140,8 @@ struct Preview {
       }
     for (const auto& state : states)
       if (state.starts_with("settings=")) showSettings(state.substr(9));
+    if (sample.store().commandBar.peek())
+      Glib::signal_timeout().connect_once([this] { typeIntoBar(); }, 600);
     // Without a compositor the toolkit draws a frame around the window.
     gtk_widget_remove_css_class(GTK_WIDGET(window->native()), "solid-csd");
     if (!picture.empty())

@@ -157,6 +157,23 @@ SampleStore::SampleStore() {
   radio->isPlayingMedia = true;
   reading = open("tidewater-almanac.example", "Reading the water: a field guide to tidal currents",
                  Color::hex(0x1E6F86), "T");
+  const struct {
+    const char* url;
+    const char* title;
+  } former[] = {
+      {"https://shoreline.example/pools", "Tide pools after dark"},
+      {"https://tidewater-almanac.example/streams", "Current and reversing streams, explained"},
+      {"https://norrland-line.example/cabins", "Cabins and bicycles on board"}};
+  for (const auto& page : former)
+    model.history->recordVisit(space->profile->id, address(page.url), page.title,
+                               world.scheduler.now());
+  model.archive = std::vector<ArchivedTabRecord>{
+      {.tab = {.id = UUID::random(),
+               .title = "Harmonic analysis of tides: reading notes",
+               .url = address("https://fjord.example/notes")}},
+      {.tab = {.id = UUID::random(),
+               .title = "Summer timetable, draft",
+               .url = address("https://norrland-line.example/draft")}}};
   for (const auto& tab : space->today.peek()) tab->lastActiveAt.reset();
   for (const auto& tab : space->allTabs()) tab->lastActiveAt.reset();
   model.toast = std::nullopt;

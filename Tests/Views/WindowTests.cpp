@@ -9,7 +9,6 @@ using namespace test;
 
 struct WindowTest : ShownWindow {
   RowList& list() { return window->view().sidebar().section().list(); }
-  Gtk::Entry& entry() { return window->view().sidebar().pill().entry(); }
 
   static SidebarRow::Key keyOf(const RowList& list, const TabRef& tab) {
     for (const auto& row : list.rows())
@@ -81,40 +80,6 @@ TEST_F(WindowTest, AFolderIsRenamedInPlace) {
   EXPECT_TRUE(pressKey(field, GDK_KEY_Escape));
   settle();
   EXPECT_EQ(folder->name.peek(), "Voyages");
-}
-
-TEST_F(WindowTest, TheAddressIsTypedInThePill) {
-  const auto tab = sample.reading;
-  store().showCommandBar(CommandBarMode::CurrentTab);
-  settle();
-  EXPECT_TRUE(entry().get_mapped());
-  EXPECT_EQ(std::string(entry().get_text()), tab->url.peek()->text());
-  entry().set_text(" example.org/tides ");
-  g_signal_emit_by_name(entry().gobj(), "activate");
-  settle();
-  EXPECT_EQ(tab->url.peek()->text(), "https://example.org/tides");
-  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
-  EXPECT_FALSE(entry().get_mapped());
-
-  store().showCommandBar(CommandBarMode::NewTab);
-  settle();
-  EXPECT_EQ(std::string(entry().get_text()), "");
-  entry().set_text("spring tides");
-  g_signal_emit_by_name(entry().gobj(), "activate");
-  settle();
-  const auto opened = store().activeSpace()->selectedTab();
-  ASSERT_NE(opened, tab);
-  EXPECT_EQ(opened->url.peek()->text(),
-            SearchEngine(SearchEngine::google).searchURL("spring tides")->text());
-
-  const auto count = store().everyTab().size();
-  store().showCommandBar(CommandBarMode::NewTab);
-  settle();
-  entry().set_text("never mind");
-  EXPECT_TRUE(pressKey(entry().Gtk::Widget::gobj(), GDK_KEY_Escape));
-  settle();
-  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
-  EXPECT_EQ(store().everyTab().size(), count);
 }
 
 TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {

@@ -1,0 +1,210 @@
+#include "Models/Suggestions.h"
+
+#include <gmock/gmock.h>
+
+#include "Models/KeyNotation.h"
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+struct SuggestionsTest : testing::Test {
+  World world;
+  TabList tabs;
+  std::vector<HistoryStore::Entry> visits;
+  std::vector<std::string> completions;
+  std::vector<ArchivedTabRecord> archive;
+  std::vector<PaletteCommand> commands;
+  ChoiceMemory memory;
+  std::optional<CurrencyRates> rates;
+
+  void SetUp() override { world.launch(); }
+
+  TabRef addTab(const std::string& title, const std::string& url) {
+    const auto tab = world.open(url, false);
+    tab->title = title;
+    tabs.push_back(tab);
+    return tab;
+  }
+  void addVisit(const std::string& url, const std::string& title = "") {
+    visits.push_back({.url = address(url), .title = title});
+  }
+  void addArchived(const std::string& title, const std::string& url) {
+    archive.push_back({.tab = {.id = UUID::random(), .title = title, .url = address(url)}});
+  }
+  void pickTwice(const std::string& query, const std::string& key) {
+    for (int i = 0; i < 2; ++i) memory.record(query, key, Date());
+  }
+
+  std::vector<Suggestion> rows(const std::string& text,
+                               CommandBarMode mode = CommandBarMode::NewTab) {
+    return suggestions(
+        {.mode = mode,
+         .text = text,
+         .historyMatches = visits,
+         .engineSuggestions = completions,
+         .rates = rates ? &*rates : nullptr,
+         .shortcuts = SearchShortcut::builtIn(),
+         .tabs = tabs,
+         .selectedTab = tabs.empty() ? nullptr : tabs.front(),
+         .archive = archive,
+         .commandsMatching = [this](const auto&) { return commands; },
+         .topChoice = [this](const auto& query,
+                             std::span<const Suggestion> offered) -> const Suggestion* {
+           std::vector<std::string> keys;
+           for (const auto& row : offered) keys.push_back(memoryKey(row).value_or(""));
+           const auto top = memory.topChoice(query, keys);
+           const auto at = top ? std::ranges::find(keys, *top) : keys.end();
+           return at == keys.end() ? nullptr : &offered[static_cast<size_t>(at - keys.begin())];
+         }});
+  }
+  // The rows' kinds and titles: "search:tides".
+  std::vector<std::string> shown(const std::string& text,
+                                 CommandBarMode mode = CommandBarMode::NewTab) {
+    std::vector<std::string> result;
+    for (const auto& row : rows(text, mode)) {
+      const std::string id = suggestionID(row);
+      result.push_back(id.substr(0, id.find(':') + 1) +
+                       presentation(row, SearchEngine::google).title);
+    }
+    return result;
+  }
+};
+
+TEST_F(SuggestionsTest, ReadsWhatIsTyped) {
+  rates = CurrencyRates({{"USD", 1.25}});
+  const struct {
+    const char* text;
+    std::vector<std::string> rows;
+  } cases[] = {
+      {"2+2", {"answer:4", "search:2+2"}},
+      {"  2+2\n", {"answer:4", "search:2+2"}},
+      {"10 km to mi", {"answer:6.21 mi", "search:10 km to mi"}},
+      {"yt lofi", {"shortcut:lofi", "search:yt lofi"}},
+      {"example.com", {"url:https://example.com", "search:example.com"}},
+      {"tides", {"search:tides"}},
+      {"a", {"search:a"}},
+      {" \n", {}},
+  };
+  for (const auto& one : cases)
+    EXPECT_THAT(shown(one.text), ElementsAreArray(one.rows)) << one.text;
+  EXPECT_EQ(shown("100 eur to usd").size(), 2u);
+  rates.reset();
+  EXPECT_EQ(shown("100 eur to usd").size(), 1u) << "no rates, no answer";
+}
+
+TEST_F(SuggestionsTest, KeepsTheOrderAndTheCaps) {
+  addTab("The selected tide", "https://selected.test/");
+  for (int i = 0; i < 7; ++i)
+    addTab("Tide " + std::to_string(i), "https://tab" + std::to_string(i) + ".test/");
+  // Open, though behind the five tabs that are shown; and open in the selected one.
+  addVisit("https://tab6.test/", "Tide 6");
+  addVisit("https://selected.test/");
+  for (int i = 0; i < 5; ++i) addVisit("https://visit" + std::to_string(i) + ".test/");
+  addArchived("Nothing of it", "https://nothing.test/");
+  for (int i = 0; i < 4; ++i) addArchived("", "https://TIDE" + std::to_string(i) + ".test/");
+  completions = {"TIDE", "tide one", "tide two", "tide three", "tide four"};
+  for (const char* id : {"a", "b", "c", "d"}) commands.push_back({.id = id, .title = id});
+  EXPECT_THAT(shown("tide"),
+              ElementsAre("search:tide", "search:tide one", "search:tide two", "search:tide three",
+                          "command:a", "command:b", "command:c", "tab:Tide 0", "tab:Tide 1",
+                          "tab:Tide 2", "tab:Tide 3", "tab:Tide 4", "history:visit0.test",
+                          "history:visit1.test", "history:visit2.test", "history:visit3.test",
+                          "archived:TIDE0.test", "archived:TIDE1.test", "archived:TIDE2.test"));
+}
+
+TEST_F(SuggestionsTest, WithoutATextANewTabsBarOffersTheOtherTabs) {
+  for (int i = 0; i < 9; ++i)
+    addTab("Tab " + std::to_string(i), "https://tab" + std::to_string(i) + ".test/");
+  EXPECT_THAT(shown(" "), ElementsAre("tab:Tab 1", "tab:Tab 2", "tab:Tab 3", "tab:Tab 4",
+                                      "tab:Tab 5", "tab:Tab 6"));
+  EXPECT_TRUE(shown("", CommandBarMode::CurrentTab).empty());
+  EXPECT_TRUE(shown("", CommandBarMode::Quick).empty());
+}
+
+TEST_F(SuggestionsTest, WhatIsAlwaysPickedComesFirstBelowAnAnswer) {
+  addTab("Selected", "https://selected.test/");
+  const auto tides = addTab("Tides", "https://tides.test/");
+  pickTwice("ti", "tab:" + tides->id.text());
+  pickTwice("2+2", "search:2+2");
+  pickTwice("example.com", "search:example.com");
+  pickTwice("gone", "url:https://gone.test/");
+  EXPECT_THAT(shown("ti"), ElementsAre("tab:Tides", "search:ti"));
+  EXPECT_THAT(shown("2+2"), ElementsAre("answer:4", "search:2+2"));
+  EXPECT_THAT(shown("example.com"), ElementsAre("search:example.com", "url:https://example.com"));
+  EXPECT_THAT(shown("gone"), ElementsAre("search:gone"));
+  // A pick of the address is one of the page in the history, too: the first of the two moves.
+  addVisit("https://selected.test/other");
+  pickTwice("selected.test/other", "url:https://selected.test/other");
+  EXPECT_EQ(shown("selected.test/other").front(), "url:https://selected.test/other");
+}
+
+TEST_F(SuggestionsTest, RowsShowWhatTheyAre) {
+  const auto tab = addTab("", "https://www.tides.test/a");
+  const SearchShortcut wiki = SearchShortcut::builtIn()[2];
+  const auto archived = [](std::string title, std::optional<URL> url) {
+    return suggestion::Archived{{.tab = {.id = UUID(), .title = title, .url = url}}};
+  };
+  const auto visit = [](const char* title) {
+    return suggestion::History{{.url = address("https://www.a.test/b"), .title = title}};
+  };
+  const std::optional<std::string> none;
+  const struct {
+    Suggestion row;
+    std::string id;
+    SuggestionPresentation shown;
+  } cases[] = {
+      {suggestion::Answer{"2+2", "4"}, "answer:2+2", {"equal.circle", "4", "2+2", "Copy"}},
+      {suggestion::Shortcut{wiki, "tea"},
+       "shortcut:w:tea",
+       {"magnifyingglass", "tea", "Search Wikipedia", none}},
+      {suggestion::Address{address("https://a.test/")},
+       "url:https://a.test/",
+       {"globe", "https://a.test/", "Open page", none}},
+      {suggestion::Search{"tea"}, "search:tea", {"magnifyingglass", "tea", "Search Bing", none}},
+      {suggestion::Command{
+           {.id = "pin", .title = "Pin Tab", .symbol = "pin", .keywords = {}, .shortcut = "⌘D"}},
+       "command:pin",
+       {"pin", "Pin Tab", "Command", "⌘D"}},
+      {suggestion::Tab{tab},
+       "tab:" + tab->id.text(),
+       {tab, "tides.test", "tides.test", "Switch to Tab"}},
+      {visit("B"), "history:https://www.a.test/b", {"clock.arrow.circlepath", "B", "a.test", none}},
+      {visit(""),
+       "history:https://www.a.test/b",
+       {"clock.arrow.circlepath", "a.test", "a.test", none}},
+      {archived("", std::nullopt),
+       "archived:" + UUID().text(),
+       {"archivebox", "Archived tab", none, "Reopen"}},
+      {archived("", address("https://a.test/")),
+       "archived:" + UUID().text(),
+       {"archivebox", "a.test", "a.test", "Reopen"}},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(suggestionID(one.row), one.id);
+    EXPECT_EQ(presentation(one.row, SearchEngine::bing), one.shown) << one.id;
+  }
+}
+
+TEST(Suggestions, TellsAddressesFromSearches) {
+  const std::pair<const char*, bool> cases[] = {
+      {"example.com", true}, {"localhost", true}, {"secret/path", true}, {"a:b", true},
+      {"tea", false},        {"", false},         {"tea v1.2", false},   {"http://a b", false},
+  };
+  for (const auto& [text, isAddress] : cases) EXPECT_EQ(looksLikeAddress(text), isAddress) << text;
+}
+
+TEST(KeyNotation, NamesTheKeysOfThisPlatform) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"⇧⌘N", "Ctrl+Shift+N"}, {"⌘[", "Ctrl+["},  {"⌥⇧⌘C", "Ctrl+Alt+Shift+C"},
+      {"⌥Space", "Alt+Space"}, {"⌃⌘F", "Ctrl+F"}, {"⌃1–9", "Ctrl+1–9"},
+      {"F11", "F11"},          {"", ""},
+  };
+  for (const auto& [glyphs, text] : cases) EXPECT_EQ(linuxShortcut(glyphs), text) << glyphs;
+}
+
+}  // namespace
+}  // namespace orvel::test

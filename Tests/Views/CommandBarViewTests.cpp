@@ -1,0 +1,243 @@
+#include "Base/GRef.h"
+#include "Tests/Views/ShownWindow.h"
+#include "Views/SidebarLayout.h"
+
+namespace orvel {
+namespace {
+
+using namespace test;
+
+struct CommandBarViewTest : ShownWindow {
+  CommandBarView& view() { return window->view().commandBar(); }
+  Gtk::Text& entry() { return view().field().entry(); }
+  void show(CommandBarMode mode = CommandBarMode::NewTab) {
+    store().showCommandBar(mode);
+    settle();
+  }
+  // Lets the field settle first, which the model then hears of.
+  void settleField() {
+    runFrames();
+    settle();
+  }
+  // As an input method commits what keys stand for.
+  void type(const char* text) {
+    auto* controllers = gtk_widget_observe_controllers(GTK_WIDGET(entry().gobj()));
+    for (guint i = 0; i < g_list_model_get_n_items(controllers); ++i) {
+      auto* controller = static_cast<GObject*>(g_list_model_get_item(controllers, i));
+      if (GTK_IS_EVENT_CONTROLLER_KEY(controller))
+        if (auto* input =
+                gtk_event_controller_key_get_im_context(GTK_EVENT_CONTROLLER_KEY(controller)))
+          g_signal_emit_by_name(input, "commit", text);
+      g_object_unref(controller);
+    }
+    g_object_unref(controllers);
+    settleField();
+  }
+  void act(const char* keybinding) {
+    g_signal_emit_by_name(entry().gobj(), keybinding);
+    settleField();
+  }
+  bool press(guint key) {
+    const bool isUsed = pressKey(view().field().Gtk::Widget::gobj(), key);
+    settleField();
+    return isUsed;
+  }
+  std::string shown() { return view().field().text(); }
+  // The selected part of the field's text; empty for a caret.
+  std::string marked() {
+    int begin = 0;
+    int end = 0;
+    if (!entry().get_selection_bounds(begin, end)) return {};
+    return shown().substr(static_cast<size_t>(begin), static_cast<size_t>(end - begin));
+  }
+  std::pair<double, double> middleOfRow(size_t index) {
+    double x = 0;
+    double y = 0;
+    auto& row = view().list().row(index);
+    row.translate_coordinates(view(), row.get_width() / 2.0, row.get_height() / 2.0, x, y);
+    return {x, y};
+  }
+};
+
+TEST_F(CommandBarViewTest, ThePillOpensItWithTheAddressSelected) {
+  const auto tab = sample.reading;
+  g_signal_emit_by_name(window->view().sidebar().pill().address().gobj(), "clicked");
+  settle();
+  EXPECT_EQ(store().commandBar.peek(), CommandBarMode::CurrentTab);
+  EXPECT_TRUE(entry().has_focus());
+  EXPECT_EQ(shown(), tab->url.peek()->text());
+  EXPECT_EQ(marked(), shown());
+  EXPECT_FALSE(window->view().sidebar().get_can_focus());
+  type("example.org/tides");
+  act("activate");
+  EXPECT_EQ(tab->url.peek()->text(), "https://example.org/tides");
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+  EXPECT_TRUE(runUntil([&] { return !entry().get_mapped(); }));
+  EXPECT_FALSE(entry().has_focus());
+
+  store().activeSpace()->selectedTabID = std::nullopt;
+  settle();
+  g_signal_emit_by_name(window->view().sidebar().pill().address().gobj(), "clicked");
+  settle();
+  EXPECT_EQ(store().commandBar.peek(), CommandBarMode::NewTab);
+  EXPECT_EQ(shown(), "");
+}
+
+TEST_F(CommandBarViewTest, TypingCompletesAndDeletingDoesNot) {
+  show();
+  const struct {
+    const char* what;
+    std::function<void()> act;
+    const char* shown;
+    const char* marked;
+  } steps[] = {
+      {"one letter", [&] { type("S"); }, "S", ""},
+      {"a second", [&] { type("t"); }, "Strand-radio.example", "rand-radio.example"},
+      {"the letter that stands there", [&] { type("r"); }, "Strand-radio.example",
+       "and-radio.example"},
+      {"deleting the completion", [&] { act("backspace"); }, "Str", ""},
+      {"deleting a letter", [&] { act("backspace"); }, "St", ""},
+      {"another letter", [&] { type("r"); }, "Strand-radio.example", "and-radio.example"},
+      {"a letter that fits nothing", [&] { type("x"); }, "Strx", ""},
+      {"several at once",
+       [&] {
+         view().field().setText("");
+         type("kelp.ex");
+       },
+       "kelp.example", "ample"},
+      {"undo",
+       [&] {
+         gtk_widget_activate_action(GTK_WIDGET(entry().gobj()), "text.undo", nullptr);
+         settleField();
+       },
+       "", ""},
+      {"in front of the end",
+       [&] {
+         view().field().setText("elp.ex");
+         entry().set_position(0);
+         type("k");
+       },
+       "kelp.ex", ""},
+  };
+  for (const auto& step : steps) {
+    step.act();
+    EXPECT_EQ(shown(), step.shown) << step.what;
+    EXPECT_EQ(marked(), step.marked) << step.what;
+    EXPECT_EQ(view().bar()->text(), step.shown) << step.what;
+  }
+}
+
+TEST_F(CommandBarViewTest, AnInputMethodIsLeftAlone) {
+  show();
+  g_signal_emit_by_name(entry().gobj(), "preedit-changed", "ら");
+  type("strand");
+  EXPECT_EQ(shown(), "strand");
+  EXPECT_FALSE(press(GDK_KEY_Down));
+  EXPECT_FALSE(press(GDK_KEY_Escape));
+  EXPECT_NE(store().commandBar.peek(), std::nullopt);
+  g_signal_emit_by_name(entry().gobj(), "preedit-changed", "");
+  type("-");
+  EXPECT_EQ(shown(), "strand-radio.example");
+}
+
+TEST_F(CommandBarViewTest, KeysMoveSubmitAndCancel) {
+  show();
+  type("tide");
+  auto& list = view().list();
+  ASSERT_GE(list.rowCount(), 1u);
+  const auto last = list.rowCount() - 1;
+  EXPECT_TRUE(press(GDK_KEY_Up));
+  EXPECT_EQ(view().bar()->selection.peek(), last);
+  EXPECT_TRUE(list.row(last).has_css_class("selected"));
+  EXPECT_TRUE(press(GDK_KEY_Down));
+  EXPECT_EQ(view().bar()->selection.peek(), 0u);
+  EXPECT_FALSE(press(GDK_KEY_Tab));
+  EXPECT_TRUE(press(GDK_KEY_Escape));
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+  EXPECT_EQ(view().bar(), nullptr);
+
+  // A bar that a picked row asks for is a new one.
+  show();
+  type("2+2");
+  store().commandBar = std::nullopt;
+  store().showCommandBar(CommandBarMode::CurrentTab);
+  settle();
+  EXPECT_EQ(shown(), sample.reading->url.peek()->text());
+}
+
+TEST_F(CommandBarViewTest, ThePointerChoosesPicksAndDismisses) {
+  show();
+  ASSERT_EQ(view().list().rowCount(), 6u);
+  const auto [x, y] = middleOfRow(2);
+  view().pointerMoved(x, y);
+  EXPECT_EQ(view().bar()->selection.peek(), 0u) << "the bar came up below the pointer";
+  view().pointerMoved(x + 3, y);
+  EXPECT_EQ(view().bar()->selection.peek(), 2u);
+  press(GDK_KEY_Down);
+  view().pointerMoved(x + 3, y);
+  EXPECT_EQ(view().bar()->selection.peek(), 3u) << "the pointer is at rest";
+
+  view().pressed(x, y);
+  view().released(middleOfRow(1).first, middleOfRow(1).second);
+  EXPECT_NE(store().commandBar.peek(), std::nullopt) << "let go over another row";
+  const auto picked = std::get<suggestion::Tab>(view().bar()->suggestions()[2]).tab;
+  view().pressed(x, y);
+  view().released(x, y);
+  settle();
+  EXPECT_EQ(store().activeSpace()->selectedTab(), picked);
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+
+  show();
+  view().pressed(5, 5);
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+}
+
+TEST_F(CommandBarViewTest, IsToldToAssistiveTechnology) {
+  show();
+  type("2+2");
+  auto& row = view().list().row(0);
+  auto* spoken = GTK_ACCESSIBLE(row.Gtk::Widget::gobj());
+  EXPECT_EQ(gtk_accessible_get_accessible_role(spoken), GTK_ACCESSIBLE_ROLE_LIST_ITEM);
+  EXPECT_EQ(GText(gtk_test_accessible_check_property(spoken, GTK_ACCESSIBLE_PROPERTY_LABEL, "4")),
+            nullptr);
+  EXPECT_EQ(GText(gtk_test_accessible_check_state(spoken, GTK_ACCESSIBLE_STATE_SELECTED, TRUE)),
+            nullptr);
+  EXPECT_EQ(GText(gtk_test_accessible_check_relation(
+                GTK_ACCESSIBLE(entry().gobj()), GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT, spoken)),
+            nullptr);
+}
+
+TEST_F(CommandBarViewTest, FitsASmallWindow) {
+  for (int i = 0; i < 30; ++i)
+    store().archive.update([&](auto& archive) {
+      archive.push_back({.tab = {.id = UUID::random(), .title = "tide " + std::to_string(i)}});
+    });
+  gtk_window_set_default_size(window->native(), 640, 420);
+  ASSERT_TRUE(runUntil([&] {
+    const int width = window->view().get_width();
+    return width > 0 && width < kDockingWidth && window->view().get_height() < 480;
+  }));
+  show();
+  type("e");
+  const auto last = view().list().rowCount() - 1;
+  ASSERT_GT(last, 7u) << "more rows than fit";
+  press(GDK_KEY_Up);
+  EXPECT_TRUE(runUntil([&] {
+    const auto y = middleOfRow(last).second;
+    return y > 56 && y < 420 - 16 - 34;
+  }));
+  EXPECT_EQ(view().card().get_width(), view().get_width() - 32);
+  EXPECT_LE(view().card().get_height(), 420 - 56 - 16);
+}
+
+TEST_F(CommandBarViewTest, AHiddenSidebarStaysHidden) {
+  store().toggleSidebar();
+  settle();
+  ASSERT_TRUE(runUntil([&] { return !window->view().sidebar().get_mapped(); }));
+  show();
+  EXPECT_FALSE(window->view().sidebar().get_mapped());
+  EXPECT_TRUE(entry().has_focus());
+}
+
+}  // namespace
+}  // namespace orvel

@@ -1,0 +1,114 @@
+#include "Views/CommandBarList.h"
+
+#include <glib/gi18n.h>
+
+#include <cmath>
+
+#include "DesignSystem/Icons.h"
+
+namespace orvel {
+
+CommandBarList::CommandBarList()
+    : Glib::ObjectBase("OrvelCommandBarList"),
+      motion_(gobj(), 0, [this](double) { queue_resize(); }) {
+  setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST);
+  setAccessibleLabel(*this, _("Suggestions"));
+  add_css_class("bar-list");
+}
+
+CommandBarList::~CommandBarList() {
+  for (auto& widget : widgets_) widget->unparent();
+}
+
+void CommandBarList::setRows(std::vector<SuggestionRowContent> rows,
+                             const std::optional<Spring>& motion) {
+  const bool moves = motion && get_mapped() && !rows_.empty();
+  const double formerHeight = shownHeight();
+  std::multimap<std::string, double> formerTops;
+  for (size_t i = 0; moves && i < rows_.size(); ++i)
+    formerTops.emplace(rows_[i].id, stretches_[i].top + offsets_[i].value_or(0) * motion_.value());
+
+  rows_ = std::move(rows);
+  while (widgets_.size() < rows_.size()) {
+    widgets_.push_back(std::make_unique<SuggestionRow>());
+    widgets_.back()->set_parent(*this);
+  }
+  for (size_t i = 0; i < widgets_.size(); ++i) {
+    const bool isUsed = i < rows_.size();
+    widgets_[i]->set_visible(isUsed);
+    if (isUsed) widgets_[i]->show(rows_[i]);
+    widgets_[i]->setSelected(isUsed && i == selected_);
+  }
+  measureRows();
+
+  offsets_.assign(rows_.size(), 0.0);
+  heightChange_ = moves ? formerHeight - totalHeight() : 0;
+  for (size_t i = 0; moves && i < rows_.size(); ++i) {
+    const auto former = formerTops.find(rows_[i].id);
+    if (former == formerTops.end()) {
+      offsets_[i].reset();
+      continue;
+    }
+    offsets_[i] = former->second - stretches_[i].top;
+    formerTops.erase(former);
+  }
+  motion_.set(moves ? 1 : 0);
+  if (moves) motion_.animateTo(0, *motion);
+  queue_resize();
+}
+
+void CommandBarList::setSelected(size_t index) {
+  selected_ = index;
+  for (size_t i = 0; i < rows_.size(); ++i) widgets_[i]->setSelected(i == index);
+}
+
+std::optional<size_t> CommandBarList::rowAt(double y) const {
+  for (size_t i = 0; i < stretches_.size(); ++i)
+    if (y >= stretches_[i].top && y < stretches_[i].top + stretches_[i].height) return i;
+  return std::nullopt;
+}
+
+void CommandBarList::measureRows() {
+  stretches_.clear();
+  double top = 0;
+  for (size_t i = 0; i < rows_.size(); ++i) {
+    int height = 0;
+    gtk_widget_measure(widgets_[i]->Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, nullptr,
+                       &height, nullptr, nullptr);
+    stretches_.push_back({top, static_cast<double>(height)});
+    top += height;
+  }
+}
+
+double CommandBarList::totalHeight() const {
+  return stretches_.empty() ? 0 : stretches_.back().top + stretches_.back().height;
+}
+
+double CommandBarList::shownHeight() const {
+  return std::max(totalHeight() + heightChange_ * motion_.value(), 0.0);
+}
+
+Gtk::SizeRequestMode CommandBarList::get_request_mode_vfunc() const {
+  return Gtk::SizeRequestMode::CONSTANT_SIZE;
+}
+
+void CommandBarList::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural,
+                                   int& minimumBaseline, int& naturalBaseline) const {
+  const bool isHeight = orientation == Gtk::Orientation::VERTICAL;
+  minimum = natural = isHeight ? static_cast<int>(std::lround(shownHeight())) : 0;
+  minimumBaseline = naturalBaseline = -1;
+}
+
+void CommandBarList::size_allocate_vfunc(int width, int, int) {
+  const double left = motion_.value();
+  for (size_t i = 0; i < rows_.size(); ++i) {
+    auto& row = *widgets_[i];
+    row.set_opacity(offsets_[i] ? 1 : std::clamp(1 - left, 0.0, 1.0));
+    const double top = stretches_[i].top + offsets_[i].value_or(0) * left;
+    const graphene_point_t at = {0, static_cast<float>(std::round(top))};
+    gtk_widget_allocate(row.Gtk::Widget::gobj(), width, static_cast<int>(stretches_[i].height), -1,
+                        gsk_transform_translate(nullptr, &at));
+  }
+}
+
+}  // namespace orvel

@@ -1,0 +1,182 @@
+#include "Views/KeyTextField.h"
+
+#include <gtkmm/eventcontrollerkey.h>
+#include <gtkmm/eventcontrollerlegacy.h>
+#include <gtkmm/window.h>
+
+#include <limits>
+
+#include "BrowserCore/Characters.h"
+#include "DesignSystem/Icons.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr int kMostRestores = 3;
+
+size_t length(const std::string& text) {
+  return text::characterCount(text, std::numeric_limits<size_t>::max());
+}
+
+}  // namespace
+
+KeyTextField::KeyTextField(Actions actions) : actions_(std::move(actions)) {
+  setAccessibleRole(entry_, GTK_ACCESSIBLE_ROLE_SEARCH_BOX);
+  entry_.set_hexpand(true);
+  entry_.set_enable_undo(true);
+  append(entry_);
+  entry_.signal_changed().connect(sigc::mem_fun(*this, &KeyTextField::changed));
+  g_signal_connect(entry_.gobj(), "activate", G_CALLBACK(+[](GtkText*, gpointer self) {
+                     auto* field = static_cast<KeyTextField*>(self);
+                     field->settle();
+                     field->actions_.onSubmit();
+                   }),
+                   this);
+  g_signal_connect(entry_.gobj(), "preedit-changed",
+                   G_CALLBACK(+[](GtkText*, const char* preedit, gpointer self) {
+                     static_cast<KeyTextField*>(self)->isComposing_ = *preedit != '\0';
+                   }),
+                   this);
+  for (const char* signal : {"notify::cursor-position", "notify::selection-bound"})
+    g_signal_connect(entry_.gobj(), signal, G_CALLBACK(+[](GtkText*, GParamSpec*, gpointer self) {
+                       static_cast<KeyTextField*>(self)->selectionChanged();
+                     }),
+                     this);
+  auto touch = Gtk::EventControllerLegacy::create();
+  touch->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
+  touch->signal_event().connect(
+      [this](const Glib::RefPtr<const Gdk::Event>& event) {
+        const auto type = event->get_event_type();
+        // A key that comes in one batch with the loss of the selection finds it restored.
+        if (type == Gdk::Event::Type::KEY_PRESS) restoreTail();
+        if (type == Gdk::Event::Type::KEY_PRESS || type == Gdk::Event::Type::BUTTON_PRESS ||
+            type == Gdk::Event::Type::TOUCH_BEGIN)
+          tail_.reset();
+        return false;
+      },
+      false);
+  add_controller(touch);
+  // The keys that neither the input method nor the editing of the text has taken.
+  auto keys = Gtk::EventControllerKey::create();
+  keys->signal_key_pressed().connect(
+      [this](guint key, guint, Gdk::ModifierType state) { return keyPressed(key, state); }, false);
+  add_controller(keys);
+}
+
+void KeyTextField::setText(const std::string& text) {
+  isCompleting_ = true;
+  entry_.set_text(text);
+  isCompleting_ = false;
+  tail_.reset();
+  hasChanged_ = false;
+  typedText_ = entry_.get_text();
+}
+
+void KeyTextField::setPlaceholder(const std::string& placeholder) {
+  entry_.set_placeholder_text(placeholder);
+  setAccessibleLabel(entry_, placeholder);
+}
+
+void KeyTextField::takeFocus() {
+  entry_.grab_focus();
+  // The caret at the beginning shows an address from its beginning.
+  entry_.select_region(-1, 0);
+}
+
+void KeyTextField::changed() {
+  if (isCompleting_) return;
+  tail_.reset();
+  hasChanged_ = true;
+  settleSoon();
+}
+
+void KeyTextField::selectionChanged() {
+  if (tail_ && !hasSelection()) settleSoon();
+}
+
+// Typing over a selection is two changes, and the caret follows after the second: what came of a
+// key is read when it is done, and before the next key.
+void KeyTextField::settleSoon() {
+  if (settling_) return;
+  settling_ = g_idle_add_full(
+      G_PRIORITY_HIGH,
+      [](gpointer self) -> gboolean {
+        static_cast<KeyTextField*>(self)->settle();
+        return G_SOURCE_REMOVE;
+      },
+      this, nullptr);
+}
+
+void KeyTextField::settle() {
+  if (settling_) g_source_remove(std::exchange(settling_, 0));
+  if (std::exchange(hasChanged_, false))
+    settleChange();
+  else
+    restoreTail();
+}
+
+void KeyTextField::settleChange() {
+  const std::string value = entry_.get_text();
+  const bool hasGrown = length(value) > length(typedText_);
+  typedText_ = value;
+  if (hasGrown && !isComposing_ && isCaretAtEnd()) insertCompletion(value);
+  actions_.onChange(text());
+}
+
+bool KeyTextField::hasSelection() const {
+  int begin = 0;
+  int end = 0;
+  return entry_.get_selection_bounds(begin, end);
+}
+
+bool KeyTextField::isCaretAtEnd() const {
+  return !hasSelection() && entry_.get_position() == static_cast<int>(entry_.get_text_length());
+}
+
+void KeyTextField::insertCompletion(const std::string& value) {
+  const auto completed = actions_.complete ? actions_.complete(value) : std::nullopt;
+  if (!completed || completed->size() <= value.size()) return;
+  const std::string tail = completed->substr(value.size());
+  const int typedEnd = entry_.get_text_length();
+  int end = typedEnd;
+  isCompleting_ = true;
+  gtk_editable_insert_text(GTK_EDITABLE(entry_.gobj()), tail.c_str(), -1, &end);
+  isCompleting_ = false;
+  tail_ = typedEnd;
+  restoreCount_ = 0;
+  selectTail();
+}
+
+// The caret stays where the person types.
+void KeyTextField::selectTail() { entry_.select_region(entry_.get_text_length(), *tail_); }
+
+// Another application that takes the desktop's selection keeps it in the end.
+void KeyTextField::restoreTail() {
+  if (!tail_ || hasSelection()) return;
+  const auto* window = dynamic_cast<Gtk::Window*>(get_root());
+  if (++restoreCount_ <= kMostRestores && window && window->is_active()) selectTail();
+}
+
+bool KeyTextField::keyPressed(guint key, Gdk::ModifierType state) {
+  const auto modifiers = Gdk::ModifierType::SHIFT_MASK | Gdk::ModifierType::CONTROL_MASK |
+                         Gdk::ModifierType::ALT_MASK | Gdk::ModifierType::SUPER_MASK;
+  if (isComposing_ || (state & modifiers) != Gdk::ModifierType()) return false;
+  switch (key) {
+    case GDK_KEY_Up:
+    case GDK_KEY_KP_Up:
+      actions_.onMove(-1);
+      return true;
+    case GDK_KEY_Down:
+    case GDK_KEY_KP_Down:
+      actions_.onMove(1);
+      return true;
+    case GDK_KEY_Escape:
+      actions_.onCancel();
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace orvel
