@@ -46,7 +46,7 @@ void FavoriteTile::show(const TabRef& tab) {
   set_focusable(tab != nullptr);
   look_.stop();
   selection_.stop();
-  if (!tab) return;
+  if (!tab) return set_has_tooltip(false);
   look_ = effect([this] {
     const auto title = shownText(tab_->displayTitle());
     set_tooltip_text(title);

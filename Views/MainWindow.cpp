@@ -19,7 +19,8 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
     : store_(store),
       window_(GTK_WINDOW(g_object_ref_sink(adw_application_window_new(application)))),
       desktopWindow_(window_),
-      view_(std::make_unique<BrowserView>(store)) {
+      view_(std::make_unique<BrowserView>(store)),
+      scroll_(std::make_unique<GtkScrollSource>(GTK_WIDGET(window_), *store.scrollMonitor)) {
   gtk_window_set_title(window_, "Orvel");
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
@@ -41,6 +42,7 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
 }
 
 MainWindow::~MainWindow() {
+  scroll_.reset();
   settings_.reset();
   if (store_.window == &desktopWindow_) store_.window = nullptr;
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), nullptr);
