@@ -52,6 +52,18 @@ class MenuBuilder {
   int count_ = 0;
 };
 
+// The toolkit shows an entry's icon or its title; a list of things has both.
+void showIcons(GtkWidget* widget) {
+  const bool isEntry = g_strcmp0(gtk_widget_get_css_name(widget), "modelbutton") == 0;
+  for (auto* child = gtk_widget_get_first_child(widget); child;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (isEntry && GTK_IS_IMAGE(child) &&
+        gtk_image_get_storage_type(GTK_IMAGE(child)) != GTK_IMAGE_EMPTY)
+      gtk_widget_set_visible(child, TRUE);
+    showIcons(child);
+  }
+}
+
 }  // namespace
 
 void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry> entries,
@@ -88,6 +100,7 @@ void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry>
       new Closing{native, std::move(closed)},
       [](gpointer data, GClosure*) { delete static_cast<Closing*>(data); },
       static_cast<GConnectFlags>(0));
+  showIcons(native);
   gtk_popover_popup(popover);
 }
 

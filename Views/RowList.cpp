@@ -167,14 +167,26 @@ RowLayout::Range RowList::wantedRows() const {
   return layout_.rowsBetween(top - height / 2, top + height * 1.5);
 }
 
+std::unique_ptr<RowWidget> RowList::makeWidget(SidebarRow::Kind kind) {
+  ++counters_.built;
+  auto widget = delegate_.makeRow(kind);
+  widget->set_parent(*this);
+  return widget;
+}
+
+bool RowList::buildAhead(size_t count) {
+  constexpr auto kKind = SidebarRow::Kind::Tab;
+  auto& pool = pools_[static_cast<size_t>(kKind)];
+  if (live_.size() + pool.size() >= count) return false;
+  auto widget = makeWidget(kKind);
+  widget->set_child_visible(false);
+  pool.push_back(std::move(widget));
+  return true;
+}
+
 std::unique_ptr<RowWidget> RowList::takeWidget(SidebarRow::Kind kind) {
   auto& pool = pools_[static_cast<size_t>(kind)];
-  if (pool.empty()) {
-    ++counters_.built;
-    auto widget = delegate_.makeRow(kind);
-    widget->set_parent(*this);
-    return widget;
-  }
+  if (pool.empty()) return makeWidget(kind);
   auto widget = std::move(pool.back());
   pool.pop_back();
   return widget;

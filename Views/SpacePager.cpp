@@ -1,5 +1,7 @@
 #include "Views/SpacePager.h"
 
+#include <glibmm/main.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -18,6 +20,7 @@ SpacePager::SpacePager(BrowserStore& store, const Observable<ColorScheme>& schem
 }
 
 SpacePager::~SpacePager() {
+  preparing_.disconnect();
   for (auto* pages : {&pages_, &spares_})
     for (auto& page : *pages) page.section->unparent();
 }
@@ -36,8 +39,7 @@ void SpacePager::follow(const Wake& wake) {
     });
   }
   untracked([&] {
-    if (active_ && active_ != active)
-      activePlace_ += store_.spaceSwitchForward.peek() ? 1 : -1;
+    if (active_ && active_ != active) activePlace_ += store_.spaceSwitchForward.peek() ? 1 : -1;
     active_ = active;
     setPages(places);
     const double target = activePlace_ - share;
@@ -45,7 +47,33 @@ void SpacePager::follow(const Wake& wake) {
       view_.animateTo(target, wake.transaction->spring);
     else if (view_.target() != target)
       view_.set(target);
+    prepareLater();
   });
+}
+
+void SpacePager::prepareLater() {
+  if (preparing_.connected()) return;
+  preparing_ = Glib::signal_idle().connect([this] { return prepare(); }, Glib::PRIORITY_LOW);
+}
+
+bool SpacePager::prepare() {
+  constexpr size_t kMostPages = 3;
+  constexpr double kRowPitch = 32;
+  const bool isWanted = store_.spaces.peek().size() > 1 && pages_.size() < kMostPages;
+  if (!isWanted || !get_mapped()) return false;
+  if (spares_.empty()) {
+    addSpare();
+    return true;
+  }
+  // In view, and half as many on either side.
+  const auto rows = static_cast<size_t>(2 * get_height() / kRowPitch);
+  return spares_.back().section->list().buildAhead(rows);
+}
+
+void SpacePager::addSpare() {
+  auto& section = *spares_.emplace_back(store_, drag_).section;
+  section.set_child_visible(false);
+  section.set_parent(*this);
 }
 
 void SpacePager::setPages(const std::vector<Place>& places) {
@@ -70,7 +98,7 @@ void SpacePager::setPages(const std::vector<Place>& places) {
 }
 
 void SpacePager::addPage(const std::shared_ptr<Space>& space) {
-  if (spares_.empty()) spares_.emplace_back(store_, drag_).section->set_parent(*this);
+  if (spares_.empty()) addSpare();
   pages_.splice(pages_.end(), spares_, std::prev(spares_.end()));
   auto& page = pages_.back();
   page.section->show(space);
@@ -78,8 +106,8 @@ void SpacePager::addPage(const std::shared_ptr<Space>& space) {
 }
 
 SpacePager::Page* SpacePager::pageOf(const std::shared_ptr<Space>& space) {
-  const auto page = std::ranges::find_if(
-      pages_, [&](const Page& one) { return one.section->space() == space; });
+  const auto page =
+      std::ranges::find_if(pages_, [&](const Page& one) { return one.section->space() == space; });
   return page == pages_.end() ? nullptr : &*page;
 }
 
@@ -93,6 +121,11 @@ void SpacePager::showTheme(Page& page) {
   const auto& preview = store_.previewTheme.get();
   const bool isTried = preview && store_.activeSpace() == space;
   page.theme.set(isTried ? *preview : Theme::forHue(space->hue), scheme_.get());
+}
+
+void SpacePager::on_map() {
+  Gtk::Widget::on_map();
+  prepareLater();
 }
 
 Gtk::SizeRequestMode SpacePager::get_request_mode_vfunc() const {

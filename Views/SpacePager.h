@@ -14,7 +14,8 @@ namespace orvel {
 
 // The tabs of the active space and, while spaces change, of those that leave and come, side by
 // side: pages in a row that is moved by the fingers or by a spring. Following the fingers places
-// the pages anew and does nothing else. Each page has its own space's theme.
+// the pages anew and does nothing else. Each page has its own space's theme. The next page is built
+// ahead, row by row while nothing else is to be done, so that a swipe begins without a halt.
 class SpacePager final : public Gtk::Widget {
  public:
   // The store and the scheme outlive the pager.
@@ -29,6 +30,7 @@ class SpacePager final : public Gtk::Widget {
   double distance() const { return view_.value() - activePlace_; }
 
  protected:
+  void on_map() override;
   Gtk::SizeRequestMode get_request_mode_vfunc() const override;
   void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
                      int& minimumBaseline, int& naturalBaseline) const override;
@@ -53,9 +55,13 @@ class SpacePager final : public Gtk::Widget {
 
   void follow(const Wake& wake);
   void setPages(const std::vector<Place>& places);
+  void addSpare();
   void addPage(const std::shared_ptr<Space>& space);
   Page* pageOf(const std::shared_ptr<Space>& space);
   void showTheme(Page& page);
+  void prepareLater();
+  // Builds a little of the next page; answers whether there is more to build.
+  bool prepare();
 
   BrowserStore& store_;
   const Observable<ColorScheme>& scheme_;
@@ -67,6 +73,7 @@ class SpacePager final : public Gtk::Widget {
   double activePlace_ = 0;
   SpringAnimation view_;  // the place in view
   Effect follow_;
+  sigc::connection preparing_;
 };
 
 }  // namespace orvel
