@@ -187,8 +187,8 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
   const double h = height;
   const auto where = placement(width);
   const bool isNarrow = w < kDockingWidth;
-  const double sidebarWidth = isNarrow ? kMinimumSidebarWidth
-               : untracked([this] { return shownSidebarWidth(store_); });
+  const double sidebarWidth =
+      isNarrow ? kMinimumSidebarWidth : untracked([this] { return shownSidebarWidth(store_); });
   const double dockedWidth = isNarrow ? 0 : sidebarWidth * docked_.value();
 
   place(backdrop_, {0, 0, w, h});

@@ -144,6 +144,7 @@ void RowList::measureRows() {
                        &natural, nullptr, nullptr);
     heights[kind] = minimum;
     widget->set_child_visible(false);
+    setAccessibleHidden(*widget, true);
     pools_[kind].push_back(std::move(widget));
   }
   heights_ = heights;
@@ -180,6 +181,7 @@ bool RowList::buildAhead(size_t count) {
   if (live_.size() + pool.size() >= count) return false;
   auto widget = makeWidget(kKind);
   widget->set_child_visible(false);
+  setAccessibleHidden(*widget, true);
   pool.push_back(std::move(widget));
   return true;
 }
@@ -195,6 +197,7 @@ std::unique_ptr<RowWidget> RowList::takeWidget(SidebarRow::Kind kind) {
 void RowList::release(LiveRow& live) {
   live.widget->unbind();
   live.widget->set_child_visible(false);
+  setAccessibleHidden(*live.widget, true);
   live.widget->set_opacity(1);
   pools_[static_cast<size_t>(live.row.key.kind)].push_back(std::move(live.widget));
 }
@@ -223,6 +226,7 @@ void RowList::sync() {
     live.index = i;
     live.widget->bind(live.row);
     live.widget->set_child_visible(true);
+    setAccessibleHidden(*live.widget, false);
     ++counters_.bound;
   }
   if (isAnyNew) queue_allocate();

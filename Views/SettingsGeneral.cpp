@@ -205,8 +205,9 @@ void SettingsGeneral::showQuickBar() {
            std::string(_(" is already used by the desktop or another app. Pick a different "
                          "shortcut.")) +
            " ";
-  note += _("Like the desktop's own search, for the web: the command bar comes up over whatever "
-            "you're doing. Answers show right there; pages open in a little window.");
+  note +=
+      _("Like the desktop's own search, for the web: the command bar comes up over whatever "
+        "you're doing. Answers show right there; pages open in a little window.");
   quickBarNote_->set_text(note);
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "DesignSystem/Icons.h"
 #include "Views/SidebarLayout.h"
 
 namespace orvel {
@@ -73,6 +74,7 @@ bool SpacePager::prepare() {
 void SpacePager::addSpare() {
   auto& section = *spares_.emplace_back(store_, drag_).section;
   section.set_child_visible(false);
+  setAccessibleHidden(section, true);
   section.set_parent(*this);
 }
 
@@ -83,6 +85,7 @@ void SpacePager::setPages(const std::vector<Place>& places) {
       page->look.stop();
       page->section->show(nullptr);
       page->section->set_child_visible(false);
+      setAccessibleHidden(*page->section, true);
       spares_.splice(spares_.end(), pages_, page);
     }
     page = next;
@@ -102,6 +105,7 @@ void SpacePager::addPage(const std::shared_ptr<Space>& space) {
   pages_.splice(pages_.end(), spares_, std::prev(spares_.end()));
   auto& page = pages_.back();
   page.section->show(space);
+  setAccessibleHidden(*page.section, false);
   page.look = effect([this, &page] { showTheme(page); });
 }
 

@@ -16,11 +16,11 @@ GtkScrollSource::GtkScrollSource(GtkWidget* window, ScrollGestures& gestures)
       pointer_(gtk_event_controller_motion_new()) {
   g_signal_connect_swapped(scroll_, "scroll-begin",
                            G_CALLBACK(+[](GtkScrollSource* self) { self->begin(); }), this);
-  g_signal_connect_swapped(
-      scroll_, "scroll", G_CALLBACK(+[](GtkScrollSource* self, double dx, double dy) -> gboolean {
-        return self->scroll(dx, dy);
-      }),
-      this);
+  g_signal_connect_swapped(scroll_, "scroll",
+                           G_CALLBACK(+[](GtkScrollSource* self, double dx, double dy) -> gboolean {
+                             return self->scroll(dx, dy);
+                           }),
+                           this);
   g_signal_connect_swapped(
       scroll_, "scroll-end",
       G_CALLBACK(+[](GtkScrollSource* self) { self->end(ScrollEvent::Phase::Ended); }), this);
@@ -42,25 +42,24 @@ GtkScrollSource::~GtkScrollSource() {
   for (auto* controller : {pointer_, scroll_}) gtk_widget_remove_controller(window_, controller);
 }
 
-void GtkScrollSource::begin() {
-  if (!isTouchpad()) return;
-  isActive_ = true;
-  report({.phase = ScrollEvent::Phase::Began});
-}
+void GtkScrollSource::begin() { hasBegun_ = true; }
 
 bool GtkScrollSource::scroll(double dx, double dy) {
+  // What the device is shows with its first movement only.
+  if (std::exchange(hasBegun_, false) && isTouchpad()) {
+    isActive_ = true;
+    report({.phase = ScrollEvent::Phase::Began});
+  }
   if (!isActive_) return false;
-  const bool isInPixels = gtk_event_controller_scroll_get_unit(
-                              GTK_EVENT_CONTROLLER_SCROLL(scroll_)) == GDK_SCROLL_UNIT_SURFACE;
-  const double scale = isInPixels ? 1 : kPixelsOfStep;
+  const double scale = isInPixels() ? 1 : kPixelsOfStep;
   // The toolkit tells where the view goes; the content goes the other way.
   const double sign = gtk_widget_get_direction(window_) == GTK_TEXT_DIR_RTL ? 1 : -1;
-  return report({.phase = ScrollEvent::Phase::Changed,
-                 .deltaX = sign * dx * scale,
-                 .deltaY = -dy * scale});
+  return report(
+      {.phase = ScrollEvent::Phase::Changed, .deltaX = sign * dx * scale, .deltaY = -dy * scale});
 }
 
 void GtkScrollSource::end(ScrollEvent::Phase phase) {
+  hasBegun_ = false;
   if (std::exchange(isActive_, false)) report({.phase = phase});
 }
 
@@ -72,10 +71,16 @@ bool GtkScrollSource::report(ScrollEvent event) {
   return gestures_.handle(event);
 }
 
-// Some desktops report wheels as smooth scrolling that never ends.
+bool GtkScrollSource::isInPixels() const {
+  return gtk_event_controller_scroll_get_unit(GTK_EVENT_CONTROLLER_SCROLL(scroll_)) ==
+         GDK_SCROLL_UNIT_SURFACE;
+}
+
+// Wheels are smooth on some desktops too, and never end. Wayland's toolkit takes touchpads for
+// wheels but counts them in pixels; X11's knows the device.
 bool GtkScrollSource::isTouchpad() const {
   auto* device = gtk_event_controller_get_current_event_device(scroll_);
-  return !device || gdk_device_get_source(device) == GDK_SOURCE_TOUCHPAD;
+  return !device || isInPixels() || gdk_device_get_source(device) == GDK_SOURCE_TOUCHPAD;
 }
 
 // Of the scroll events alone, so that all of a gesture are on one clock.

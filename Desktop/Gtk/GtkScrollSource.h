@@ -21,6 +21,7 @@ class GtkScrollSource {
   bool scroll(double dx, double dy);
   void end(ScrollEvent::Phase phase);
   bool report(ScrollEvent event);
+  bool isInPixels() const;
   bool isTouchpad() const;
   double timestamp() const;
 
@@ -28,8 +29,9 @@ class GtkScrollSource {
   ScrollGestures& gestures_;
   GtkEventController* scroll_;
   GtkEventController* pointer_;
-  double pointerX_ = 0;  // from the window's left edge
-  bool isActive_ = false;
+  double pointerX_ = 0;    // from the window's left edge
+  bool hasBegun_ = false;  // by a device that is not known yet
+  bool isActive_ = false;  // a gesture of two fingers
 };
 
 }  // namespace orvel
