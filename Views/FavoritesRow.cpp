@@ -44,6 +44,7 @@ void FavoriteTile::show(const TabRef& tab) {
   set_opacity(tab ? 1 : 0);
   set_can_target(tab != nullptr);
   set_focusable(tab != nullptr);
+  setAccessibleHidden(*this, !tab);
   look_.stop();
   selection_.stop();
   if (!tab) return set_has_tooltip(false);

@@ -6,6 +6,8 @@ namespace {
 
 // What one step of the devices that count in steps stands for.
 constexpr double kPixelsOfStep = 15;
+// Content that moves below the pointer may take it away for a moment, in milliseconds.
+constexpr guint kBeforeCut = 100;
 
 }  // namespace
 
@@ -25,12 +27,14 @@ GtkScrollSource::GtkScrollSource(GtkWidget* window, ScrollGestures& gestures)
       scroll_, "scroll-end",
       G_CALLBACK(+[](GtkScrollSource* self) { self->end(ScrollEvent::Phase::Ended); }), this);
 
-  const auto moved = G_CALLBACK(+[](GtkScrollSource* self, double x) { self->pointerX_ = x; });
+  const auto moved = G_CALLBACK(+[](GtkScrollSource* self, double x) {
+    self->pointerX_ = x;
+    self->keepGesture();
+  });
   g_signal_connect_swapped(pointer_, "enter", moved, this);
   g_signal_connect_swapped(pointer_, "motion", moved, this);
-  g_signal_connect_swapped(
-      pointer_, "leave",
-      G_CALLBACK(+[](GtkScrollSource* self) { self->end(ScrollEvent::Phase::Cancelled); }), this);
+  g_signal_connect_swapped(pointer_, "leave",
+                           G_CALLBACK(+[](GtkScrollSource* self) { self->cutSoon(); }), this);
   for (auto* controller : {pointer_, scroll_}) {
     gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
     gtk_widget_add_controller(window, controller);
@@ -51,6 +55,7 @@ bool GtkScrollSource::scroll(double dx, double dy) {
     report({.phase = ScrollEvent::Phase::Began});
   }
   if (!isActive_) return false;
+  keepGesture();
   const double scale = isInPixels() ? 1 : kPixelsOfStep;
   // The toolkit tells where the view goes; the content goes the other way.
   const double sign = gtk_widget_get_direction(window_) == GTK_TEXT_DIR_RTL ? 1 : -1;
@@ -58,7 +63,23 @@ bool GtkScrollSource::scroll(double dx, double dy) {
       {.phase = ScrollEvent::Phase::Changed, .deltaX = sign * dx * scale, .deltaY = -dy * scale});
 }
 
+void GtkScrollSource::cutSoon() {
+  if (!isActive_ || cut_) return;
+  cut_ = g_timeout_add(
+      kBeforeCut,
+      [](gpointer self) -> gboolean {
+        static_cast<GtkScrollSource*>(self)->end(ScrollEvent::Phase::Cancelled);
+        return G_SOURCE_REMOVE;
+      },
+      this);
+}
+
+void GtkScrollSource::keepGesture() {
+  if (const guint cut = std::exchange(cut_, 0)) g_source_remove(cut);
+}
+
 void GtkScrollSource::end(ScrollEvent::Phase phase) {
+  keepGesture();
   hasBegun_ = false;
   if (std::exchange(isActive_, false)) report({.phase = phase});
 }

@@ -20,6 +20,9 @@ class GtkScrollSource {
   void begin();
   bool scroll(double dx, double dy);
   void end(ScrollEvent::Phase phase);
+  // The pointer has gone: without its coming back the gesture is cut.
+  void cutSoon();
+  void keepGesture();
   bool report(ScrollEvent event);
   bool isInPixels() const;
   bool isTouchpad() const;
@@ -30,6 +33,7 @@ class GtkScrollSource {
   GtkEventController* scroll_;
   GtkEventController* pointer_;
   double pointerX_ = 0;    // from the window's left edge
+  guint cut_ = 0;          // the source that cuts the gesture; 0 without one
   bool hasBegun_ = false;  // by a device that is not known yet
   bool isActive_ = false;  // a gesture of two fingers
 };

@@ -109,12 +109,14 @@ class SpacesTest(SidebarTest):
         self.keys("Return")
         self.session_holds(lambda: "Reading" in self.titles(self.space()["pinned"]), "the folder")
 
+        def favorites():
+            return self.titles(self.program.session()["profiles"][0]["favorites"])
+
+        time.sleep(0.5)
         self.menu(self.find("Three", "list item"), "Add to Favorites")
-        tile = self.find("Three", "push button")
-        favorites = lambda: self.titles(self.program.session()["profiles"][0]["favorites"])
         self.session_holds(lambda: favorites() == ["Three"], "a favorite")
         time.sleep(0.5)
-        self.drag(self.find("One", "list item"), tile)
+        self.drag(self.find("One", "list item"), self.find("Three", "push button"))
         self.session_holds(lambda: sorted(favorites()) == ["One", "Three"], "two favorites")
         self.picture("favorites")
         time.sleep(0.5)
@@ -142,6 +144,10 @@ class SpacesTest(SidebarTest):
         eventually(lambda: not self.is_in_window(toggle), "the peek's end")
         self.assertFalse(self.program.session()["isSidebarVisible"])
 
+    def show_page(self, title):
+        self.act(self.find(title, "push button"))
+        time.sleep(0.5)
+
     def choose(self, setting, choice):
         buttons = lambda: [
             item for item in self.everything() if item.get_name().startswith(f"{setting}: ")
@@ -157,15 +163,15 @@ class SpacesTest(SidebarTest):
             "Quick search from any app": "Ctrl+Shift+Space",
             "Links from other apps open in": "The current space",
         }
-        switches = (
-            "Show DuckDuckGo suggestions", "Picture in picture when leaving a playing video",
-            "Block ads and trackers", "Reject cookie pop-ups automatically",
-        )
+        switches = {
+            "Show DuckDuckGo suggestions": "General",
+            "Picture in picture when leaving a playing video": "General",
+            "Block ads and trackers": "Privacy",
+            "Reject cookie pop-ups automatically": "Privacy",
+        }
         self.keys("ctrl+comma")
         for setting, choice in choices.items():
-            if setting.startswith("Links"):
-                self.act(self.find("Links", "push button"))
-                time.sleep(0.5)
+            self.show_page("Links" if setting.startswith("Links") else "General")
             self.choose(setting, choice)
         # There is no such key here, and the row says so.
         eventually(
@@ -173,11 +179,14 @@ class SpacesTest(SidebarTest):
             "the note on the key",
         )
         before = {name: self.is_checked(self.find(name)) for name in switches}
-        for name in switches:
+        for name, page in switches.items():
+            self.show_page(page)
             self.act(self.find(name))
             eventually(lambda: self.is_checked(self.find(name)) != before[name], name)
-        self.act(self.find("Add Shortcut", "push button"))
-        self.act(self.find("Add Rule", "push button"))
+        for page, button in (("General", "Add Shortcut"), ("Links", "Add Rule")):
+            self.show_page(page)
+            self.act(self.find(button, "push button"))
+        time.sleep(0.5)
         removes = lambda: sum(
             i.get_name() in ("Remove Shortcut", "Remove Rule") for i in self.everything()
         )

@@ -77,6 +77,7 @@ TEST_F(PagerTest, ThePagesFollowTheFingers) {
   // Cut short by the pointer's leaving it goes back, however far it has come.
   move(8);
   g_signal_emit_by_name(pointer, "leave");
+  runFrames(10);
   sample.world.scheduler.advance(1s);
   EXPECT_TRUE(runUntil([&] { return pageX(spaces[0]) == 0.0 && !pager().sectionOf(spaces[1]); }));
   EXPECT_EQ(store().activeSpace(), spaces[0]);
