@@ -230,8 +230,18 @@ class EndToEndTest(unittest.TestCase):
         subprocess.run(["xdotool", "type", "--delay", "8", text], check=True)
 
     def middle(self, item):
-        box = item.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
-        return FRAME + box.x + box.width // 2, FRAME + box.y + box.height // 2
+        """Where the middle of the object comes to rest, on the display."""
+        def extents():
+            box = item.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+            return box.x, box.y, box.width, box.height
+
+        def at_rest():
+            before = extents()
+            time.sleep(0.15)
+            return before if extents() == before else None
+
+        x, y, width, height = eventually(at_rest, f"“{item.get_name()}” at rest")
+        return FRAME + x + width // 2, FRAME + y + height // 2
 
     def click(self, item, button=1):
         self.pointer_to(*self.middle(item))
