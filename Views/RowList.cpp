@@ -57,6 +57,9 @@ void RowList::setAdjustment(const Glib::RefPtr<Gtk::Adjustment>& adjustment) {
   adjustment_->signal_value_changed().connect(sigc::mem_fun(*this, &RowList::sync));
   adjustment_->property_page_size().signal_changed().connect(
       sigc::mem_fun(*this, &RowList::syncLater));
+  adjustment_->property_upper().signal_changed().connect([this] {
+    if (toReach_) syncLater();
+  });
 }
 
 void RowList::setRows(std::vector<SidebarRow> rows, const std::optional<Spring>& motion) {
@@ -238,6 +241,7 @@ void RowList::syncLater() {
   isSyncPlanned_ = true;
   add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
     isSyncPlanned_ = false;
+    if (const auto key = std::exchange(toReach_, std::nullopt)) scrollTo(*key);
     sync();
     return false;
   });
@@ -245,8 +249,11 @@ void RowList::syncLater() {
 
 void RowList::scrollTo(const SidebarRow::Key& key) {
   const auto index = indexOf(key);
-  if (index && adjustment_)
-    adjustment_->clamp_page(layout_.top(*index), layout_.top(*index) + layout_.height(*index));
+  if (!index || !adjustment_) return;
+  const double bottom = layout_.top(*index) + layout_.height(*index);
+  // The viewport learns of new rows with the next layout.
+  toReach_ = bottom > adjustment_->get_upper() ? std::optional(key) : std::nullopt;
+  adjustment_->clamp_page(layout_.top(*index), bottom);
 }
 
 RowWidget* RowList::widgetFor(const SidebarRow::Key& key) const {

@@ -145,6 +145,8 @@ class RowList : public Gtk::Widget {
   // What is left of the rows' present motion, from 1 to 0.
   SpringAnimation motion_;
   bool isSyncPlanned_ = false;
+  // To be scrolled to when there is room for it.
+  std::optional<SidebarRow::Key> toReach_;
   // Where the keyboard was last.
   std::optional<SidebarRow::Key> lastFocused_;
 

@@ -30,6 +30,7 @@ void SpaceSection::show(std::shared_ptr<Space> space) {
   rows_.stop();
   selection_.stop();
   list_.setRows({});
+  get_vadjustment()->set_value(0);
   context_.space = std::move(space);
   if (!context_.space) return;
   rows_ = effect([this, isFirst = true](const Wake& wake) mutable {

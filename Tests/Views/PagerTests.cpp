@@ -132,6 +132,20 @@ TEST_F(PagerTest, AFlickAndAButtonSlideToTheNextSpace) {
   EXPECT_EQ(pager().sectionOf(spaces[1]), nullptr);
 }
 
+TEST_F(PagerTest, APageShowsItsSelectionAndNotTheFormerSpacesPlace) {
+  const auto value = [&] { return pager().section().get_vadjustment()->get_value(); };
+  for (const int i : {0, 1, 2}) {
+    const auto& tabs = spaces[1]->today.peek();
+    spaces[1]->selectedTabID = i == 1 ? tabs.front()->id : tabs.back()->id;
+    store().switchTo(spaces[1]);
+    settle();
+    EXPECT_TRUE(runUntil([&] { return i == 1 ? value() < 100 : value() > 100; })) << i;
+    store().switchTo(spaces[3]);
+    settle();
+    sample.world.scheduler.advance(1s);
+  }
+}
+
 TEST_F(PagerTest, APageHasItsOwnSpacesTheme) {
   begin();
   move(4);
