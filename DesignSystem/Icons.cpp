@@ -90,6 +90,11 @@ void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {
                                  label.c_str(), -1);
 }
 
+void setAccessibleHidden(Gtk::Widget& widget, bool isHidden) {
+  gtk_accessible_update_state(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_STATE_HIDDEN,
+                              static_cast<gboolean>(isHidden), -1);
+}
+
 void setAccessibleRole(Gtk::Widget& widget, int role) {
   g_object_set(widget.gobj(), "accessible-role", role, nullptr);
 }

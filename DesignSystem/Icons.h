@@ -30,6 +30,8 @@ class IconButton : public Gtk::Button {
 
 // Names a widget for assistive technology.
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
+// Takes a widget and all below it out of what assistive technology sees, or back.
+void setAccessibleHidden(Gtk::Widget& widget, bool isHidden);
 // Call before the widget is first asked for its accessible state.
 void setAccessibleRole(Gtk::Widget& widget, int role);
 

@@ -37,7 +37,9 @@ void SpringAnimation::step(double value, gpointer self) {
 void SpringAnimation::animateTo(double target, const Spring& spring) {
   if (target == target_ && (isMoving() || value_ == target)) return;
   const double velocity =
-      isMoving() ? adw_spring_animation_get_velocity(ADW_SPRING_ANIMATION(animation_.get())) : 0;
+      spring.initialVelocity > 0 ? spring.initialVelocity * (target - value_)
+      : isMoving() ? adw_spring_animation_get_velocity(ADW_SPRING_ANIMATION(animation_.get()))
+                   : 0;
   target_ = target;
   if (!animation_) {
     // The parameters and the target are handed over.

@@ -9,7 +9,8 @@
 
 namespace orvel {
 
-// A value that moves by springs of mass 1. A new target takes over the present value and velocity.
+// A value that moves by springs of mass 1. A new target takes over the present value, and its
+// velocity unless the spring brings one.
 // Without a window on screen, or with animations switched off in the desktop's settings, a target
 // is reached at once.
 class SpringAnimation {

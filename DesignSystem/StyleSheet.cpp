@@ -38,14 +38,19 @@ ColorScheme scheme() {
 }  // namespace StyleSheet
 
 void ThemeRoot::set(const Theme& theme, ColorScheme scheme) {
-  const auto replace = [this](std::string& present, std::string next) {
-    if (present == next) return;
-    if (!present.empty()) gtk_widget_remove_css_class(widget_, present.c_str());
-    present = std::move(next);
-    gtk_widget_add_css_class(widget_, present.c_str());
-  };
   replace(theme_, "theme-" + std::string(theme.id));
+  set(scheme);
+}
+
+void ThemeRoot::set(ColorScheme scheme) {
   replace(scheme_, scheme == ColorScheme::dark ? "scheme-dark" : "scheme-light");
+}
+
+void ThemeRoot::replace(std::string& present, std::string next) {
+  if (present == next) return;
+  if (!present.empty()) gtk_widget_remove_css_class(widget_, present.c_str());
+  present = std::move(next);
+  gtk_widget_add_css_class(widget_, present.c_str());
 }
 
 void setClass(GtkWidget* widget, const char* name, bool isSet) {

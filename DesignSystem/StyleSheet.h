@@ -24,7 +24,8 @@ void load(const std::filesystem::path& shareFolder);
 
 }  // namespace StyleSheet
 
-// The classes that make a widget the root of a theme. Roots do not nest.
+// The classes that make a widget the root of a theme, or of a scheme alone. Roots of themes do not
+// nest; below the root of a scheme may stand those of themes.
 class ThemeRoot {
  public:
   explicit ThemeRoot(GtkWidget* widget) : widget_(widget) {}
@@ -32,8 +33,11 @@ class ThemeRoot {
 
   // Does nothing when both are in force already.
   void set(const Theme& theme, ColorScheme scheme);
+  void set(ColorScheme scheme);
 
  private:
+  void replace(std::string& present, std::string next);
+
   GtkWidget* widget_;
   std::string theme_;
   std::string scheme_;

@@ -8,12 +8,13 @@ struct ScrollEvent {
   Phase phase = Phase::Changed;
   // Fingers have left the pad and the motion runs out by itself.
   bool isMomentum = false;
-  // In pixels; content moves with the fingers: positive moves it right and down.
+  // In pixels; content moves with the fingers: positive moves it right and down. Where the
+  // interface runs from right to left, positive moves it left.
   double deltaX = 0;
   double deltaY = 0;
   // Seconds on a monotonic clock.
   double timestamp = 0;
-  // How far the pointer stands from the window's left edge, in points.
+  // How far the pointer stands from the window's leading edge, in points.
   double pointerX = 0;
 };
 

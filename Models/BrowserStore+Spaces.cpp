@@ -9,12 +9,6 @@ namespace orvel {
 
 namespace {
 
-// What new spaces are offered in turn.
-constexpr std::string_view kSymbols[] = {
-    "person.fill",         "briefcase.fill", "house.fill", "graduationcap.fill",
-    "gamecontroller.fill", "sparkles",       "leaf.fill",  "flame.fill",
-    "star.fill",           "heart.fill",     "bolt.fill",  "globe.americas.fill"};
-
 std::optional<size_t> indexOfSpace(const std::vector<std::shared_ptr<Space>>& spaces,
                                    const UUID& id) {
   const auto found = std::ranges::find(spaces, id, [](const auto& space) { return space->id; });
@@ -29,7 +23,7 @@ std::optional<size_t> indexOfSpace(const std::vector<std::shared_ptr<Space>>& sp
 void BrowserStore::beginNewSpace() {
   const size_t count = spaces.peek().size();
   spaceDraft = SpaceDraft{.hue = Theme::all[count % Theme::all.size()].hue,
-                          .symbol = std::string(kSymbols[count % std::size(kSymbols)])};
+                          .symbol = kSpaceSymbols[count % kSpaceSymbols.size()].symbol};
 }
 
 void BrowserStore::beginEditing(const Space& space) {

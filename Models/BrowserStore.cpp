@@ -137,7 +137,6 @@ void BrowserStore::installSplitFocusMonitor() {}
 void BrowserStore::installTabSwitcherMonitor() {}
 void BrowserStore::endHidingItems() {}
 void BrowserStore::updateSpotlight() {}
-void BrowserStore::applyQuickBarKey() {}
 void BrowserStore::orderQuickBarOut() {}
 bool BrowserStore::peeksLinks(const BrowserTab&) const { return false; }
 bool BrowserStore::openSpotlightItem(const std::string&) { return false; }

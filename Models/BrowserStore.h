@@ -294,8 +294,15 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void installTabSwitcherMonitor();
   void endHidingItems();
   void updateSpotlight();
-  void applyQuickBarKey();
   void orderQuickBarOut();
+
+  // The quick bar's system-wide key.
+  // Brings the desktop in line with the setting: gives the former key back and asks for the chosen
+  // one. `isQuickBarKeyTaken` tells, on a later turn, that it could not be had; nothing is retried.
+  void applyQuickBarKey();
+  // What the key does: it opens and closes the command bar, and brings the window where it is not
+  // in front.
+  void toggleQuickBar();
 
  private:
   class SpaceSwipeMonitor;
@@ -397,6 +404,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   TaskHandle peekTask_;
   std::vector<TaskHandle> loops_;
   Observation memoryPressure_;
+  std::unique_ptr<HotKey> quickBarHotKey_;
+  uint64_t quickBarKeyRequest_ = 0;  // grows with each change of the key
   // The names that the latest writing of page states knows.
   std::unordered_set<std::string> stateFiles_;
 };

@@ -47,6 +47,18 @@ std::string_view label(ArchiveInterval interval) {
   return {};
 }
 
+std::string_view label(QuickBarKey key) {
+  switch (key) {
+    case QuickBarKey::OptionSpace:
+      return "Ctrl+Alt+Space";
+    case QuickBarKey::ShiftOptionSpace:
+      return "Alt+Shift+Space";
+    case QuickBarKey::ControlShiftSpace:
+      return "Ctrl+Shift+Space";
+  }
+  return {};
+}
+
 Settings::Settings(UserDefaults& defaults)
     : Settings(defaults, Snapshot::decode(defaults.data(kKey).value_or(""))) {}
 

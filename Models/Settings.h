@@ -36,6 +36,7 @@ inline constexpr std::array kQuickBarKeys = {
 // As people read them in the settings window.
 [[nodiscard]] std::string_view label(ExternalLinks links);
 [[nodiscard]] std::string_view label(ArchiveInterval interval);
+[[nodiscard]] std::string_view label(QuickBarKey key);
 
 // An observable value that is stored each time it is written.
 template <class T>

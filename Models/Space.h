@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,6 +13,27 @@
 #include "Models/SidebarItem.h"
 
 namespace orvel {
+
+// An icon that a space may have, and what people call it.
+struct SpaceSymbol {
+  const char* symbol;
+  const char* name;
+};
+// New spaces are offered them in turn.
+inline constexpr std::array<SpaceSymbol, 12> kSpaceSymbols = {{
+    {"person.fill", "Person"},
+    {"briefcase.fill", "Briefcase"},
+    {"house.fill", "House"},
+    {"graduationcap.fill", "Graduation Cap"},
+    {"gamecontroller.fill", "Game Controller"},
+    {"sparkles", "Sparkles"},
+    {"leaf.fill", "Leaf"},
+    {"flame.fill", "Flame"},
+    {"star.fill", "Star"},
+    {"heart.fill", "Heart"},
+    {"bolt.fill", "Bolt"},
+    {"globe.americas.fill", "Globe"},
+}};
 
 // A set of tabs with a look of its own. It shares web data and favorites with the other spaces of
 // its profile.

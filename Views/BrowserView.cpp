@@ -25,7 +25,7 @@ BrowserView::BrowserView(BrowserStore& store)
       store_(store),
       scheme_(StyleSheet::scheme()),
       contentTheme_(content_.Gtk::Widget::gobj()),
-      sidebar_(store),
+      sidebar_(store, scheme_),
       handle_(store),
       handleTheme_(handle_.Gtk::Widget::gobj()),
       commandBar_(store),
@@ -56,7 +56,8 @@ BrowserView::BrowserView(BrowserStore& store)
     store_.sidebarWidth.get();
     queue_allocate();
   });
-  themeEffect_ = effect([this](const Wake& wake) { followTheme(wake); });
+  themeEffect_ = effect([this] { followTheme(); });
+  backdropEffect_ = effect([this](const Wake& wake) { followBackdrop(wake); });
   pageEffect_ = effect([this] { followPage(); });
   layersEffect_ = effect([this] { followLayers(); });
 }
@@ -93,7 +94,7 @@ void BrowserView::followSidebar(const Wake& wake) {
   queue_allocate();
 }
 
-void BrowserView::followTheme(const Wake& wake) {
+void BrowserView::followTheme() {
   const auto& preview = store_.previewTheme.get();
   const Theme& theme = preview ? *preview : Theme::forHue(store_.activeSpace()->hue);
   const ColorScheme scheme = scheme_;
@@ -105,11 +106,23 @@ void BrowserView::followTheme(const Wake& wake) {
   sidebar_.setTheme(theme, scheme);
   sheet_.setTheme(theme, scheme);
   page_.setPalette(palette);
-  const auto& colors = theme.in(scheme).backdrop;
-  if (wake.transaction)
-    backdrop_.animateTo(colors, wake.transaction->spring);
-  else
-    backdrop_.set(colors);
+}
+
+void BrowserView::followBackdrop(const Wake& wake) {
+  const auto backdropOf = [scheme = scheme_.get()](const Theme& theme) {
+    return theme.in(scheme).backdrop;
+  };
+  const auto& preview = store_.previewTheme.get();
+  auto colors = backdropOf(preview ? *preview : Theme::forHue(store_.activeSpace()->hue));
+  const double share = swipeShare(store_);
+  if (const auto next = store_.revealingSpace())
+    colors = blend(colors, backdropOf(Theme::forHue(next->hue)), std::abs(share));
+  for (auto* ground : {&backdrop_, &sidebar_.ground()}) {
+    if (wake.transaction)
+      ground->animateTo(colors, wake.transaction->spring);
+    else
+      ground->set(colors);
+  }
 }
 
 void BrowserView::followContrast() {
@@ -177,7 +190,8 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
   const double h = height;
   const auto where = placement(width);
   const bool isNarrow = w < kDockingWidth;
-  const double sidebarWidth = isNarrow ? kMinimumSidebarWidth : store_.sidebarWidth.peek();
+  const double sidebarWidth =
+      isNarrow ? kMinimumSidebarWidth : untracked([this] { return shownSidebarWidth(store_); });
   const double dockedWidth = isNarrow ? 0 : sidebarWidth * docked_.value();
 
   place(backdrop_, {0, 0, w, h});

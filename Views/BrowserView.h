@@ -43,7 +43,8 @@ class BrowserView final : public Gtk::Widget {
   Placement placement(int width) const;
   void place(Gtk::Widget& widget, const Area& area);
   void followSidebar(const Wake& wake);
-  void followTheme(const Wake& wake);
+  void followTheme();
+  void followBackdrop(const Wake& wake);
   void followPage();
   void followLayers();
   void followContrast();
@@ -72,6 +73,7 @@ class BrowserView final : public Gtk::Widget {
   Effect sidebarEffect_;
   Effect widthEffect_;
   Effect themeEffect_;
+  Effect backdropEffect_;
   Effect pageEffect_;
   Effect layersEffect_;
 };

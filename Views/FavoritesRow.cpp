@@ -44,9 +44,10 @@ void FavoriteTile::show(const TabRef& tab) {
   set_opacity(tab ? 1 : 0);
   set_can_target(tab != nullptr);
   set_focusable(tab != nullptr);
+  setAccessibleHidden(*this, !tab);
   look_.stop();
   selection_.stop();
-  if (!tab) return;
+  if (!tab) return set_has_tooltip(false);
   look_ = effect([this] {
     const auto title = shownText(tab_->displayTitle());
     set_tooltip_text(title);

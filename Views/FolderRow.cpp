@@ -58,6 +58,7 @@ void FolderRow::unbind() {
   isRenaming_ = false;
   clearHover();
   remove_css_class("drop");
+  set_has_tooltip(false);
   folder_ = nullptr;
 }
 

@@ -23,7 +23,8 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       window_(GTK_WINDOW(g_object_ref_sink(adw_application_window_new(application)))),
       desktopWindow_(window_),
       view_(std::make_unique<BrowserView>(store)),
-      utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())) {
+      utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())),
+      scroll_(std::make_unique<GtkScrollSource>(GTK_WIDGET(window_), *store.scrollMonitor)) {
   gtk_window_set_title(window_, "Orvel");
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
@@ -48,6 +49,7 @@ MainWindow::~MainWindow() {
   gtk_window_set_focus(window_, nullptr);
   store_.openUtilityWindow = nullptr;
   utilityWindows_.reset();
+  scroll_.reset();
   if (store_.window == &desktopWindow_) store_.window = nullptr;
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), nullptr);
   view_.reset();
@@ -59,7 +61,8 @@ SettingsContent& MainWindow::settings() {
   return static_cast<SettingsContent&>(*utilityWindows_->content(UtilityWindow::Settings));
 }
 
-void MainWindow::present() { gtk_window_present(window_); }
+void MainWindow::present() {
+  gtk_window_present(window_); }
 
 std::optional<bool> MainWindow::perform(ActionID action) {
   // A sheet keeps the keys for itself.

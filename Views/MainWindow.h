@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "Desktop/Gtk/GtkDesktopWindow.h"
+#include "Desktop/Gtk/GtkScrollSource.h"
 #include "Models/BrowserStore.h"
 
 namespace orvel {
@@ -39,6 +40,7 @@ class MainWindow {
   GtkDesktopWindow desktopWindow_;
   std::unique_ptr<BrowserView> view_;
   std::unique_ptr<UtilityWindows> utilityWindows_;
+  std::unique_ptr<GtkScrollSource> scroll_;
 };
 
 }  // namespace orvel

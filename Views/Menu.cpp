@@ -77,6 +77,18 @@ class MenuBuilder {
   int count_ = 0;
 };
 
+// The toolkit shows an entry's icon or its title; a list of things has both.
+void showIcons(GtkWidget* widget) {
+  const bool isEntry = g_strcmp0(gtk_widget_get_css_name(widget), "modelbutton") == 0;
+  for (auto* child = gtk_widget_get_first_child(widget); child;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (isEntry && GTK_IS_IMAGE(child) &&
+        gtk_image_get_storage_type(GTK_IMAGE(child)) != GTK_IMAGE_EMPTY)
+      gtk_widget_set_visible(child, TRUE);
+    showIcons(child);
+  }
+}
+
 // The toolkit writes "Shift+Ctrl+C": this writes what is read everywhere else.
 void rewriteKeys(GtkWidget* widget, const std::map<std::string, std::string>& texts) {
   if (GTK_IS_LABEL(widget) && g_strcmp0(gtk_widget_get_css_name(widget), "accelerator") == 0)
@@ -120,6 +132,7 @@ GtkPopover* makePopover(Gtk::Widget& widget, const std::vector<MenuEntry>& entri
   g_signal_connect_object(widget.gobj(), "destroy", G_CALLBACK(gtk_widget_unparent), native,
                           G_CONNECT_SWAPPED);
   rewriteKeys(native, builder.shownKeysByLabel);
+  showIcons(native);
   gtk_popover_set_has_arrow(GTK_POPOVER(native), FALSE);
   auto* focus = gtk_root_get_focus(gtk_widget_get_root(widget.gobj()));
   g_signal_connect_data(

@@ -57,6 +57,9 @@ void RowList::setAdjustment(const Glib::RefPtr<Gtk::Adjustment>& adjustment) {
   adjustment_->signal_value_changed().connect(sigc::mem_fun(*this, &RowList::sync));
   adjustment_->property_page_size().signal_changed().connect(
       sigc::mem_fun(*this, &RowList::syncLater));
+  adjustment_->property_upper().signal_changed().connect([this] {
+    if (toReach_) syncLater();
+  });
 }
 
 void RowList::setRows(std::vector<SidebarRow> rows, const std::optional<Spring>& motion) {
@@ -144,6 +147,7 @@ void RowList::measureRows() {
                        &natural, nullptr, nullptr);
     heights[kind] = minimum;
     widget->set_child_visible(false);
+    setAccessibleHidden(*widget, true);
     pools_[kind].push_back(std::move(widget));
   }
   heights_ = heights;
@@ -167,14 +171,27 @@ RowLayout::Range RowList::wantedRows() const {
   return layout_.rowsBetween(top - height / 2, top + height * 1.5);
 }
 
+std::unique_ptr<RowWidget> RowList::makeWidget(SidebarRow::Kind kind) {
+  ++counters_.built;
+  auto widget = delegate_.makeRow(kind);
+  widget->set_parent(*this);
+  return widget;
+}
+
+bool RowList::buildAhead(size_t count) {
+  constexpr auto kKind = SidebarRow::Kind::Tab;
+  auto& pool = pools_[static_cast<size_t>(kKind)];
+  if (live_.size() + pool.size() >= count) return false;
+  auto widget = makeWidget(kKind);
+  widget->set_child_visible(false);
+  setAccessibleHidden(*widget, true);
+  pool.push_back(std::move(widget));
+  return true;
+}
+
 std::unique_ptr<RowWidget> RowList::takeWidget(SidebarRow::Kind kind) {
   auto& pool = pools_[static_cast<size_t>(kind)];
-  if (pool.empty()) {
-    ++counters_.built;
-    auto widget = delegate_.makeRow(kind);
-    widget->set_parent(*this);
-    return widget;
-  }
+  if (pool.empty()) return makeWidget(kind);
   auto widget = std::move(pool.back());
   pool.pop_back();
   return widget;
@@ -183,6 +200,7 @@ std::unique_ptr<RowWidget> RowList::takeWidget(SidebarRow::Kind kind) {
 void RowList::release(LiveRow& live) {
   live.widget->unbind();
   live.widget->set_child_visible(false);
+  setAccessibleHidden(*live.widget, true);
   live.widget->set_opacity(1);
   pools_[static_cast<size_t>(live.row.key.kind)].push_back(std::move(live.widget));
 }
@@ -211,6 +229,7 @@ void RowList::sync() {
     live.index = i;
     live.widget->bind(live.row);
     live.widget->set_child_visible(true);
+    setAccessibleHidden(*live.widget, false);
     ++counters_.bound;
   }
   if (isAnyNew) queue_allocate();
@@ -222,6 +241,7 @@ void RowList::syncLater() {
   isSyncPlanned_ = true;
   add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
     isSyncPlanned_ = false;
+    if (const auto key = std::exchange(toReach_, std::nullopt)) scrollTo(*key);
     sync();
     return false;
   });
@@ -229,8 +249,11 @@ void RowList::syncLater() {
 
 void RowList::scrollTo(const SidebarRow::Key& key) {
   const auto index = indexOf(key);
-  if (index && adjustment_)
-    adjustment_->clamp_page(layout_.top(*index), layout_.top(*index) + layout_.height(*index));
+  if (!index || !adjustment_) return;
+  const double bottom = layout_.top(*index) + layout_.height(*index);
+  // The viewport learns of new rows with the next layout.
+  toReach_ = bottom > adjustment_->get_upper() ? std::optional(key) : std::nullopt;
+  adjustment_->clamp_page(layout_.top(*index), bottom);
 }
 
 RowWidget* RowList::widgetFor(const SidebarRow::Key& key) const {

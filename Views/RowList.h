@@ -79,6 +79,9 @@ class RowList : public Gtk::Widget {
   // Scrolls to the row and gives it the focus. Answers whether it took it.
   bool focusRow(size_t index);
 
+  // Builds the widget of one tab's row for later, unless there are `count`; answers whether it did.
+  bool buildAhead(size_t count);
+
   const Counters& counters() const { return counters_; }
   size_t liveRowCount() const { return live_.size(); }
 
@@ -101,6 +104,7 @@ class RowList : public Gtk::Widget {
   using LiveRows = std::unordered_map<SidebarRow::Key, LiveRow>;
   using Tops = std::unordered_map<SidebarRow::Key, double>;
 
+  std::unique_ptr<RowWidget> makeWidget(SidebarRow::Kind kind);
   std::unique_ptr<RowWidget> takeWidget(SidebarRow::Kind kind);
   void release(LiveRow& live);
   void sync();
@@ -141,6 +145,8 @@ class RowList : public Gtk::Widget {
   // What is left of the rows' present motion, from 1 to 0.
   SpringAnimation motion_;
   bool isSyncPlanned_ = false;
+  // To be scrolled to when there is room for it.
+  std::optional<SidebarRow::Key> toReach_;
   // Where the keyboard was last.
   std::optional<SidebarRow::Key> lastFocused_;
 

@@ -74,6 +74,7 @@ SettingsGeneral::SettingsGeneral(BrowserStore& store)
           _("Picture in picture when leaving a playing video"),
           [this] { return settings_.autoPictureInPicture.get(); },
           [this](bool isOn) { settings_.autoPictureInPicture = isOn; }),
+      quickBar_(_("Quick search from any app")),
       shortcutList_(Gtk::Orientation::VERTICAL),
       shortcuts_(shortcutList_),
       addShortcut_(_("Add Shortcut")),
@@ -81,10 +82,12 @@ SettingsGeneral::SettingsGeneral(BrowserStore& store)
   addBrowser();
   addArchive();
   addPictureInPicture();
+  addQuickBar();
   addShortcuts();
   engineEffect_ = effect([this] { showEngine(); });
   archiveEffect_ =
       effect([this] { archive_.setChosen(static_cast<size_t>(settings_.archiveAfter.get())); });
+  quickBarEffect_ = effect([this] { showQuickBar(); });
   shortcutsEffect_ = effect([this] { showShortcuts(); });
   refresh();
 }
@@ -136,6 +139,18 @@ void SettingsGeneral::addPictureInPicture() {
         "when you return."));
 }
 
+void SettingsGeneral::addQuickBar() {
+  std::vector<std::string> labels = {_("None")};
+  for (const auto key : kQuickBarKeys) labels.emplace_back(_(label(key).data()));
+  quickBar_.setChoices(std::move(labels), 0);
+  quickBar_.onChoice([this](size_t index) {
+    settings_.quickBarKey = index == 0 ? std::nullopt : std::optional(kQuickBarKeys[index - 1]);
+    store_.applyQuickBarKey();
+  });
+  addSetting(addGroup(), _("Quick search from any app"), quickBar_);
+  quickBarNote_ = &addNote();
+}
+
 void SettingsGeneral::addShortcuts() {
   addHeading(_("Search shortcuts"));
   shortcutList_.add_css_class("card");
@@ -179,6 +194,21 @@ void SettingsGeneral::showEngine() {
                                        name +
                                        _(" as you type. Addresses and shortcuts aren't sent.")
                                  : name + _(" doesn't offer suggestions."));
+}
+
+void SettingsGeneral::showQuickBar() {
+  const auto key = settings_.quickBarKey.get();
+  quickBar_.setChosen(key ? static_cast<size_t>(*key) + 1 : 0);
+  std::string note;
+  if (key && store_.isQuickBarKeyTaken)
+    note = _(label(*key).data()) +
+           std::string(_(" is already used by the desktop or another app. Pick a different "
+                         "shortcut.")) +
+           " ";
+  note +=
+      _("Like the desktop's own search, for the web: the command bar comes up over whatever "
+        "you're doing. Answers show right there; pages open in a little window.");
+  quickBarNote_->set_text(note);
 }
 
 void SettingsGeneral::showShortcuts() {

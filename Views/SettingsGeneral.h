@@ -32,8 +32,10 @@ class SettingsGeneral final : public SettingsPage {
   void addBrowser();
   void addArchive();
   void addPictureInPicture();
+  void addQuickBar();
   void addShortcuts();
   void showEngine();
+  void showQuickBar();
   void showShortcuts();
 
   // Outlived by answers that come when the page is gone.
@@ -48,12 +50,15 @@ class SettingsGeneral final : public SettingsPage {
   Gtk::Label* suggestionsNote_ = nullptr;
   ChoiceButton archive_;
   SettingSwitch pictureInPicture_;
+  ChoiceButton quickBar_;
+  Gtk::Label* quickBarNote_ = nullptr;
   Gtk::Box shortcutList_;
   EditedRows<ShortcutRow> shortcuts_;
   Gtk::Button addShortcut_;
   Gtk::Button restore_;
   Effect engineEffect_;
   Effect archiveEffect_;
+  Effect quickBarEffect_;
   Effect shortcutsEffect_;
 };
 

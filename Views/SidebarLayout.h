@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 #include "Models/BrowserStore.h"
 #include "Models/SidebarRows.h"
 
@@ -13,9 +15,22 @@ inline constexpr double kMaximumSidebarWidth = 420;
 // A window narrower than this shows the sidebar over the page instead of beside it.
 inline constexpr double kDockingWidth = 720;
 
-// How many favorites stand side by side in the sidebar. Subscribes to its width.
+// The sidebar's width as it is shown; a stored one may be anything. Subscribes to it, as do the
+// others.
+[[nodiscard]] inline double shownSidebarWidth(const BrowserStore& store) {
+  return std::clamp(store.sidebarWidth.get(), kMinimumSidebarWidth, kMaximumSidebarWidth);
+}
+
+// How many favorites stand side by side in the sidebar.
 [[nodiscard]] inline size_t favoriteColumns(const BrowserStore& store) {
-  return favoriteColumns(store.sidebarWidth.get() - 2 * kSidebarInset);
+  return favoriteColumns(shownSidebarWidth(store) - 2 * kSidebarInset);
+}
+
+// How far the fingers have moved the pages of the sidebar, as a share of a page, from -1 to 1;
+// positive brings the previous space.
+[[nodiscard]] inline double swipeShare(const BrowserStore& store) {
+  const double offset = store.spaceSwipeOffset;
+  return std::clamp(offset / std::max(store.sidebarWidth.get(), 1.0), -1.0, 1.0);
 }
 
 }  // namespace orvel

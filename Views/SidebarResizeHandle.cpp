@@ -63,7 +63,7 @@ double SidebarResizeHandle::windowX(double x) const {
 }
 
 void SidebarResizeHandle::drag(double translation) {
-  if (!startWidth_) startWidth_ = store_.sidebarWidth.peek();
+  if (!startWidth_) startWidth_ = shownSidebarWidth(store_);
   const double sign = get_direction() == Gtk::TextDirection::RTL ? -1 : 1;
   store_.sidebarWidth =
       std::clamp(*startWidth_ + sign * translation, kMinimumSidebarWidth, kMaximumSidebarWidth);
@@ -71,7 +71,6 @@ void SidebarResizeHandle::drag(double translation) {
 
 bool SidebarResizeHandle::keyPressed(guint key) {
   if (key != GDK_KEY_Left && key != GDK_KEY_Right) return false;
-  startWidth_ = store_.sidebarWidth.peek();
   drag(key == GDK_KEY_Right ? kKeyStep : -kKeyStep);
   startWidth_.reset();
   store_.scheduleSave();

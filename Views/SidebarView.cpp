@@ -8,34 +8,29 @@ constexpr double kFloatingRadius = 12;
 
 }  // namespace
 
-SidebarView::SidebarView(BrowserStore& store)
-    : store_(store),
-      theme_(Gtk::Widget::gobj()),
-      column_(Gtk::Orientation::VERTICAL),
+SidebarView::SidebarView(BrowserStore& store, const Observable<ColorScheme>& scheme)
+    : column_(Gtk::Orientation::VERTICAL),
+      head_(Gtk::Orientation::VERTICAL),
+      foot_(Gtk::Orientation::VERTICAL),
+      scheme_(Gtk::Widget::gobj()),
+      headTheme_(head_.Gtk::Widget::gobj()),
+      footTheme_(foot_.Gtk::Widget::gobj()),
       topBar_(store),
       pill_(store),
+      pager_(store, scheme),
       tools_(store),
       spaces_(store) {
-  add_css_class("theme-root");
   set_child(ground_);
   add_overlay(column_);
   set_measure_overlay(column_, true);
-  column_.append(topBar_);
-  column_.append(pill_);
-  column_.append(tools_);
-  column_.append(spaces_);
+  head_.append(topBar_);
+  head_.append(pill_);
+  foot_.append(tools_);
+  foot_.append(spaces_);
+  column_.append(head_);
+  column_.append(pager_);
+  column_.append(foot_);
   setStance(Stance::Docked);
-  space_ = effect([this] {
-    const auto space = store_.activeSpace();
-    untracked([&] { showSpace(space); });
-  });
-}
-
-void SidebarView::showSpace(const std::shared_ptr<Space>& space) {
-  if (section_ && section_->space() == space) return;
-  if (section_) column_.remove(*section_);
-  section_ = std::make_unique<SpaceSection>(store_, space, drag_);
-  column_.insert_child_after(*section_, pill_);
 }
 
 void SidebarView::setStance(Stance stance) {
@@ -47,8 +42,9 @@ void SidebarView::setStance(Stance stance) {
 }
 
 void SidebarView::setTheme(const Theme& theme, ColorScheme scheme) {
-  theme_.set(theme, scheme);
-  ground_.set(theme.in(scheme).backdrop);
+  scheme_.set(scheme);
+  headTheme_.set(theme, scheme);
+  footTheme_.set(theme, scheme);
   pill_.setPalette(paletteOf(theme, scheme));
 }
 

@@ -6,7 +6,7 @@
 #include "DesignSystem/StyleSheet.h"
 #include "Views/AddressPill.h"
 #include "Views/SidebarTopBar.h"
-#include "Views/SpaceSection.h"
+#include "Views/SpacePager.h"
 #include "Views/SpaceSwitcher.h"
 
 namespace orvel {
@@ -14,8 +14,8 @@ namespace orvel {
 // The browser's tab strip and address bar in one.
 class SidebarView final : public Gtk::Overlay {
  public:
-  // The store outlives the view.
-  explicit SidebarView(BrowserStore& store);
+  // The store and the scheme outlive the view.
+  SidebarView(BrowserStore& store, const Observable<ColorScheme>& scheme);
 
   // Docked it stands on the window's backdrop; floating it is a panel with one of its own.
   enum class Stance { Docked, Floating };
@@ -25,22 +25,25 @@ class SidebarView final : public Gtk::Overlay {
   SidebarTopBar& topBar() { return topBar_; }
   AddressPill& pill() { return pill_; }
   ToolsRow& tools() { return tools_; }
-  SpaceSection& section() { return *section_; }
+  SpacePager& pager() { return pager_; }
+  SpaceSection& section() { return pager_.section(); }
+  // What the panel lies on while it floats.
+  BlendedGradient& ground() { return ground_; }
 
  private:
-  void showSpace(const std::shared_ptr<Space>& space);
-
-  BrowserStore& store_;
-  ThemeRoot theme_;
   BlendedGradient ground_;
   Gtk::Box column_;
+  // Above and below the pages, which have themes of their own.
+  Gtk::Box head_;
+  Gtk::Box foot_;
+  ThemeRoot scheme_;
+  ThemeRoot headTheme_;
+  ThemeRoot footTheme_;
   SidebarTopBar topBar_;
   AddressPill pill_;
+  SpacePager pager_;
   ToolsRow tools_;
   SpaceSwitcher spaces_;
-  SidebarDrag drag_;
-  std::unique_ptr<SpaceSection> section_;
-  Effect space_;
 };
 
 }  // namespace orvel

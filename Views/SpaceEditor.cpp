@@ -12,25 +12,6 @@ namespace {
 
 constexpr int kIcon = 16;
 
-struct Symbol {
-  const char* symbol;
-  const char* name;
-};
-constexpr Symbol kSymbols[] = {
-    {"person.fill", N_("Person")},
-    {"briefcase.fill", N_("Briefcase")},
-    {"house.fill", N_("House")},
-    {"graduationcap.fill", N_("Graduation Cap")},
-    {"gamecontroller.fill", N_("Game Controller")},
-    {"sparkles", N_("Sparkles")},
-    {"leaf.fill", N_("Leaf")},
-    {"flame.fill", N_("Flame")},
-    {"star.fill", N_("Star")},
-    {"heart.fill", N_("Heart")},
-    {"bolt.fill", N_("Bolt")},
-    {"globe.americas.fill", N_("Globe")},
-};
-
 struct AppearanceChoice {
   Space::Appearance appearance;
   const char* title;
@@ -136,7 +117,7 @@ void SpaceEditor::addColors() {
 
 void SpaceEditor::addIcons() {
   ChoiceRow row("symbols");
-  for (const auto& [symbol, name] : kSymbols) {
+  for (const auto& [symbol, name] : kSpaceSymbols) {
     auto* button = Gtk::make_managed<Gtk::ToggleButton>();
     button->set_child(*makeIcon(symbol, kIcon));
     button->add_css_class("symbol");

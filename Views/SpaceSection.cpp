@@ -12,9 +12,10 @@
 
 namespace orvel {
 
-SpaceSection::SpaceSection(BrowserStore& store, std::shared_ptr<Space> space, SidebarDrag& drag)
-    : context_{store, std::move(space), drag}, list_(*this, _("Tabs"), kTabDragType) {
+SpaceSection::SpaceSection(BrowserStore& store, SidebarDrag& drag)
+    : context_{store, nullptr, drag}, list_(*this, _("Tabs"), kTabDragType) {
   add_css_class("tabs");
+  add_css_class("theme-root");
   set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   set_vexpand(true);
   auto* viewport = Gtk::make_managed<Gtk::Viewport>(get_hadjustment(), get_vadjustment());
@@ -22,18 +23,29 @@ SpaceSection::SpaceSection(BrowserStore& store, std::shared_ptr<Space> space, Si
   viewport->set_child(list_);
   set_child(*viewport);
   list_.setAdjustment(get_vadjustment());
+}
 
+void SpaceSection::show(std::shared_ptr<Space> space) {
+  if (space == context_.space) return;
+  rows_.stop();
+  selection_.stop();
+  list_.setRows({});
+  get_vadjustment()->set_value(0);
+  context_.space = std::move(space);
+  if (!context_.space) return;
   rows_ = effect([this, isFirst = true](const Wake& wake) mutable {
-    auto rows = sidebarRows(*context_.space, favoriteColumns(context_.store));
-    const auto motion = wake.transaction ? std::optional(wake.transaction->spring) : std::nullopt;
-    untracked([&] {
-      list_.setRows(std::move(rows), std::exchange(isFirst, false) ? std::nullopt : motion);
-    });
+    const bool moves = !std::exchange(isFirst, false) && wake.transaction;
+    showRows(moves ? std::optional(wake.transaction->spring) : std::nullopt);
   });
   selection_ = effect([this] {
     context_.space->selectedTabID.get();
     scrollToSelection();
   });
+}
+
+void SpaceSection::showRows(const std::optional<Spring>& motion) {
+  auto rows = sidebarRows(*context_.space, favoriteColumns(context_.store));
+  untracked([&] { list_.setRows(std::move(rows), motion); });
 }
 
 void SpaceSection::scrollToSelection() {

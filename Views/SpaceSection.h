@@ -7,12 +7,14 @@
 
 namespace orvel {
 
-// The tabs of one space: favorites, pinned items and today's, as one scrolling list.
+// The tabs of a space: favorites, pinned items and today's, as one scrolling list.
 class SpaceSection final : public Gtk::ScrolledWindow, private RowList::Delegate {
  public:
-  // `store` and `drag` outlive the section.
-  SpaceSection(BrowserStore& store, std::shared_ptr<Space> space, SidebarDrag& drag);
+  // `store` and `drag` outlive the section. It is empty until it is shown a space.
+  SpaceSection(BrowserStore& store, SidebarDrag& drag);
 
+  // Takes over another space's tabs, with the row widgets that are there; null: nobody's.
+  void show(std::shared_ptr<Space> space);
   const std::shared_ptr<Space>& space() const { return context_.space; }
   RowList& list() { return list_; }
 
@@ -20,6 +22,7 @@ class SpaceSection final : public Gtk::ScrolledWindow, private RowList::Delegate
   std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind kind) override;
   std::optional<RowDrop> dropAt(const RowPoint& point) override;
   bool drop(const RowPoint& point) override;
+  void showRows(const std::optional<Spring>& motion);
   void scrollToSelection();
   size_t columns() const;
 

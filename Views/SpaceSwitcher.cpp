@@ -1,7 +1,7 @@
 #include "Views/SpaceSwitcher.h"
 
 #include <glib/gi18n.h>
-#include <gtkmm/scrolledwindow.h>
+#include <gtkmm/adjustment.h>
 
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
@@ -21,14 +21,31 @@ SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
     : store_(store), newSpace_("plus", _("New Space (Ctrl+Shift+N)")) {
   add_css_class("spaces");
   row_.set_valign(Gtk::Align::CENTER);
-  auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
-  scroller->set_policy(Gtk::PolicyType::EXTERNAL, Gtk::PolicyType::NEVER);
-  scroller->set_hexpand(true);
-  scroller->set_child(row_);
-  append(*scroller);
+  scroller_.set_policy(Gtk::PolicyType::EXTERNAL, Gtk::PolicyType::NEVER);
+  scroller_.set_hexpand(true);
+  scroller_.set_child(row_);
+  append(scroller_);
+  append(towel_);
+  towel_.signal_clicked().connect(
+      [this] { store_.showToast(_("Happy Towel Day. You know where your towel is.")); });
   newSpace_.signal_clicked().connect([this] { store_.beginNewSpace(); });
   append(newSpace_);
   spaces_ = effect([this] { makeSeals(); });
+  auto& scheduler = store_.services().scheduler;
+  towel_.set_visible(TowelDay::isToday(scheduler.now()));
+  date_ = scheduler.start(followDate(scheduler, *this));
+}
+
+// The switcher cancels it when it goes: only a task that was not may look at the switcher.
+Task<> SpaceSwitcher::followDate(Scheduler& scheduler, SpaceSwitcher& switcher) {
+  for (;;) {
+    const auto untilTomorrow = TowelDay::untilTomorrow(scheduler.now());
+    const auto result = co_await sleep(untilTomorrow, SleepClock::Boot);
+    if (result == SleepResult::Cancelled) co_return;
+    const bool wasCancelled = co_await isCancelled();
+    if (wasCancelled) co_return;
+    switcher.towel_.set_visible(TowelDay::isToday(scheduler.now()));
+  }
 }
 
 void SpaceSwitcher::makeSeals() {
@@ -56,7 +73,15 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
     button->set_tooltip_text(name);
     setAccessibleLabel(*button, name);
     setClass(button->Gtk::Widget::gobj(), "active", isActive);
+    if (isActive) bringIntoView(*button);
   });
+}
+
+void SpaceSwitcher::bringIntoView(Gtk::Widget& seal) {
+  double x = 0;
+  double y = 0;
+  if (!seal.get_width() || !seal.translate_coordinates(row_, 0, 0, x, y)) return;
+  scroller_.get_hadjustment()->clamp_page(x, x + seal.get_width());
 }
 
 ToolsRow::ToolsRow(BrowserStore& store) : store_(store), menu_("menu", _("Main Menu (F10)")) {

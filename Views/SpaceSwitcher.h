@@ -1,17 +1,21 @@
 #pragma once
 
 #include <gtkmm/box.h>
+#include <gtkmm/scrolledwindow.h>
 
 #include <memory>
 #include <vector>
 
+#include "Base/Scheduler.h"
 #include "DesignSystem/Icons.h"
+#include "DesignSystem/Towel.h"
 #include "Models/BrowserStore.h"
 
 namespace orvel {
 
 // One seal for each space, in order, and the button that makes a new one. A click on a seal goes to
-// its space; its menu edits and deletes it.
+// its space; its menu edits and deletes it. The active space's seal is kept in view. On Towel Day
+// there is a towel too.
 class SpaceSwitcher final : public Gtk::Box {
  public:
   // The store outlives the switcher.
@@ -24,12 +28,18 @@ class SpaceSwitcher final : public Gtk::Box {
   };
   void makeSeals();
   void addSeal(const std::shared_ptr<Space>& space);
+  void bringIntoView(Gtk::Widget& seal);
+  // Shows and takes away the towel at midnight.
+  static Task<> followDate(Scheduler& scheduler, SpaceSwitcher& switcher);
 
   BrowserStore& store_;
+  Gtk::ScrolledWindow scroller_;
   Gtk::Box row_;
+  TowelButton towel_;
   IconButton newSpace_;
   std::vector<std::unique_ptr<Seal>> seals_;
   Effect spaces_;
+  TaskHandle date_;
 };
 
 // The row of tools above the spaces; the button of the main menu is its last.

@@ -68,6 +68,8 @@ void TabRow::unbind() {
   clearHover();
   remove_css_class("dragged");
   remove_css_class("drop");
+  // A tooltip on show must not outlive its row.
+  set_has_tooltip(false);
   tab_ = nullptr;
 }
 

@@ -13,7 +13,7 @@ class VirtualScheduler final : public Scheduler {
 
   ~VirtualScheduler() override { destroyTasks(); }
 
-  Date now() const override { return startDate() + elapsed_; }
+  Date now() const override { return startDate() + elapsed_ + dateOffset_; }
   Instant instant() const override { return Instant(elapsed_); }
   void runInBackground(std::function<void()> work, std::function<void()> done,
                        WorkPriority priority) override;
@@ -25,6 +25,9 @@ class VirtualScheduler final : public Scheduler {
   // Settles, then moves the clock on, stopping and settling at each deadline on the way.
   void advance(Duration duration);
 
+  // Sets the wall clock alone.
+  void setDate(Date date) { dateOffset_ += date - now(); }
+
   Duration elapsed() const { return elapsed_; }
 
  private:
@@ -33,6 +36,7 @@ class VirtualScheduler final : public Scheduler {
   Instant instant(SleepClock) const override { return instant(); }
 
   Duration elapsed_{0};
+  Duration dateOffset_{0};
 };
 
 }  // namespace orvel::test

@@ -25,6 +25,8 @@ KIT = pathlib.Path(__file__).resolve().parent
 ROOT = KIT.parent.parent
 BUILD = pathlib.Path(os.environ.get("ORVEL_BUILD_DIR", ROOT / "build" / "dev"))
 PROGRAM = BUILD / "bin" / "orvel"
+# Without a compositor the toolkit draws a frame of so many pixels around a window.
+FRAME = 5
 PICTURES = os.environ.get("ORVEL_PICTURES")
 
 
@@ -193,6 +195,27 @@ class EndToEndTest(unittest.TestCase):
                 continue
         return None
 
+    def everything(self):
+        """Every accessible object of the program that answers."""
+        waiting = [self.application()]
+        while waiting:
+            item = waiting.pop()
+            try:
+                waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
+                waiting = [child for child in waiting if child]
+                yield item
+            except GLib.Error:  # it went while it was asked
+                continue
+
+    def is_in_window(self, item):
+        """Whether some of the object lies right of the window's left edge."""
+        box = item.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+        return box.width > 0 and box.x + box.width > 0
+
+    def is_checked(self, item):
+        states = item.get_state_set()
+        return states.contains(Atspi.StateType.CHECKED) or states.contains(Atspi.StateType.PRESSED)
+
     def find(self, name, role=None, limit=5.0):
         return eventually(lambda: self.accessible(name, role), f"“{name}” on screen", limit)
 
@@ -206,9 +229,48 @@ class EndToEndTest(unittest.TestCase):
     def type(self, text):
         subprocess.run(["xdotool", "type", "--delay", "8", text], check=True)
 
+    def middle(self, item):
+        """Where the middle of the object comes to rest, on the display."""
+        def extents():
+            box = item.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+            return box.x, box.y, box.width, box.height
+
+        def at_rest():
+            before = extents()
+            time.sleep(0.15)
+            return before if extents() == before else None
+
+        x, y, width, height = eventually(at_rest, f"“{item.get_name()}” at rest")
+        return FRAME + x + width // 2, FRAME + y + height // 2
+
     def click(self, item, button=1):
-        box = item.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
-        x, y = box.x + box.width // 2, box.y + box.height // 2
-        subprocess.run(
-            ["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True
-        )
+        self.pointer_to(*self.middle(item))
+        subprocess.run(["xdotool", "click", str(button)], check=True)
+
+    def pointer_to(self, x, y):
+        subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True)
+
+    def drag(self, item, target):
+        self.drag_to(*self.middle(item), *self.middle(target))
+
+    def drag_to(self, x, y, to_x, to_y, steps=12):
+        self.pointer_to(x, y)
+        subprocess.run(["xdotool", "mousedown", "1"], check=True)
+        for step in range(1, steps + 1):
+            self.pointer_to(x + (to_x - x) * step // steps, y + (to_y - y) * step // steps)
+            time.sleep(0.03)
+        # Also a place that has only just opened gets to know the pointer.
+        time.sleep(0.3)
+        self.pointer_to(to_x + 1, to_y)
+        time.sleep(0.1)
+        subprocess.run(["xdotool", "mouseup", "1"], check=True)
+
+    # Hands of assistive technology.
+
+    def act(self, item):
+        """Does what a click on the object does."""
+        if not item.get_action_iface().do_action(0):
+            raise AssertionError(f"“{item.get_name()}” does not act")
+
+    def set_text(self, item, text):
+        item.get_editable_text_iface().set_text_contents(text)

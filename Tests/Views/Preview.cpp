@@ -1,7 +1,8 @@
 // Shows the main window over a sample session, for looking at and for pictures.
 //
 //   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
-//                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|settings=PAGE]
+//                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|swipe|towel|
+//                tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE]
 //                [theme=NAME] [many] [shoot=FILE]
 
 #include <adwaita.h>
@@ -15,6 +16,7 @@
 #include "Views/BrowserView.h"
 #include "Views/MainWindow.h"
 #include "Views/SettingsContent.h"
+#include "Views/SidebarMenus.h"
 
 namespace {
 
@@ -72,6 +74,7 @@ struct Preview {
       sample.radio->isMuted = true;
     }
     if (state == "menu") store.renamingFolderID = foldersOf(space->pinned).front()->id;
+    if (state == "swipe") swipe();
     if (state == "many")
       for (int i = 0; i < 300; ++i)
         sample.world.open("https://page" + std::to_string(i) + ".example/", false);
@@ -86,6 +89,39 @@ struct Preview {
     if (!typed.empty())
       g_signal_emit_by_name(bar.field().entry().gobj(), "insert-at-cursor", typed.c_str());
     Glib::signal_timeout().connect_once([this, &bar] { bar.bar()->move(down); }, 600);
+  }
+
+  // The fingers lie still after two fifths of the way to the next space.
+  void swipe() {
+    auto& store = sample.store();
+    const auto& next = store.spaces.peek()[1];
+    for (const char* title : {"Sketches, week 21", "Type specimens", "Invoice 0114"}) {
+      const auto tab =
+          store.openTab(URL::parse("https://studio.example/"), {.in = next, .select = false});
+      tab->title = std::string(title);
+    }
+    store.toast = std::nullopt;
+    using Phase = ScrollEvent::Phase;
+    store.scrollMonitor->handle({.phase = Phase::Began, .pointerX = 100});
+    store.scrollMonitor->handle(
+        {.phase = Phase::Changed, .deltaX = -0.4 * store.sidebarWidth.peek(), .pointerX = 100});
+  }
+
+  void openMenu(const std::string& name) {
+    auto& store = sample.store();
+    const auto& space = store.activeSpace();
+    auto& list = window->view().sidebar().section().list();
+    const auto tab = space->today.peek()[2];
+    const auto folder = foldersOf(space->pinned).front();
+    auto entries = name == "folder-menu"  ? folderMenu(store, folder)
+                   : name == "space-menu" ? spaceMenu(store, space)
+                                          : tabMenu(store, space, tab);
+    if (name == "submenu-menu") entries = std::vector(entries[2].submenu);
+    for (const auto& row : list.rows())
+      if (row.folder == folder || (row.key.kind == SidebarRow::Kind::Tab && row.tabs[0] == tab))
+        if (auto* widget = list.widgetFor(row.key);
+            (name == "folder-menu") == (row.folder != nullptr))
+          return presentMenu(*widget, 140, 20, std::move(entries));
   }
 
   void showSettings(const std::string& page) {
@@ -117,8 +153,11 @@ struct Preview {
   }
 
   void run(const std::vector<std::string>& states) {
-    for (const auto& state : states)
+    for (const auto& state : states) {
       if (state == "rtl") apply(state);
+      using namespace std::chrono;
+      if (state == "towel") sample.world.scheduler.setDate(sys_days(2026y / May / 25) + hours(12));
+    }
     sample.world.desktop.isMotionOn = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     sample.world.desktop.key = &window->desktopWindow();
@@ -142,6 +181,12 @@ struct Preview {
       if (state.starts_with("settings=")) showSettings(state.substr(9));
     if (sample.store().commandBar.peek())
       Glib::signal_timeout().connect_once([this] { typeIntoBar(); }, 600);
+    Glib::signal_timeout().connect_once(
+        [this, states] {
+          for (const auto& state : states)
+            if (state.ends_with("-menu") && state != "main-menu") openMenu(state);
+        },
+        800);
     // Without a compositor the toolkit draws a frame around the window.
     gtk_widget_remove_css_class(GTK_WIDGET(window->native()), "solid-csd");
     if (!picture.empty())

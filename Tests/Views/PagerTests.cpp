@@ -1,0 +1,209 @@
+#include "BrowserCore/Session/SessionRecord.h"
+#include "DesignSystem/Palette.h"
+#include "DesignSystem/Towel.h"
+#include "Tests/Views/ShownWindow.h"
+#include "Views/SidebarLayout.h"
+
+namespace orvel {
+namespace {
+
+using namespace test;
+using std::chrono::hours;
+
+// The window with a space beside the active one, and a touchpad under the pointer.
+struct PagerTest : ShownWindow {
+  std::vector<std::shared_ptr<Space>> spaces;
+  GtkEventController* scroll = nullptr;
+  GtkEventController* pointer = nullptr;
+
+  void SetUp() override {
+    ShownWindow::SetUp();
+    spaces = store().spaces.peek();
+    for (int i = 0; i < 30; ++i)
+      store().openTab(address("https://page" + std::to_string(i) + ".example/"),
+                      {.in = spaces[1], .select = false});
+    sample.world.desktop.isMotionOn = true;
+    settle();
+    auto* controllers = gtk_widget_observe_controllers(GTK_WIDGET(window->native()));
+    for (guint i = 0; i < g_list_model_get_n_items(controllers); ++i) {
+      auto* one = static_cast<GtkEventController*>(g_list_model_get_item(controllers, i));
+      if (gtk_event_controller_get_propagation_phase(one) == GTK_PHASE_CAPTURE) {
+        if (!scroll && GTK_IS_EVENT_CONTROLLER_SCROLL(one)) scroll = one;
+        if (!pointer && GTK_IS_EVENT_CONTROLLER_MOTION(one)) pointer = one;
+      }
+      g_object_unref(one);
+    }
+    g_object_unref(controllers);
+    ASSERT_TRUE(scroll && pointer);
+    g_signal_emit_by_name(pointer, "motion", 100.0, 400.0);
+  }
+  SpacePager& pager() { return window->view().sidebar().pager(); }
+  double width() { return pager().get_width(); }
+
+  void begin() { g_signal_emit_by_name(scroll, "scroll-begin"); }
+  void end() { g_signal_emit_by_name(scroll, "scroll-end"); }
+  // By as many steps of the device; positive leads to the next space.
+  void move(double steps) {
+    gboolean isUsed = TRUE;
+    g_signal_emit_by_name(scroll, "scroll", steps, 0.0, &isUsed);
+    EXPECT_FALSE(isUsed);
+    settle();
+  }
+  // Where the page of a space begins, in the pager.
+  std::optional<double> pageX(const std::shared_ptr<Space>& space) {
+    auto* section = pager().sectionOf(space);
+    double x = 0;
+    double y = 0;
+    if (!section || !section->get_mapped()) return std::nullopt;
+    section->translate_coordinates(pager(), 0, 0, x, y);
+    return x;
+  }
+  Theme::Backdrop backdrop() { return window->view().sidebar().ground().shown(); }
+};
+
+TEST_F(PagerTest, ThePagesFollowTheFingers) {
+  EXPECT_EQ(pager().sectionOf(spaces[1]), nullptr);
+  begin();
+  move(6);
+  const double way = -store().spaceSwipeOffset.peek();
+  ASSERT_GT(way, 20);
+  EXPECT_NEAR(*pageX(spaces[0]), -way, 1);
+  EXPECT_NEAR(*pageX(spaces[1]), width() - way, 1);
+  // The ground lies between the two spaces' by as much, color by color.
+  const auto from = Theme::forHue(spaces[0]->hue).in(window->view().scheme().peek()).backdrop;
+  const auto to = Theme::forHue(spaces[1]->hue).in(window->view().scheme().peek()).backdrop;
+  EXPECT_EQ(backdrop(), blend(from, to, way / width()));
+
+  // Cut short by the pointer's leaving it goes back, however far it has come.
+  move(8);
+  g_signal_emit_by_name(pointer, "leave");
+  runFrames(10);
+  sample.world.scheduler.advance(1s);
+  EXPECT_TRUE(runUntil([&] { return pageX(spaces[0]) == 0.0 && !pager().sectionOf(spaces[1]); }));
+  EXPECT_EQ(store().activeSpace(), spaces[0]);
+  EXPECT_TRUE(runUntil([&] { return backdrop() == from; }));
+}
+
+TEST_F(PagerTest, NothingIsBuiltOrBoundWhileTheFingersMove) {
+  begin();
+  move(2);
+  const auto* next = pager().sectionOf(spaces[1]);
+  ASSERT_NE(next, nullptr);
+  const auto counts = [&] {
+    const auto& active = pager().sectionOf(spaces[0])->list().counters();
+    const auto& coming = pager().sectionOf(spaces[1])->list().counters();
+    return std::array{active.built, active.bound, coming.built, coming.bound};
+  };
+  const auto before = counts();
+  int providersLoaded = 0;
+  const guint loading = g_signal_add_emission_hook(
+      g_signal_lookup("gtk-private-changed", GTK_TYPE_STYLE_PROVIDER), 0,
+      [](GSignalInvocationHint*, guint, const GValue*, gpointer count) -> gboolean {
+        ++*static_cast<int*>(count);
+        return TRUE;
+      },
+      &providersLoaded, nullptr);
+  for (int i = 0; i < 12; ++i) move(i < 6 ? 1 : -1);
+  g_signal_remove_emission_hook(g_signal_lookup("gtk-private-changed", GTK_TYPE_STYLE_PROVIDER),
+                                loading);
+  EXPECT_EQ(counts(), before);
+  EXPECT_EQ(providersLoaded, 0);
+  EXPECT_EQ(pager().sectionOf(spaces[1]), next);
+}
+
+TEST_F(PagerTest, AFlickAndAButtonSlideToTheNextSpace) {
+  begin();
+  move(6);
+  auto* coming = pager().sectionOf(spaces[1]);
+  move(6);
+  end();
+  EXPECT_EQ(store().activeSpace(), spaces[1]);
+  settle();
+  EXPECT_EQ(pager().sectionOf(spaces[1]), coming) << "the page that came is the one that stays";
+  EXPECT_TRUE(runUntil([&] { return pageX(spaces[1]) == 0.0; }));
+
+  // By button from there, over a space between: the two stand side by side.
+  store().switchTo(spaces[3]);
+  sample.world.scheduler.settle();
+  EXPECT_TRUE(runUntil([&] { return pager().distance() > -0.9 && pager().distance() < -0.1; }));
+  EXPECT_NEAR(*pageX(spaces[3]) - *pageX(spaces[1]), width(), 1);
+  sample.world.scheduler.advance(1s);
+  EXPECT_TRUE(runUntil([&] { return pageX(spaces[3]) == 0.0; }));
+  EXPECT_EQ(pager().sectionOf(spaces[1]), nullptr);
+}
+
+TEST_F(PagerTest, APageShowsItsSelectionAndNotTheFormerSpacesPlace) {
+  const auto value = [&] { return pager().section().get_vadjustment()->get_value(); };
+  for (const int i : {0, 1, 2}) {
+    const auto& tabs = spaces[1]->today.peek();
+    spaces[1]->selectedTabID = i == 1 ? tabs.front()->id : tabs.back()->id;
+    store().switchTo(spaces[1]);
+    settle();
+    EXPECT_TRUE(runUntil([&] { return i == 1 ? value() < 100 : value() > 100; })) << i;
+    store().switchTo(spaces[3]);
+    settle();
+    sample.world.scheduler.advance(1s);
+  }
+}
+
+TEST_F(PagerTest, APageHasItsOwnSpacesTheme) {
+  begin();
+  move(4);
+  const auto wears = [&](size_t space, const char* theme) {
+    return pager().sectionOf(spaces[space])->has_css_class(theme);
+  };
+  EXPECT_TRUE(wears(0, "theme-claret"));
+  EXPECT_TRUE(wears(1, "theme-cognac"));
+  store().previewTheme = *Theme::withID("sage");
+  settle();
+  EXPECT_TRUE(wears(0, "theme-sage"));
+  EXPECT_TRUE(wears(1, "theme-cognac"));
+}
+
+TEST_F(PagerTest, AStoredWidthIsShownWithinItsBounds) {
+  for (const auto& [stored, shown] :
+       {std::pair(1e9, kMaximumSidebarWidth), std::pair(-5.0, kMinimumSidebarWidth),
+        std::pair(300.0, 300.0)}) {
+    store().sidebarWidth = stored;
+    settle();
+    EXPECT_TRUE(runUntil([&] { return width() == shown; })) << stored << " as " << width();
+    EXPECT_EQ(store().sidebarWidth.peek(), stored);
+  }
+}
+
+// At noon of the machine's time zone.
+Date noonOf(int month, int day) {
+  auto* local = g_date_time_new_local(2026, month, day, 12, 0, 0);
+  const Date date{std::chrono::seconds(g_date_time_to_unix(local))};
+  g_date_time_unref(local);
+  return date;
+}
+
+struct TowelTest : ShownWindow {
+  void SetUp() override {
+    sample.world.scheduler.setDate(noonOf(5, 24));
+    ShownWindow::SetUp();
+  }
+  TowelButton* towel() {
+    TowelButton* found = nullptr;
+    forEachWidget(GTK_WIDGET(window->native()), [&](GtkWidget* widget) {
+      if (gtk_widget_has_css_class(widget, "towel"))
+        found = dynamic_cast<TowelButton*>(Glib::wrap(widget));
+    });
+    return found;
+  }
+};
+
+TEST_F(TowelTest, IsThereOnItsDayAlone) {
+  EXPECT_FALSE(towel()->get_visible());
+  sample.world.scheduler.advance(hours(13));
+  EXPECT_TRUE(towel()->get_visible());
+  g_signal_emit_by_name(towel()->gobj(), "clicked");
+  EXPECT_EQ(store().toast.peek()->message, "Happy Towel Day. You know where your towel is.");
+  sample.world.scheduler.advance(hours(24));
+  EXPECT_FALSE(towel()->get_visible());
+  EXPECT_FALSE(TowelDay::isToday(noonOf(4, 25)));
+}
+
+}  // namespace
+}  // namespace orvel
