@@ -3,8 +3,8 @@
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/ActionCatalogue.h"
 #include "Models/BrowserTab.h"
-#include "Models/KeyNotation.h"
 
 namespace orvel {
 
@@ -104,7 +104,7 @@ void SuggestionRow::showTexts() {
     texts_.reorder_child_at_start(title_);
   const bool isKey = content_.kind == Kind::Command;
   const auto action = shown.action.value_or(std::string());
-  action_.set_text(isKey ? linuxShortcut(action) : action);
+  action_.set_text(isKey ? shownShortcut(action).value_or(action) : action);
   setClass(action_.Gtk::Widget::gobj(), "key-cap", isKey);
   setClass(action_.Gtk::Widget::gobj(), "action", !isKey);
   setAccessibleLabel(*this, title);

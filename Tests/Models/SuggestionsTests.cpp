@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "Models/KeyNotation.h"
 #include "Tests/Models/World.h"
 
 namespace orvel::test {
@@ -195,15 +194,6 @@ TEST(Suggestions, TellsAddressesFromSearches) {
       {"tea", false},        {"", false},         {"tea v1.2", false},   {"http://a b", false},
   };
   for (const auto& [text, isAddress] : cases) EXPECT_EQ(looksLikeAddress(text), isAddress) << text;
-}
-
-TEST(KeyNotation, NamesTheKeysOfThisPlatform) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"⇧⌘N", "Ctrl+Shift+N"}, {"⌘[", "Ctrl+["},  {"⌥⇧⌘C", "Ctrl+Alt+Shift+C"},
-      {"⌥Space", "Alt+Space"}, {"⌃⌘F", "Ctrl+F"}, {"⌃1–9", "Ctrl+1–9"},
-      {"F11", "F11"},          {"", ""},
-  };
-  for (const auto& [glyphs, text] : cases) EXPECT_EQ(linuxShortcut(glyphs), text) << glyphs;
 }
 
 }  // namespace
