@@ -131,7 +131,6 @@ void BrowserStore::animate(const Spring& spring, const std::function<void()>& ch
 // Empty until their features are built
 
 void BrowserStore::archiveStaleTabs(Date) {}
-void BrowserStore::reopen(const ArchivedTabRecord&) {}
 void BrowserStore::installEscapeMonitor() {}
 void BrowserStore::installSplitFocusMonitor() {}
 void BrowserStore::installTabSwitcherMonitor() {}

@@ -219,6 +219,9 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   std::shared_ptr<Space> spaceOn(const Profile& profile) const;
   TabRef tab(const TabDrag& drag) const;
 
+  // Turns an archived tab into one of today's, in its space or else the active one.
+  void reopen(const ArchivedTabRecord& record);
+
   // Folders.
   void newFolder(const TabRef& with = nullptr);
   void rename(const FolderRef& folder, const std::string& name);
@@ -288,7 +291,6 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
 
   // Called where their features belong, and empty until these are built.
   void archiveStaleTabs(Date now);
-  void reopen(const ArchivedTabRecord& record);
   void installEscapeMonitor();
   void installSplitFocusMonitor();
   void installTabSwitcherMonitor();

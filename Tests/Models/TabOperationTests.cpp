@@ -72,6 +72,22 @@ TEST_F(TabOperations, ClosingAPinnedTabEndsItsPageAndReturnsHome) {
   EXPECT_THAT(store().closedTabs, IsEmpty());
 }
 
+TEST_F(TabOperations, ReopensAnArchivedTabInItsSpaceOrElseTheActiveOne) {
+  const auto record = [](const UUID& space, const char* title) {
+    return ArchivedTabRecord{
+        {.id = UUID::random(), .url = address("https://old.test/"), .title = title}, space, {}};
+  };
+  const auto here = record(store().activeSpaceID(), "Here");
+  const auto nowhere = record(UUID::random(), "Nowhere");
+  store().archive = std::vector{here, nowhere};
+  for (const auto& archived : {here, nowhere}) {
+    store().reopen(archived);
+    EXPECT_EQ(store().activeSpace()->selectedTab()->title.peek(), archived.tab.title);
+    EXPECT_NE(store().activeSpace()->selectedTab()->id, archived.tab.id);
+  }
+  EXPECT_TRUE(store().archive.peek().empty());
+}
+
 TEST_F(TabOperations, ReopeningBringsBackTheLatestAndFallsBackOnTheActiveSpace) {
   const auto tabs = openTabs(2);
   tabs[0]->title = "First";
