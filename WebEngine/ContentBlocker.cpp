@@ -31,6 +31,12 @@ bool isNamedList(const std::string& identifier) {
                      });
 }
 
+Future<std::vector<std::string>> askForIdentifiers(ContentRuleListStore& store) {
+  auto [answering, answer] = makeFuture<std::vector<std::string>>();
+  store.getAvailableIdentifiers(std::move(answer));
+  return std::move(answering);
+}
+
 bool covers(const std::string& entry, const std::string& site) {
   return site == entry || site.ends_with("." + entry);
 }
@@ -62,7 +68,8 @@ void ContentBlocker::start() {
   if (state.peek() != State::Idle) return;
   state = State::Preparing;
   // At once, beside the rest of a start: first pages wait for it.
-  if (engine_.contentRuleListStore()) sources_ = readSources();
+  if (const auto store = engine_.contentRuleListStore())
+    start_ = {askForIdentifiers(*store), readSources()};
   loading_ = scheduler_.start(load());
   hold_ = scheduler_.start(endHold());
 }
@@ -90,9 +97,10 @@ Future<std::vector<FilterListSource>> ContentBlocker::readSources() {
 Task<> ContentBlocker::loadLists() {
   const auto store = engine_.contentRuleListStore();
   if (!store) co_return becomeReady();
-  auto [answering, answer] = makeFuture<std::vector<std::string>>();
-  store->getAvailableIdentifiers(std::move(answer));
-  const auto identifiers = co_await std::move(answering);
+  auto begun = std::exchange(start_, std::nullopt);
+  auto asking = begun ? std::move(begun->identifiers) : askForIdentifiers(*store);
+  auto reading = begun ? std::move(begun->sources) : readSources();
+  const auto identifiers = co_await std::move(asking);
   bool hasEnded = co_await isCancelled();
   if (hasEnded) co_return;
   for (const std::string& identifier : identifiers)
@@ -100,7 +108,6 @@ Task<> ContentBlocker::loadLists() {
       store->remove(identifier, [](const std::optional<std::string>&) {});
 
   const std::set<std::string> available(identifiers.begin(), identifiers.end());
-  auto reading = sources_ ? *std::exchange(sources_, std::nullopt) : readSources();
   auto sources = co_await std::move(reading);
   hasEnded = co_await isCancelled();
   if (hasEnded) co_return;

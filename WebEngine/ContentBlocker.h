@@ -142,7 +142,11 @@ class ContentBlocker {
   std::unordered_map<Identity, std::string> currentSite_;
 
   // What the first loading of the lists begins with.
-  std::optional<Future<std::vector<FilterListSource>>> sources_;
+  struct Start {
+    Future<std::vector<std::string>> identifiers;
+    Future<std::vector<FilterListSource>> sources;
+  };
+  std::optional<Start> start_;
   // Cancelled when the blocker ends, and only then: as long as they aren't, the blocker is there.
   TaskHandle loading_;
   TaskHandle hold_;

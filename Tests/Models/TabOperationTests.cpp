@@ -75,7 +75,7 @@ TEST_F(TabOperations, ClosingAPinnedTabEndsItsPageAndReturnsHome) {
 TEST_F(TabOperations, ReopensAnArchivedTabInItsSpaceOrElseTheActiveOne) {
   const auto record = [](const UUID& space, const char* title) {
     return ArchivedTabRecord{
-        {.id = UUID::random(), .url = address("https://old.test/"), .title = title}, space, {}};
+        {.id = UUID::random(), .title = title, .url = address("https://old.test/")}, space, {}};
   };
   const auto here = record(store().activeSpaceID(), "Here");
   const auto nowhere = record(UUID::random(), "Nowhere");
