@@ -14,7 +14,7 @@
 #include "Engine/WebViewConfiguration.h"
 
 // The toolkit's widget, named and never looked into on this floor.
-using GtkWidget = struct _GtkWidget;
+using GtkWidget = struct _GtkWidget;  // NOLINT(bugprone-reserved-identifier): the toolkit's own tag
 
 namespace orvel {
 

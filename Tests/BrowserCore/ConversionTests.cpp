@@ -58,28 +58,17 @@ TEST(UnitConversion, KnowsEveryUnit) {
       {"-0.005 m to m", "-0.01 m"},
       {"1\u2003km\u00a0to\u3000m", "1000 m"},
       {"1 K to c", "-272.15 c"},  // the Kelvin sign's lower case is k
-      {"1e5 m to km", ""},
-      {"5 kg to km", ""},
-      {"1.2.3 m to km", ""},
-      {", m to km", ""},
-      {"- 1 m to km", ""},
-      {"+1 m to km", ""},
-      {"1 meter to km", ""},
-      {"1 m to hour", ""},
-      {"1 m km", ""},
-      {"1 m into km", ""},
-      {"1 m tokm", ""},
-      {"1 m to km2", ""},
-      {"1 m to km now", ""},
-      {"m to km", ""},
-      {"٣ m to km", ""},
-      {"1 m2 to km", ""},
       {"1,.m to km", "0 km"},
   };
   for (const auto& [text, expected] : cases) {
     const auto found = UnitConversion::convert(text);
     EXPECT_EQ(found ? found->answer : "", expected) << text;
   }
+  for (const char* text :
+       {"1e5 m to km", "5 kg to km", "1.2.3 m to km", ", m to km", "- 1 m to km", "+1 m to km",
+        "1 meter to km", "1 m to hour", "1 m km", "1 m into km", "1 m tokm", "1 m to km2",
+        "1 m to km now", "m to km", "٣ m to km", "1 m2 to km"})
+    EXPECT_EQ(UnitConversion::convert(text), std::nullopt) << text;
   EXPECT_EQ(UnitConversion::convert(std::string(308, '9') + " km to mm"), std::nullopt);
 }
 
@@ -104,35 +93,20 @@ TEST(CurrencyConversion, ReadsRequests) {
       {"1,000,000.5 eur to usd", {1000000.5, "EUR", "USD"}},
       {"$100, in eur", {100, "USD", "EUR"}},
       {"¥5 to yuan", {5, "JPY", "CNY"}},
-      {"5 fr in francs", {}},
       {"5 francs in pounds", {5, "CHF", "GBP"}},
       {"₹5 in ₩", {5, "INR", "KRW"}},
       {"5 rmb in yen", {5, "CNY", "JPY"}},
       {"1 idr to zar", {1, "IDR", "ZAR"}},
       {"1 uſd to eur", {1, "USD", "EUR"}},  // the long s in upper case
-      {"100 to eur", {}},
-      {"$100 usd to eur", {}},
-      {"100 usd to usd", {}},
-      {"$1 to usd", {}},
-      {"-100 usd to eur", {}},
-      {"$-100 to eur", {}},
-      {"100 usd eur", {}},
-      {"100 franc to eur", {}},
-      {"100 kr to eur", {}},
-      {"100 usd to eur now", {}},
-      {"1.234.567 eur to usd", {}},
-      {"1,2,3 eur to usd", {}},
-      {"1.2,3.4 eur to usd", {}},
-      {".5 eur to usd", {}},
-      {"10 c to usd", {}},
-      {"$100 to to eur", {}},
-      {"", {}},
   };
-  for (const auto& [text, expected] : cases) {
-    const auto found = CurrencyConversion::parse(text);
-    EXPECT_EQ(found.has_value(), !expected.from.empty()) << text;
-    if (found) EXPECT_EQ(*found, expected) << text;
-  }
+  for (const auto& [text, expected] : cases)
+    EXPECT_EQ(CurrencyConversion::parse(text), expected) << text;
+  for (const char* text :
+       {"5 fr in francs", "100 to eur", "$100 usd to eur", "100 usd to usd", "$1 to usd",
+        "-100 usd to eur", "$-100 to eur", "100 usd eur", "100 franc to eur", "100 kr to eur",
+        "100 usd to eur now", "1.234.567 eur to usd", "1,2,3 eur to usd", "1.2,3.4 eur to usd",
+        ".5 eur to usd", "10 c to usd", "$100 to to eur", ""})
+    EXPECT_EQ(CurrencyConversion::parse(text), std::nullopt) << text;
 }
 
 const char kDocument[] = R"(<Cube><Cube time='2024-01-02'><Cube currency='USD' rate='1.1'/>

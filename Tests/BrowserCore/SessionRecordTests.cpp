@@ -114,7 +114,9 @@ TEST(SessionRecord, KeepsEveryTitleAndAddress) {
         "😀 e\u0301 عربى"s, "\xff\xc0\x80\xed\xa0\x80\xf5"s, std::string(100'000, '\\')})
     for (const char* address :
          {"https://a.test/?q=a|b", "https://a.test/?a[]=1&b={x}\"\\", "https://a.test/%zz?100%",
-          "https://münchen.test/straße", "about:blank", "data:text/html,<p>", "x:", "no address"}) {
+          "https://münchen.test/straße", "about:blank", "data:text/html,<p>\"x\"</p>",
+          "x:", "file:///tmp/a%20b.html", "https://[::1]:8080/#é\\", "HTTP://A.B/../..//?#",
+          "no address"}) {
       SessionRecord record = session();
       record.spaces[0].today = {tab(text::repairedUTF8(title), address)};
       EXPECT_EQ(decoded(record.encoded()), record) << title << ' ' << address;

@@ -39,48 +39,18 @@ TEST(ExplicitURL, TellsAddressesFromSearches) {
 }
 
 TEST(ExplicitURL, LeavesEverythingElseToTheSearch) {
-  for (const std::string typed : {"",
-                                  " \n",
-                                  "hello",
-                                  "1.2.3",
-                                  "1.2.3.4.5",
-                                  "1.2.3.4444",
-                                  "1..2.3",
-                                  "example.c",
-                                  "example.123",
-                                  "example.co2",
-                                  "two words.com",
-                                  "two\twords.com",
-                                  "two\u00a0words.com",
-                                  "foo:bar",
-                                  "mailto:a.b",
-                                  "user:pw@example.com",
-                                  "/path",
-                                  "//",
-                                  ":",
-                                  "///example.com",
-                                  "example.com:port",
-                                  "example.com:99999",
-                                  "example.com:80:80",
-                                  "localhost:x",
-                                  "ex<ample.com",
-                                  "ex%zzample.com",
-                                  "ex\u202eample.com",
-                                  "a[b].com",
-                                  "http:",
-                                  "https://",
-                                  "http:///path",
-                                  "http://:80",
-                                  "http://exa|mple.com",
-                                  "http://[::1",
-                                  "http://[1.2.3.4]",
-                                  "http://[::1]x/",
-                                  "http://[fe80::1%25eth0]/",
-                                  "http://a:b:c/",
-                                  "http://a\\b/",
-                                  "\xff.com",
-                                  "a.b\u0301c\u0301.\u0301"})
-    EXPECT_EQ(URLInput::explicitURL(typed), std::nullopt) << typed;
+  const auto isSearch = [](std::initializer_list<const char*> texts) {
+    for (const char* typed : texts) EXPECT_EQ(URLInput::explicitURL(typed), std::nullopt) << typed;
+  };
+  isSearch({"", " \n", "hello", "1.2.3", "1.2.3.4.5", "1.2.3.4444", "1..2.3", "example.c",
+            "example.123", "example.co2", "two words.com", "two\twords.com", "two\u00a0words.com",
+            "foo:bar"});
+  isSearch({"mailto:a.b", "user:pw@example.com", "/path", "//", ":", "///example.com",
+            "example.com:port", "example.com:99999", "example.com:80:80", "localhost:x",
+            "ex<ample.com", "ex%zzample.com", "ex\u202eample.com"});
+  isSearch({"a[b].com", "http:", "https://", "http:///path", "http://:80", "http://exa|mple.com",
+            "http://[::1", "http://[1.2.3.4]", "http://[::1]x/", "http://[fe80::1%25eth0]/",
+            "http://a:b:c/", "http://a\\b/", "\xff.com", "a.b\u0301c\u0301.\u0301"});
 }
 
 TEST(ExplicitURL, ReturnsPromptlyForHugeTexts) {

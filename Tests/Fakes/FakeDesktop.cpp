@@ -39,24 +39,6 @@ Observation FakeDesktop::observe(std::function<void()> event) {
   return Observation([this] { memoryIsShort = nullptr; });
 }
 
-void FakeDesktop::deleteDomain(const std::string& domain, std::function<void()> answer) {
-  std::erase_if(indexed, [&](const auto& entry) { return entry.second.domain == domain; });
-  ++indexCallCount;
-  scheduler_.post(std::move(answer));
-}
-
-void FakeDesktop::deleteItems(std::vector<std::string> identifiers, std::function<void()> answer) {
-  for (const std::string& identifier : identifiers) indexed.erase(identifier);
-  ++indexCallCount;
-  scheduler_.post(std::move(answer));
-}
-
-void FakeDesktop::index(std::vector<SearchableItem> items, std::function<void()> answer) {
-  for (SearchableItem& item : items) indexed[item.identifier] = std::move(item);
-  ++indexCallCount;
-  scheduler_.post(std::move(answer));
-}
-
 std::optional<ApplicationInfo> FakeDesktop::applicationToOpen(const URL& url) const {
   const auto found = applications.find(text::lowerASCII(url.scheme()));
   if (found == applications.end()) return std::nullopt;

@@ -71,7 +71,7 @@ class FakeDesktop final : public DesktopApplication,
   Desktop desktop() { return {animator, *this, *this, *this, *this, *this, *this, *this}; }
 
   // Application
-  bool isActive() const override { return isApplicationActive; }
+  bool isActive() const override { return true; }
   void activate() override { ++activateCount; }
   DesktopWindow* keyWindow() const override { return key; }
   void terminate() override { ++terminateCount; }
@@ -106,15 +106,21 @@ class FakeDesktop final : public DesktopApplication,
   }
 
   // Search
-  void deleteDomain(const std::string& domain, std::function<void()> answer) override;
-  void deleteItems(std::vector<std::string> identifiers, std::function<void()> answer) override;
-  void index(std::vector<SearchableItem> items, std::function<void()> answer) override;
+  void deleteDomain(const std::string&, std::function<void()> answer) override {
+    scheduler_.post(std::move(answer));
+  }
+  void deleteItems(std::vector<std::string>, std::function<void()> answer) override {
+    scheduler_.post(std::move(answer));
+  }
+  void index(std::vector<SearchableItem>, std::function<void()> answer) override {
+    scheduler_.post(std::move(answer));
+  }
 
   // Workspace
   std::optional<ApplicationInfo> applicationToOpen(const URL& url) const override;
   void open(const URL& url) override { opened.push_back(url); }
   void openFile(const std::filesystem::path& file) override { openedFiles.push_back(file); }
-  void reveal(const std::filesystem::path& file) override { revealed.push_back(file); }
+  void reveal(const std::filesystem::path&) override {}
   bool isDefaultBrowser() const override { return false; }
   void makeDefaultBrowser(std::function<void(bool)> answer) override {
     scheduler_.post([answer = std::move(answer)] { answer(true); });
@@ -125,7 +131,6 @@ class FakeDesktop final : public DesktopApplication,
 
   Animator animator;
   bool isMotionOn = false;
-  bool isApplicationActive = true;
   int activateCount = 0;
   int terminateCount = 0;
   DesktopWindow* key = nullptr;
@@ -148,13 +153,10 @@ class FakeDesktop final : public DesktopApplication,
   std::function<void()> memoryIsShort;
   std::optional<std::string> pasteboardText;
   ImageRef pasteboardImage;
-  std::map<std::string, SearchableItem> indexed;
-  int indexCallCount = 0;
   // Applications by scheme.
   std::map<std::string, ApplicationInfo> applications;
   std::vector<URL> opened;
   std::vector<std::filesystem::path> openedFiles;
-  std::vector<std::filesystem::path> revealed;
   std::vector<std::filesystem::path> finishedDownloads;
 
  private:

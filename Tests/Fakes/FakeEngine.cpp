@@ -8,14 +8,10 @@ namespace orvel::test {
 // Data stores
 
 void FakeDataStore::fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) {
-  std::vector<WebsiteDataRecord> records;
-  for (const std::string& domain : domains) records.push_back({domain});
-  scheduler_.post([records, answer = std::move(answer)] { answer(records); });
+  scheduler_.post([answer = std::move(answer)] { answer({}); });
 }
 
-void FakeDataStore::removeData(std::vector<WebsiteDataRecord> records,
-                               std::function<void()> answer) {
-  for (const WebsiteDataRecord& record : records) domains.erase(record.displayName);
+void FakeDataStore::removeData(std::vector<WebsiteDataRecord>, std::function<void()> answer) {
   scheduler_.post(std::move(answer));
 }
 
@@ -88,10 +84,7 @@ void FakeDownload::begin(const std::string& suggestedFilename) {
   const auto delegate = delegate_.lock();
   if (!delegate) return;
   delegate->decideDestination(shared_from_this(), suggestedFilename,
-                              [self = shared_from_this()](auto path) {
-                                self->destination = path;
-                                self->hasDestinationAnswer = true;
-                              });
+                              [self = shared_from_this()](auto path) { self->destination = path; });
 }
 
 void FakeDownload::setProgress(double fraction) {
@@ -200,18 +193,10 @@ void FakeWebView::begin(const URL& url) {
   url_ = url;
   notify(WebViewProperty::URL);
   setLoading(true, 0.1);
-  if (engine_.pageAt(url).load == FakePage::Load::Hang) return;
   engine_.scheduler().post([weak = weak_from_this(), generation, url] {
     const auto self = weak.lock();
     if (self && generation == self->generation_) self->respond(url);
   });
-}
-
-void FakeWebView::finishHangingLoad() {
-  if (!isLoading_ || !url_) return;
-  FakePage page = engine_.pageAt(*url_);
-  page.load = FakePage::Load::Finish;
-  commit(*url_, page);
 }
 
 void FakeWebView::respond(const URL& url) {
@@ -338,13 +323,11 @@ void FakeWebView::find(const std::string& text, const FindConfiguration& configu
   engine_.scheduler().post([answer = std::move(answer), isFound] { answer(isFound); });
 }
 
-void FakeWebView::evaluateJavaScript(const std::string& text, const ContentWorld& world,
-                                     const std::optional<FrameInfo>& frame,
+void FakeWebView::evaluateJavaScript(const std::string&, const ContentWorld&,
+                                     const std::optional<FrameInfo>&,
                                      std::function<void(ScriptResult)> answer) {
-  evaluations.push_back({text, world, frame});
-  const ScriptResult result = script ? script(text) : ScriptResult{"null", ""};
-  engine_.scheduler().post([answer = std::move(answer), result] {
-    if (answer) answer(result);
+  engine_.scheduler().post([answer = std::move(answer)] {
+    if (answer) answer({"null", ""});
   });
 }
 
@@ -448,10 +431,6 @@ std::shared_ptr<WebView> FakeEngine::makeWebView(const WebViewConfiguration& con
 std::shared_ptr<ContentRuleListStore> FakeEngine::contentRuleListStore() {
   if (!hasRuleStore) return nullptr;
   return {&ruleStore, [](ContentRuleListStore*) {}};
-}
-
-void FakeEngine::setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) {
-  schemeHandlers[scheme] = std::move(handler);
 }
 
 FakePage FakeEngine::pageAt(const URL& url) const {

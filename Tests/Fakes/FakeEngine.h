@@ -9,8 +9,8 @@
 #include "Base/Scheduler.h"
 #include "Engine/Engine.h"
 
-// An engine that does what a script of the test says: pages that load, fail, hang, open windows,
-// ask for devices, play media and die. It keeps every rule of the contract: answers come on a later
+// An engine that does what a script of the test says: pages that load, fail, open windows, ask for
+// devices, play media and die. It keeps every rule of the contract: answers come on a later
 // turn, exactly once.
 namespace orvel::test {
 
@@ -19,7 +19,7 @@ class FakeWebView;
 
 // What the engine does with an address.
 struct FakePage {
-  enum class Load { Finish, Fail, Hang };
+  enum class Load { Finish, Fail };
   Load load = Load::Finish;
   std::string title;
   // The page's own redirect: the address that is committed in place of the asked one.
@@ -37,10 +37,6 @@ class FakeDataStore final : public WebsiteDataStore {
   bool isPersistent() const override { return identifier_.has_value(); }
   void fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) override;
   void removeData(std::vector<WebsiteDataRecord> records, std::function<void()> answer) override;
-
-  const std::optional<UUID>& identifier() const { return identifier_; }
-  // The domains that have stored something.
-  std::set<std::string> domains;
 
  private:
   Scheduler& scheduler_;
@@ -124,7 +120,6 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
   void fail(const LoadError& error);
 
   std::optional<std::filesystem::path> destination;
-  bool hasDestinationAnswer = false;
 
  private:
   Scheduler& scheduler_;
@@ -166,7 +161,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   GtkWidget* widget() override { return pageWidget; }
   void takeSnapshot(const SnapshotRequest& request, std::function<void(ImageRef)> answer) override;
   void createPDF(std::function<void(PDFResult)> answer) override;
-  void print() override { ++printCount; }
+  void print() override {}
   void find(const std::string& text, const FindConfiguration& configuration,
             std::function<void(bool)> answer) override;
   void evaluateJavaScript(const std::string& script, const ContentWorld& world,
@@ -193,25 +188,16 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   std::shared_ptr<WebView> openWindow(const std::string& url);
   void closeWindow();
   void die();
-  // The hanging load ends.
-  void finishHangingLoad();
 
   NavigationDelegate* navigationDelegate() const { return navigation_; }
   UIDelegate* uiDelegate() const { return ui_; }
   FakeContentController& controller() const;
-
-  struct Evaluation {
-    std::string script;
-    ContentWorld world;
-    std::optional<FrameInfo> frame;
-  };
 
   // What stands for the page on screen; not owned.
   GtkWidget* pageWidget = nullptr;
   bool isOnScreen = false;
   int focusCount = 0;
   std::vector<EditingCommand> edits;
-  int printCount = 0;
   int stopCount = 0;
   int pauseCount = 0;
   int observerCount() const;
@@ -223,9 +209,6 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   // What was shown by `loadHTMLString` last.
   std::string html;
   std::vector<URLRequest> requests;
-  std::vector<Evaluation> evaluations;
-  // Answers a script; absent answers an undefined value.
-  std::function<ScriptResult(const std::string& script)> script;
   ImageRef snapshot;
   std::vector<std::string> restoredStates;
 
@@ -274,7 +257,7 @@ class FakeEngine final : public Engine {
   std::shared_ptr<UserContentController> makeUserContentController() override;
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::shared_ptr<ContentRuleListStore> contentRuleListStore() override;
-  void setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) override;
+  void setURLSchemeHandler(const std::string&, URLSchemeHandler) override {}
 
   Scheduler& scheduler() { return scheduler_; }
   // What is at an address; an address that has no entry loads as a page with its own text as title.
@@ -283,7 +266,6 @@ class FakeEngine final : public Engine {
   std::map<std::string, FakePage> pages;
   FakeRuleStore ruleStore;
   bool hasRuleStore = true;
-  std::map<std::string, URLSchemeHandler> schemeHandlers;
   std::map<UUID, std::weak_ptr<FakeDataStore>> stores;
   // How many removals of a data store fail before one succeeds.
   int failingRemovals = 0;

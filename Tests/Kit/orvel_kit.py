@@ -75,7 +75,7 @@ class Web:
 
 
 class Program:
-    """One run of the browser on the folders of `home`."""
+    """One run of the browser on the folders of `home`; in `environment`, None takes a name away."""
 
     def __init__(self, home, web, *arguments, environment=None):
         self.home = home
@@ -92,8 +92,12 @@ class Program:
             WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS="1",
             WEBKIT_DISABLE_DMABUF_RENDERER="1",
             GSK_RENDERER="cairo",
-            **(environment or {}),
         )
+        for name, value in (environment or {}).items():
+            if value is None:
+                self.environment.pop(name, None)
+            else:
+                self.environment[name] = value
         self.arguments = arguments
         self.log = open(home / "log.txt", "a+b")
         self.process = subprocess.Popen(

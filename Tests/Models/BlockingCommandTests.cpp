@@ -51,22 +51,5 @@ TEST_F(BlockingCommands, PauseTheSelectedTabsSite) {
   EXPECT_FALSE(store.toast.peek()) << "no host, no site";
 }
 
-TEST_F(BlockingCommands, APauseIsInForceBeforeThePausedPagesFirstRequest) {
-  auto& store = *world.store;
-  store.contentBlocker.isEnabled = true;
-  store.contentBlocker.togglePause(*URL::parse("https://news.test/"));
-  auto& controller = view->controller();
-  const int before = controller.clearCount;
-  NavigationAction away;
-  away.request = URLRequest{.url = *URL::parse("https://other.test/")};
-  away.targetFrame = FrameInfo{};
-  view->navigate(away);
-  EXPECT_EQ(controller.clearCount, before + 1) << "blocking is back off the paused site";
-  away.targetFrame = FrameInfo{1, false, {}};
-  away.request->url = *URL::parse("https://news.test/frame");
-  view->navigate(away);
-  EXPECT_EQ(controller.clearCount, before + 1) << "a frame is not the page";
-}
-
 }  // namespace
 }  // namespace orvel

@@ -262,19 +262,6 @@ TEST_F(Tab, WorksWithoutItsStore) {
   world.viewOnScreen(tab)->die();
 }
 
-TEST_F(Tab, ClicksForANewTabOpenBehindThisOne) {
-  const TabRef tab = world.open("https://a/");
-  settle();
-  const auto view = world.view(tab);
-  EXPECT_EQ(view->clickLink("https://b/?utm_source=x", {.command = true}),
-            NavigationPolicy::Cancel);
-  EXPECT_EQ(view->clickLink("https://c/", {.shift = true}, MouseButton::Middle),
-            NavigationPolicy::Cancel);
-  EXPECT_EQ(view->clickLink("https://d/"), NavigationPolicy::Allow);
-  EXPECT_EQ(urls(world.space().today)[2], "https://b/");
-  EXPECT_EQ(world.space().selectedTab()->url.peek(), address("https://c/"));
-}
-
 TEST_F(Tab, ResponsesThatAreNoPagesAreDownloaded) {
   const struct {
     FakePage page;

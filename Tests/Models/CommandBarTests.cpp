@@ -224,17 +224,6 @@ TEST_F(CommandBarTest, ReturnCarriesTheChosenRowOutAndLearnsIt) {
   EXPECT_EQ(store().commandBar.peek(), std::nullopt);
 }
 
-TEST_F(CommandBarTest, AQuickAnswerCopiesInSilence) {
-  for (const auto mode : {CommandBarMode::NewTab, CommandBarMode::Quick}) {
-    store().toast = std::nullopt;
-    show(mode);
-    bar->setText("6*7");
-    bar->submit();
-    EXPECT_EQ(world.desktop.pasteboardText, "42");
-    EXPECT_EQ(store().toast.peek().has_value(), mode == CommandBarMode::NewTab);
-  }
-}
-
 TEST_F(CommandBarTest, AQuestionAboutMoneyFetchesTheRates) {
   world.network.answers["https://rates.test/daily.xml"] = {
       .status = 200, .body = "<Cube currency='USD' rate='1.25'/>"};

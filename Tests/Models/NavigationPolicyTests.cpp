@@ -155,60 +155,48 @@ TEST_F(Policy, AFailedPageLeavesTheLoopGuardInPlace) {
 }
 
 TEST_F(Policy, ClicksByModifierAndButton) {
-  struct Click {
-    ModifierFlags modifiers;
-    MouseButton button = MouseButton::Left;
-  };
+  enum class Place { Page, PrivatePage, Peek };
+  using enum Place;
+  enum class Opens { Nothing, Behind, InFront };
+  const ModifierFlags none, shift{.shift = true}, command{.command = true};
   const struct {
     const char* name;
-    Click click;
-    bool isPrivate = false;
-    bool inPeek = false;
-    std::optional<FrameInfo> frame;
-    NavigationPolicy policy;
-    size_t opened;
-    bool isSelected = false;
+    ModifierFlags modifiers;
+    MouseButton button;
+    Place place;
+    FrameInfo frame;
+    Opens opens;
   } cases[] = {
-      {"plain", {}, false, false, kMainFrame, Allow, 0},
-      {"command", {{.command = true}}, false, false, kMainFrame, Cancel, 1, false},
-      {"middle", {{}, MouseButton::Middle}, false, false, kMainFrame, Cancel, 1, false},
-      {"command in a subframe", {{.command = true}}, false, false, kSubframe, Cancel, 1, false},
-      {"shift command",
-       {{.shift = true, .command = true}},
-       false,
-       false,
-       kMainFrame,
-       Cancel,
-       1,
-       true},
-      {"shift: a peek, which is a tab",
-       {{.shift = true}},
-       false,
-       false,
-       kMainFrame,
-       Cancel,
-       1,
-       true},
-      {"shift in the peek", {{.shift = true}}, false, true, kMainFrame, Allow, 0},
-      {"private command", {{.command = true}}, true, false, kMainFrame, Allow, 0},
-      {"private shift", {{.shift = true}}, true, false, kMainFrame, Allow, 0},
-      {"private middle", {{}, MouseButton::Middle}, true, false, kMainFrame, Allow, 0},
+      {"plain", none, MouseButton::Left, Page, kMainFrame, Opens::Nothing},
+      {"command", command, MouseButton::Left, Page, kMainFrame, Opens::Behind},
+      {"middle", none, MouseButton::Middle, Page, kMainFrame, Opens::Behind},
+      {"shift middle", shift, MouseButton::Middle, Page, kMainFrame, Opens::InFront},
+      {"command in a subframe", command, MouseButton::Left, Page, kSubframe, Opens::Behind},
+      {"shift: a peek, which is a tab", shift, MouseButton::Left, Page, kMainFrame, Opens::InFront},
+      {"shift in the peek", shift, MouseButton::Left, Peek, kMainFrame, Opens::Nothing},
+      {"private command", command, MouseButton::Left, PrivatePage, kMainFrame, Opens::Nothing},
+      {"private shift", shift, MouseButton::Left, PrivatePage, kMainFrame, Opens::Nothing},
+      {"private middle", none, MouseButton::Middle, PrivatePage, kMainFrame, Opens::Nothing},
   };
   for (const auto& test : cases) {
     tab = world.open("https://a.org/");
     world.scheduler.settle();
     view = world.viewOnScreen(tab);
-    if (test.isPrivate) usePrivateTab();
-    world.store->peek = test.inPeek ? tab : nullptr;
+    if (test.place == PrivatePage) usePrivateTab();
+    world.store->peek = test.place == Peek ? tab : nullptr;
     const TabRef selected = world.space().selectedTab();
     const size_t before = world.space().today.peek().size();
-    NavigationAction click = action("https://b.org/");
+    const bool opens = test.opens != Opens::Nothing;
+    NavigationAction click = action(opens ? "https://b.org/?utm_source=x" : "https://b.org/");
     click.targetFrame = test.frame;
-    click.modifierFlags = test.click.modifiers;
-    click.buttonNumber = test.click.button;
-    EXPECT_EQ(view->navigate(click), test.policy) << test.name;
-    EXPECT_EQ(world.space().today.peek().size() - before, test.opened) << test.name;
-    EXPECT_EQ(world.space().selectedTab() != selected, test.isSelected) << test.name;
+    click.modifierFlags = test.modifiers;
+    click.buttonNumber = test.button;
+    EXPECT_EQ(view->navigate(click), opens ? Cancel : Allow) << test.name;
+    const auto tabs = urls(world.space().today);
+    EXPECT_EQ(tabs.size() - before, opens ? 1u : 0u) << test.name;
+    EXPECT_EQ(std::ranges::count(tabs, "https://b.org/") > 0, opens) << test.name;
+    EXPECT_EQ(world.space().selectedTab() != selected, test.opens == Opens::InFront) << test.name;
+    world.store->clearToday(world.store->activeSpace());
     world.store->peek = nullptr;
   }
 }
