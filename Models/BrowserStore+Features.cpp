@@ -8,9 +8,8 @@ void BrowserStore::showUtilityWindow(UtilityWindow which) {
   switch (which) {
     case UtilityWindow::About:
     case UtilityWindow::Settings:
-      return;
     case UtilityWindow::History:
-      return showToast("History isn’t available yet");
+      return;
     case UtilityWindow::BugReport:
       return showToast("Reporting a bug isn’t available yet");
   }

@@ -60,6 +60,7 @@ Task<> HistoryList::read(UUID profile, std::string text) {
   if (hasEnded) co_return;
   shownProfile_ = profile;
   sections = historySections(std::move(entries), now);
+  hasAnswer = true;
 }
 
 void HistoryList::open(const HistoryStore::Entry& entry) {

@@ -28,6 +28,8 @@ class HistoryList {
 
   Observable<std::string> query;
   Observable<std::vector<HistorySection>> sections;
+  // Whether an answer has come: before the first one nothing is known.
+  Observable<bool> hasAnswer = false;
 
   // Asks for the entries of the present query, which come on a later turn; those of an earlier
   // question never do. To be called when the query or the profile has changed.

@@ -6,16 +6,37 @@
 namespace orvel {
 
 ImageRef FaviconStore::cachedImage(std::string_view host) {
+  if (const auto known = knownImage(host)) return *known;
+  ImageRef image = read(files_, file(host));
+  remember(std::string(host), image);
+  return image;
+}
+
+std::optional<ImageRef> FaviconStore::knownImage(std::string_view host) const {
   const std::string key(host);
   if (const auto known = memory_.find(key); known != memory_.end()) return known->second;
-  if (misses_.contains(key)) return nullptr;
-  const auto bytes = files_.read(file(host), kLargestFile);
-  ImageRef image = bytes ? Image::decode(*bytes, kLargestSide) : nullptr;
+  return misses_.contains(key) ? std::optional<ImageRef>(nullptr) : std::nullopt;
+}
+
+Task<ImageRef> FaviconStore::image(Scheduler& scheduler, std::string host) {
+  if (auto known = knownImage(host)) co_return std::move(*known);
+  auto reading =
+      background(scheduler, [&files = files_, path = file(host)] { return read(files, path); });
+  ImageRef image = co_await std::move(reading);
+  remember(host, image);
+  co_return image;
+}
+
+ImageRef FaviconStore::read(FileSystem& files, const std::filesystem::path& file) {
+  const auto bytes = files.read(file, kLargestFile);
+  return bytes ? Image::decode(*bytes, kLargestSide) : nullptr;
+}
+
+void FaviconStore::remember(const std::string& host, const ImageRef& image) {
   if (image)
-    memory_.emplace(key, image);
+    memory_.emplace(host, image);
   else
-    misses_.insert(key);
-  return image;
+    misses_.insert(host);
 }
 
 std::filesystem::path FaviconStore::file(std::string_view host) const {

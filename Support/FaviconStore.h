@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -8,6 +9,7 @@
 
 #include "Base/FileSystem.h"
 #include "Base/Image.h"
+#include "Base/Scheduler.h"
 
 namespace orvel {
 
@@ -24,12 +26,20 @@ class FaviconStore {
   // The icon that is known for the host; null without one. The first question about a host may read
   // its file, later ones ask no disk.
   ImageRef cachedImage(std::string_view host);
+  // The same without asking the disk: null for a host known to have none, absent for one that
+  // nothing is known of.
+  std::optional<ImageRef> knownImage(std::string_view host) const;
+  // The same as `cachedImage`, with the file read on a worker. The store outlives the task.
+  Task<ImageRef> image(Scheduler& scheduler, std::string host);
 
   // Where the host's icon lies: named by the host's letters, numbers, "." and "-", without an
   // extension.
   std::filesystem::path file(std::string_view host) const;
 
  private:
+  static ImageRef read(FileSystem& files, const std::filesystem::path& file);
+  void remember(const std::string& host, const ImageRef& image);
+
   FileSystem& files_;
   const std::filesystem::path directory_;
   std::unordered_map<std::string, ImageRef> memory_;

@@ -12,6 +12,9 @@ namespace {
 constexpr double kFrame = 8;
 constexpr double kPeekStrip = 8;
 constexpr double kFloatingInset = 4;
+constexpr double kFindInset = 14;
+constexpr double kNarrowestFind = 240;
+constexpr double kWidestFind = 348;
 constexpr double kToastBottom = 28;
 constexpr double kNarrowestToast = 240;
 constexpr double kWidestToast = 480;
@@ -28,6 +31,7 @@ BrowserView::BrowserView(BrowserStore& store)
       sidebar_(store, scheme_),
       handle_(store),
       handleTheme_(handle_.Gtk::Widget::gobj()),
+      findBar_(store),
       commandBar_(store),
       toast_(store),
       sheet_(store),
@@ -37,9 +41,9 @@ BrowserView::BrowserView(BrowserStore& store)
   content_.append(page_);
   page_.set_hexpand(true);
   page_.set_vexpand(true);
-  const std::initializer_list<Gtk::Widget*> layers = {&backdrop_,   &content_, &upperStrip_,
-                                                      &sidebar_,    &handle_,  &edge_,
-                                                      &commandBar_, &toast_,   &sheet_};
+  const std::initializer_list<Gtk::Widget*> layers = {
+      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_,
+      &edge_,     &findBar_, &commandBar_, &toast_,   &sheet_};
   for (auto* layer : layers) layer->set_parent(*this);
   watchPeeking(edge_);
   watchPeeking(sidebar_);
@@ -101,6 +105,7 @@ void BrowserView::followTheme() {
   const auto palette = paletteOf(theme, scheme);
   contentTheme_.set(theme, scheme);
   handleTheme_.set(theme, scheme);
+  findBar_.theme().set(theme, scheme);
   commandBar_.theme().set(theme, scheme);
   toast_.theme().set(theme, scheme);
   sidebar_.setTheme(theme, scheme);
@@ -196,7 +201,8 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
 
   place(backdrop_, {0, 0, w, h});
   const double left = std::max(dockedWidth, kFrame * (1 - (isNarrow ? 0 : docked_.value())));
-  place(content_, {left, kFrame, w - left - kFrame, h - 2 * kFrame});
+  const Area page = {left, kFrame, w - left - kFrame, h - 2 * kFrame};
+  place(content_, page);
   place(upperStrip_, {left, 0, w - left, kFrame});
 
   sidebar_.set_child_visible(where != Placement::Hidden);
@@ -219,19 +225,28 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
 
   place(commandBar_, {0, 0, w, h});
   place(sheet_, {0, 0, w, h});
+  placeFindBar(page);
+  placeToast(page);
+}
 
+void BrowserView::placeFindBar(const Area& page) {
+  const double width = std::clamp(page.width - 2 * kFindInset, kNarrowestFind, kWidestFind);
+  place(findBar_, {page.x + page.width - kFindInset - width, page.y + kFindInset - findBar_.rise(),
+                   width, 0});
+}
+
+void BrowserView::placeToast(const Area& page) {
   int natural = 0;
   gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &natural,
                      nullptr, nullptr);
-  const double room = w - left - 2 * kFrame;
-  const double toastWidth =
-      std::min(std::clamp<double>(natural, kNarrowestToast, kWidestToast), room);
-  int toastHeight = 0;
-  gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &toastHeight,
-                     nullptr, nullptr, nullptr);
-  place(toast_, {left + (w - left - kFrame - toastWidth) / 2,
-                 h - kToastBottom - toastHeight + toast_.drop(), toastWidth,
-                 static_cast<double>(toastHeight)});
+  const double width =
+      std::min(std::clamp<double>(natural, kNarrowestToast, kWidestToast), page.width - kFrame);
+  int height = 0;
+  gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &height, nullptr,
+                     nullptr, nullptr);
+  place(toast_,
+        {page.x + (page.width - width) / 2, get_height() - kToastBottom - height + toast_.drop(),
+         width, static_cast<double>(height)});
 }
 
 }  // namespace orvel

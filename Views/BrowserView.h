@@ -3,6 +3,7 @@
 #include <gtkmm/windowhandle.h>
 
 #include "Views/CommandBarView.h"
+#include "Views/FindBar.h"
 #include "Views/PageView.h"
 #include "Views/SidebarResizeHandle.h"
 #include "Views/SidebarView.h"
@@ -22,6 +23,7 @@ class BrowserView final : public Gtk::Widget {
   SidebarView& sidebar() { return sidebar_; }
   PageView& page() { return page_; }
   CommandBarView& commandBar() { return commandBar_; }
+  FindBar& findBar() { return findBar_; }
   SpaceSheet& sheet() { return sheet_; }
   // The scheme in force, followed.
   const Observable<ColorScheme>& scheme() const { return scheme_; }
@@ -42,6 +44,9 @@ class BrowserView final : public Gtk::Widget {
   enum class Placement { Docked, Floating, Hidden };
   Placement placement(int width) const;
   void place(Gtk::Widget& widget, const Area& area);
+  // Over the page that fills `page`.
+  void placeFindBar(const Area& page);
+  void placeToast(const Area& page);
   void followSidebar(const Wake& wake);
   void followTheme();
   void followBackdrop(const Wake& wake);
@@ -62,6 +67,7 @@ class BrowserView final : public Gtk::Widget {
   SidebarResizeHandle handle_;
   ThemeRoot handleTheme_;
   Gtk::Box edge_;
+  FindBar findBar_;
   CommandBarView commandBar_;
   ToastView toast_;
   SpaceSheet sheet_;

@@ -4,6 +4,9 @@
 #include <gtkmm/eventcontrollerlegacy.h>
 #include <gtkmm/window.h>
 
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
 #include <limits>
 
 #include "BrowserCore/Characters.h"
@@ -19,6 +22,20 @@ size_t length(const std::string& text) {
   return text::characterCount(text, std::numeric_limits<size_t>::max());
 }
 
+// That of the first letter that has one.
+std::optional<Gtk::TextDirection> directionOf(const std::string& text) {
+  const auto length = static_cast<int32_t>(text.size());
+  for (int32_t at = 0; at < length;) {
+    UChar32 character = 0;
+    U8_NEXT(text.data(), at, length, character);
+    const auto direction = character < 0 ? U_OTHER_NEUTRAL : u_charDirection(character);
+    if (direction == U_LEFT_TO_RIGHT) return Gtk::TextDirection::LTR;
+    if (direction == U_RIGHT_TO_LEFT || direction == U_RIGHT_TO_LEFT_ARABIC)
+      return Gtk::TextDirection::RTL;
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 KeyTextField::KeyTextField(Actions actions) : actions_(std::move(actions)) {
@@ -26,6 +43,7 @@ KeyTextField::KeyTextField(Actions actions) : actions_(std::move(actions)) {
   entry_.set_hexpand(true);
   entry_.set_enable_undo(true);
   append(entry_);
+  entry_.property_has_focus().signal_changed().connect([this] { align(); });
   entry_.signal_changed().connect(sigc::mem_fun(*this, &KeyTextField::changed));
   g_signal_connect(entry_.gobj(), "activate", G_CALLBACK(+[](GtkText*, gpointer self) {
                      auto* field = static_cast<KeyTextField*>(self);
@@ -84,7 +102,20 @@ void KeyTextField::takeFocus() {
   entry_.select_region(-1, 0);
 }
 
+// The toolkit begins a text at the side where its own direction does, and one without letters where
+// the keyboard's does.
+void KeyTextField::align() {
+  auto direction = directionOf(entry_.get_text());
+  auto* keyboard = gdk_seat_get_keyboard(gdk_display_get_default_seat(get_display()->gobj()));
+  if (!direction && entry_.has_focus() && keyboard)
+    direction = gdk_device_get_direction(keyboard) == PANGO_DIRECTION_RTL ? Gtk::TextDirection::RTL
+                                                                          : Gtk::TextDirection::LTR;
+  const bool isOther = direction && *direction != get_direction();
+  gtk_editable_set_alignment(GTK_EDITABLE(entry_.gobj()), isOther ? 1 : 0);
+}
+
 void KeyTextField::changed() {
+  align();
   if (isCompleting_) return;
   tail_.reset();
   hasChanged_ = true;

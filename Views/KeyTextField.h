@@ -40,6 +40,8 @@ class KeyTextField final : public Gtk::Box {
 
  private:
   void changed();
+  // A text of the other direction keeps the field's alignment.
+  void align();
   void selectionChanged();
   void settleSoon();
   // Does now what a change of text or selection is waiting for.

@@ -1,7 +1,9 @@
 #include "Views/MainWindow.h"
 
+#include "DesignSystem/ShownText.h"
 #include "Views/Accelerators.h"
 #include "Views/BrowserView.h"
+#include "Views/HistoryContent.h"
 #include "Views/MainMenuView.h"
 #include "Views/SettingsContent.h"
 #include "Views/UtilityWindows.h"
@@ -25,7 +27,6 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       view_(std::make_unique<BrowserView>(store)),
       utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())),
       scroll_(std::make_unique<GtkScrollSource>(GTK_WIDGET(window_), *store.scrollMonitor)) {
-  gtk_window_set_title(window_, "Orvel");
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
   gtk_window_set_hide_on_close(window_, TRUE);
@@ -38,13 +39,21 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
                       [this](ActionID action) { return perform(action); });
   utilityWindows_->fill(UtilityWindow::Settings,
                         [&store] { return std::make_unique<SettingsContent>(store); });
+  utilityWindows_->fill(UtilityWindow::History,
+                        [&store] { return std::make_unique<HistoryContent>(store); });
   store_.openUtilityWindow = [this](UtilityWindow which) { return utilityWindows_->show(which); };
   store_.window = &desktopWindow_;
   store_.updateWindowChrome(BrowserStore::ChromeMotion::AtOnce);
   store_.updateWindowAppearance();
+  title_ = effect([this] {
+    const auto tab = store_.activeSpace()->selectedTab();
+    const auto title = tab ? shownText(tab->displayTitle()) : std::string("Orvel");
+    gtk_window_set_title(window_, title.c_str());
+  });
 }
 
 MainWindow::~MainWindow() {
+  title_.stop();
   // A menu that is still open takes the keyboard along.
   gtk_window_set_focus(window_, nullptr);
   store_.openUtilityWindow = nullptr;
@@ -61,8 +70,7 @@ SettingsContent& MainWindow::settings() {
   return static_cast<SettingsContent&>(*utilityWindows_->content(UtilityWindow::Settings));
 }
 
-void MainWindow::present() {
-  gtk_window_present(window_); }
+void MainWindow::present() { gtk_window_present(window_); }
 
 std::optional<bool> MainWindow::perform(ActionID action) {
   // A sheet keeps the keys for itself.
@@ -71,6 +79,8 @@ std::optional<bool> MainWindow::perform(ActionID action) {
     toggleMainMenu();
   else if (action == ActionID::SwitchRegion)
     view_->switchRegion();
+  else if (action == ActionID::Find && store_.find.peek())
+    view_->findBar().field().takeFocus();
   else
     return std::nullopt;
   return true;

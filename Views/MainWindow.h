@@ -41,6 +41,7 @@ class MainWindow {
   std::unique_ptr<BrowserView> view_;
   std::unique_ptr<UtilityWindows> utilityWindows_;
   std::unique_ptr<GtkScrollSource> scroll_;
+  Effect title_;
 };
 
 }  // namespace orvel

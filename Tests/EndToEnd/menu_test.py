@@ -33,7 +33,6 @@ class MenuTest(EndToEndTest):
 
     def test_every_kind_of_key(self):
         for key, said in (
-            ("ctrl+h", "History isn’t available yet"),
             ("alt+shift+equal", "Split view isn’t available yet"),
             ("ctrl+shift+r", "The reader isn’t available yet"),
             ("ctrl+shift+2", "Capture copied"),
@@ -47,13 +46,14 @@ class MenuTest(EndToEndTest):
                 self.keys(key)
                 self.find(said)
 
-    def test_the_settings_close_alone(self):
-        for key in ("ctrl+w", "Escape"):
-            self.keys("ctrl+comma")
-            self.find("Default browser")
-            self.keys(key)
-            eventually(lambda: not self.accessible("Default browser"), f"closed by {key}")
-            self.find("One", "list item")
+    def test_the_small_windows_close_alone(self):
+        for opening, content in (("ctrl+comma", "Default browser"), ("ctrl+h", "Clear History…")):
+            for key in ("ctrl+w", "Escape"):
+                self.keys(opening)
+                self.find(content)
+                self.keys(key)
+                eventually(lambda: not self.accessible(content), f"closed by {key}")
+                self.find("One", "list item")
 
     def test_the_menu_by_keys(self):
         self.choose("View", 4)

@@ -343,7 +343,6 @@ TEST_F(MenuTest, NothingThatCanBeChosenIsSilent) {
       {"View", "Split with Recent Tab", "Split view isn’t available yet"},
       {"View", "Hide Distracting Items…", "Hiding items isn’t available yet"},
       {"Orvel", "Check for Updates…", "Checking for updates isn’t available yet"},
-      {"History", "Show All History", "History isn’t available yet"},
       {"Help", "Report a Bug…", "Reporting a bug isn’t available yet"},
   };
   for (const auto& one : cases) {

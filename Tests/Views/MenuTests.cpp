@@ -159,7 +159,7 @@ struct PlainContent final : UtilityContent {
 };
 
 TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
-  EXPECT_FALSE(store().openUtilityWindow(UtilityWindow::History)) << "nothing fills it";
+  EXPECT_FALSE(store().openUtilityWindow(UtilityWindow::BugReport)) << "nothing fills it";
   auto& windows = window->utilityWindows();
   int showings = 0;
   int made = 0;

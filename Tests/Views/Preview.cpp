@@ -2,7 +2,8 @@
 //
 //   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
 //                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|swipe|towel|
-//                tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE]
+//                tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
+//                find=TEXT|history|history=TEXT|no-history]
 //                [theme=NAME] [many] [shoot=FILE]
 
 #include <adwaita.h>
@@ -14,6 +15,7 @@
 #include "Tests/Views/SampleStore.h"
 #include "Tests/Views/ViewTest.h"
 #include "Views/BrowserView.h"
+#include "Views/HistoryContent.h"
 #include "Views/MainWindow.h"
 #include "Views/SettingsContent.h"
 #include "Views/SidebarMenus.h"
@@ -30,6 +32,7 @@ struct Preview {
   std::unique_ptr<MainWindow> window;
   std::string picture;
   std::string typed;
+  std::string sought;  // what the find bar or the history window is asked for
   int down = 0;
   GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
 
@@ -49,6 +52,13 @@ struct Preview {
     if (state == "bar-current") store.showCommandBar(CommandBarMode::CurrentTab);
     if (state.starts_with("bar=")) typed = state.substr(4);
     if (state.starts_with("down=")) down = std::stoi(state.substr(5));
+    if (state.starts_with("find=")) {
+      sample.world.view(sample.reading)->pageText = "slack";
+      store.showFindBar();
+      sought = state.substr(5);
+    }
+    if (state == "no-history") store.history->removeAll(std::nullopt);
+    if (state.starts_with("history=")) sought = state.substr(8);
     if (state == "paused") store.contentBlocker.togglePause(*sample.reading->url.peek());
     if (state == "space") {
       store.beginNewSpace();
@@ -89,6 +99,14 @@ struct Preview {
     if (!typed.empty())
       g_signal_emit_by_name(bar.field().entry().gobj(), "insert-at-cursor", typed.c_str());
     Glib::signal_timeout().connect_once([this, &bar] { bar.bar()->move(down); }, 600);
+  }
+
+  void typeLater(KeyTextField& field) {
+    Glib::signal_timeout().connect_once(
+        [this, &field] {
+          g_signal_emit_by_name(field.entry().gobj(), "insert-at-cursor", sought.c_str());
+        },
+        600);
   }
 
   // The fingers lie still after two fifths of the way to the next space.
@@ -137,9 +155,38 @@ struct Preview {
     window->settings().show(page == "privacy" ? SettingsContent::Page::Privacy
                             : page == "links" ? SettingsContent::Page::Links
                                               : SettingsContent::Page::General);
-    auto* native = window->utilityWindows().native(UtilityWindow::Settings);
+    showUtility(UtilityWindow::Settings);
+  }
+
+  void visitMuch() {
+    auto& store = sample.store();
+    const struct {
+      const char* url;
+      const char* title;
+      Duration ago;
+    } visits[] = {
+        {"https://tidewater-almanac.example/guide", "Reading the water: a field guide", 3min},
+        {"https://harbour-post.example/", "The Harbour Post", 21min},
+        {"https://norrland-line.example/fares", "Sailings and fares, Norrland Line", 64min},
+        {"https://slowtable.example/rye", "", 3h},
+        {"https://encyclia.example/wiki/Celestial_navigation",
+         "Celestial navigation: history, instruments, and the working of a sight from the deck of "
+         "a small boat",
+         25h},
+        {"https://way.example/", "Skerry Point to Old Quay", 26h},
+        {"https://forge.example/compass-rose/214", "compass-rose: pull request 214", 27h},
+        {"https://madd.example/", "قراءة الماء: دليل ميداني لتيارات المد والجزر", 50h},
+        {"https://a.very.long.name.of.a.site.that.goes.on.and.on.example/", "Tides", 51h},
+        {"https://kelp.example/", "Kelp & Co. Seaweed broth", 52h}};
+    for (const auto& [url, title, ago] : visits)
+      store.history->recordVisit(store.activeSpace()->profile->id, *URL::parse(url), title,
+                                 store.services().scheduler.now() - ago);
+  }
+
+  void showUtility(UtilityWindow which) {
+    auto* native = window->utilityWindows().native(which);
     gtk_widget_remove_css_class(GTK_WIDGET(native), "solid-csd");
-    store.showUtilityWindow(UtilityWindow::Settings);
+    sample.store().showUtilityWindow(which);
   }
 
   void openViewMenu() {
@@ -178,7 +225,15 @@ struct Preview {
         Glib::signal_timeout().connect_once([this] { openViewMenu(); }, 1000);
       }
     for (const auto& state : states)
-      if (state.starts_with("settings=")) showSettings(state.substr(9));
+      if (state.starts_with("settings=")) {
+        showSettings(state.substr(9));
+      } else if (state.find("history") != std::string::npos) {
+        if (state != "no-history") visitMuch();
+        showUtility(UtilityWindow::History);
+        auto* content = window->utilityWindows().content(UtilityWindow::History);
+        typeLater(static_cast<HistoryContent*>(content)->field());
+      }
+    if (sample.store().find.peek()) typeLater(window->view().findBar().field());
     if (sample.store().commandBar.peek())
       Glib::signal_timeout().connect_once([this] { typeIntoBar(); }, 600);
     Glib::signal_timeout().connect_once(

@@ -84,9 +84,11 @@ TEST_F(WindowTest, AFolderIsRenamedInPlace) {
 
 TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {
   EXPECT_TRUE(window->view().page().showsPage());
+  EXPECT_EQ(gtk_window_get_title(window->native()), sample.reading->displayTitle());
   store().activeSpace()->selectedTabID = std::nullopt;
   settle();
   EXPECT_FALSE(window->view().page().showsPage());
+  EXPECT_STREQ(gtk_window_get_title(window->native()), "Orvel");
   EXPECT_TRUE(reads(GTK_WIDGET(window->native()), "Search or enter address"));
 }
 

@@ -1,0 +1,126 @@
+#include <gmock/gmock.h>
+
+#include "Tests/Views/ShownWindow.h"
+#include "Views/HistoryContent.h"
+
+namespace orvel {
+namespace {
+
+using namespace test;
+using testing::ElementsAre;
+
+struct HistoryTest : ShownWindow {
+  void SetUp() override {
+    ShownWindow::SetUp();
+    store().history->removeAll(std::nullopt);
+    settle();
+  }
+  void visit(const std::string& host, const std::string& title, Duration ago = {}) {
+    store().history->recordVisit(store().activeSpace()->profile->id,
+                                 address("https://" + host + "/"), title,
+                                 sample.world.scheduler.now() - ago);
+  }
+  void show() {
+    store().showUtilityWindow(UtilityWindow::History);
+    settle();
+  }
+  HistoryContent& content() {
+    return static_cast<HistoryContent&>(*window->utilityWindows().content(UtilityWindow::History));
+  }
+  GtkWindow* native() { return window->utilityWindows().native(UtilityWindow::History); }
+  GtkWidget* list() { return GTK_WIDGET(content().list().gobj()); }
+  void type(const char* text) {
+    g_signal_emit_by_name(content().field().entry().gobj(), "insert-at-cursor", text);
+    runFrames(1);
+    settle();
+  }
+  // What the window shows: labels on screen, from the top.
+  std::vector<std::string> texts(GtkWidget* root) {
+    std::vector<std::string> texts;
+    forEachWidget(root, [&](GtkWidget* one) {
+      if (GTK_IS_LABEL(one) && gtk_widget_get_mapped(one) &&
+          !gtk_widget_has_css_class(one, "time") && !gtk_widget_has_css_class(one, "letter-tile"))
+        texts.emplace_back(gtk_label_get_text(GTK_LABEL(one)));
+    });
+    return texts;
+  }
+  bool isShown(const char* text) {
+    return testing::Value(texts(GTK_WIDGET(native())), testing::Contains(text));
+  }
+};
+
+TEST_F(HistoryTest, ListsVisitsByDayAndSearchesThem) {
+  visit("tide.test", "Tide tables", 1h);
+  visit("reef.test", "", 2h);
+  visit("harbour.test", "Harbour", 24h);
+  show();
+  EXPECT_THAT(texts(list()), ElementsAre("Today", "Tide tables", "tide.test", "reef.test",
+                                         "reef.test", "Yesterday", "Harbour", "harbour.test"));
+  EXPECT_EQ(gtk_window_get_focus(native()), GTK_WIDGET(content().field().entry().gobj()));
+  type("harb");
+  EXPECT_THAT(texts(list()), ElementsAre("Yesterday", "Harbour", "harbour.test"));
+  type("our lights");
+  EXPECT_TRUE(isShown("No Results"));
+  EXPECT_TRUE(pressKey(content().field().Gtk::Widget::gobj(), GDK_KEY_Escape));
+  settle();
+  EXPECT_TRUE(isShown("Tide tables")) << "Escape takes the search back first";
+  store().history->removeAll(std::nullopt);
+  store().historyRevision = store().historyRevision.peek() + 1;
+  settle();
+  EXPECT_TRUE(isShown("No History Yet"));
+  EXPECT_FALSE(isShown("Tide tables"));
+  EXPECT_TRUE(pressKey(content().field().Gtk::Widget::gobj(), GDK_KEY_Escape));
+  settle();
+  EXPECT_FALSE(gtk_widget_get_visible(GTK_WIDGET(native())));
+}
+
+TEST_F(HistoryTest, OpensAndDeletesByKeyboard) {
+  for (int i = 0; i < 4; ++i) visit("page" + std::to_string(i) + ".test", "", i * 1min);
+  show();
+  EXPECT_TRUE(pressKey(content().field().Gtk::Widget::gobj(), GDK_KEY_Down));
+  EXPECT_TRUE(pressKey(list(), GDK_KEY_Delete));
+  settle();
+  EXPECT_EQ(content().items()->get_n_items(), 3u);
+  EXPECT_TRUE(isShown("Today")) << "the day's title goes to the next";
+  EXPECT_TRUE(pressKey(list(), GDK_KEY_Delete)) << "the keyboard stays in the list";
+  settle();
+  EXPECT_THAT(texts(list()),
+              ElementsAre("Today", "page2.test", "page2.test", "page3.test", "page3.test"));
+
+  g_signal_emit_by_name(list(), "activate", 1);
+  settle();
+  EXPECT_EQ(store().activeSpace()->selectedTab()->url.peek()->text(), "https://page3.test/");
+  EXPECT_TRUE(pressKey(list(), GDK_KEY_Up));
+  EXPECT_TRUE(gtk_widget_is_ancestor(gtk_window_get_focus(native()),
+                                     content().field().Gtk::Widget::gobj()));
+}
+
+TEST_F(HistoryTest, ManyVisitsTakeFewWidgets) {
+  for (int i = 0; i < 600; ++i) visit("page" + std::to_string(i) + ".test", "A page", i * 1min);
+  show();
+  EXPECT_EQ(content().items()->get_n_items(), 500u);
+  int rows = 0;
+  forEachWidget(list(), [&](GtkWidget* one) {
+    rows += gtk_widget_has_css_class(one, "history-entry") ? 1 : 0;
+  });
+  EXPECT_GT(rows, 10);
+  EXPECT_LT(rows, 250);
+}
+
+TEST_F(HistoryTest, IconsComeWithoutWaitingForTheDisk) {
+  visit("tide.test", "Tide tables");
+  const std::string png = Image::make(1, 1, {9, 8, 7, 255})->encodedPNG();
+  sample.world.disk->put(sample.world.favicons.file("tide.test"), png);
+  EXPECT_EQ(sample.world.favicons.knownImage("tide.test"), std::nullopt);
+  show();
+  ASSERT_NE(sample.world.favicons.knownImage("tide.test").value_or(nullptr), nullptr);
+  bool hasIcon = false;
+  forEachWidget(list(), [&](GtkWidget* one) {
+    hasIcon |= GTK_IS_IMAGE(one) && gtk_widget_get_mapped(one) &&
+               gtk_image_get_storage_type(GTK_IMAGE(one)) == GTK_IMAGE_PAINTABLE;
+  });
+  EXPECT_TRUE(hasIcon);
+}
+
+}  // namespace
+}  // namespace orvel

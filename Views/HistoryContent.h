@@ -1,0 +1,63 @@
+#pragma once
+
+#include <giomm/liststore.h>
+#include <gtkmm/button.h>
+#include <gtkmm/listview.h>
+#include <gtkmm/scrolledwindow.h>
+#include <gtkmm/singleselection.h>
+#include <gtkmm/stack.h>
+
+#include "Views/HistoryRow.h"
+#include "Views/KeyTextField.h"
+#include "Views/Menu.h"
+#include "Views/UtilityWindows.h"
+
+namespace orvel {
+
+// What was visited in the active space's profile: by day, searched as one types, opened and
+// forgotten.
+class HistoryContent final : public UtilityContent {
+ public:
+  // The store outlives it.
+  explicit HistoryContent(BrowserStore& store);
+
+  Gtk::Widget& body() override { return box_; }
+  void willShow() override;
+
+  KeyTextField& field() { return field_; }
+  Gtk::ListView& list() { return listView_; }
+  const Glib::RefPtr<Gio::ListStore<HistoryItem>>& items() const { return items_; }
+
+ private:
+  KeyTextField::Actions fieldActions();
+  void cancel();
+  void buildHeader();
+  void buildList();
+  void buildNothing();
+  void reloadIfShown();
+  void showItems();
+  void showPage();
+  bool keyPressed(guint key);
+  void focusList();
+  // The row that has the keyboard; null when none has.
+  HistoryRow* focusedRow();
+  std::vector<MenuEntry> menu(const HistoryRow& row);
+
+  BrowserStore& store_;
+  HistoryList history_;
+  Gtk::Box box_;
+  Gtk::Box header_;
+  KeyTextField field_;
+  Gtk::Button clear_;
+  Gtk::Stack pages_;
+  Gtk::ScrolledWindow scroller_;
+  Gtk::ListView listView_;
+  Glib::RefPtr<Gio::ListStore<HistoryItem>> items_;
+  Gtk::Box nothing_;
+  Gtk::Label nothingText_;
+  Effect reload_;
+  Effect itemsEffect_;
+  Effect pageEffect_;
+};
+
+}  // namespace orvel
