@@ -113,6 +113,12 @@ bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNew
   action.buttonNumber = buttonOf(native);
   action.hasUserGesture = webkit_navigation_action_is_user_gesture(native);
 
+  if (action.request && !isNewWindow &&
+      std::exchange(stoppedAddress_, std::nullopt) == action.request->url.text()) {
+    webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(raw));
+    return true;
+  }
+
   NavigationClassifier::Question question;
   question.address = action.request ? action.request->url.text() : std::string();
   const char* viewAddress = webkit_web_view_get_uri(view_.get());
@@ -222,6 +228,8 @@ bool WebKitWebView::fallBackToHTTP(const LoadError& error) {
   if (plain.substr(plain.find(':')) != failed.substr(failed.find(':'))) return false;
   const PlainRequest request = *std::exchange(plainRequest_, std::nullopt);
   waitingLoad_ = request.url;
+  // The engine has just told that nothing loads.
+  notify(WebViewProperty::IsLoading);
   engine_.httpsFirst().addException(request.url, [weak = weak_from_this(), request] {
     const auto self = weak.lock();
     if (!self || self->waitingLoad_ != request.url) return;

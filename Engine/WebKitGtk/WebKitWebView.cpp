@@ -147,6 +147,7 @@ void WebKitWebView::connectLoading() {
   connect(
       "load-changed", +[](::WebKitWebView*, WebKitLoadEvent event, gpointer data) {
         const auto self = static_cast<Self*>(data)->shared_from_this();
+        self->stoppedAddress_.reset();
         if (event == WEBKIT_LOAD_STARTED) self->hasCommitted_ = false;
         if (event == WEBKIT_LOAD_COMMITTED) {
           self->hasCommitted_ = true;
@@ -196,6 +197,7 @@ FrameInfo WebKitWebView::mainFrame() const {
 // Loading
 
 void WebKitWebView::load(const URLRequest& request) {
+  stoppedAddress_.reset();
   waitingLoad_ = request.url;
   engine_.httpsFirst().whenReady([weak = weak_from_this(), request] {
     const auto self = weak.lock();
@@ -221,6 +223,7 @@ void WebKitWebView::loadHTMLString(const std::string& html, const std::optional<
 }
 
 void WebKitWebView::reload(ReloadSource source) {
+  stoppedAddress_.reset();
   if (source == ReloadSource::Origin)
     webkit_web_view_reload_bypass_cache(view_.get());
   else
@@ -228,8 +231,17 @@ void WebKitWebView::reload(ReloadSource source) {
 }
 
 void WebKitWebView::stopLoading() {
+  // The failure of an upgrade may be on its way already: it starts nothing any more.
+  plainRequest_.reset();
   waitingLoad_.reset();
+  restoredAddress_.reset();
   webkit_web_view_stop_loading(view_.get());
+  // A load whose decision is still to be asked for is forgotten by its page's process, and the
+  // engine would show it as loading for ever.
+  if (webkit_web_view_is_loading(view_.get()))
+    if (const char* address = webkit_web_view_get_uri(view_.get())) stoppedAddress_ = address;
+  notify(WebViewProperty::URL);
+  notify(WebViewProperty::IsLoading);
 }
 
 void WebKitWebView::goBack() { webkit_web_view_go_back(view_.get()); }
@@ -258,14 +270,15 @@ void WebKitWebView::setInteractionState(const std::string& text) {
   auto* list = webkit_web_view_get_back_forward_list(view_.get());
   auto* current = webkit_back_forward_list_get_current_item(list);
   if (!current) return;
-  engine_.httpsFirst().whenReady(
-      [weak = weak_from_this(), item = GRef<WebKitBackForwardListItem>::retain(current)] {
-        // The list alone is back; this loads its page and scrolls it.
-        const auto self = weak.lock();
-        if (!self) return;
-        self->restoredAddress_ = webkit_back_forward_list_item_get_uri(item.get());
-        webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item.get());
-      });
+  const auto item = GRef<WebKitBackForwardListItem>::retain(current);
+  restoredAddress_ = webkit_back_forward_list_item_get_uri(current);
+  engine_.httpsFirst().whenReady([weak = weak_from_this(), item] {
+    // The list alone is back; this loads its page and scrolls it, unless that was stopped.
+    const auto self = weak.lock();
+    if (!self || self->restoredAddress_ != webkit_back_forward_list_item_get_uri(item.get()))
+      return;
+    webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item.get());
+  });
 }
 
 // Mirrors
@@ -288,6 +301,7 @@ std::optional<URL> WebKitWebView::url() const {
 }
 
 bool WebKitWebView::isLoading() const {
+  if (stoppedAddress_) return false;
   return waitingLoad_ || webkit_web_view_is_loading(view_.get());
 }
 

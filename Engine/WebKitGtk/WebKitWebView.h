@@ -131,6 +131,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   NavigationClassifier classifier_;
   // A load that waits for the https-first rule.
   std::optional<URL> waitingLoad_;
+  // A load that was stopped and has not ended yet; one that is decided on only now is refused.
+  std::optional<std::string> stoppedAddress_;
   // What a restored history is loading: the engine reports it as a load like any other.
   std::optional<std::string> restoredAddress_;
   // The http address that was asked for last in the main frame: it may be upgraded.

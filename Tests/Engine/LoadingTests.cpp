@@ -223,6 +223,44 @@ TEST_F(HTTPSFirstTest, AnAddressAskedForOverHTTPSNeverFallsBack) {
   EXPECT_EQ(server.requestCount("http://old.test/"), 0);
 }
 
+// However far it got: asked over https, refused there, waiting for its exception, asked again.
+TEST_F(HTTPSFirstTest, AStoppedLoadStaysStopped) {
+  server.serve("http://localhost/", "<title>Local</title>");
+  for (const int turns : {0, 2, 8, 16, 24, 32, 40, 48}) {
+    const std::string host = "slow" + std::to_string(turns) + ".test";
+    server.serve("http://" + host + "/", {.body = "<title>Slow</title>", .delay = 30});
+    server.refuse(host, 443);
+    const auto view = makeUpgradingView();
+    bool isShownLoading = false;
+    const auto watch =
+        view->observe(WebViewProperty::IsLoading, [&] { isShownLoading = view->isLoading(); });
+    view->load({.url = *URL::parse("http://" + host + "/")});
+    for (int turn = 0; turn < turns; ++turn) g_main_context_iteration(nullptr, TRUE);
+    view->stopLoading();
+    EXPECT_FALSE(view->isLoading()) << turns;
+    turnFor(300ms);
+    EXPECT_FALSE(view->isLoading()) << turns;
+    EXPECT_FALSE(isShownLoading) << turns;
+    EXPECT_NE(view->title(), "Slow") << turns;
+    // What is asked for next is loaded.
+    load(*view, "http://localhost/");
+    EXPECT_TRUE(eventually([&] { return view->title() == "Local"; })) << turns;
+  }
+}
+
+TEST_F(HTTPSFirstTest, ALoadThatFallsBackIsShownAsLoadingThroughout) {
+  server.serve("http://old.test/page", "<title>Old</title>");
+  server.refuse("old.test", 443);
+  const auto view = makeUpgradingView();
+  std::vector<bool> shown;
+  const auto watch = view->observe(WebViewProperty::IsLoading, [&] {
+    if (shown.empty() || shown.back() != view->isLoading()) shown.push_back(view->isLoading());
+  });
+  load(*view, "http://old.test/page");
+  ASSERT_TRUE(eventually([&] { return view->title() == "Old"; }));
+  EXPECT_THAT(shown, ElementsAre(true, false));
+}
+
 TEST_F(HTTPSFirstTest, LeavesThisMachineAndOtherPortsAlone) {
   server.serve("http://localhost/", "<title>Local</title>");
   server.serve("http://ported.test:8080/", "<title>Port</title>");
