@@ -74,7 +74,8 @@ TEST_F(SettingsDocument, ABrokenKeyCostsThatKeyAlone) {
                          {{"a.org", json::array({1})}},
                          nullptr,
                          json::array({json::object()})};
-  for (const auto& [key, value] : full().items()) {
+  const json whole = full();
+  for (const auto& [key, value] : whole.items()) {
     for (const json& wrong : broken) {
       json document = full();
       document[key] = wrong;
