@@ -123,7 +123,7 @@ TEST_F(HistoryTest, TheMenuOfAVisitDeletesIt) {
 TEST_F(HistoryTest, ManyVisitsTakeFewWidgets) {
   for (int i = 0; i < 600; ++i) visit("page" + std::to_string(i) + ".test", "A page", i * 1min);
   show();
-  EXPECT_EQ(content().items()->get_n_items(), 500u);
+  EXPECT_TRUE(runUntil([this] { return content().items()->get_n_items() == 500; }));
   int rows = 0;
   forEachWidget(list(), [&](GtkWidget* one) {
     rows += gtk_widget_has_css_class(one, "history-entry") ? 1 : 0;
