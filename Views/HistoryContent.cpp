@@ -16,6 +16,8 @@ constexpr int kHeaderGap = 10;
 constexpr int kFieldGap = 8;
 constexpr int kClockSize = 32;
 constexpr int kNothingGap = 12;
+// More than the window has room for, and done within a frame.
+constexpr guint kBatch = 24;
 
 std::vector<Glib::RefPtr<HistoryItem>> itemsOf(const std::vector<HistorySection>& sections) {
   std::vector<Glib::RefPtr<HistoryItem>> items;
@@ -150,23 +152,38 @@ void HistoryContent::reloadIfShown() {
   });
 }
 
-// Only what differs is replaced, so that the others keep their widgets, the keyboard and their
-// place in view.
 void HistoryContent::showItems() {
-  auto next = itemsOf(history_.sections.get());
+  wanted_ = itemsOf(history_.sections.get());
+  untracked([this] { fill(); });
+}
+
+// Only what differs is replaced, so that the others keep their widgets, the keyboard and their
+// place in view. The toolkit makes widgets for some two hundred items at once, however few are in
+// view: given all together they would stop the interface for many frames.
+void HistoryContent::fill() {
+  if (filling_) g_source_remove(std::exchange(filling_, 0));
   const guint count = items_->get_n_items();
-  const auto size = static_cast<guint>(next.size());
+  const auto size = static_cast<guint>(wanted_.size());
   const guint common = std::min(count, size);
   guint front = 0;
-  while (front < common && isSame(*items_->get_item(front), *next[front])) ++front;
+  while (front < common && isSame(*items_->get_item(front), *wanted_[front])) ++front;
   guint back = 0;
   while (back < common - front &&
-         isSame(*items_->get_item(count - 1 - back), *next[size - 1 - back]))
+         isSame(*items_->get_item(count - 1 - back), *wanted_[size - 1 - back]))
     ++back;
   if (front + back == count && count == size) return;
   const bool hadKeyboard = focusedRow() != nullptr;
-  items_->splice(front, count - front - back, {next.begin() + front, next.end() - back});
-  if (hadKeyboard && size > 0) listView_.grab_focus();
+  const guint end = std::min(size - back, front + kBatch);
+  items_->splice(front, count - front - back, {wanted_.begin() + front, wanted_.begin() + end});
+  if (hadKeyboard && size > 0 && !focusedRow()) listView_.grab_focus();
+  if (end == size - back) return;
+  filling_ = g_idle_add(
+      [](gpointer self) -> gboolean {
+        static_cast<HistoryContent*>(self)->filling_ = 0;
+        static_cast<HistoryContent*>(self)->fill();
+        return G_SOURCE_REMOVE;
+      },
+      this);
 }
 
 void HistoryContent::showPage() {

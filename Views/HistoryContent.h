@@ -20,6 +20,9 @@ class HistoryContent final : public UtilityContent {
  public:
   // The store outlives it.
   explicit HistoryContent(BrowserStore& store);
+  ~HistoryContent() override {
+    if (filling_) g_source_remove(filling_);
+  }
 
   Gtk::Widget& body() override { return box_; }
   void willShow() override;
@@ -36,6 +39,8 @@ class HistoryContent final : public UtilityContent {
   void buildNothing();
   void reloadIfShown();
   void showItems();
+  // Brings the list nearer to what is wanted; the rest waits for a quiet moment.
+  void fill();
   void showPage();
   bool keyPressed(guint key);
   void focusList();
@@ -53,6 +58,8 @@ class HistoryContent final : public UtilityContent {
   Gtk::ScrolledWindow scroller_;
   Gtk::ListView listView_;
   Glib::RefPtr<Gio::ListStore<HistoryItem>> items_;
+  std::vector<Glib::RefPtr<HistoryItem>> wanted_;
+  guint filling_ = 0;  // the source that goes on filling the list
   Gtk::Box nothing_;
   Gtk::Label nothingText_;
   Effect reload_;

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "Base/GRef.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/HistoryContent.h"
 
@@ -95,10 +96,34 @@ TEST_F(HistoryTest, OpensAndDeletesByKeyboard) {
                                      content().field().Gtk::Widget::gobj()));
 }
 
+TEST_F(HistoryTest, TheMenuOfAVisitDeletesIt) {
+  visit("tide.test", "Tide tables");
+  visit("reef.test", "Reef", 1min);
+  show();
+  EXPECT_TRUE(pressKey(content().field().Gtk::Widget::gobj(), GDK_KEY_Down));
+  EXPECT_TRUE(pressKey(gtk_window_get_focus(native()), GDK_KEY_Menu));
+  settle();
+  std::vector<std::string> titles;
+  GtkWidget* last = nullptr;
+  forEachWidget(list(), [&](GtkWidget* one) {
+    if (g_strcmp0(G_OBJECT_TYPE_NAME(one), "GtkModelButton") != 0) return;
+    char* title = nullptr;
+    g_object_get(one, "text", &title, nullptr);
+    titles.push_back(GText(title).get());
+    last = one;
+  });
+  EXPECT_THAT(titles, ElementsAre("Open in New Tab", "Copy Link", "Delete from History"));
+  ASSERT_NE(last, nullptr);
+  g_signal_emit_by_name(last, "clicked");
+  runFrames();
+  settle();
+  EXPECT_THAT(texts(list()), ElementsAre("Today", "Reef", "reef.test"));
+}
+
 TEST_F(HistoryTest, ManyVisitsTakeFewWidgets) {
   for (int i = 0; i < 600; ++i) visit("page" + std::to_string(i) + ".test", "A page", i * 1min);
   show();
-  EXPECT_EQ(content().items()->get_n_items(), 500u);
+  EXPECT_TRUE(runUntil([this] { return content().items()->get_n_items() == 500; }));
   int rows = 0;
   forEachWidget(list(), [&](GtkWidget* one) {
     rows += gtk_widget_has_css_class(one, "history-entry") ? 1 : 0;

@@ -227,7 +227,7 @@ struct Preview {
     for (const auto& state : states)
       if (state.starts_with("settings=")) {
         showSettings(state.substr(9));
-      } else if (state.find("history") != std::string::npos) {
+      } else if (state == "history" || state == "no-history" || state.starts_with("history=")) {
         if (state != "no-history") visitMuch();
         showUtility(UtilityWindow::History);
         auto* content = window->utilityWindows().content(UtilityWindow::History);
