@@ -28,6 +28,9 @@ constexpr const char* kRecord =
     "ON CONFLICT (profile, url) DO UPDATE SET visit_count = visit_count + 1, last_visit = ?4, "
     "title = CASE WHEN ?3 = '' THEN title ELSE ?3 END";
 
+constexpr const char* kSetTitle =
+    "UPDATE visits SET title = ?3 WHERE profile = ?1 AND url = ?2 AND ?3 <> ''";
+
 constexpr const char* kSearch =
     "SELECT url, title, visit_count, last_visit FROM visits WHERE profile = ?1 AND "
     "(url LIKE ?2 ESCAPE '\\' OR title LIKE ?2 ESCAPE '\\') "
@@ -138,6 +141,12 @@ struct HistoryDatabase::State {
                 sqlite3_column_double(statement.get(), 4));
   }
 
+  // Takes over what the page's row holds now, if the profile has been searched before.
+  void updateIndex(const UUID& profile, const URL& url) {
+    if (const auto index = indexes.find(profile); index != indexes.end())
+      addToIndex(index->second, kRowOfPage, {profile.text(), url.text()});
+  }
+
   HistoryIndex& indexOf(const UUID& profile) {
     const auto [position, isNew] = indexes.try_emplace(profile);
     if (isNew) addToIndex(position->second, kRowsOfProfile, {profile.text()});
@@ -168,8 +177,12 @@ void HistoryDatabase::recordVisit(const UUID& profile, const URL& url, const std
                                   Date at) {
   if (!url.hasScheme("http") && !url.hasScheme("https")) return;
   state_->run(kRecord, {profile.text(), url.text(), title, inSeconds(at)});
-  if (const auto index = state_->indexes.find(profile); index != state_->indexes.end())
-    state_->addToIndex(index->second, kRowOfPage, {profile.text(), url.text()});
+  state_->updateIndex(profile, url);
+}
+
+void HistoryDatabase::setTitle(const UUID& profile, const URL& url, const std::string& title) {
+  state_->run(kSetTitle, {profile.text(), url.text(), title});
+  state_->updateIndex(profile, url);
 }
 
 std::vector<HistoryDatabase::Entry> HistoryDatabase::search(std::string_view query,

@@ -44,6 +44,9 @@ class HistoryDatabase {
   // known one in place.
   void recordVisit(const UUID& profile, const URL& url, const std::string& title, Date at);
 
+  // Names a page that is known, without a visit; an empty title changes nothing.
+  void setTitle(const UUID& profile, const URL& url, const std::string& title);
+
   // The profile's pages whose address or title contains `query`, the best first: visits divided by
   // one plus the age in days. Letters of ASCII match in any case. An empty query matches every
   // page. Pages of the same score come with the latest visit first.

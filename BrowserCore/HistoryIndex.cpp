@@ -3,6 +3,7 @@
 #include <string.h>
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 #include "BrowserCore/Text.h"
@@ -15,6 +16,11 @@ namespace {
 constexpr char kSeparator = '\x01';
 
 constexpr double kSecondsADay = 86400.0;
+
+// About so many rows are looked at for their score before the whole text is searched; a history
+// that isn't much larger is searched as a whole at once.
+constexpr size_t kBestRows = 4096;
+constexpr size_t kSample = 1024;
 
 double score(int64_t visitCount, double lastVisit, double now) {
   const double divisor = 1.0 + (now - lastVisit) / kSecondsADay;
@@ -82,31 +88,69 @@ void HistoryIndex::compact() {
   goneCount_ = 0;
 }
 
-std::vector<HistoryIndex::Match> HistoryIndex::search(std::string_view query, size_t limit,
-                                                      double now) const {
-  const std::string needle = text::lowerASCII(query);
+HistoryIndex::Match HistoryIndex::matchOf(const Row& row, double now) const {
+  return {row.id, score(row.visitCount, row.lastVisit, now), row.lastVisit};
+}
+
+bool HistoryIndex::contains(size_t position, const std::string& needle) const {
+  const uint64_t begin = rows_[position].begin;
+  const uint64_t end = position + 1 < rows_.size() ? rows_[position + 1].begin : text_.size();
+  return memmem(text_.data() + begin, end - begin, needle.data(), needle.size()) != nullptr;
+}
+
+std::vector<HistoryIndex::Match> HistoryIndex::searchBest(const std::string& needle,
+                                                          double now) const {
+  if (rows_.size() < 4 * kBestRows) return {};
+  std::vector<double> sample;
+  const size_t stride = rows_.size() / kSample;
+  for (size_t i = 0; i < rows_.size(); i += stride)
+    sample.push_back(score(rows_[i].visitCount, rows_[i].lastVisit, now));
+  const auto reached = sample.begin() + static_cast<std::ptrdiff_t>(kBestRows / stride);
+  std::nth_element(sample.begin(), reached, sample.end(), std::greater());
+
+  std::vector<Match> matches;
+  size_t looked = 0;
+  for (size_t i = 0; i < rows_.size(); ++i) {
+    const Match match = matchOf(rows_[i], now);
+    if (!(match.score > *reached) || rows_[i].isGone) continue;
+    // The sample told nothing about these rows.
+    if (++looked > 4 * kBestRows) return {};
+    if (contains(i, needle)) matches.push_back(match);
+  }
+  return matches;
+}
+
+std::vector<HistoryIndex::Match> HistoryIndex::searchAll(const std::string& needle,
+                                                         double now) const {
   std::vector<Match> matches;
   const auto add = [&](const Row& row) {
-    if (!row.isGone)
-      matches.push_back({row.id, score(row.visitCount, row.lastVisit, now), row.lastVisit});
+    if (!row.isGone) matches.push_back(matchOf(row, now));
   };
   if (needle.empty()) {
     for (const Row& row : rows_) add(row);
-  } else {
-    size_t row = 0;
-    for (const char* at = text_.data();;) {
-      const char* const end = text_.data() + text_.size();
-      const auto* found = static_cast<const char*>(
-          memmem(at, static_cast<size_t>(end - at), needle.data(), needle.size()));
-      if (!found) break;
-      const auto offset = static_cast<uint64_t>(found - text_.data());
-      // Most finds are in the next few rows; a jump over many is rare enough to walk.
-      while (row + 1 < rows_.size() && rows_[row + 1].begin <= offset) ++row;
-      add(rows_[row]);
-      if (++row >= rows_.size()) break;
-      at = text_.data() + rows_[row].begin;
-    }
+    return matches;
   }
+  size_t row = 0;
+  for (const char* at = text_.data();;) {
+    const char* const end = text_.data() + text_.size();
+    const auto* found = static_cast<const char*>(
+        memmem(at, static_cast<size_t>(end - at), needle.data(), needle.size()));
+    if (!found) break;
+    const auto offset = static_cast<uint64_t>(found - text_.data());
+    // Most finds are in the next few rows; a jump over many is rare enough to walk.
+    while (row + 1 < rows_.size() && rows_[row + 1].begin <= offset) ++row;
+    add(rows_[row]);
+    if (++row >= rows_.size()) break;
+    at = text_.data() + rows_[row].begin;
+  }
+  return matches;
+}
+
+std::vector<HistoryIndex::Match> HistoryIndex::search(std::string_view query, size_t limit,
+                                                      double now) const {
+  const std::string needle = text::lowerASCII(query);
+  auto matches = searchBest(needle, now);
+  if (matches.size() < limit) matches = searchAll(needle, now);
   if (matches.size() > limit) {
     std::nth_element(matches.begin(), matches.begin() + static_cast<std::ptrdiff_t>(limit),
                      matches.end(), isBetter);

@@ -42,6 +42,12 @@ class HistoryIndex {
   };
 
   void compact();
+  bool contains(size_t position, const std::string& needle) const;
+  Match matchOf(const Row& row, double now) const;
+  // The matches above a score that some thousand rows of a large history reach, most of the time:
+  // the best of all, when there are enough of them. Nothing for a small history.
+  std::vector<Match> searchBest(const std::string& needle, double now) const;
+  std::vector<Match> searchAll(const std::string& needle, double now) const;
 
   // For each row the lower-cased address, kSeparator, the lower-cased title, kSeparator.
   std::string text_;

@@ -49,6 +49,7 @@ void BrowserTab::sync(const WebView& view) {
     if (store) store->scheduleSave();
     propertiesDidChange(TabProperties::Title);
   }
+  nameVisit(view);
   if (const auto shown = view.url(); shown && shown != url.peek()) {
     setAddress(shown);
     if (store) store->scheduleSave();

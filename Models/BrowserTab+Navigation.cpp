@@ -150,6 +150,7 @@ void BrowserTab::didCommit(WebView& view) {
   const auto store = store_.lock();
   const double zoom = store ? store->settings.zoom(view.url()) : 1.0;
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
+  namelessVisit_.reset();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
   if (store && store->hidingItemsTabID.peek() == id) store->endHidingItems();
@@ -168,10 +169,23 @@ void BrowserTab::recordVisit(const WebView& view) {
   const auto store = store_.lock();
   const auto address = view.url();
   if (!store || !store->history || !address || profile->isPrivate) return;
+  if (view.title().value_or("").empty()) namelessVisit_ = address;
   services_.scheduler.post([weak = store_, profileID = profile->id, address = *address,
                             shown = view.title().value_or(""), now = services_.scheduler.now()] {
     if (const auto live = weak.lock(); live && live->history)
       live->history->recordVisit(profileID, address, shown, now);
+  });
+}
+
+void BrowserTab::nameVisit(const WebView& view) {
+  const auto shown = view.title().value_or("");
+  if (!namelessVisit_ || shown.empty()) return;
+  const URL address = *std::exchange(namelessVisit_, std::nullopt);
+  if (view.url() != address) return;
+  // After the visit, which is recorded a turn after the finish.
+  services_.scheduler.post([weak = store_, profileID = profile->id, address, shown] {
+    if (const auto live = weak.lock(); live && live->history)
+      live->history->setTitle(profileID, address, shown);
   });
 }
 

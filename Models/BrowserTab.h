@@ -196,6 +196,8 @@ class BrowserTab final : public NavigationDelegate,
   void setAddress(const std::optional<URL>& address);
   void propertiesDidChange(TabProperties properties);
   void recordVisit(const WebView& view);
+  // Hands on the title of a page whose visit was recorded before the engine knew one.
+  void nameVisit(const WebView& view);
   void loadFavicon(WebView& view);
   void applyMute();
   void itemWasHidden(const ScriptMessage& message);
@@ -227,6 +229,8 @@ class BrowserTab final : public NavigationDelegate,
   // The last address that was loaded in place of one with tracking parameters, until a page
   // finishes.
   std::optional<URL> lastStrippedURL_;
+  // A visit that was recorded without a title.
+  std::optional<URL> namelessVisit_;
   bool isConfirmingApp_ = false;
   std::optional<Date> lastCrash_;
   std::vector<FrameInfo> mediaFrames_;

@@ -29,6 +29,10 @@ class QueuedHistoryStore final : public HistoryStore {
     enqueue([=](HistoryDatabase& database) { database.recordVisit(profile, url, title, at); });
   }
 
+  void setTitle(const UUID& profile, const URL& url, const std::string& title) override {
+    enqueue([=](HistoryDatabase& database) { database.setTitle(profile, url, title); });
+  }
+
   Future<Entries> search(const HistorySearchField& field, std::string query, const UUID& profile,
                          size_t limit, Date now) override {
     return ask([field, number = field.begin(), query = std::move(query), profile, limit,

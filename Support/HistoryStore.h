@@ -42,6 +42,8 @@ class HistoryStore {
 
   virtual void recordVisit(const UUID& profile, const URL& url, const std::string& title,
                            Date at) = 0;
+  // Names a page that has been visited; an empty title changes nothing.
+  virtual void setTitle(const UUID& profile, const URL& url, const std::string& title) = 0;
   // The best first. A search that a later one of the same field overtakes while it waits answers
   // empty without running.
   virtual Future<Entries> search(const HistorySearchField& field, std::string query,

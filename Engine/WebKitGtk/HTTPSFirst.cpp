@@ -14,6 +14,8 @@ namespace {
 
 constexpr size_t kMostExceptions = 1000;
 
+constexpr const char* kWithExceptions = "https-first-exceptions";
+
 // Names that never leave this machine, and addresses without a name, have no certificates.
 constexpr const char* kNeverUpgraded[] = {
     R"(^http://localhost[:/])", R"(^http://[^/]*\.localhost[:/])",
@@ -37,6 +39,8 @@ std::string escaped(std::string_view host) {
 
 HTTPSFirst::HTTPSFirst(const std::filesystem::path& folder)
     : store_(std::make_shared<WebKitRuleListStore>(folder)) {
+  // What a run that was killed left.
+  store_->remove(kWithExceptions, [](const auto&) {});
   compile();
 }
 
@@ -55,10 +59,13 @@ std::string HTTPSFirst::source() const {
 
 void HTTPSFirst::compile() {
   const int generation = ++generation_;
-  const std::string identifier = exceptions_.empty() ? "https-first" : "https-first-exceptions";
+  const std::string identifier = exceptions_.empty() ? "https-first" : kWithExceptions;
   store_->compile(identifier, source(),
                   [this, generation, alive = std::weak_ptr(isAlive_)](CompiledRules result) {
-                    if (alive.expired() || generation != generation_) return;
+                    if (alive.expired()) return;
+                    // It names hosts, also those of private tabs: loaded, it needs no file.
+                    if (!exceptions_.empty()) store_->remove(kWithExceptions, [](const auto&) {});
+                    if (generation != generation_) return;
                     if (result.list) list_ = result.list;
                     isReady_ = true;
                     for (const auto& [key, changed] : std::vector(listeners_)) changed();

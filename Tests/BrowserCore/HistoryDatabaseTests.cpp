@@ -6,6 +6,7 @@
 #include <sqlite3.h>
 
 #include <fstream>
+#include <functional>
 #include <random>
 
 #include "BrowserCore/HistoryIndex.h"
@@ -60,6 +61,20 @@ TEST_F(HistoryTest, KeepsOneRowAPageAndProfileAndTheLastKnownTitle) {
   history.recordVisit(other, *URL::parse("https://a.test/"), "Second", kNow);
   EXPECT_EQ(history.recent(other, 10).at(0).visitCount, 1);
   EXPECT_EQ(history.recent(profile, 10).at(0).title, "First");
+}
+
+TEST_F(HistoryTest, NamesAPageWithoutAVisit) {
+  auto history = open();
+  visit(history, "https://a.test/", "", 2);
+  history.prepareSearch(profile);
+  history.setTitle(profile, *URL::parse("https://a.test/"), "Tides");
+  history.setTitle(profile, *URL::parse("https://a.test/"), "");
+  history.setTitle(profile, *URL::parse("https://unknown.test/"), "Tides");
+  EXPECT_THAT(found(history, "tides"), ElementsAre("https://a.test/"));
+  const auto entries = history.recent(profile, 5);
+  ASSERT_EQ(entries.size(), 1u);
+  EXPECT_EQ(entries[0].title, "Tides");
+  EXPECT_EQ(entries[0].visitCount, 2);
 }
 
 TEST_F(HistoryTest, KeepsPagesOfTheWebAlone) {
@@ -156,6 +171,71 @@ TEST_F(HistoryTest, AnswersAsThePlainStatementDoes) {
         << query;
 }
 
+struct Trouble {
+  const char* name;
+  std::function<void(const std::filesystem::path&, sqlite3*)> make;
+  // What still works.
+  bool reads;
+};
+
+// Whatever befell the file, it opens, answers what can be read, and keeps what was in it.
+TEST_F(HistoryTest, LivesWithAFileInTrouble) {
+  const auto run = [](sqlite3* handle, const char* sql) {
+    sqlite3_exec(handle, sql, nullptr, nullptr, nullptr);
+  };
+  const Trouble troubles[] = {
+      {"locked by another program",
+       [&](const auto&, sqlite3* other) { run(other, "BEGIN IMMEDIATE"); }, true},
+      // Nothing is refused to root.
+      {"read-only",
+       [](const auto& path, sqlite3*) {
+         std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+       },
+       true},
+      {"full",
+       [&](const auto&, sqlite3* other) {
+         run(other,
+             "CREATE TRIGGER full BEFORE INSERT ON visits BEGIN SELECT RAISE(ABORT, 'full'); END");
+       },
+       true},
+      {"of another program",
+       [&](const auto&, sqlite3* other) {
+         run(other, "ALTER TABLE visits RENAME TO theirs; CREATE TABLE visits (other TEXT)");
+       },
+       false},
+      {"corrupt",
+       [&](const auto& path, sqlite3* other) {
+         run(other, "PRAGMA wal_checkpoint(TRUNCATE)");
+         std::fstream stream(path, std::ios::in | std::ios::out | std::ios::binary);
+         stream.seekp(100);
+         stream << std::string(8000, 'x');
+       },
+       false}};
+  for (const Trouble& trouble : troubles) {
+    SCOPED_TRACE(trouble.name);
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directory(folder);
+    {
+      auto history = open();
+      visit(history, "https://kept.test/", "Kept", 3);
+    }
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(file().c_str(), &other), SQLITE_OK);
+    trouble.make(file(), other);
+    const auto size = std::filesystem::file_size(file());
+    {
+      auto history = open();
+      visit(history, "https://new.test/");
+      const std::vector<std::string> kept = trouble.reads
+                                                ? std::vector<std::string>{"https://kept.test/"}
+                                                : std::vector<std::string>{};
+      EXPECT_EQ(found(history, "kept"), kept);
+    }
+    sqlite3_close(other);
+    EXPECT_GE(std::filesystem::file_size(file()), size);
+  }
+}
+
 TEST_F(HistoryTest, LivesWithAFileThatIsNoDatabaseAndNeverDestroysIt) {
   {
     std::ofstream stream(file());
@@ -174,6 +254,34 @@ TEST_F(HistoryTest, ReportsAFileThatCannotBeOpened) {
   const auto result = HistoryDatabase::open(folder / "missing" / "history.sqlite");
   ASSERT_TRUE(std::holds_alternative<HistoryDatabase::CannotOpen>(result));
   EXPECT_FALSE(std::get<HistoryDatabase::CannotOpen>(result).message.empty());
+}
+
+// A large history is searched by its best rows first: the answers are those of a look at every row.
+TEST(HistoryIndex, FindsTheBestOfManyRows) {
+  struct Page {
+    std::string text;
+    double score;
+  };
+  std::mt19937 draw(3);
+  for (const bool isOneScore : {false, true}) {
+    HistoryIndex index;
+    std::vector<Page> pages;
+    for (int i = 0; i < 40'000; ++i) {
+      const int visits = isOneScore ? 1 : static_cast<int>(draw() % 100'000 + 1);
+      pages.push_back({fmt::format("{}{}", draw() % 2 ? "often" : "else", i), 1.0 * visits});
+      index.set(i, pages.back().text, "", visits, 0);
+    }
+    for (const char* query : {"", "often", "7", "often399", "else39999", "never"}) {
+      std::vector<double> expected;
+      for (const Page& page : pages)
+        if (page.text.find(query) != std::string::npos) expected.push_back(page.score);
+      std::ranges::sort(expected, std::greater());
+      if (expected.size() > 30) expected.resize(30);
+      std::vector<double> scores;
+      for (const auto& match : index.search(query, 30, 0)) scores.push_back(match.score);
+      EXPECT_EQ(scores, expected) << query;
+    }
+  }
 }
 
 TEST(HistoryIndex, ReplacesRemovesAndCompacts) {

@@ -6,7 +6,7 @@ import sys
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import Atspi, EndToEndTest, eventually  # noqa: E402
 
 FIELD = "Search, enter address, or type 20+20…"
 
@@ -24,12 +24,25 @@ class CommandBarTest(EndToEndTest):
         self.keys("ctrl+t")
         self.find(FIELD)
 
-    def pick(self, text, row):
-        """Types into a new tab's bar and picks the first row once it reads so."""
+    def pick(self, text, row, choose=False):
+        """Types into a new tab's bar and picks the row that reads so, or else the first."""
         self.bar()
         self.type(text)
         self.row(row)
-        self.keys("Return")
+        if choose:
+            self.choose(self.rows().index(row))
+        else:
+            self.keys("Return")
+
+    def choose(self, index):
+        """Walks to the row, wherever the highlight is, and picks it."""
+        def is_chosen(row):
+            return row.get_state_set().contains(Atspi.StateType.SELECTED)
+
+        rows = self.accessible("Suggestions", "list")
+        chosen = [is_chosen(rows.get_child_at_index(i)) for i in range(rows.get_child_count())]
+        way = index - chosen.index(True)
+        self.keys(*["Down" if way > 0 else "Up"] * abs(way), "Return")
 
     def rows(self):
         """The names of the rows of the bar's list."""
@@ -41,11 +54,16 @@ class CommandBarTest(EndToEndTest):
         eventually(lambda: name in self.rows(), f"a row “{name}”")
 
     def today(self):
-        return [tab.get("title") for tab in self.program.session()["spaces"][0]["today"]]
+        return [tab.get("title") for tab in self.space()["today"]]
+
+    def space(self):
+        """The first space in the session; an empty one before the first save."""
+        session = self.program.session()
+        return session["spaces"][0] if session else {"today": []}
 
     def tab(self):
         """The selected tab in the session."""
-        space = self.program.session()["spaces"][0]
+        space = self.space()
         return next((t for t in space["today"] if t["id"] == space.get("selectedTabID")), {})
 
     def url(self):
@@ -94,14 +112,29 @@ class CommandBarTest(EndToEndTest):
 
         # A page that is open no more, found by a part of its address that is no beginning; picked
         # twice, it comes before the search.
-        for steps in (["Down", "Return"], ["Down", "Return"], ["Return"]):
+        for place in (1, 1, 0):
             self.keys("ctrl+w")
             eventually(lambda: self.today() == ["Page two"], "one tab")
             self.bar()
             self.type("p://o")
             eventually(lambda: len(self.rows()) == 2, "the visited page")
-            self.keys(*steps)
+            self.assertIn("Page one", self.rows()[place])
+            self.choose(place)
             eventually(lambda: self.selected() == "Page one", "the visited page")
+
+    def test_commands(self):
+        # By a beginning, by words of its title in any case; each does what it says.
+        self.pick("toggle side", "Toggle Sidebar", choose=True)
+        eventually(lambda: (self.program.session() or {}).get("isSidebarVisible") is False, "no sidebar")
+        self.pick("toggle SIDE", "Toggle Sidebar", choose=True)
+        eventually(lambda: (self.program.session() or {}).get("isSidebarVisible") is True, "the sidebar")
+        # Twice picked, it is the first row, and typing need not wait for it.
+        self.bar()
+        self.type("toggle side")
+        self.keys("Return")
+        eventually(lambda: (self.program.session() or {}).get("isSidebarVisible") is False, "no sidebar")
+        self.pick("pin tab", "Pin Tab", choose=True)
+        eventually(lambda: len(self.space().get("pinned", [])) == 1, "a pinned tab")
 
     def test_a_host_completes_and_escape_leaves_everything(self):
         self.bar()

@@ -142,7 +142,9 @@ class SpacesTest(SidebarTest):
         self.picture("peek")
         self.pointer_to(700, 400)
         eventually(lambda: not self.is_in_window(toggle), "the peek's end")
-        self.assertFalse(self.program.session()["isSidebarVisible"])
+        self.session_holds(
+            lambda: not self.program.session()["isSidebarVisible"], "the hidden sidebar saved"
+        )
 
     def show_page(self, title):
         self.act(self.find(title, "push button"))

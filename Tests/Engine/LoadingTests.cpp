@@ -248,19 +248,6 @@ TEST_F(HTTPSFirstTest, AStoppedLoadStaysStopped) {
   }
 }
 
-TEST_F(HTTPSFirstTest, ALoadThatFallsBackIsShownAsLoadingThroughout) {
-  server.serve("http://old.test/page", "<title>Old</title>");
-  server.refuse("old.test", 443);
-  const auto view = makeUpgradingView();
-  std::vector<bool> shown;
-  const auto watch = view->observe(WebViewProperty::IsLoading, [&] {
-    if (shown.empty() || shown.back() != view->isLoading()) shown.push_back(view->isLoading());
-  });
-  load(*view, "http://old.test/page");
-  ASSERT_TRUE(eventually([&] { return view->title() == "Old"; }));
-  EXPECT_THAT(shown, ElementsAre(true, false));
-}
-
 TEST_F(HTTPSFirstTest, LeavesThisMachineAndOtherPortsAlone) {
   server.serve("http://localhost/", "<title>Local</title>");
   server.serve("http://ported.test:8080/", "<title>Port</title>");

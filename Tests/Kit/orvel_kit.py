@@ -27,10 +27,12 @@ BUILD = pathlib.Path(os.environ.get("ORVEL_BUILD_DIR", ROOT / "build" / "dev"))
 PROGRAM = BUILD / "bin" / "orvel"
 # Without a compositor the toolkit draws a frame of so many pixels around a window.
 FRAME = 5
+# Seconds that anything may take: only a failure waits so long, also on a busy machine.
+LIMIT = 15.0
 PICTURES = os.environ.get("ORVEL_PICTURES")
 
 
-def eventually(condition, what="the condition", limit=5.0):
+def eventually(condition, what="the condition", limit=LIMIT):
     """The first truthy value of `condition()`; fails after `limit` seconds."""
     end = time.monotonic() + limit
     while True:
@@ -220,7 +222,7 @@ class EndToEndTest(unittest.TestCase):
         states = item.get_state_set()
         return states.contains(Atspi.StateType.CHECKED) or states.contains(Atspi.StateType.PRESSED)
 
-    def find(self, name, role=None, limit=5.0):
+    def find(self, name, role=None, limit=LIMIT):
         return eventually(lambda: self.accessible(name, role), f"“{name}” on screen", limit)
 
     # Hands: real input events.

@@ -67,6 +67,17 @@ TEST_F(Tab, AViewIsMadeOnDemandFromTheProfilesConfiguration) {
   EXPECT_EQ(world.view(tab)->requests[0].timeout, 60s);
 }
 
+// The engine often knows the title only when the page has finished.
+TEST_F(Tab, NamesAVisitWhoseTitleComesLate) {
+  world.engine.pages["https://a/"] = {.title = ""};
+  const TabRef tab = world.open("https://a/");
+  settle();
+  EXPECT_THAT(world.visits, ElementsAre("https://a/ "));
+  for (const char* title : {"", "Late", "Later"}) world.view(tab)->setTitle(title);
+  settle();
+  EXPECT_THAT(world.visits, ElementsAre("https://a/ ", "https://a/ is Late"));
+}
+
 TEST_F(Tab, MirrorsItsPageAndSaves) {
   world.engine.pages["https://a/"] = {.title = "First", .redirect = "https://a/final"};
   const TabRef tab = world.open("https://a/");

@@ -48,6 +48,10 @@ class RecordingHistory final : public HistoryStore {
     visits_.push_back(url.text() + " " + title);
     store_->recordVisit(profile, url, title, at);
   }
+  void setTitle(const UUID& profile, const URL& url, const std::string& title) override {
+    visits_.push_back(url.text() + " is " + title);
+    store_->setTitle(profile, url, title);
+  }
   Future<Entries> search(const HistorySearchField& field, std::string query, const UUID& profile,
                          size_t limit, Date now) override {
     return store_->search(field, std::move(query), profile, limit, now);
