@@ -71,9 +71,11 @@ std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>
   }
   entries.push_back(folderEntries(store, space, tab));
 
-  entries.push_back({.title = tab->isMuted ? _("Unmute Tab") : _("Mute Tab"),
-                     .perform = [tab] { tab->toggleMute(); },
+  entries.push_back({.title = _("Open in Split View"),
+                     .perform = [&store] { store.splitWithRecentTab(); },
                      .beginsSection = true});
+  entries.push_back({.title = tab->isMuted ? _("Unmute Tab") : _("Mute Tab"),
+                     .perform = [tab] { tab->toggleMute(); }});
   if (tab->hasWanderedFromPin())
     entries.push_back({.title = _("Back to Pinned Page"), .perform = [tab] {
                          if (const auto& home = tab->pinnedURL.get()) tab->load(*home);
