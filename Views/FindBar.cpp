@@ -29,7 +29,7 @@ FindBar::FindBar(BrowserStore& store)
       close_("xmark", _("Close (Esc)")),
       presence_(Gtk::Widget::gobj(), 0, [this](double presence) {
         set_opacity(std::clamp(presence, 0.0, 1.0));
-        set_child_visible(presence > 0.001);
+        set_child_visible(isShown_ || presence > 0.001);
         if (auto* parent = get_parent()) parent->queue_allocate();
       }) {
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_SEARCH);
@@ -38,6 +38,7 @@ FindBar::FindBar(BrowserStore& store)
   set_opacity(0);
   set_can_target(false);
   set_can_focus(false);
+  setAccessibleHidden(*this, true);
   auto* symbol = makeIcon("magnifyingglass");
   symbol->add_css_class("quiet");
   field_.setPlaceholder(_("Find on page"));
@@ -83,6 +84,7 @@ void FindBar::follow(const Wake& wake) {
     return;
   }
   isShown_ = state.has_value();
+  setAccessibleHidden(*this, !isShown_);
   tab_ = tab;
   if (state)
     begin(*state);
@@ -98,7 +100,7 @@ void FindBar::begin(const FindState& state) {
   field_.setText(state.query);
   set_can_target(true);
   set_can_focus(true);
-  // A bar that isn't shown yet takes no keyboard.
+  // A bar that isn’t shown takes no keyboard, and one that is hidden loses it.
   set_child_visible(true);
   field_.takeFocus();
 }

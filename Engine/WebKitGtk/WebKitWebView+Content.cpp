@@ -278,18 +278,25 @@ void WebKitWebView::connectFind() {
   auto* controller = webkit_web_view_get_find_controller(view_.get());
   g_signal_connect(controller, "found-text",
                    G_CALLBACK(+[](WebKitFindController*, guint, gpointer self) {
-                     static_cast<WebKitWebView*>(self)->finishFinding(true);
+                     static_cast<WebKitWebView*>(self)->answerFinding(true);
                    }),
                    this);
   g_signal_connect(controller, "failed-to-find-text",
                    G_CALLBACK(+[](WebKitFindController*, gpointer self) {
-                     static_cast<WebKitWebView*>(self)->finishFinding(false);
+                     static_cast<WebKitWebView*>(self)->answerFinding(false);
                    }),
                    this);
 }
 
-void WebKitWebView::finishFinding(bool isFound) {
-  if (const auto answer = std::exchange(finding_.answer, nullptr)) answer(isFound);
+void WebKitWebView::answerFinding(bool isFound) {
+  if (finding_.answers.empty()) return;
+  const auto answer = std::move(finding_.answers.front());
+  finding_.answers.pop_front();
+  answer(isFound);
+}
+
+void WebKitWebView::endFinding() {
+  for (const auto& answer : std::exchange(finding_.answers, {})) answer(false);
 }
 
 void WebKitWebView::find(const std::string& text, const FindConfiguration& configuration,
@@ -297,9 +304,9 @@ void WebKitWebView::find(const std::string& text, const FindConfiguration& confi
   auto* controller = webkit_web_view_get_find_controller(view_.get());
   const bool isNext = finding_.text == text && !text.empty() &&
                       finding_.isCaseSensitive == configuration.isCaseSensitive;
-  // A search that is overtaken counts as not found.
-  finishFinding(false);
-  finding_ = {text, configuration.isCaseSensitive, std::move(answer)};
+  finding_.text = text;
+  finding_.isCaseSensitive = configuration.isCaseSensitive;
+  finding_.answers.push_back(std::move(answer));
   guint options = WEBKIT_FIND_OPTIONS_NONE;
   if (!configuration.isCaseSensitive) options |= WEBKIT_FIND_OPTIONS_CASE_INSENSITIVE;
   if (configuration.wraps) options |= WEBKIT_FIND_OPTIONS_WRAP_AROUND;

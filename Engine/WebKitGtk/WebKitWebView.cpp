@@ -68,7 +68,7 @@ WebKitWebView::~WebKitWebView() {
   g_signal_handlers_disconnect_by_data(webkit_web_view_get_back_forward_list(view_.get()), this);
   g_signal_handlers_disconnect_by_data(webkit_web_view_get_find_controller(view_.get()), this);
   g_signal_handlers_disconnect_by_data(view_.get(), this);
-  finishFinding(false);
+  endFinding();
   removeFromParent();
   // The engine would keep the process of a closed page.
   if (processUsers_.use_count() == 1) webkit_web_view_terminate_web_process(view_.get());
@@ -164,6 +164,7 @@ void WebKitWebView::connectLoading() {
       "web-process-terminated",
       +[](::WebKitWebView*, WebKitWebProcessTerminationReason, gpointer data) {
         const auto self = static_cast<Self*>(data)->shared_from_this();
+        self->endFinding();
         if (self->navigation_) self->navigation_->webContentProcessDidTerminate(*self);
       });
 }

@@ -2,6 +2,7 @@
 
 #include <webkit/webkit.h>
 
+#include <deque>
 #include <map>
 #include <memory>
 #include <optional>
@@ -75,13 +76,13 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   ::WebKitWebView* native() const { return view_.get(); }
 
  private:
-  // The search under way, which the engine answers by one of two signals.
+  // The latest search, and who waits for an answer, the first asked first: the engine answers each
+  // search by one of two signals, in their order.
   struct Finding {
     std::string text;
     bool isCaseSensitive = false;
-    std::function<void(bool)> answer;
+    std::deque<std::function<void(bool)>> answers;
   };
-
   WebKitContentController& controller() const;
   template <class Handler>
   void connect(const char* signal, Handler handler) {
@@ -93,7 +94,9 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void connectPolicy();
   void connectPanels();
   void connectFind();
-  void finishFinding(bool isFound);
+  void answerFinding(bool isFound);
+  // No answer will come any more.
+  void endFinding();
   void notify(WebViewProperty property);
   FrameInfo mainFrame() const;
 

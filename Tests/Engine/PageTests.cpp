@@ -118,6 +118,13 @@ TEST_F(PageTest, FindsForwardsBackwardsAndNothing) {
   EXPECT_TRUE(find("needle", false));
   EXPECT_TRUE(find("needle", true));
   EXPECT_FALSE(find("haystack", false));
+
+  // As fast as somebody types: each question gets its own answer.
+  std::vector<bool> found;
+  for (const char* text : {"nee", "needle", "needles", "needl", "x"})
+    view->find(text, {}, [&](bool is) { found.push_back(is); });
+  eventually([&] { return found.size() == 5; });
+  EXPECT_THAT(found, testing::ElementsAre(true, true, false, true, false));
 }
 
 TEST_F(PageTest, TakesPicturesOfThePageAndOfAPart) {
