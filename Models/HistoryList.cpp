@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "BrowserCore/Text.h"
 #include "Support/LocalDates.h"
 
 namespace orvel {
@@ -11,12 +12,6 @@ namespace {
 
 constexpr size_t kRecent = 500;
 constexpr size_t kFound = 200;
-
-std::string withoutBlanks(const std::string& text) {
-  const auto first = text.find_first_not_of(" \t");
-  if (first == text.npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
 
 std::string titleOf(Date day, Date today) {
   if (day == today) return "Today";
@@ -44,7 +39,8 @@ std::vector<HistorySection> historySections(std::vector<HistoryStore::Entry> ent
 
 void HistoryList::reload() {
   const UUID profile = store_.activeSpace()->profile->id;
-  reading_ = store_.services().scheduler.start(read(profile, withoutBlanks(query.peek())));
+  reading_ = store_.services().scheduler.start(
+      read(profile, std::string(text::trimmedBlanks(query.peek()))));
 }
 
 Task<> HistoryList::read(UUID profile, std::string text) {

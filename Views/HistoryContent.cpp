@@ -5,6 +5,7 @@
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/signallistitemfactory.h>
 
+#include "BrowserCore/Text.h"
 #include "DesignSystem/Icons.h"
 #include "Views/Menu.h"
 
@@ -188,7 +189,7 @@ void HistoryContent::fill() {
 
 void HistoryContent::showPage() {
   const bool isEmpty = history_.hasAnswer && history_.sections.get().empty();
-  const bool isSearch = history_.query.get().find_first_not_of(" \t") != std::string::npos;
+  const bool isSearch = !text::trimmedBlanks(history_.query.get()).empty();
   nothingText_.set_text(isSearch ? _("No Results") : _("No History Yet"));
   pages_.set_visible_child(isEmpty ? static_cast<Gtk::Widget&>(nothing_) : scroller_);
 }
