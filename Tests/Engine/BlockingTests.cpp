@@ -274,8 +274,10 @@ TEST_F(CompiledListTest, OutlivesAnUpdateOfTheEngineUnlessItsFormatChanged) {
 }
 
 TEST_F(CompiledListTest, ClearsAwayWhatAnInterruptedRunLeft) {
-  write(rules / "compile-abcdef" / "ContentRuleList-x", "half");
-  useStore(folder.path / "Rules", script);
+  // A folder that no other store is clearing meanwhile.
+  const auto left = folder.path / "Left";
+  write(left / "compile-abcdef" / "ContentRuleList-x", "half");
+  useStore(left, script);
   EXPECT_TRUE(eventually([&] { return ruleFiles("compile-").empty(); }));
 }
 

@@ -19,6 +19,16 @@ using testing::ElementsAre;
 
 struct LoadingTest : EngineTest {
   RecordingDelegate delegate;
+
+  // The state of a view after its page was scrolled and the engine has heard of that: the position
+  // is in it as a number of four bytes.
+  std::string stateScrolledTo(WebView& view, int32_t y) {
+    evaluate(view, fmt::format("scrollTo(0, {})", y));
+    const std::string_view bytes(reinterpret_cast<const char*>(&y), sizeof y);
+    const auto state = [&] { return view.interactionState().value_or(""); };
+    EXPECT_TRUE(eventually([&] { return state().find(bytes) != std::string::npos; }));
+    return state();
+  }
 };
 
 TEST_F(LoadingTest, LoadsAPageOfAMadeUpHostThroughTheProxy) {
@@ -60,10 +70,7 @@ TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
     show(*view);
     load(*view, "http://one.test/");
     load(*view, "http://long.test/");
-    evaluate(*view, "scrollTo(0, 1234)");
-    ASSERT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "1234"; }));
-    turnFor(300ms);
-    state = view->interactionState().value_or("");
+    state = stateScrolledTo(*view, 1234);
     ASSERT_FALSE(state.empty());
   }
   const auto view = makeView();
@@ -203,10 +210,7 @@ TEST_F(HTTPSFirstTest, ARestoredPageFallsBackToItsPlace) {
     const auto view = makeView();
     show(*view);
     load(*view, "http://tall.test/");
-    evaluate(*view, "scrollTo(0, 777)");
-    ASSERT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "777"; }));
-    turnFor(300ms);
-    state = view->interactionState().value_or("");
+    state = stateScrolledTo(*view, 777);
   }
   const auto view = makeUpgradingView();
   view->setInteractionState(state);
