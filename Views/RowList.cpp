@@ -41,8 +41,11 @@ RowList::RowList(Delegate& delegate, const std::string& label, const char* dragT
   add_controller(keys);
   installDropTarget(dragType);
 
-  Gtk::Settings::get_default()->property_gtk_xft_dpi().signal_changed().connect(
-      sigc::mem_fun(*this, &RowList::measureRows));
+  Gtk::Settings::get_default()->property_gtk_xft_dpi().signal_changed().connect([this] {
+    if (!heights_) return;
+    heights_.emplace();
+    layOut(std::nullopt);
+  });
 }
 
 RowList::~RowList() {
@@ -77,7 +80,8 @@ std::optional<size_t> RowList::indexOf(const SidebarRow::Key& key) const {
 
 // Places the rows anew, and starts their motion from where they are shown now.
 void RowList::layOut(const std::optional<Spring>& motion) {
-  if (!heights_) measureRows();
+  if (!heights_) return;
+  measureRows();
   Tops former;
   if (motion && get_mapped())
     for (const auto& [key, live] : live_) former.emplace(key, shownTop(live));
@@ -136,28 +140,29 @@ void RowList::moveFrom(const Tops& former, const Spring& spring) {
   motion_.animateTo(0, spring);
 }
 
+// Measures the kinds that occur and have no height yet; a gap is as high as a tab.
 void RowList::measureRows() {
-  const bool isAgain = heights_.has_value();
-  RowLayout::Heights heights{};
+  std::array<bool, RowLayout::kKinds> isWanted{};
+  isWanted[static_cast<size_t>(SidebarRow::Kind::Tab)] = true;
+  for (const SidebarRow& row : rows_) isWanted[static_cast<size_t>(row.key.kind)] = true;
   for (size_t kind = 0; kind < RowLayout::kKinds; ++kind) {
+    double& height = (*heights_)[kind];
+    if (!isWanted[kind] || height > 0) continue;
     auto widget = takeWidget(static_cast<SidebarRow::Kind>(kind));
     int minimum = 0;
-    int natural = 0;
-    gtk_widget_measure(widget->Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &minimum,
-                       &natural, nullptr, nullptr);
-    heights[kind] = minimum;
+    gtk_widget_measure(widget->Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &minimum, nullptr,
+                       nullptr, nullptr);
+    height = minimum;
     widget->set_child_visible(false);
     setAccessibleHidden(*widget, true);
     pools_[kind].push_back(std::move(widget));
   }
-  heights_ = heights;
-  if (isAgain) layOut(std::nullopt);
 }
 
-// Only now do the window's styles hold, and with them the rows' true heights.
 void RowList::on_realize() {
   Gtk::Widget::on_realize();
-  measureRows();
+  heights_.emplace();
+  layOut(std::nullopt);
 }
 
 double RowList::shownTop(const LiveRow& live) const {
@@ -250,6 +255,10 @@ void RowList::syncLater() {
 void RowList::scrollTo(const SidebarRow::Key& key) {
   const auto index = indexOf(key);
   if (!index || !adjustment_) return;
+  if (!heights_) {
+    toReach_ = key;
+    return;
+  }
   const double bottom = layout_.top(*index) + layout_.height(*index);
   // The viewport learns of new rows with the next layout.
   toReach_ = bottom > adjustment_->get_upper() ? std::optional(key) : std::nullopt;
@@ -273,7 +282,7 @@ std::optional<size_t> RowList::focusedRow() const {
 }
 
 bool RowList::focusRow(size_t index) {
-  if (index >= rows_.size()) return false;
+  if (index >= rows_.size() || !heights_) return false;
   scrollTo(rows_[index].key);
   sync();
   auto* widget = widgetFor(rows_[index].key);

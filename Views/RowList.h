@@ -34,7 +34,8 @@ struct RowPoint {
 
 // A list of rows given as values and kept by key. Only the rows in view and half a screenful on
 // either side exist as widgets; these are pooled and bound again. Each kind of row has one height,
-// measured once. Rows move to their new places by a spring where a change asks for it.
+// measured when it first occurs. Rows move to their new places by a spring where a change asks for
+// it.
 //
 // It stands in a scrolled window's viewport, whose adjustment it follows. Arrow keys, Home and End
 // move the focus from row to row, Tab enters and leaves the list as one thing; the list's role and
@@ -138,6 +139,8 @@ class RowList : public Gtk::Widget {
   std::vector<SidebarRow> rows_;
   std::unordered_map<SidebarRow::Key, size_t> indices_;
   RowLayout layout_;
+  // Absent until the list is realized: only then do its window's styles hold, and nothing is laid
+  // out before. Zero for a kind that has not been measured.
   std::optional<RowLayout::Heights> heights_;
   LiveRows live_;
   std::array<std::vector<std::unique_ptr<RowWidget>>, RowLayout::kKinds> pools_;
