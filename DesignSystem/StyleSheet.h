@@ -8,15 +8,16 @@
 
 #include "BrowserCore/Theme.h"
 
-// The look that style sheets give. It is loaded once; what changes at run time are the classes of
-// the roots below which a theme holds.
+// The look that style sheets give. What changes at run time are the classes of the roots below
+// which a theme holds; a theme's own sheet is loaded with its first root, the others' soon after
+// the start.
 namespace orvel {
 
 namespace StyleSheet {
 
-// Loads style.css and the icons of the program's share folder, for the default display. Call it
-// once, after the toolkit is ready and before the first window. A missing sheet is logged, and the
-// toolkit's own look remains.
+// Loads style.css of the program's share folder for the default display, and names its icons. Call
+// it once, after the toolkit is ready and before the first window. A missing sheet is logged, and
+// the toolkit's own look remains.
 void load(const std::filesystem::path& shareFolder);
 
 // The scheme in force on this desktop and by the application's choice.

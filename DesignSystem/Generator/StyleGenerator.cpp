@@ -1,8 +1,8 @@
-// Writes the application's style sheet: common.css as it is, then scheme.css once for each scheme
-// and theme.css once for each theme and scheme. In the templates "&" stands for the class of the
-// scheme or theme, and "$name" for a color.
+// Writes the application's style sheets: style.css, which is common.css as it is and scheme.css
+// once for each scheme, and for each theme theme-ID.css, which is theme.css once for each scheme.
+// In the templates "&" stands for the class of the scheme or theme, and "$name" for a color.
 //
-//   style-generator FOLDER OUTPUT
+//   style-generator FOLDER OUTPUT-FOLDER
 
 #include <filesystem>
 #include <fstream>
@@ -20,6 +20,13 @@ std::string read(const std::filesystem::path& path) {
   std::ifstream file(path);
   if (!file) throw std::runtime_error("cannot read " + path.string());
   return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void write(const std::filesystem::path& path, const std::string& text) {
+  std::ofstream file(path, std::ios::trunc);
+  file << text;
+  file.close();
+  if (!file) throw std::runtime_error("cannot write " + path.string());
 }
 
 std::string hex(Color color) {
@@ -103,25 +110,28 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
 
 int main(int count, char** arguments) {
   if (count != 3) {
-    std::cerr << "usage: style-generator FOLDER OUTPUT\n";
+    std::cerr << "usage: style-generator FOLDER OUTPUT-FOLDER\n";
     return 2;
   }
   try {
     const std::filesystem::path folder = arguments[1];
-    std::string sheet = read(folder / "common.css");
+    const std::filesystem::path output = arguments[2];
     const auto scheme = read(folder / "scheme.css");
     const auto theme = read(folder / "theme.css");
-    for (const auto kind : {ColorScheme::light, ColorScheme::dark}) {
-      const std::string root = kind == ColorScheme::dark ? ".scheme-dark" : ".scheme-light";
-      sheet += expand(scheme, root, valuesOf(paletteOf(Theme::all.front(), kind), kind));
-      for (const auto& one : Theme::all)
-        sheet += expand(theme, fmt::format(".theme-{}{}", one.id, root),
+    const auto rootOf = [](ColorScheme kind) {
+      return kind == ColorScheme::dark ? ".scheme-dark" : ".scheme-light";
+    };
+    std::string common = read(folder / "common.css");
+    for (const auto kind : {ColorScheme::light, ColorScheme::dark})
+      common += expand(scheme, rootOf(kind), valuesOf(paletteOf(Theme::all.front(), kind), kind));
+    write(output / "style.css", common);
+    for (const auto& one : Theme::all) {
+      std::string sheet;
+      for (const auto kind : {ColorScheme::light, ColorScheme::dark})
+        sheet += expand(theme, fmt::format(".theme-{}{}", one.id, rootOf(kind)),
                         valuesOf(paletteOf(one, kind), kind));
+      write(output / fmt::format("theme-{}.css", one.id), sheet);
     }
-    std::ofstream output(arguments[2], std::ios::trunc);
-    output << sheet;
-    output.close();
-    if (!output) throw std::runtime_error("cannot write the style sheet");
   } catch (const std::exception& error) {
     std::cerr << "style-generator: " << error.what() << '\n';
     return 1;
