@@ -60,8 +60,9 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                 .openHistory = [this](const auto& file) {
                   return HistoryStore::open(scheduler_, file);
                 }} {
-  StyleSheet::load(share_);
+  // The store first: it has the selected page's process started, beside which all else happens.
   store_ = BrowserStore::make(services_);
+  StyleSheet::load(share_);
   ApplicationLifecycle::Steps steps;
   steps.appVersion = ORVEL_VERSION;
   steps.systemVersion = systemVersion();

@@ -2,7 +2,6 @@
 
 #include <gtkmm/init.h>
 
-#include <map>
 #include <set>
 #include <utility>
 
@@ -13,9 +12,6 @@ namespace orvel {
 namespace {
 
 using Provider = GRef<GtkCssProvider>;
-
-// Parsing a theme takes a millisecond, putting it on the display has every widget styled anew.
-constexpr guint kOthersWait = 1000;  // milliseconds
 
 Provider parse(const std::filesystem::path& sheet) {
   auto provider = Provider::adopt(gtk_css_provider_new());
@@ -33,54 +29,29 @@ Provider parse(const std::filesystem::path& sheet) {
   return provider;
 }
 
-// The sheets of themes say more than the common one, whose rules they outdo whatever these name.
+constexpr unsigned int kCommon = GTK_STYLE_PROVIDER_PRIORITY_APPLICATION;
+// Between providers it is their rank that counts, and no longer what their rules name.
+constexpr unsigned int kThemes = kCommon + 1;
+
 void put(const Provider& provider, unsigned int priority) {
   gtk_style_context_add_provider_for_display(gdk_display_get_default(),
                                              GTK_STYLE_PROVIDER(provider.get()), priority);
 }
 
+// The sheets of themes. Each is put on the display, which has every widget styled anew, when its
+// first root comes: for the themes of the spaces that is before the window shows.
 class Themes {
  public:
-  void load(std::filesystem::path folder) {
-    folder_ = std::move(folder);
-    g_timeout_add(
-        kOthersWait,
-        [](gpointer self) -> gboolean {
-          g_idle_add_full(G_PRIORITY_LOW, parseNext, self, nullptr);
-          return G_SOURCE_REMOVE;
-        },
-        this);
-  }
+  void setFolder(std::filesystem::path folder) { folder_ = std::move(folder); }
 
   void require(std::string_view id) {
-    if (!folder_.empty() && loaded_.emplace(id).second) putTheme(parse(sheetOf(id)));
+    if (!folder_.empty() && loaded_.emplace(id).second)
+      put(parse(folder_ / ("theme-" + std::string(id) + ".css")), kThemes);
   }
 
  private:
-  std::filesystem::path sheetOf(std::string_view id) const {
-    return folder_ / ("theme-" + std::string(id) + ".css");
-  }
-
-  static void putTheme(const Provider& provider) {
-    put(provider, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION + 1);
-  }
-
-  // One theme a turn, and at the end all at once: the widgets are styled anew but once.
-  static gboolean parseNext(gpointer data) {
-    auto& self = *static_cast<Themes*>(data);
-    for (const Theme& theme : Theme::all) {
-      if (self.loaded_.contains(theme.id) || self.waiting_.contains(theme.id)) continue;
-      self.waiting_.emplace(theme.id, parse(self.sheetOf(theme.id)));
-      return G_SOURCE_CONTINUE;
-    }
-    for (const auto& [id, provider] : std::exchange(self.waiting_, {}))
-      if (self.loaded_.insert(id).second) putTheme(provider);
-    return G_SOURCE_REMOVE;
-  }
-
   std::filesystem::path folder_;
   std::set<std::string_view> loaded_;
-  std::map<std::string_view, Provider> waiting_;
 };
 
 // The display's, as its providers are.
@@ -95,8 +66,8 @@ namespace StyleSheet {
 
 void load(const std::filesystem::path& shareFolder) {
   Gtk::init_gtkmm_internals();
-  put(parse(shareFolder / "style.css"), GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
-  themes().load(shareFolder);
+  put(parse(shareFolder / "style.css"), kCommon);
+  themes().setFolder(shareFolder);
   gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
                                  (shareFolder / "icons").c_str());
 }

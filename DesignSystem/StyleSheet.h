@@ -9,8 +9,7 @@
 #include "BrowserCore/Theme.h"
 
 // The look that style sheets give. What changes at run time are the classes of the roots below
-// which a theme holds; a theme's own sheet is loaded with its first root, the others' soon after
-// the start.
+// which a theme holds. A theme's own sheet is loaded with its first root.
 namespace orvel {
 
 namespace StyleSheet {
