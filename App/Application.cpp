@@ -50,7 +50,7 @@ Application::Application() {
 
 Application::~Application() {
   browser_.reset();
-  g_object_unref(application_);
+  g_clear_object(&application_);
 }
 
 // What stands on the command line is typed by a person: "example.com" is an address, and so is the
@@ -99,6 +99,8 @@ int Application::run(const std::vector<std::string>& arguments) {
     // What was asked must have left before this process ends.
     if (auto* bus = g_application_get_dbus_connection(application))
       g_dbus_connection_flush_sync(bus, nullptr, nullptr);
+    // It ends with the process: the library complains of one that ends without having run.
+    application_ = nullptr;
     return 0;
   }
 

@@ -92,6 +92,19 @@ class SessionTest(EndToEndTest):
             "both tabs",
         )
 
+    def test_without_its_window_it_lives_until_it_is_ended(self):
+        program = self.start("http://one.test/")
+        frames = lambda: [i for i in self.everything() if i.get_role_name() == "frame"]  # noqa: E731
+        for _ in range(2):
+            self.find("One")
+            self.act(self.find("Close Window"))
+            eventually(lambda: not frames(), "the window closed")
+            self.assertEqual(program.second(), (0, ""))
+        self.find("One")
+        self.keys("ctrl+q")
+        eventually(lambda: program.process.poll() == 0, "the end")
+        program.end()
+
     def test_the_bus_starts_it_with_whatever_it_is_asked_first(self):
         program = self.start("--gapplication-service")
         self.ask(program, "open-address", GLib.Variant("s", "http://one.test/"))
