@@ -14,6 +14,9 @@ namespace orvel {
 namespace {
 
 constexpr const char* kIdentifier = "com.brinemark.orvel";
+// What the bus knows them by; the latter stands in the desktop file too.
+constexpr const char* kOpenAddress = "open-address";
+constexpr const char* kNewTab = "new-tab";
 constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 std::filesystem::path dataFolder() {
@@ -47,7 +50,7 @@ Application::Application() {
 
 Application::~Application() {
   browser_.reset();
-  g_object_unref(application_);
+  g_clear_object(&application_);
 }
 
 // What stands on the command line is typed by a person: "example.com" is an address, and so is the
@@ -63,15 +66,14 @@ std::optional<URL> Application::addressOf(const std::string& argument) {
 }
 
 int Application::run(const std::vector<std::string>& arguments) {
-  std::vector<std::string> addresses;
   bool isService = false;
   for (const std::string& argument : arguments) {
     if (argument == "--gapplication-service") {
       isService = true;
     } else if (argument == "--new-tab") {
-      addresses.emplace_back("about:blank");
+      wantsNewTab_ = true;
     } else if (const auto url = addressOf(argument)) {
-      addresses.push_back(url->text());
+      addresses_.push_back(url->text());
     } else {
       fmt::print(stderr, "orvel: \"{}\" is no address\n", argument);
       return 2;
@@ -87,13 +89,18 @@ int Application::run(const std::vector<std::string>& arguments) {
     return 1;
   }
   if (g_application_get_is_remote(application)) {
-    for (const std::string& address : addresses)
-      g_action_group_activate_action(G_ACTION_GROUP(application), "open-address",
+    for (const std::string& address : addresses_)
+      g_action_group_activate_action(G_ACTION_GROUP(application), kOpenAddress,
                                      g_variant_new_string(address.c_str()));
-    if (addresses.empty()) g_application_activate(application);
+    if (wantsNewTab_)
+      g_action_group_activate_action(G_ACTION_GROUP(application), kNewTab, nullptr);
+    else if (addresses_.empty())
+      g_application_activate(application);
     // What was asked must have left before this process ends.
     if (auto* bus = g_application_get_dbus_connection(application))
       g_dbus_connection_flush_sync(bus, nullptr, nullptr);
+    // It ends with the process: the library complains of one that ends without having run.
+    application_ = nullptr;
     return 0;
   }
 
@@ -115,36 +122,23 @@ int Application::run(const std::vector<std::string>& arguments) {
         },
         application);
 
-  struct Context {
-    Application* self;
-    std::vector<std::string> addresses;
-    bool hasLaunched = false;
-
-    bool launchOnce() {
-      if (std::exchange(hasLaunched, true)) return false;
-      self->browser_->didFinishLaunching();
-      for (const std::string& address : addresses) self->openAddress(address);
-      return true;
-    }
-  } context{this, std::move(addresses)};
   g_signal_connect(application, "activate", G_CALLBACK(+[](GApplication*, gpointer data) {
-                     auto& launch = *static_cast<Context*>(data);
-                     if (!launch.launchOnce()) launch.self->browser_->showWindow();
+                     auto* self = static_cast<Application*>(data);
+                     if (!self->launchOnce()) self->browser_->handleReopen();
                    }),
-                   &context);
+                   this);
   g_signal_connect(
       application, "open",
       G_CALLBACK(+[](GApplication*, GFile** files, gint count, const char*, gpointer data) {
-        auto& launch = *static_cast<Context*>(data);
-        launch.launchOnce();
         for (gint i = 0; i < count; ++i)
-          if (const GText uri(g_file_get_uri(files[i])); uri) launch.self->openAddress(uri.get());
+          if (const GText uri(g_file_get_uri(files[i])); uri)
+            static_cast<Application*>(data)->openAddress(uri.get());
       }),
-      &context);
+      this);
   g_signal_connect(application, "query-end", G_CALLBACK(+[](GtkApplication*, gpointer data) {
-                     static_cast<Context*>(data)->self->browser_->save();
+                     static_cast<Application*>(data)->browser_->save();
                    }),
-                   &context);
+                   this);
 
   // The program name alone, which activates: what the arguments mean has been settled above.
   char name[] = "orvel";
@@ -152,24 +146,46 @@ int Application::run(const std::vector<std::string>& arguments) {
   char* argv[] = {name, isService ? service : nullptr, nullptr};
   const int status = g_application_run(application, isService ? 2 : 1, argv);
   browser_->willTerminate();
-  g_signal_handlers_disconnect_by_data(application, &context);
+  g_signal_handlers_disconnect_by_data(application, this);
   return status;
 }
 
 void Application::makeActions() {
   const auto open =
-      GRef<GSimpleAction>::adopt(g_simple_action_new("open-address", G_VARIANT_TYPE_STRING));
+      GRef<GSimpleAction>::adopt(g_simple_action_new(kOpenAddress, G_VARIANT_TYPE_STRING));
   g_signal_connect(
       open.get(), "activate", G_CALLBACK(+[](GSimpleAction*, GVariant* address, gpointer self) {
         static_cast<Application*>(self)->openAddress(g_variant_get_string(address, nullptr));
       }),
       this);
-  g_action_map_add_action(G_ACTION_MAP(application_), G_ACTION(open.get()));
+  const auto newTab = GRef<GSimpleAction>::adopt(g_simple_action_new(kNewTab, nullptr));
+  g_signal_connect(newTab.get(), "activate",
+                   G_CALLBACK(+[](GSimpleAction*, GVariant*, gpointer self) {
+                     static_cast<Application*>(self)->newTab();
+                   }),
+                   this);
+  for (auto* action : {open.get(), newTab.get()})
+    g_action_map_add_action(G_ACTION_MAP(application_), G_ACTION(action));
+}
+
+bool Application::launchOnce() {
+  if (std::exchange(hasLaunched_, true)) return false;
+  browser_->didFinishLaunching();
+  for (const std::string& address : addresses_) openAddress(address);
+  if (wantsNewTab_) newTab();
+  return true;
 }
 
 void Application::openAddress(const std::string& text) {
   if (!browser_) return;
+  launchOnce();
   if (const auto url = URL::parse(text)) browser_->open({*url});
+}
+
+void Application::newTab() {
+  if (!browser_) return;
+  launchOnce();
+  browser_->newTab();
 }
 
 }  // namespace orvel

@@ -25,12 +25,19 @@ class Application {
 
  private:
   void makeActions();
+  // Finishes the launch, and opens what the program was started with. Answers whether this call did
+  // so: the bus may ask for anything before it asks for the window.
+  bool launchOnce();
   void openAddress(const std::string& text);
+  void newTab();
   static std::optional<URL> addressOf(const std::string& argument);
 
   GtkApplication* application_ = nullptr;
   std::optional<InstanceLock> lock_;
   std::unique_ptr<Browser> browser_;
+  std::vector<std::string> addresses_;  // that the program was started with
+  bool wantsNewTab_ = false;
+  bool hasLaunched_ = false;
 };
 
 }  // namespace orvel

@@ -77,4 +77,14 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
 
 Browser::~Browser() = default;
 
+void Browser::handleReopen() {
+  using enum ApplicationLifecycle::VisibleWindows;
+  lifecycle_->handleReopen(store_->window && store_->window->isVisible() ? Some : None);
+}
+
+void Browser::newTab() {
+  lifecycle_->showWindow();
+  store_->showCommandBar(CommandBarMode::NewTab);
+}
+
 }  // namespace orvel

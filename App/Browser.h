@@ -24,8 +24,9 @@ class Browser {
   ~Browser();
 
   void didFinishLaunching() { lifecycle_->didFinishLaunching(); }
-  void showWindow() { lifecycle_->showWindow(); }
+  void handleReopen();
   void open(const std::vector<URL>& urls) { lifecycle_->open(urls); }
+  void newTab();
   void save() { store_->save(); }
   void willTerminate() { lifecycle_->willTerminate(); }
 

@@ -95,16 +95,22 @@ void FileWriter::request(std::filesystem::path path, std::optional<std::string> 
       [state = state_] { state->deliver(); }, WorkPriority::UserInitiated);
 }
 
+FileWriter::~FileWriter() {
+  const std::lock_guard lock(state_->mutex);
+  state_->waiting.clear();
+}
+
 bool FileWriter::drain(Duration deadline) {
-  const auto end = std::chrono::steady_clock::now() + deadline;
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + deadline;
   const auto isIdle = [this] { return state_->underWay.empty(); };
   bool isDone = false;
   for (;;) {
-    while (state_->carryOutOne()) {
+    while (Clock::now() < end && state_->carryOutOne()) {
     }
     std::unique_lock lock(state_->mutex);
     isDone = state_->changed.wait_until(lock, end, isIdle) && state_->waiting.empty();
-    if (isDone || std::chrono::steady_clock::now() >= end) break;
+    if (isDone || Clock::now() >= end) break;
   }
   state_->deliver();
   return isDone;

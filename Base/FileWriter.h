@@ -30,12 +30,15 @@ class FileWriter {
   using Completion = std::function<void(const WriteResult&)>;
 
   FileWriter(Scheduler& scheduler, std::shared_ptr<FileSystem> files);
+  // Drops what has not begun.
+  ~FileWriter();
 
   void write(std::filesystem::path path, std::string bytes, Completion completion = {});
   void remove(std::filesystem::path path, Completion completion = {});
 
-  // Blocks until every request has been carried out, or until `deadline` has passed with one still
-  // under way; answers whether all of them were. Completions that came due run before it returns.
+  // Blocks until every request has been carried out, or until `deadline` has passed, and for no
+  // longer than the request that is under way then; answers whether all of them were. Completions
+  // that came due run before it returns.
   bool drain(Duration deadline);
 
   // Where reading goes directly.

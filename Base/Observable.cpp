@@ -132,6 +132,7 @@ void ObservableBase::recordRead() const {
 }
 
 void ObservableBase::requireWritable() {
+  requireMainThread();
   require(graph().running == nullptr, "an effect wrote to the model");
 }
 

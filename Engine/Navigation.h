@@ -27,6 +27,8 @@ struct URLRequest {
   // Upper case, as HTTP writes it.
   std::string method = "GET";
   std::vector<std::pair<std::string, std::string>> headers;
+  // How long the server may take to answer, after each redirect anew. A later answer counts as a
+  // failure.
   Duration timeout = 60s;
 };
 

@@ -42,7 +42,10 @@ void ApplicationLifecycle::open(const std::vector<URL>& urls) {
 }
 
 void ApplicationLifecycle::handleReopen(VisibleWindows visible) {
-  if (visible == VisibleWindows::None) showWindow();
+  if (visible == VisibleWindows::None)
+    showWindow();
+  else
+    store_->services().desktop.application.activate();
 }
 
 bool ApplicationLifecycle::continueActivity(const std::string& identifier) {

@@ -43,13 +43,11 @@ class ApplicationLifecycle {
   // Makes the main window if there is none, and brings it forward.
   void showWindow();
   void open(const std::vector<URL>& urls);
-  // The user started the program again or clicked its icon.
+  // The user started the program again or clicked its icon: what is there comes forward.
   enum class VisibleWindows { None, Some };
   void handleReopen(VisibleWindows visible);
   // A result of the desktop's search was chosen. Answers whether it was one of this program's.
   bool continueActivity(const std::string& identifier);
-  // The process lives on without a window.
-  bool terminatesAfterLastWindowClosed() const { return false; }
   // Brings everything to the disk; blocks for at most `kDrainDeadline`.
   void willTerminate();
 

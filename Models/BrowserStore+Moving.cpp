@@ -30,7 +30,8 @@ void BrowserStore::move(const TabRef& tab, const TabDestination& destination,
                         std::shared_ptr<Space> space) {
   const auto& before = std::visit(
       [](const auto& place) -> const std::optional<UUID>& { return place.before; }, destination);
-  if (before == tab->id) return;
+  // A menu may outlive the tab that it was opened on.
+  if (before == tab->id || tab->isDiscarded.peek()) return;
   if (!space) space = activeSpace();
   const auto pin = [&] {
     if (!tab->pinnedURL.peek()) tab->pinnedURL = tab->url.peek();
@@ -134,7 +135,8 @@ void BrowserStore::deleteFolder(const FolderRef& folder) {
   const TabList tabs = tabsOf(folder->children.peek());
   const auto space = activeSpace();
   animate(Spring::quick, [&] {
-    removeItem(space->pinned, folder->id);
+    // A folder that has gone has given its tabs away already.
+    if (!removeItem(space->pinned, folder->id)) return;
     for (const TabRef& tab : tabs) tab->pinnedURL = std::nullopt;
     space->today.update(
         [&](TabList& today) { today.insert(today.begin(), tabs.begin(), tabs.end()); });

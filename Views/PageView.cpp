@@ -29,6 +29,8 @@ PageView::PageView() {
   layers->add_overlay(web_);
   set_child(*layers);
   add_overlay(bar_);
+  signal_map().connect([this] { untracked([this] { isSeen_ = true; }); });
+  signal_unmap().connect([this] { untracked([this] { isSeen_ = false; }); });
   setTab(nullptr);
 }
 
@@ -44,8 +46,9 @@ void PageView::follow() {
   const bool hasPage = tab_ && !tab_->isDiscarded && (tab_->url.get() || tab_->liveWebView());
   std::shared_ptr<WebView> view;
   if (hasPage) {
-    view = tab_->webView();
-    tab_->liveWebView();
+    // A page whose process ended while nobody saw it comes back when somebody does.
+    if (isSeen_) tab_->webView();
+    view = tab_->liveWebView();
   }
   web_.host(view ? view->widget() : nullptr);
   web_.set_visible(hasPage);

@@ -30,13 +30,14 @@ class PageView final : public Gtk::Overlay {
   // Null: no tab.
   void setTab(const TabRef& tab);
   void setPalette(const Palette& palette);
-  // The widget of the page on show; null without one.
+  // Whether the tab has a page, in place of the empty state.
   bool showsPage() const { return web_.get_visible(); }
 
  private:
   void follow();
 
   TabRef tab_;
+  Observable<bool> isSeen_ = false;
   EmptyState empty_;
   WebContainer web_;
   LoadingBar bar_;

@@ -1,6 +1,9 @@
 #include "Desktop/Gtk/GtkServices.h"
 
+#include <fcntl.h>
 #include <gio/gdesktopappinfo.h>
+#include <glib-unix.h>
+#include <unistd.h>
 
 #include "Base/GRef.h"
 #include "Desktop/Gtk/Textures.h"
@@ -108,23 +111,51 @@ void GtkWorkspace::noteDownloadFinished(const std::filesystem::path& file) {
 
 // Memory
 
+namespace {
+
+// Tasks waited for memory for a tenth of two seconds.
+constexpr std::string_view kStall = "some 200000 2000000";
+
+// The desktop's monitor needs a service that many machines do not run: the kernel is asked besides.
+class MemoryWatch {
+ public:
+  explicit MemoryWatch(std::function<void()> event)
+      : event_(std::move(event)),
+        monitor_(GRef<GMemoryMonitor>::adopt(g_memory_monitor_dup_default())),
+        stalls_(open("/proc/pressure/memory", O_RDWR | O_NONBLOCK | O_CLOEXEC)) {
+    if (monitor_)
+      connection_ =
+          g_signal_connect_swapped(monitor_.get(), "low-memory-warning",
+                                   G_CALLBACK(+[](MemoryWatch* self) { self->event_(); }), this);
+    // The text ends with its zero byte; a kernel that offers no such trigger refuses it.
+    if (stalls_ >= 0 && write(stalls_, kStall.data(), kStall.size() + 1) > 0)
+      source_ = g_unix_fd_add(stalls_, G_IO_PRI, &MemoryWatch::stalled, this);
+  }
+  ~MemoryWatch() {
+    if (connection_) g_signal_handler_disconnect(monitor_.get(), connection_);
+    if (source_) g_source_remove(source_);
+    if (stalls_ >= 0) close(stalls_);
+  }
+  MemoryWatch(const MemoryWatch&) = delete;
+
+ private:
+  static gboolean stalled(gint, GIOCondition, gpointer self) {
+    static_cast<MemoryWatch*>(self)->event_();
+    return G_SOURCE_CONTINUE;
+  }
+
+  const std::function<void()> event_;
+  const GRef<GMemoryMonitor> monitor_;
+  gulong connection_ = 0;
+  const int stalls_;
+  guint source_ = 0;
+};
+
+}  // namespace
+
 Observation GtkMemoryPressure::observe(std::function<void()> event) {
-  struct Watch {
-    GRef<GMemoryMonitor> monitor;
-    std::function<void()> event;
-    gulong connection = 0;
-  };
-  auto watch = std::make_shared<Watch>();
-  watch->monitor = GRef<GMemoryMonitor>::adopt(g_memory_monitor_dup_default());
-  watch->event = std::move(event);
-  watch->connection =
-      g_signal_connect(watch->monitor.get(), "low-memory-warning",
-                       G_CALLBACK(+[](GMemoryMonitor*, GMemoryMonitorWarningLevel, gpointer data) {
-                         static_cast<Watch*>(data)->event();
-                       }),
-                       watch.get());
-  return Observation(
-      [watch] { g_signal_handler_disconnect(watch->monitor.get(), watch->connection); });
+  auto watch = std::make_shared<MemoryWatch>(std::move(event));
+  return Observation([watch]() mutable { watch.reset(); });
 }
 
 // What this desktop does not have

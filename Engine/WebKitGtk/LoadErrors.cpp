@@ -64,4 +64,10 @@ LoadError loadError(const GError& error, const char* failingURL) {
   return result;
 }
 
+LoadError timeoutError(const char* failingURL) {
+  const GError error{G_IO_ERROR, G_IO_ERROR_TIMED_OUT,
+                     const_cast<char*>("The server took too long to answer.")};
+  return loadError(error, failingURL);
+}
+
 }  // namespace orvel

@@ -10,5 +10,7 @@ namespace orvel {
 
 // The engine's error in the contract's words. `failingURL` is the address as the engine reports it.
 LoadError loadError(const GError& error, const char* failingURL);
+// That of a load which was given up for want of an answer.
+LoadError timeoutError(const char* failingURL);
 
 }  // namespace orvel

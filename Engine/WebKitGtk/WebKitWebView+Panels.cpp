@@ -134,6 +134,8 @@ void WebKitWebView::connectPanels() {
       "authenticate",
       +[](::WebKitWebView*, WebKitAuthenticationRequest* raw, gpointer data) -> gboolean {
         const auto self = static_cast<Self*>(data)->shared_from_this();
+        // The server has answered, and the user may think.
+        self->endWaiting();
         if (!self->navigation_) return FALSE;
         AuthenticationChallenge challenge;
         challenge.host = textOf(webkit_authentication_request_get_host(raw));

@@ -159,6 +159,7 @@ bool WebKitWebView::decideResponse(WebKitResponsePolicyDecision* raw) {
   const char* asked = webkit_uri_request_get_uri(request);
   const char* answered = webkit_uri_response_get_uri(native);
   const auto url = URL::parse(answered ? answered : asked);
+  if (isMainFrame) endWaiting();
   if (!navigation_ || !url) return false;
 
   NavigationResponse response{.url = *url, .isForMainFrame = isMainFrame};
@@ -196,7 +197,9 @@ void WebKitWebView::answerResponse(GRef<WebKitPolicyDecision> decision,
 }
 
 bool WebKitWebView::loadFailed(const char* uri, const GError& raw) {
-  const LoadError error = loadError(raw, uri);
+  endWaiting();
+  const LoadError error =
+      std::exchange(hasTimedOut_, false) ? timeoutError(uri) : loadError(raw, uri);
   if (fallBackToHTTP(error)) return true;
   hasCommitted_ = false;
   if (navigation_) navigation_->didFailProvisionalNavigation(*this, error);

@@ -146,19 +146,7 @@ void WebKitWebView::connectLoading() {
                    this);
   connect(
       "load-changed", +[](::WebKitWebView*, WebKitLoadEvent event, gpointer data) {
-        const auto self = static_cast<Self*>(data)->shared_from_this();
-        self->stoppedAddress_.reset();
-        if (event == WEBKIT_LOAD_STARTED) self->hasCommitted_ = false;
-        if (event == WEBKIT_LOAD_COMMITTED) {
-          self->hasCommitted_ = true;
-          self->plainRequest_.reset();
-          self->restoredAddress_.reset();
-          self->undecided_.clear();
-          if (self->navigation_) self->navigation_->didCommit(*self);
-        }
-        // A failed load finishes too; it has been reported as failed.
-        if (event == WEBKIT_LOAD_FINISHED && self->hasCommitted_ && self->navigation_)
-          self->navigation_->didFinish(*self);
+        static_cast<Self*>(data)->shared_from_this()->loadChanged(event);
       });
   connect(
       "web-process-terminated",
@@ -167,6 +155,49 @@ void WebKitWebView::connectLoading() {
         self->endFinding();
         if (self->navigation_) self->navigation_->webContentProcessDidTerminate(*self);
       });
+}
+
+void WebKitWebView::loadChanged(WebKitLoadEvent event) {
+  stoppedAddress_.reset();
+  switch (event) {
+    case WEBKIT_LOAD_STARTED:
+      hasCommitted_ = false;
+      hasTimedOut_ = false;
+      return awaitAnswer();
+    case WEBKIT_LOAD_REDIRECTED:
+      return awaitAnswer();
+    case WEBKIT_LOAD_COMMITTED:
+      hasCommitted_ = true;
+      endWaiting();
+      plainRequest_.reset();
+      restoredAddress_.reset();
+      undecided_.clear();
+      if (navigation_) navigation_->didCommit(*this);
+      return;
+    case WEBKIT_LOAD_FINISHED:
+      endWaiting();
+      // A failed load finishes too; it has been reported as failed.
+      if (hasCommitted_ && navigation_) navigation_->didFinish(*this);
+      return;
+  }
+}
+
+void WebKitWebView::awaitAnswer() {
+  if (answerTimeout_)
+    answerTimer_ = engine_.scheduler().start(endUnanswered(weak_from_this(), *answerTimeout_));
+}
+
+void WebKitWebView::endWaiting() {
+  answerTimeout_.reset();
+  answerTimer_.cancel();
+}
+
+Task<> WebKitWebView::endUnanswered(std::weak_ptr<WebKitWebView> weak, Duration after) {
+  const SleepResult result = co_await sleep(after);
+  const auto self = weak.lock();
+  if (!self || result == SleepResult::Cancelled || !self->answerTimeout_) co_return;
+  self->hasTimedOut_ = true;
+  webkit_web_view_stop_loading(self->view_.get());
 }
 
 void WebKitWebView::notify(WebViewProperty property) {
@@ -210,6 +241,8 @@ void WebKitWebView::load(const URLRequest& request) {
     if (auto* headers = webkit_uri_request_get_http_headers(native.get()))
       for (const auto& [name, value] : request.headers)
         soup_message_headers_append(headers, name.c_str(), value.c_str());
+    self->endWaiting();
+    self->answerTimeout_ = request.timeout;
     webkit_web_view_load_request(self->view_.get(), native.get());
   });
 }
@@ -236,6 +269,7 @@ void WebKitWebView::stopLoading() {
   plainRequest_.reset();
   waitingLoad_.reset();
   restoredAddress_.reset();
+  endWaiting();
   webkit_web_view_stop_loading(view_.get());
   // A load whose decision is still to be asked for is forgotten by its page's process, and the
   // engine would show it as loading for ever.

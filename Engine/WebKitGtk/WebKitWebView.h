@@ -9,6 +9,7 @@
 #include <string>
 
 #include "Base/GRef.h"
+#include "Base/Task.h"
 #include "Engine/Delegates.h"
 #include "Engine/WebKitGtk/NavigationClassifier.h"
 #include "Engine/WebView.h"
@@ -92,6 +93,11 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void connectGestures();
   void connectLoading();
   void connectPolicy();
+  void loadChanged(WebKitLoadEvent event);
+  // Gives the program's load up unless it is answered in time.
+  void awaitAnswer();
+  void endWaiting();
+  static Task<> endUnanswered(std::weak_ptr<WebKitWebView> view, Duration after);
   void connectPanels();
   void connectFind();
   void answerFinding(bool isFound);
@@ -136,6 +142,11 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   std::optional<URL> waitingLoad_;
   // A load that was stopped and has not ended yet; one that is decided on only now is refused.
   std::optional<std::string> stoppedAddress_;
+  // How long the answer to the program's latest load may take; absent once it has come.
+  std::optional<Duration> answerTimeout_;
+  TaskHandle answerTimer_;
+  // The load has been stopped for want of an answer, which the engine reports as cancelled.
+  bool hasTimedOut_ = false;
   // What a restored history is loading: the engine reports it as a load like any other.
   std::optional<std::string> restoredAddress_;
   // The http address that was asked for last in the main frame: it may be upgraded.

@@ -112,6 +112,8 @@ TEST_F(FileWriterTest, AFaultAtAnyStepLeavesTheOldFileOrTheNewOne) {
 
 TEST_F(FileWriterTest, DrainsWhatIsWaitingWithoutATurn) {
   writer.write(kFile, "one", note("one"));
+  EXPECT_FALSE(writer.drain(0s)) << "nothing is begun after the deadline";
+  EXPECT_FALSE(disk->exists(kFile));
   EXPECT_TRUE(writer.drain(2s));
   EXPECT_EQ(disk->read(kFile, 100), "one");
   EXPECT_THAT(log, ElementsAre("one done"));

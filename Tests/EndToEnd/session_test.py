@@ -11,7 +11,7 @@ import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import EndToEndTest, GLib, eventually  # noqa: E402
 
 # What a change may wait before it is safe: the save's one second, and the time that a save takes,
 # which is measured, for the machine may be busy.
@@ -91,6 +91,29 @@ class SessionTest(EndToEndTest):
             lambda: today(program.session()) == ["http://two.test/", "http://one.test/"],
             "both tabs",
         )
+
+    def test_without_its_window_it_lives_until_it_is_ended(self):
+        program = self.start("http://one.test/")
+        frames = lambda: [i for i in self.everything() if i.get_role_name() == "frame"]  # noqa: E731
+        for _ in range(2):
+            self.find("One")
+            self.act(self.find("Close Window"))
+            eventually(lambda: not frames(), "the window closed")
+            self.assertEqual(program.second(), (0, ""))
+        self.find("One")
+        self.keys("ctrl+q")
+        eventually(lambda: program.process.poll() == 0, "the end")
+        program.end()
+
+    def test_the_bus_starts_it_with_whatever_it_is_asked_first(self):
+        program = self.start("--gapplication-service")
+        self.ask(program, "open-address", GLib.Variant("s", "http://one.test/"))
+        self.find("One")
+        self.keys("F10")
+        self.find("File")
+        program.end()
+        self.ask(self.start("--gapplication-service"), "new-tab")
+        self.find("Search, enter address, or type 20+20…")
 
     def test_ends_by_signal_within_two_seconds_and_comes_back(self):
         program = self.start("http://one.test/")
@@ -190,7 +213,7 @@ class SessionTest(EndToEndTest):
         slowest = QUICK_SAVE
         for round_ in range(10):
             program = self.start()
-            eventually(lambda: self.is_on_the_bus(program), "the program on the bus", 15)
+            self.ask(program, "open-address", GLib.Variant("s", "about:blank"))
             watch = SaveWatch(lambda: numbers(program.session()))
             end = time.monotonic() + draw.uniform(0.2, 2.5)
             while time.monotonic() < end:
@@ -211,12 +234,17 @@ class SessionTest(EndToEndTest):
             # What this kill took is gone for good.
             made = {n: made[n] for n in kept}
 
-    def is_on_the_bus(self, program):
-        try:
-            program.open_address("about:blank")
-            return True
-        except Exception:  # not there yet
-            return False
+    def ask(self, program, action, *parameter):
+        """Asks a program that has only just been started for one of its actions."""
+
+        def is_taken():
+            try:
+                program.activate(action, *parameter)
+                return True
+            except GLib.Error:  # not there yet
+                return False
+
+        eventually(is_taken, "the program on the bus", 15)
 
 
 if __name__ == "__main__":

@@ -97,6 +97,21 @@ TEST_F(LoadingTest, ReportsFailuresWithTheirKindAndShowsPagesUnderTheirAddress) 
   EXPECT_EQ(view->url(), URL::parse("http://closed.test/path?a=1"));
 }
 
+TEST_F(LoadingTest, GivesAServerUpThatDoesNotAnswerInTime) {
+  server.serve("http://slow.test/", {.body = "<title>Slow</title>", .delay = 0.2});
+  const auto view = makeView();
+  delegate.attachTo(*view);
+  view->load({.url = *URL::parse("http://slow.test/"), .timeout = 1s});
+  ASSERT_TRUE(eventually([&] { return view->title() == "Slow"; }));
+  turnFor(1s);
+  EXPECT_TRUE(delegate.errors.empty()) << "in time";
+  view->load({.url = *URL::parse("http://slow.test/?again"), .timeout = 50ms});
+  ASSERT_TRUE(eventually([&] { return !delegate.errors.empty(); }));
+  EXPECT_EQ(delegate.errors.front().kind, LoadError::Kind::TimedOut);
+  EXPECT_EQ(delegate.errors.front().failingURL, URL::parse("http://slow.test/?again"));
+  EXPECT_FALSE(view->isLoading());
+}
+
 TEST_F(LoadingTest, TellsOfADeadPageProcessAndComesBackOnReload) {
   server.serve("http://one.test/", "<title>One</title>");
   const auto view = makeView();

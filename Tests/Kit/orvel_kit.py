@@ -124,10 +124,14 @@ class Program:
 
     def open_address(self, address):
         """Asks the running program to open an address, as another application does."""
+        self.activate("open-address", GLib.Variant("s", address))
+
+    def activate(self, action, *parameter):
+        """Asks the running program for one of its actions, as the desktop does."""
         bus = Gio.bus_get_sync(Gio.BusType.SESSION)
         bus.call_sync(
-            "com.brinemark.orvel", "/com/brinemark/orvel", "org.gtk.Actions", "Activate",
-            GLib.Variant("(sava{sv})", ("open-address", [GLib.Variant("s", address)], {})),
+            "com.brinemark.orvel", "/com/brinemark/orvel", "org.freedesktop.Application",
+            "ActivateAction", GLib.Variant("(sava{sv})", (action, parameter, {})),
             None, Gio.DBusCallFlags.NONE, 5000, None,
         )
 

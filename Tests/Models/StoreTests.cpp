@@ -262,6 +262,7 @@ TEST_F(Lifecycle, LaunchesInOrderAndKeepsItsWindow) {
   lifecycle.showWindow();
   lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::Some);
   EXPECT_EQ(shown, 2);
+  EXPECT_EQ(world.desktop.activateCount, 2);
   lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::None);
   EXPECT_EQ(shown, 3);
   EXPECT_EQ(world.window.frontCount, 3);

@@ -153,6 +153,9 @@ TEST_F(TabOperations, MovesKeepSetAndClearThePin) {
   store().move(tabs[0], TodayDestination{tabs[0]->id});
   EXPECT_EQ(space().today.peek(), before);
   EXPECT_FALSE(isSavePending()) << "dropping a tab in front of itself is no move";
+  store().close(tabs[0]);
+  store().move(tabs[0], PinnedDestination{});
+  EXPECT_FALSE(store().placeOf(*tabs[0])) << "closed for good";
 }
 
 TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
@@ -199,6 +202,7 @@ TEST_F(TabOperations, FoldersAreNamedToggledAndDissolved) {
   EXPECT_TRUE(isSavePending());
   store().move(tabs[2], PinnedDestination{folder, std::nullopt});
   store().select(tabs[2]);
+  store().deleteFolder(folder);
   store().deleteFolder(folder);
   EXPECT_THAT(space().today.peek(), ElementsAre(tabs[1], tabs[2], tabs[0], tabs[3]));
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());

@@ -92,6 +92,19 @@ TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {
   EXPECT_TRUE(reads(GTK_WIDGET(window->native()), "Search or enter address"));
 }
 
+TEST_F(WindowTest, APageThatEndsUnseenComesBackWhenItIsSeen) {
+  const TabRef tab = store().activeSpace()->selectedTab();
+  gtk_widget_set_visible(GTK_WIDGET(window->native()), FALSE);
+  const auto view = sample.world.view(tab);
+  view->isOnScreen = false;
+  view->die();
+  settle();
+  EXPECT_EQ(tab->liveWebView(), nullptr) << "or one that ends at once would do so for ever";
+  window->present();
+  settle();
+  EXPECT_NE(tab->liveWebView(), nullptr);
+}
+
 TEST_F(WindowTest, AToastOffersItsUndo) {
   bool isUndone = false;
   store().showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [&] { isUndone = true; }});
