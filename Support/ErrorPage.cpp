@@ -18,6 +18,10 @@ constexpr std::string_view kStyle = R"(
 @media (prefers-color-scheme: dark) {
   :root { --paper: #1C1A17; --ink: #E8E1D3; --muted: #9A8F7E; --accent: #B5574F; }
 }
+@font-face {
+  font-family: ui-serif; font-weight: 600;
+  src: local("EB Garamond"), local("Libertinus Serif"), local("Noto Serif");
+}
 body {
   font: 14px system-ui; display: grid; place-items: center; height: 100vh; margin: 0;
   background: var(--paper); color: var(--muted);

@@ -27,6 +27,19 @@ using namespace orvel::test;
 
 constexpr unsigned kStep = 10;  // milliseconds
 
+// Pages are guests: their ground is their own.
+void paintPages() {
+  auto* provider = gtk_css_provider_new();
+  gtk_css_provider_load_from_data(provider,
+                                  ".sample-page { background: white; color: #1c2427; }"
+                                  ".scheme-dark .sample-page { background: #15181b; color: #e6e9ea; }",
+                                  -1);
+  gtk_style_context_add_provider_for_display(gdk_display_get_default(),
+                                             GTK_STYLE_PROVIDER(provider),
+                                             GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  g_object_unref(provider);
+}
+
 struct Preview {
   SampleStore sample;
   std::unique_ptr<MainWindow> window;
@@ -266,5 +279,6 @@ int main(int count, char** arguments) {
   StyleSheet::load(std::filesystem::path(ORVEL_BUILD_DIR) / "share/orvel");
   Preview preview;
   g_object_set(gtk_settings_get_default(), "gtk-font-name", "Inter 10", nullptr);
+  paintPages();
   preview.run({arguments + 1, arguments + count});
 }
