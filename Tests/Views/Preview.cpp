@@ -2,7 +2,7 @@
 //
 //   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
 //                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|swipe|towel|
-//                tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
+//                large|tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
 //                find=TEXT|history|history=TEXT|no-history]
 //                [theme=NAME] [many] [shoot=FILE]
 
@@ -61,6 +61,7 @@ struct Preview {
     if (state == "peek") store.isSidebarPeeking = true;
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
+    if (state == "large") g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 144 * 1024, nullptr);
     if (state == "bar" || state.starts_with("bar=")) store.showCommandBar(CommandBarMode::NewTab);
     if (state == "bar-current") store.showCommandBar(CommandBarMode::CurrentTab);
     if (state.starts_with("bar=")) typed = state.substr(4);
@@ -214,7 +215,7 @@ struct Preview {
 
   void run(const std::vector<std::string>& states) {
     for (const auto& state : states) {
-      if (state == "rtl") apply(state);
+      if (state == "rtl" || state == "large") apply(state);
       using namespace std::chrono;
       if (state == "towel") sample.world.scheduler.setDate(sys_days(2026y / May / 25) + hours(12));
     }
