@@ -13,16 +13,26 @@ constexpr unsigned kCalmMilliseconds = 500;
 
 std::string namesOf(const Palette& palette) {
   const std::pair<const char*, Color> names[] = {
-      {"accent_bg_color", palette.accent},       {"accent_fg_color", palette.onAccent},
-      {"accent_color", palette.accent},          {"window_bg_color", palette.top},
-      {"window_fg_color", palette.ink},          {"headerbar_bg_color", palette.top},
-      {"headerbar_fg_color", palette.ink},       {"view_bg_color", palette.paper},
-      {"view_fg_color", palette.ink},            {"card_bg_color", palette.raised},
-      {"card_fg_color", palette.ink},            {"dialog_bg_color", palette.raised},
-      {"dialog_fg_color", palette.ink},          {"popover_bg_color", palette.raised},
-      {"popover_fg_color", palette.ink},         {"destructive_bg_color", palette.danger},
-      {"destructive_fg_color", palette.onDanger}, {"destructive_color", palette.danger},
-      {"orvel_slip", palette.slip},              {"orvel_slip_ink", palette.slipInk},
+      {"accent_bg_color", palette.accent},
+      {"accent_fg_color", palette.onAccent},
+      {"accent_color", palette.accent},
+      {"window_bg_color", palette.top},
+      {"window_fg_color", palette.ink},
+      {"headerbar_bg_color", palette.top},
+      {"headerbar_fg_color", palette.ink},
+      {"view_bg_color", palette.paper},
+      {"view_fg_color", palette.ink},
+      {"card_bg_color", palette.raised},
+      {"card_fg_color", palette.ink},
+      {"dialog_bg_color", palette.raised},
+      {"dialog_fg_color", palette.ink},
+      {"popover_bg_color", palette.raised},
+      {"popover_fg_color", palette.ink},
+      {"destructive_bg_color", palette.danger},
+      {"destructive_fg_color", palette.onDanger},
+      {"destructive_color", palette.danger},
+      {"orvel_slip", palette.slip},
+      {"orvel_slip_ink", palette.slipInk},
   };
   std::string text;
   for (const auto& [name, color] : names)

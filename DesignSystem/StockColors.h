@@ -8,8 +8,8 @@
 
 namespace orvel {
 
-// The toolkit's named colors, for what it draws by itself: tooltips, dialogs, file panels. They hold
-// for the whole display.
+// The toolkit's named colors, for what it draws by itself: tooltips, dialogs, file panels. They
+// hold for the whole display.
 class StockColors {
  public:
   StockColors();

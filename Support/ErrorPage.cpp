@@ -28,6 +28,7 @@ body {
 }
 main { max-width: 420px; text-align: center; }
 h1 { font: 600 24px ui-serif, Georgia, serif; color: var(--ink); margin: 0 0 8px; }
+p { margin: 0; }
 .guide {
   font: 600 30px ui-rounded; letter-spacing: 0.04em; color: var(--accent); margin: 0 0 14px;
 }

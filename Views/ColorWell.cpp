@@ -14,7 +14,7 @@ namespace orvel {
 namespace {
 
 constexpr int kSize = 36;
-constexpr double kDisc = 10;  // radius
+constexpr double kDisc = 10;    // radius
 constexpr double kRing = 0.16;  // of the ink
 
 void addStop(const Cairo::RefPtr<Cairo::LinearGradient>& gradient, double at, Color color) {

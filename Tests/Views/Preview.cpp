@@ -30,10 +30,11 @@ constexpr unsigned kStep = 10;  // milliseconds
 // Pages are guests: their ground is their own.
 void paintPages() {
   auto* provider = gtk_css_provider_new();
-  gtk_css_provider_load_from_data(provider,
-                                  ".sample-page { background: white; color: #1c2427; }"
-                                  ".scheme-dark .sample-page { background: #15181b; color: #e6e9ea; }",
-                                  -1);
+  gtk_css_provider_load_from_data(
+      provider,
+      ".sample-page { background: white; color: #1c2427; }"
+      ".scheme-dark .sample-page { background: #15181b; color: #e6e9ea; }",
+      -1);
   gtk_style_context_add_provider_for_display(gdk_display_get_default(),
                                              GTK_STYLE_PROVIDER(provider),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
@@ -61,7 +62,8 @@ struct Preview {
     if (state == "peek") store.isSidebarPeeking = true;
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
-    if (state == "large") g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 144 * 1024, nullptr);
+    if (state == "large")
+      g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 144 * 1024, nullptr);
     if (state == "bar" || state.starts_with("bar=")) store.showCommandBar(CommandBarMode::NewTab);
     if (state == "bar-current") store.showCommandBar(CommandBarMode::CurrentTab);
     if (state.starts_with("bar=")) typed = state.substr(4);
@@ -220,6 +222,7 @@ struct Preview {
       if (state == "towel") sample.world.scheduler.setDate(sys_days(2026y / May / 25) + hours(12));
     }
     sample.world.desktop.isMotionOn = true;
+    sample.store().contentBlocker.isEnabled = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     sample.world.desktop.key = &window->desktopWindow();
     for (const auto& state : states) apply(state);
