@@ -43,7 +43,8 @@ std::string namesOf(const Palette& palette) {
 
 }  // namespace
 
-StockColors::StockColors() : provider_(GRef<GtkCssProvider>::adopt(gtk_css_provider_new())) {
+StockColors::StockColors(std::function<bool()> isBusy)
+    : isBusy_(std::move(isBusy)), provider_(GRef<GtkCssProvider>::adopt(gtk_css_provider_new())) {
   gtk_style_context_add_provider_for_display(gdk_display_get_default(),
                                              GTK_STYLE_PROVIDER(provider_.get()),
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
@@ -61,6 +62,7 @@ void StockColors::set(const Theme& theme, ColorScheme scheme) {
   if (loaded_.empty()) return load();
   waiting_ = Glib::signal_timeout().connect(
       [this] {
+        if (isBusy_()) return true;
         load();
         return false;
       },

@@ -28,6 +28,7 @@ BrowserView::BrowserView(BrowserStore& store)
       store_(store),
       scheme_(StyleSheet::scheme()),
       contentTheme_(content_.Gtk::Widget::gobj()),
+      stockColors_([&store] { return store.spaceSwipeOffset.peek() != 0; }),
       sidebar_(store, scheme_),
       handle_(store),
       handleTheme_(handle_.Gtk::Widget::gobj()),

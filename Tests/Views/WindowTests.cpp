@@ -158,6 +158,10 @@ TEST_F(WindowTest, TheToolkitsColorsChangeOnceTheThemeHasStayed) {
     settle();
     EXPECT_TRUE(isOf("claret"));
   }
+  store().spaceSwipeOffset = 10;
+  runFrames(40);
+  EXPECT_TRUE(isOf("claret")) << "the fingers are still at it";
+  store().spaceSwipeOffset = 0;
   EXPECT_TRUE(runUntil([&] { return isOf("sage"); }));
 }
 
