@@ -11,6 +11,8 @@ namespace orvel {
 ChartPaper::ChartPaper() : Glib::ObjectBase("OrvelChartPaper") {
   set_can_target(false);
   g_object_set(gobj(), "accessible-role", GTK_ACCESSIBLE_ROLE_PRESENTATION, nullptr);
+  g_signal_connect_object(adw_style_manager_get_default(), "notify::high-contrast",
+                          G_CALLBACK(gtk_widget_queue_draw), gobj(), G_CONNECT_SWAPPED);
 }
 
 void ChartPaper::setPalette(const Palette& palette) {

@@ -56,6 +56,9 @@ std::string iconName(std::string_view symbol) {
 Gtk::Image* makeIcon(std::string_view symbol, int size) {
   auto* image = Gtk::make_managed<Gtk::Image>();
   image->set_pixel_size(size);
+  // Filling more room than it has pixels it may come to lie between two of them.
+  image->set_halign(Gtk::Align::CENTER);
+  image->set_valign(Gtk::Align::CENTER);
   // What an icon stands for is said by what it stands in.
   setAccessibleRole(*image, GTK_ACCESSIBLE_ROLE_PRESENTATION);
   setIcon(*image, symbol);

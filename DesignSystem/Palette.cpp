@@ -10,6 +10,7 @@ constexpr SchemeColor kInk = {Color::hex(0x2B2620), Color::hex(0xE8E1D3)};
 constexpr SchemeColor kSlip = {Color::hex(0x2B2620), Color::hex(0x3B372F)};
 constexpr SchemeColor kSlipInk = {Color::hex(0xF4EFE3), Color::hex(0xF1EBDE)};
 constexpr SchemeColor kDanger = {Color::hex(0xA3352B), Color::hex(0xE08A78)};
+constexpr SchemeColor kOnDanger = {Color::hex(0xFBF1EC), Color::hex(0x2B0F0A)};
 constexpr Color kWhite = Color::hex(0xFFFFFF);
 
 }  // namespace
@@ -39,7 +40,8 @@ Palette paletteOf(const Theme& theme, ColorScheme scheme) {
           .slipAccent = mix(theme.dark.accent, kSlipInk.light, 0.35),
           .pick = isDark ? mix(raised, variant.accent, 0.26) : variant.accent,
           .onPick = isDark ? ink : variant.onAccent,
-          .danger = kDanger.in(scheme)};
+          .danger = kDanger.in(scheme),
+          .onDanger = kOnDanger.in(scheme)};
 }
 
 }  // namespace orvel

@@ -22,6 +22,7 @@ struct Palette {
   Color pick;        // the chosen row of a menu
   Color onPick;
   Color danger;
+  Color onDanger;
 };
 
 [[nodiscard]] Palette paletteOf(const Theme& theme, ColorScheme scheme);

@@ -103,4 +103,14 @@ void setClass(GtkWidget* widget, const char* name, bool isSet) {
     gtk_widget_remove_css_class(widget, name);
 }
 
+void followContrast(GtkWidget* widget) {
+  const auto show = +[](GtkWidget* widget) {
+    setClass(widget, "high-contrast",
+             adw_style_manager_get_high_contrast(adw_style_manager_get_default()));
+  };
+  show(widget);
+  g_signal_connect_object(adw_style_manager_get_default(), "notify::high-contrast",
+                          G_CALLBACK(show), widget, G_CONNECT_SWAPPED);
+}
+
 }  // namespace orvel

@@ -45,4 +45,7 @@ class ThemeRoot {
 
 void setClass(GtkWidget* widget, const char* name, bool isSet);
 
+// Has the widget carry the class "high-contrast" as long as the desktop asks for it.
+void followContrast(GtkWidget* widget);
+
 }  // namespace orvel

@@ -18,12 +18,17 @@ constexpr std::string_view kStyle = R"(
 @media (prefers-color-scheme: dark) {
   :root { --paper: #1C1A17; --ink: #E8E1D3; --muted: #9A8F7E; --accent: #B5574F; }
 }
+@font-face {
+  font-family: ui-serif; font-weight: 600;
+  src: local("EB Garamond"), local("Libertinus Serif"), local("Noto Serif");
+}
 body {
   font: 14px system-ui; display: grid; place-items: center; height: 100vh; margin: 0;
   background: var(--paper); color: var(--muted);
 }
 main { max-width: 420px; text-align: center; }
 h1 { font: 600 24px ui-serif, Georgia, serif; color: var(--ink); margin: 0 0 8px; }
+p { margin: 0; }
 .guide {
   font: 600 30px ui-rounded; letter-spacing: 0.04em; color: var(--accent); margin: 0 0 14px;
 }

@@ -1,6 +1,7 @@
 #include "Views/AddressPill.h"
 
 #include <glib/gi18n.h>
+#include <gtkmm/gestureclick.h>
 
 #include "BrowserCore/URLInput.h"
 #include "DesignSystem/ShownText.h"
@@ -15,11 +16,12 @@ AddressPill::AddressPill(BrowserStore& store)
   add_css_class("pill");
   glyph_.add_css_class("glyph");
   glyph_.add_css_class("quiet");
+  icon_.set_halign(Gtk::Align::CENTER);
+  icon_.set_valign(Gtk::Align::CENTER);
   glyph_.add(icon_);
   glyph_.add(needle_);
   glyph_.set_transition_type(Gtk::StackTransitionType::CROSSFADE);
   glyph_.set_transition_duration(160);
-  host_.set_ellipsize(Pango::EllipsizeMode::END);
   host_.set_xalign(0);
   address_.set_child(host_);
   address_.add_css_class("host");
@@ -30,15 +32,20 @@ AddressPill::AddressPill(BrowserStore& store)
   append(shield_);
   append(link_);
 
-  address_.signal_clicked().connect([this] {
-    const bool hasTab = store_.activeSpace()->selectedTab() != nullptr;
-    store_.showCommandBar(hasTab ? CommandBarMode::CurrentTab : CommandBarMode::NewTab);
-  });
+  address_.signal_clicked().connect([this] { openBar(); });
+  auto click = Gtk::GestureClick::create();
+  click->signal_released().connect([this](int, double, double) { openBar(); });
+  glyph_.add_controller(click);
   shield_.signal_clicked().connect([this] { store_.toggleBlockingOnCurrentSite(); });
   link_.signal_clicked().connect([this] { store_.copyLink(); });
 
   addressEffect_ = effect([this] { showAddress(); });
   shieldEffect_ = effect([this] { showShield(); });
+}
+
+void AddressPill::openBar() {
+  const bool hasTab = store_.activeSpace()->selectedTab() != nullptr;
+  store_.showCommandBar(hasTab ? CommandBarMode::CurrentTab : CommandBarMode::NewTab);
 }
 
 void AddressPill::showAddress() {
@@ -48,8 +55,12 @@ void AddressPill::showAddress() {
   const std::string prompt = _("Search or enter address");
   const std::string text = wasCopied ? _("Copied") : url ? shownText(displayHost(*url)) : prompt;
   host_.set_text(text);
-  setClass(address_.Gtk::Widget::gobj(), "prompt", !url && !wasCopied);
-  setClass(host_.Gtk::Widget::gobj(), "quiet", !url && !wasCopied);
+  // The end of a host says whose it is.
+  const bool isHost = url && !wasCopied;
+  host_.set_ellipsize(isHost ? Pango::EllipsizeMode::START : Pango::EllipsizeMode::END);
+  const bool isPrompt = !url && !wasCopied;
+  setClass(address_.Gtk::Widget::gobj(), "prompt", isPrompt);
+  setClass(host_.Gtk::Widget::gobj(), "quiet", isPrompt);
   const std::string whole = url ? shownText(url->text()) : prompt;
   address_.set_tooltip_text(whole);
   setAccessibleLabel(address_, whole);

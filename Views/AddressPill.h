@@ -21,6 +21,7 @@ class AddressPill final : public Gtk::Box {
   Gtk::Button& address() { return address_; }
 
  private:
+  void openBar();
   void showAddress();
   void showShield();
 

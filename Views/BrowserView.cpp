@@ -28,6 +28,7 @@ BrowserView::BrowserView(BrowserStore& store)
       store_(store),
       scheme_(StyleSheet::scheme()),
       contentTheme_(content_.Gtk::Widget::gobj()),
+      stockColors_([&store] { return store.spaceSwipeOffset.peek() != 0; }),
       sidebar_(store, scheme_),
       handle_(store),
       handleTheme_(handle_.Gtk::Widget::gobj()),
@@ -51,10 +52,7 @@ BrowserView::BrowserView(BrowserStore& store)
   schemeHandler_ = g_signal_connect_swapped(
       adw_style_manager_get_default(), "notify::dark",
       G_CALLBACK(+[](BrowserView* self) { self->scheme_ = StyleSheet::scheme(); }), this);
-  contrastHandler_ = g_signal_connect_swapped(
-      adw_style_manager_get_default(), "notify::high-contrast",
-      G_CALLBACK(+[](BrowserView* self) { self->followContrast(); }), this);
-  followContrast();
+  followContrast(gobj());
   sidebarEffect_ = effect([this](const Wake& wake) { followSidebar(wake); });
   widthEffect_ = effect([this] {
     store_.sidebarWidth.get();
@@ -67,8 +65,7 @@ BrowserView::BrowserView(BrowserStore& store)
 }
 
 BrowserView::~BrowserView() {
-  for (const gulong handler : {schemeHandler_, contrastHandler_})
-    g_signal_handler_disconnect(adw_style_manager_get_default(), handler);
+  g_signal_handler_disconnect(adw_style_manager_get_default(), schemeHandler_);
   while (auto* child = get_first_child()) child->unparent();
 }
 
@@ -104,6 +101,7 @@ void BrowserView::followTheme() {
   const ColorScheme scheme = scheme_;
   const auto palette = paletteOf(theme, scheme);
   contentTheme_.set(theme, scheme);
+  stockColors_.set(theme, scheme);
   handleTheme_.set(theme, scheme);
   findBar_.theme().set(theme, scheme);
   commandBar_.theme().set(theme, scheme);
@@ -128,12 +126,6 @@ void BrowserView::followBackdrop(const Wake& wake) {
     else
       ground->set(colors);
   }
-}
-
-void BrowserView::followContrast() {
-  setClass(gobj(), "high-contrast",
-           adw_style_manager_get_high_contrast(adw_style_manager_get_default()));
-  page_.queue_draw();
 }
 
 void BrowserView::followPage() {

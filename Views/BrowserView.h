@@ -2,6 +2,7 @@
 
 #include <gtkmm/windowhandle.h>
 
+#include "DesignSystem/StockColors.h"
 #include "Views/CommandBarView.h"
 #include "Views/FindBar.h"
 #include "Views/PageView.h"
@@ -52,7 +53,6 @@ class BrowserView final : public Gtk::Widget {
   void followBackdrop(const Wake& wake);
   void followPage();
   void followLayers();
-  void followContrast();
   // Reports the pointer over `widget` as a wish to see the hidden sidebar.
   void watchPeeking(Gtk::Widget& widget);
 
@@ -61,6 +61,7 @@ class BrowserView final : public Gtk::Widget {
   BlendedGradient backdrop_;
   Gtk::Box content_;
   ThemeRoot contentTheme_;
+  StockColors stockColors_;
   PageView page_;
   Gtk::WindowHandle upperStrip_;
   SidebarView sidebar_;
@@ -75,7 +76,6 @@ class BrowserView final : public Gtk::Widget {
   SpringAnimation docked_;
   SpringAnimation floating_;
   gulong schemeHandler_ = 0;
-  gulong contrastHandler_ = 0;
   Effect sidebarEffect_;
   Effect widthEffect_;
   Effect themeEffect_;

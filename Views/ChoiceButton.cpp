@@ -15,7 +15,9 @@ ChoiceButton::ChoiceButton(std::string name) : name_(std::move(name)) {
   title_.set_xalign(0);
   title_.set_hexpand(true);
   content->append(title_);
-  content->append(*makeIcon("chevron.down", 10));
+  auto* chevron = makeIcon("chevron.down", 10);
+  chevron->add_css_class("quiet");
+  content->append(*chevron);
   set_child(*content);
   // The title fills the button, and the button no more than it is given.
   set_hexpand(false);

@@ -5,6 +5,8 @@
 #include <numbers>
 
 #include "DesignSystem/Icons.h"
+#include "DesignSystem/Paint.h"
+#include "DesignSystem/Palette.h"
 #include "DesignSystem/StyleSheet.h"
 
 namespace orvel {
@@ -12,10 +14,11 @@ namespace orvel {
 namespace {
 
 constexpr int kSize = 36;
-constexpr double kDisc = 10;  // radius
+constexpr double kDisc = 10;    // radius
+constexpr double kRing = 0.16;  // of the ink
 
-void setColor(const Cairo::RefPtr<Cairo::Context>& context, Color color) {
-  context->set_source_rgb(color.red / 255.0, color.green / 255.0, color.blue / 255.0);
+void addStop(const Cairo::RefPtr<Cairo::LinearGradient>& gradient, double at, Color color) {
+  gradient->add_color_stop_rgb(at, color.red / 255.0, color.green / 255.0, color.blue / 255.0);
 }
 
 }  // namespace
@@ -36,20 +39,28 @@ ColorWell::ColorWell(const Theme& theme) : theme_(theme) {
 
 void ColorWell::draw(const Cairo::RefPtr<Cairo::Context>& context, int width, int height) const {
   constexpr double kTurn = 2 * std::numbers::pi;
-  const auto& look = theme_.in(StyleSheet::scheme());
+  const auto scheme = StyleSheet::scheme();
+  const auto& look = theme_.in(scheme);
   const double x = width / 2.0;
   const double y = height / 2.0;
-  setColor(context, look.backdrop.bottom);
-  context->arc(x, y, kSize / 2.0, 0, kTurn);
+  const double radius = kSize / 2.0;
+  const auto ground = Cairo::LinearGradient::create(0, y - radius, 0, y + radius);
+  addStop(ground, 0, look.backdrop.top);
+  addStop(ground, 1, look.backdrop.bottom);
+  context->set_source(ground);
+  context->arc(x, y, radius, 0, kTurn);
   context->fill();
-  setColor(context, look.backdrop.top);
-  context->arc(x, y, kSize / 2.0 - 1, 0, kTurn);
-  context->fill();
-  setColor(context, look.accent);
+  if (!get_active()) {
+    setSource(context->cobj(), paletteOf(theme_, scheme).ink, kRing);
+    context->set_line_width(1);
+    context->arc(x, y, radius - 0.5, 0, kTurn);
+    context->stroke();
+  }
+  setSource(context->cobj(), look.accent, 1);
   context->arc(x, y, kDisc, 0, kTurn);
   context->fill();
   if (!get_active()) return;
-  setColor(context, look.onAccent);
+  setSource(context->cobj(), look.onAccent, 1);
   context->set_line_width(1.5);
   context->set_line_cap(Cairo::Context::LineCap::ROUND);
   context->set_line_join(Cairo::Context::LineJoin::ROUND);

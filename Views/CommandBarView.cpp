@@ -110,6 +110,7 @@ void CommandBarView::buildCard() {
   header_.append(field_);
 
   scroller_.add_css_class("bar-rows");
+  scroller_.set_focusable(false);
   scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   scroller_.set_propagate_natural_height(true);
   scroller_.set_child(list_);

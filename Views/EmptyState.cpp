@@ -61,6 +61,7 @@ EmptyState::EmptyState() {
   // In a small window the middle scrolls; the paper stays.
   auto* scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
   scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+  scroller->set_focusable(false);
   scroller->set_child(*ground);
   add_overlay(*scroller);
 }

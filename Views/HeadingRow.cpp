@@ -28,7 +28,6 @@ HeadingRow::HeadingRow(SidebarContext& context)
   name_.set_ellipsize(Pango::EllipsizeMode::END);
   rule_.add_css_class("rule");
   rule_.set_hexpand(true);
-  rule_.set_size_request(16, -1);
   rule_.set_valign(Gtk::Align::CENTER);
   newFolder_.add_css_class("mark");
   clear_.add_css_class("word");

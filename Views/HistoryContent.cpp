@@ -130,6 +130,7 @@ void HistoryContent::buildList() {
       [this](guint key, guint, Gdk::ModifierType) { return keyPressed(key); }, false);
   listView_.add_controller(keys);
   scroller_.add_css_class("history-rows");
+  scroller_.set_focusable(false);
   scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   scroller_.set_child(listView_);
 }

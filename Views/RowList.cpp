@@ -376,7 +376,15 @@ void RowList::size_allocate_vfunc(int width, int, int) {
 
 void RowList::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
   if (gap_->get_child_visible()) snapshot_child(*gap_, snapshot);
-  for (auto& [key, live] : live_) snapshot_child(*live.widget, snapshot);
+  // The ring of the row with the keyboard reaches over its neighbors.
+  const auto focused = focusedRow();
+  const LiveRow* last = nullptr;
+  for (const auto& [key, live] : live_)
+    if (live.index == focused)
+      last = &live;
+    else
+      snapshot_child(*live.widget, snapshot);
+  if (last) snapshot_child(*last->widget, snapshot);
 }
 
 }  // namespace orvel

@@ -6,6 +6,7 @@ namespace orvel {
 
 SettingsPage::SettingsPage() : column_(Gtk::Orientation::VERTICAL) {
   add_css_class("settings-page");
+  set_focusable(false);
   set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   column_.add_css_class("settings");
   set_child(column_);

@@ -16,6 +16,7 @@ SpaceSection::SpaceSection(BrowserStore& store, SidebarDrag& drag)
     : context_{store, nullptr, drag}, list_(*this, _("Tabs"), kTabDragType) {
   add_css_class("tabs");
   add_css_class("theme-root");
+  set_focusable(false);
   set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   set_vexpand(true);
   auto* viewport = Gtk::make_managed<Gtk::Viewport>(get_hadjustment(), get_vadjustment());

@@ -26,6 +26,7 @@ SpaceSheet::SpaceSheet(BrowserStore& store)
   set_opacity(0);
   set_child_visible(false);
   card_.add_css_class("sheet-card");
+  card_.set_focusable(false);
   card_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   card_.set_propagate_natural_height(true);
   card_.set_overflow(Gtk::Overflow::HIDDEN);

@@ -20,7 +20,9 @@ constexpr int kIcon = 16;
 SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
     : store_(store), newSpace_("plus", _("New Space (Ctrl+Shift+N)")) {
   add_css_class("spaces");
+  row_.add_css_class("seals");
   row_.set_valign(Gtk::Align::CENTER);
+  scroller_.set_focusable(false);
   scroller_.set_policy(Gtk::PolicyType::EXTERNAL, Gtk::PolicyType::NEVER);
   scroller_.set_hexpand(true);
   scroller_.set_child(row_);

@@ -30,7 +30,7 @@ TabRow::TabRow(SidebarContext& context)
 
   setIcon(split_, "rectangle.split.2x1");
   split_.set_pixel_size(15);
-  split_.set_size_request(22, 22);
+  split_.add_css_class("split-mark");
   split_.add_css_class("quiet");
   split_.set_tooltip_text(_("In split view"));
   ends_.append(mute_);

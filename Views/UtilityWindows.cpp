@@ -64,6 +64,7 @@ class UtilityWindows::Window {
     gtk_window_set_title(window_, _(place.title));
     gtk_window_set_hide_on_close(window_, TRUE);
     gtk_widget_add_css_class(GTK_WIDGET(window_), "orvel");
+    followContrast(GTK_WIDGET(window_));
     root_.add_css_class("utility-window");
     root_.append(makeHeader(place));
     content_->body().set_vexpand(true);

@@ -100,7 +100,7 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
       {"e4", fmt::format("0 0 0 1px {}, 0 6px 16px {}, 0 32px 64px -16px {}", edge(0.10, 0.11),
                          shade(0.10, 0.30), shade(0.38, 0.75))},
       {"dimming", shade(0.18, 0.40)},
-      {"peek", fmt::format("0 0 0 1px {}, 0 12px 36px {}", edge(0.10, 0.10), shade(0.25, 0.50))},
+      {"peek", fmt::format("0 0 0 1px {}, 0 12px 36px {}", edge(0.10, 0.10), shade(0.25, 0.25))},
       {"toast", isDark ? "inset 0 0 0 1px rgba(255,248,235,0.08), 0 12px 28px -8px rgba(0,0,0,0.6)"
                        : "0 1px 2px rgba(0,0,0,0.20), 0 12px 28px -8px rgba(0,0,0,0.45)"},
   };

@@ -2,7 +2,7 @@
 //
 //   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
 //                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|swipe|towel|
-//                tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
+//                large|tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
 //                find=TEXT|history|history=TEXT|no-history]
 //                [theme=NAME] [many] [shoot=FILE]
 
@@ -27,6 +27,20 @@ using namespace orvel::test;
 
 constexpr unsigned kStep = 10;  // milliseconds
 
+// Pages are guests: their ground is their own.
+void paintPages() {
+  auto* provider = gtk_css_provider_new();
+  gtk_css_provider_load_from_data(
+      provider,
+      ".sample-page { background: white; color: #1c2427; }"
+      ".scheme-dark .sample-page { background: #15181b; color: #e6e9ea; }",
+      -1);
+  gtk_style_context_add_provider_for_display(gdk_display_get_default(),
+                                             GTK_STYLE_PROVIDER(provider),
+                                             GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  g_object_unref(provider);
+}
+
 struct Preview {
   SampleStore sample;
   std::unique_ptr<MainWindow> window;
@@ -48,6 +62,8 @@ struct Preview {
     if (state == "peek") store.isSidebarPeeking = true;
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
+    if (state == "large")
+      g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 144 * 1024, nullptr);
     if (state == "bar" || state.starts_with("bar=")) store.showCommandBar(CommandBarMode::NewTab);
     if (state == "bar-current") store.showCommandBar(CommandBarMode::CurrentTab);
     if (state.starts_with("bar=")) typed = state.substr(4);
@@ -201,11 +217,12 @@ struct Preview {
 
   void run(const std::vector<std::string>& states) {
     for (const auto& state : states) {
-      if (state == "rtl") apply(state);
+      if (state == "rtl" || state == "large") apply(state);
       using namespace std::chrono;
       if (state == "towel") sample.world.scheduler.setDate(sys_days(2026y / May / 25) + hours(12));
     }
     sample.world.desktop.isMotionOn = true;
+    sample.store().contentBlocker.isEnabled = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     sample.world.desktop.key = &window->desktopWindow();
     for (const auto& state : states) apply(state);
@@ -266,5 +283,6 @@ int main(int count, char** arguments) {
   StyleSheet::load(std::filesystem::path(ORVEL_BUILD_DIR) / "share/orvel");
   Preview preview;
   g_object_set(gtk_settings_get_default(), "gtk-font-name", "Inter 10", nullptr);
+  paintPages();
   preview.run({arguments + 1, arguments + count});
 }

@@ -118,7 +118,8 @@ TEST_F(RowListTest, RowsKeepTheirWidgetsWhenTheyMove) {
   moved.erase(moved.begin());
   list.setRows(moved, Spring::quick);
   EXPECT_EQ(list.widgetFor(row(5).key), nullptr);
-  EXPECT_TRUE(runUntil([&] { return scroller.get_vadjustment()->get_upper() < 99.5 * 32; }));
+  EXPECT_TRUE(
+      runUntil([&] { return scroller.get_vadjustment()->get_upper() < 99.5 * rowHeight(); }));
 }
 
 TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {

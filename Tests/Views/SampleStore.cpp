@@ -62,7 +62,7 @@ ImageRef letterIcon(Color color, const char* letter) {
 // A page of a believable site, drawn by the toolkit.
 GtkWidget* makePage(const std::string& title) {
   auto* page = gtk_box_new(GTK_ORIENTATION_VERTICAL, 18);
-  gtk_widget_add_css_class(page, "view");
+  gtk_widget_add_css_class(page, "sample-page");
   const auto add = [page](const std::string& markup, int top) {
     auto* label = gtk_label_new(nullptr);
     gtk_label_set_markup(GTK_LABEL(label), markup.c_str());

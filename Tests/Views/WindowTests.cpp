@@ -1,6 +1,8 @@
 #include "Base/GRef.h"
+#include "DesignSystem/Paint.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/SidebarLayout.h"
+#include "Views/UtilityWindows.h"
 
 namespace orvel {
 namespace {
@@ -122,20 +124,58 @@ TEST_F(WindowTest, AToastOffersItsUndo) {
   EXPECT_TRUE(runUntil([&] { return !gtk_widget_get_mapped(undo); }));
 }
 
-TEST_F(WindowTest, EveryButtonHasAName) {
+TEST_F(WindowTest, WhatTakesTheKeyboardHasAName) {
+  store().activeSpace()->selectedTabID = std::nullopt;
+  store().beginNewSpace();
+  store().showUtilityWindow(UtilityWindow::Settings);
+  store().showUtilityWindow(UtilityWindow::History);
+  settle();
   int count = 0;
-  forEachWidget(GTK_WIDGET(window->native()), [&](GtkWidget* widget) {
-    if (!GTK_IS_BUTTON(widget)) return;
+  const auto check = [&count](GtkWidget* widget) {
+    // The text within an entry is told as the entry; rows in reserve are not told.
+    const bool isReached = gtk_widget_get_focusable(widget) && !GTK_IS_TEXT(widget) &&
+                           gtk_widget_get_child_visible(widget);
+    if (!GTK_IS_BUTTON(widget) && !isReached) return;
     ++count;
-    const auto* label = gtk_button_get_label(GTK_BUTTON(widget));
+    const auto* label = GTK_IS_BUTTON(widget) ? gtk_button_get_label(GTK_BUTTON(widget)) : nullptr;
     const bool isEmptyTile =
         gtk_widget_has_css_class(widget, "tile") && !gtk_widget_get_focusable(widget);
     EXPECT_TRUE(
         (label && *label) || isEmptyTile ||
         gtk_test_accessible_has_property(GTK_ACCESSIBLE(widget), GTK_ACCESSIBLE_PROPERTY_LABEL))
-        << gtk_widget_get_name(widget);
-  });
-  EXPECT_GT(count, 20);
+        << G_OBJECT_TYPE_NAME(widget) << " in "
+        << G_OBJECT_TYPE_NAME(gtk_widget_get_parent(widget));
+  };
+  forEachWidget(window->view().gobj(), check);
+  for (const auto which : {UtilityWindow::Settings, UtilityWindow::History})
+    forEachWidget(gtk_window_get_child(window->utilityWindows().native(which)), check);
+  EXPECT_GT(count, 60);
+}
+
+TEST_F(WindowTest, TheToolkitsColorsChangeOnceTheThemeHasStayed) {
+  const auto accent = [&] {
+    GdkRGBA color{};
+    auto* context = gtk_widget_get_style_context(window->view().gobj());
+    EXPECT_TRUE(gtk_style_context_lookup_color(context, "accent_bg_color", &color));
+    return color;
+  };
+  const auto isOf = [&](const char* theme) {
+    const auto scheme = window->view().scheme().peek();
+    const auto wanted = rgba(Theme::withID(theme)->in(scheme).accent);
+    const auto shown = accent();
+    return gdk_rgba_equal(&shown, &wanted) != FALSE;
+  };
+  EXPECT_TRUE(isOf("claret"));
+  for (const char* theme : {"navy", "sage"}) {
+    store().activeSpace()->hue = Theme::withID(theme)->hue;
+    settle();
+    EXPECT_TRUE(isOf("claret"));
+  }
+  store().spaceSwipeOffset = 10;
+  runFrames(40);
+  EXPECT_TRUE(isOf("claret")) << "the fingers are still at it";
+  store().spaceSwipeOffset = 0;
+  EXPECT_TRUE(runUntil([&] { return isOf("sage"); }));
 }
 
 TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
