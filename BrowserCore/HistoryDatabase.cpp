@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <optional>
 #include <unordered_map>
 #include <utility>
@@ -56,8 +57,11 @@ constexpr int kBusyMilliseconds = 2000;
 
 double inSeconds(Date date) { return static_cast<double>(date.time_since_epoch().count()) / 1e6; }
 
+// A file that another program wrote may hold what no date does.
 Date dateFrom(double seconds) {
-  return Date(std::chrono::microseconds(static_cast<int64_t>(seconds * 1e6)));
+  constexpr double kFurthest = 9e12;
+  return Date(std::chrono::microseconds(
+      static_cast<int64_t>(std::clamp(seconds, -kFurthest, kFurthest) * 1e6)));
 }
 
 using Value = std::variant<std::string, double, int64_t>;
