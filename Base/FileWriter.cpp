@@ -11,8 +11,7 @@ namespace orvel {
 
 struct FileWriter::State {
   struct Request {
-    // Absent: remove the file.
-    std::optional<std::string> bytes;
+    MakeBytes makeBytes;  // empty: remove the file
     Completion completion;
   };
   struct Delivery {
@@ -44,8 +43,9 @@ bool FileWriter::State::carryOutOne() {
   lock.unlock();
 
   const Request& request = job.mapped();
-  const std::error_code error =
-      request.bytes ? writeAtomically(*files, job.key(), *request.bytes) : files->remove(job.key());
+  const std::error_code error = request.makeBytes
+                                    ? writeAtomically(*files, job.key(), request.makeBytes())
+                                    : files->remove(job.key());
 
   lock.lock();
   underWay.erase(job.key());
@@ -70,22 +70,27 @@ FileWriter::FileWriter(Scheduler& scheduler, std::shared_ptr<FileSystem> files)
 FileSystem& FileWriter::files() const { return *state_->files; }
 
 void FileWriter::write(std::filesystem::path path, std::string bytes, Completion completion) {
-  request(std::move(path), std::move(bytes), std::move(completion));
+  write(
+      std::move(path), [bytes = std::move(bytes)]() mutable { return std::move(bytes); },
+      std::move(completion));
+}
+
+void FileWriter::write(std::filesystem::path path, MakeBytes makeBytes, Completion completion) {
+  request(std::move(path), std::move(makeBytes), std::move(completion));
 }
 
 void FileWriter::remove(std::filesystem::path path, Completion completion) {
-  request(std::move(path), std::nullopt, std::move(completion));
+  request(std::move(path), {}, std::move(completion));
 }
 
-void FileWriter::request(std::filesystem::path path, std::optional<std::string> bytes,
-                         Completion completion) {
+void FileWriter::request(std::filesystem::path path, MakeBytes makeBytes, Completion completion) {
   {
     const std::lock_guard lock(state_->mutex);
     State::Request& request = state_->waiting[std::move(path)];
     if (request.completion)
       state_->deliveries.push_back(
           {std::move(request.completion), {WriteResult::Outcome::Overtaken, {}}});
-    request = {std::move(bytes), std::move(completion)};
+    request = {std::move(makeBytes), std::move(completion)};
   }
   scheduler_.runInBackground(
       [state = state_] {

@@ -33,7 +33,11 @@ class FileWriter {
   // Drops what has not begun.
   ~FileWriter();
 
+  using MakeBytes = std::function<std::string()>;
+
   void write(std::filesystem::path path, std::string bytes, Completion completion = {});
+  // `makeBytes` runs on the worker, once, and not at all when the request is overtaken.
+  void write(std::filesystem::path path, MakeBytes makeBytes, Completion completion = {});
   void remove(std::filesystem::path path, Completion completion = {});
 
   // Blocks until every request has been carried out, or until `deadline` has passed, and for no
@@ -47,7 +51,8 @@ class FileWriter {
  private:
   struct State;
 
-  void request(std::filesystem::path path, std::optional<std::string> bytes, Completion completion);
+  // Empty `makeBytes`: removes the file.
+  void request(std::filesystem::path path, MakeBytes makeBytes, Completion completion);
 
   Scheduler& scheduler_;
   std::shared_ptr<State> state_;

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "BrowserCore/DateSeconds.h"
 #include "BrowserCore/HistoryIndex.h"
 
 namespace orvel {
@@ -54,11 +55,7 @@ constexpr size_t kLongestPattern = 50'000;
 
 constexpr int kBusyMilliseconds = 2000;
 
-double inSeconds(Date date) { return static_cast<double>(date.time_since_epoch().count()) / 1e6; }
-
-Date dateFrom(double seconds) {
-  return Date(std::chrono::microseconds(static_cast<int64_t>(seconds * 1e6)));
-}
+double inSeconds(Date date) { return date_seconds::since(Date(), date); }
 
 using Value = std::variant<std::string, double, int64_t>;
 
@@ -102,7 +99,7 @@ std::optional<HistoryDatabase::Entry> entryAt(sqlite3_stmt* statement) {
   if (!url) return std::nullopt;
   return HistoryDatabase::Entry{*url, std::string(textAt(statement, 1)),
                                 sqlite3_column_int64(statement, 2),
-                                dateFrom(sqlite3_column_double(statement, 3))};
+                                date_seconds::after(Date(), sqlite3_column_double(statement, 3))};
 }
 
 std::string patternContaining(std::string_view query) {

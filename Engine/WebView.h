@@ -137,6 +137,9 @@ class WebView {
                                    std::function<void(ScriptResult)> answer) = 0;
 
   virtual void pauseAllMediaPlayback() = 0;
+  // Silences the page with all its frames, the coming ones too. What the page mutes by itself is
+  // apart from this.
+  virtual void setMuted(bool isMuted) = 0;
   virtual void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) = 0;
   virtual CaptureState cameraCaptureState() const = 0;
   virtual CaptureState microphoneCaptureState() const = 0;

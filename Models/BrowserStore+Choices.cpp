@@ -42,7 +42,8 @@ void BrowserStore::forgetChoices(const UUID& profile, const std::optional<URL>& 
 }
 
 void BrowserStore::saveChoices() {
-  services_.files.write(services_.paths.choices(), ChoicesFile::encoded(choices));
+  services_.files.write(services_.paths.choices(),
+                        [copy = choices] { return ChoicesFile::encoded(copy); });
 }
 
 }  // namespace orvel

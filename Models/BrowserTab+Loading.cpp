@@ -180,17 +180,24 @@ void BrowserTab::zoom(ZoomStep step) {
   setZoom(std::clamp(wanted, kLeast, kGreatest));
 }
 
-// Media, hidden items and icons: empty until these are built
+// Media
 
 void BrowserTab::toggleMute() {
-  if (const auto store = store_.lock()) store->showToast("Muting isn’t available yet");
+  isMuted = !isMuted.peek();
+  applyMute();
 }
+
+void BrowserTab::applyMute() {
+  if (const auto& view = webView_.peek()) view->setMuted(isMuted.peek());
+}
+
+// The rest of media, hidden items and icons: empty until these are built
+
 static Task<> nothing() { co_return; }
 Task<> BrowserTab::refreshMediaState() { return nothing(); }
 void BrowserTab::mediaDidChange(const FrameInfo&) {}
 void BrowserTab::enterPictureInPicture() {}
 void BrowserTab::leavePictureInPicture() {}
-void BrowserTab::applyMute() {}
 void BrowserTab::applyHiddenItems(WebView&) {}
 void BrowserTab::itemWasHidden(const ScriptMessage&) {}
 void BrowserTab::loadFavicon(WebView&) {}

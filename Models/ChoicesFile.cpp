@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "BrowserCore/DateSeconds.h"
 #include "BrowserCore/Session/JSONDecoder.h"
 #include "BrowserCore/Session/JSONEncoder.h"
 
@@ -12,6 +13,11 @@ using JSONCoding::Encoder;
 using JSONCoding::Value;
 
 namespace {
+
+using namespace std::chrono_literals;
+
+// Times are seconds from here on.
+constexpr Date kOrigin = std::chrono::sys_days(2001y / 1 / 1);
 
 struct Prefix {
   std::string text;
@@ -24,8 +30,12 @@ struct Memory {
 };
 
 bool decode(Decoder& decoder, Value value, ChoiceMemory::Choice& choice) {
-  return decoder.field(value, "count", choice.count) && decoder.field(value, "key", choice.key) &&
-         decoder.field(value, "lastUsed", choice.lastUsed);
+  double lastUsed = 0;
+  if (!decoder.field(value, "count", choice.count) || !decoder.field(value, "key", choice.key) ||
+      !decoder.field(value, "lastUsed", lastUsed))
+    return false;
+  choice.lastUsed = date_seconds::after(kOrigin, lastUsed);
+  return true;
 }
 
 bool decode(Decoder& decoder, Value value, Prefix& prefix) {
@@ -34,6 +44,8 @@ bool decode(Decoder& decoder, Value value, Prefix& prefix) {
   if (!choices || !choices->isList()) return decoder.failMissing(value, "choices");
   for (const Value choice : *choices)
     if (!decode(decoder, choice, prefix.choices.emplace_back())) return false;
+  if (prefix.choices.size() > ChoiceMemory::kChoicesPerPrefix)
+    prefix.choices.resize(ChoiceMemory::kChoicesPerPrefix);
   return true;
 }
 
@@ -59,7 +71,7 @@ void encode(Encoder& encoder, const ChoiceMemory& memory) {
       encoder.beginObject();
       encoder.field("count", choice.count);
       encoder.field("key", choice.key);
-      encoder.field("lastUsed", choice.lastUsed);
+      encoder.field("lastUsed", date_seconds::since(kOrigin, choice.lastUsed));
       encoder.endObject();
     }
     encoder.endList();

@@ -23,6 +23,12 @@ std::string initialText(const BrowserStore& store, CommandBarMode mode) {
   return tab && tab->url.peek() ? tab->url.peek()->text() : std::string();
 }
 
+std::vector<std::string> idsOf(const std::vector<Suggestion>& rows) {
+  std::vector<std::string> ids;
+  std::ranges::transform(rows, std::back_inserter(ids), suggestionID);
+  return ids;
+}
+
 }  // namespace
 
 std::shared_ptr<CommandBar> CommandBar::make(BrowserStore& store, CommandBarMode mode) {
@@ -50,7 +56,7 @@ std::vector<Suggestion> CommandBar::suggestions() const {
   const auto space = store_.activeSpace();
   const TabList tabs = space->allTabs();
   const auto& rates = services_.currencies.rates.get();
-  return orvel::suggestions(
+  auto list = orvel::suggestions(
       {.mode = mode,
        .text = text_.get(),
        .historyMatches = historyMatches_.get(),
@@ -62,6 +68,8 @@ std::vector<Suggestion> CommandBar::suggestions() const {
        .archive = store_.archive.get(),
        .commandsMatching = [this](const auto& text) { return store_.commandsMatching(text); },
        .topChoice = [this](const auto& text, auto rows) { return store_.topChoice(text, rows); }});
+  knownRows_ = idsOf(list);
+  return list;
 }
 
 std::optional<std::string> CommandBar::complete(const std::string& typed) const {
@@ -82,6 +90,7 @@ void CommandBar::appear() {
 
 void CommandBar::setText(std::string text) {
   if (!text_.set(std::move(text))) return;
+  knownRows_.reset();
   selection = 0u;
   if (CurrencyConversion::parse(text_.peek())) services_.currencies.requestIfNeeded();
   search();
@@ -164,13 +173,13 @@ void CommandBar::replace(Observable<Found>& former, Found found) {
 }
 
 void CommandBar::keepingSelection(const std::function<void()>& update) {
-  const auto before = suggestions();
+  // What is on screen has been asked for.
+  const auto before = knownRows_ ? *knownRows_ : idsOf(suggestions());
   const bool isInside = selection.peek() < before.size();
-  const std::string chosen = isInside ? suggestionID(before[selection.peek()]) : std::string();
   animate([&] {
     update();
-    const auto after = suggestions();
-    const auto found = isInside ? std::ranges::find(after, chosen, suggestionID) : after.end();
+    const auto after = idsOf(suggestions());
+    const auto found = isInside ? std::ranges::find(after, before[selection.peek()]) : after.end();
     selection = found == after.end() ? 0u : static_cast<size_t>(found - after.begin());
   });
 }

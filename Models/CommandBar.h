@@ -72,6 +72,8 @@ class CommandBar : public std::enable_shared_from_this<CommandBar> {
   Observable<std::vector<URL>> frequentURLs_;
   Observable<std::vector<std::string>> engineSuggestions_;
   HistorySearchField typedSearches_;
+  // By their ids, the rows that this text had when they were last asked for; absent before.
+  mutable std::optional<std::vector<std::string>> knownRows_;
   bool isSpent_ = false;
   TaskHandle frequentTask_;
   TaskHandle historyTask_;

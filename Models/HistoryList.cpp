@@ -13,24 +13,23 @@ namespace {
 constexpr size_t kRecent = 500;
 constexpr size_t kFound = 200;
 
-std::string titleOf(Date day, Date today) {
-  if (day == today) return "Today";
-  if (day == local_dates::previousDay(today)) return "Yesterday";
-  return local_dates::completeDate(day);
-}
-
 }  // namespace
 
 std::vector<HistorySection> historySections(std::vector<HistoryStore::Entry> entries, Date now) {
   std::ranges::stable_sort(entries, std::greater(), &HistoryStore::Entry::lastVisit);
   const Date today = local_dates::startOfDay(now);
+  const Date yesterday = local_dates::previousDay(today);
+  const auto titleOf = [&](Date day) -> std::string {
+    if (day == today) return "Today";
+    return day == yesterday ? "Yesterday" : local_dates::completeDate(day);
+  };
   std::vector<HistorySection> sections;
   std::optional<Date> day;  // the latest section's start
   for (auto& entry : entries) {
     const bool isSameDay = day && *day <= entry.lastVisit;
     if (!isSameDay) {
       day = local_dates::startOfDay(entry.lastVisit);
-      sections.push_back({titleOf(*day, today), {}});
+      sections.push_back({titleOf(*day), {}});
     }
     sections.back().entries.push_back(std::move(entry));
   }
@@ -76,6 +75,7 @@ void HistoryList::remove(const HistoryStore::Entry& entry) {
     std::erase_if(all, [](const auto& section) { return section.entries.empty(); });
   });
   if (store_.history) store_.history->remove(url, shownProfile_);
+  store_.forgetChoices(shownProfile_, url);
 }
 
 }  // namespace orvel

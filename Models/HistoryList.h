@@ -37,7 +37,7 @@ class HistoryList {
   // In a new tab of the active space, with the main window in front.
   void open(const HistoryStore::Entry& entry);
   void copyLink(const HistoryStore::Entry& entry);
-  // Takes the entry from the list at once, and from the history.
+  // Takes the entry from the list at once, from the history, and from what was learned of picks.
   void remove(const HistoryStore::Entry& entry);
 
  private:

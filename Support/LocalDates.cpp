@@ -24,10 +24,24 @@ UDate milliseconds(Date date) {
   return std::chrono::duration<double, std::milli>(date.time_since_epoch()).count();
 }
 
+// Opening a calendar or a formatter takes many times as long as using it: each thread keeps its
+// own. All are null where the library cannot make one.
+
+Calendar openCalendar() {
+  UErrorCode error = U_ZERO_ERROR;
+  return Calendar(ucal_open(nullptr, -1, nullptr, UCAL_GREGORIAN, &error));
+}
+
+Format openFormat(UDateFormatStyle dateStyle, UDateFormatStyle timeStyle) {
+  UErrorCode error = U_ZERO_ERROR;
+  return Format(udat_open(timeStyle, dateStyle, nullptr, nullptr, -1, nullptr, 0, &error));
+}
+
 // The start of the day that lies `days` from the date's.
 Date dayFrom(Date date, int days) {
+  thread_local const Calendar calendar = openCalendar();
+  if (!calendar) return date;
   UErrorCode error = U_ZERO_ERROR;
-  const Calendar calendar(ucal_open(nullptr, -1, nullptr, UCAL_GREGORIAN, &error));
   ucal_setMillis(calendar.get(), milliseconds(date), &error);
   ucal_add(calendar.get(), UCAL_DAY_OF_MONTH, days, &error);
   // Where the clocks go forward at midnight the day begins later: the calendar knows.
@@ -39,10 +53,9 @@ Date dayFrom(Date date, int days) {
                           : date;
 }
 
-std::string text(Date date, UDateFormatStyle dateStyle, UDateFormatStyle timeStyle) {
+std::string text(Date date, const Format& format) {
+  if (!format) return {};
   UErrorCode error = U_ZERO_ERROR;
-  const Format format(udat_open(timeStyle, dateStyle, nullptr, nullptr, -1, nullptr, 0, &error));
-  if (U_FAILURE(error)) return {};
   UChar letters[128];
   const int32_t count =
       udat_format(format.get(), milliseconds(date), letters, std::size(letters), nullptr, &error);
@@ -58,7 +71,15 @@ std::string text(Date date, UDateFormatStyle dateStyle, UDateFormatStyle timeSty
 
 Date startOfDay(Date date) { return dayFrom(date, 0); }
 Date previousDay(Date startOfDay) { return dayFrom(startOfDay, -1); }
-std::string completeDate(Date date) { return text(date, UDAT_FULL, UDAT_NONE); }
-std::string shortTime(Date date) { return text(date, UDAT_NONE, UDAT_SHORT); }
+
+std::string completeDate(Date date) {
+  thread_local const Format format = openFormat(UDAT_FULL, UDAT_NONE);
+  return text(date, format);
+}
+
+std::string shortTime(Date date) {
+  thread_local const Format format = openFormat(UDAT_NONE, UDAT_SHORT);
+  return text(date, format);
+}
 
 }  // namespace orvel::local_dates

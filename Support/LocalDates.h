@@ -6,7 +6,8 @@
 
 namespace orvel {
 
-// Days and times as the user reads them: in the time zone and the language of the desktop.
+// Days and times as the user reads them: in the time zone and the language of the desktop, as they
+// were when the thread first asked.
 namespace local_dates {
 
 // The first moment of the calendar day that holds the date.

@@ -8,15 +8,32 @@
 
 namespace orvel {
 
+namespace {
+
+// As many as the longest list has.
+constexpr size_t kPreparedRows = 22;
+
+// What any row may show, and what only an answer does.
+const SuggestionRowContent kPlain{.shown = {"globe", "Title", "Subtitle", {}}};
+const SuggestionRowContent kAnswer{.kind = SuggestionRowContent::Kind::Answer,
+                                   .shown = {"globe", "Title", "Subtitle", {}}};
+
+}  // namespace
+
 CommandBarList::CommandBarList()
     : Glib::ObjectBase("OrvelCommandBarList"),
       motion_(gobj(), 0, [this](double) { queue_resize(); }) {
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST);
   setAccessibleLabel(*this, _("Suggestions"));
   add_css_class("bar-list");
+  preparing_ = g_idle_add_full(
+      G_PRIORITY_LOW,
+      [](gpointer self) -> gboolean { return static_cast<CommandBarList*>(self)->prepareRow(); },
+      this, nullptr);
 }
 
 CommandBarList::~CommandBarList() {
+  if (preparing_) g_source_remove(preparing_);
   for (auto& widget : widgets_) widget->unparent();
 }
 
@@ -28,16 +45,13 @@ void CommandBarList::setRows(std::vector<SuggestionRowContent> rows,
   for (size_t i = 0; moves && i < rows_.size(); ++i)
     formerTops.emplace(rows_[i].id, stretches_[i].top + offsets_[i].value_or(0) * motion_.value());
 
+  for (size_t i = rows.size(); i < rows_.size(); ++i) widgets_[i]->set_visible(false);
   rows_ = std::move(rows);
-  while (widgets_.size() < rows_.size()) {
-    widgets_.push_back(std::make_unique<SuggestionRow>());
-    widgets_.back()->set_parent(*this);
-  }
-  for (size_t i = 0; i < widgets_.size(); ++i) {
-    const bool isUsed = i < rows_.size();
-    widgets_[i]->set_visible(isUsed);
-    if (isUsed) widgets_[i]->show(rows_[i]);
-    widgets_[i]->setSelected(isUsed && i == selected_);
+  while (widgets_.size() < rows_.size()) addRow();
+  for (size_t i = 0; i < rows_.size(); ++i) {
+    widgets_[i]->set_visible(true);
+    widgets_[i]->show(rows_[i]);
+    widgets_[i]->setSelected(i == selected_);
   }
   measureRows();
 
@@ -58,8 +72,34 @@ void CommandBarList::setRows(std::vector<SuggestionRowContent> rows,
 }
 
 void CommandBarList::setSelected(size_t index) {
-  selected_ = index;
-  for (size_t i = 0; i < rows_.size(); ++i) widgets_[i]->setSelected(i == index);
+  const size_t former = std::exchange(selected_, index);
+  if (former == index) return;
+  for (const size_t changed : {former, index})
+    if (changed < rows_.size()) widgets_[changed]->setSelected(changed == index);
+}
+
+SuggestionRow& CommandBarList::addRow() {
+  auto& row = *widgets_.emplace_back(std::make_unique<SuggestionRow>());
+  row.set_visible(false);
+  row.set_parent(*this);
+  return row;
+}
+
+// Making a row, and finding the styles and fonts of its texts for the first time, is most of what
+// the first key in the bar would have to wait for.
+bool CommandBarList::prepareRow() {
+  if (widgets_.size() < kPreparedRows) {
+    auto& row = addRow();
+    row.set_visible(true);
+    row.show(widgets_.size() == 1 ? kAnswer : kPlain);
+    int height = 0;
+    gtk_widget_measure(row.Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, nullptr, &height,
+                       nullptr, nullptr);
+    row.set_visible(false);
+  }
+  const bool isMore = widgets_.size() < kPreparedRows;
+  if (!isMore) preparing_ = 0;
+  return isMore;
 }
 
 std::optional<size_t> CommandBarList::rowAt(double y) const {

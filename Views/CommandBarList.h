@@ -43,13 +43,17 @@ class CommandBarList final : public Gtk::Widget {
   void size_allocate_vfunc(int width, int height, int baseline) override;
 
  private:
+  SuggestionRow& addRow();
+  // Makes one of the rows that later lists will need; answers whether more are missing.
+  bool prepareRow();
   double totalHeight() const;
   double shownHeight() const;
   void measureRows();
 
   std::vector<SuggestionRowContent> rows_;
   std::vector<Stretch> stretches_;
-  // As many as the longest list so far had rows.
+  guint preparing_ = 0;  // the source that makes rows ahead
+  // At least as many as the longest list so far had rows.
   std::vector<std::unique_ptr<SuggestionRow>> widgets_;
   // For each row where it comes from, from its place; absent for one that is new.
   std::vector<std::optional<double>> offsets_;

@@ -154,35 +154,40 @@ void HistoryContent::reloadIfShown() {
   });
 }
 
-void HistoryContent::showItems() {
-  wanted_ = itemsOf(history_.sections.get());
-  untracked([this] { fill(); });
-}
-
 // Only what differs is replaced, so that the others keep their widgets, the keyboard and their
-// place in view. The toolkit makes widgets for some two hundred items at once, however few are in
-// view: given all together they would stop the interface for many frames.
-void HistoryContent::fill() {
-  if (filling_) g_source_remove(std::exchange(filling_, 0));
+// place in view.
+void HistoryContent::showItems() {
+  auto wanted = itemsOf(history_.sections.get());
   const guint count = items_->get_n_items();
-  const auto size = static_cast<guint>(wanted_.size());
+  const auto size = static_cast<guint>(wanted.size());
   const guint common = std::min(count, size);
   guint front = 0;
-  while (front < common && isSame(*items_->get_item(front), *wanted_[front])) ++front;
+  while (front < common && isSame(*items_->get_item(front), *wanted[front])) ++front;
   guint back = 0;
   while (back < common - front &&
-         isSame(*items_->get_item(count - 1 - back), *wanted_[size - 1 - back]))
+         isSame(*items_->get_item(count - 1 - back), *wanted[size - 1 - back]))
     ++back;
-  if (front + back == count && count == size) return;
+  coming_.assign(wanted.begin() + front, wanted.end() - back);
+  place_ = front;
+  untracked([&] { fill(count - front - back); });
+}
+
+// The toolkit makes widgets for some two hundred items at once, however few are in view: given all
+// together they would stop the interface for many frames.
+void HistoryContent::fill(guint gone) {
+  if (filling_) g_source_remove(std::exchange(filling_, 0));
+  if (gone == 0 && coming_.empty()) return;
   const bool hadKeyboard = focusedRow() != nullptr;
-  const guint end = std::min(size - back, front + kBatch);
-  items_->splice(front, count - front - back, {wanted_.begin() + front, wanted_.begin() + end});
-  if (hadKeyboard && size > 0 && !focusedRow()) listView_.grab_focus();
-  if (end == size - back) return;
+  const auto batch = std::min<size_t>(coming_.size(), kBatch);
+  items_->splice(place_, gone, {coming_.begin(), coming_.begin() + batch});
+  if (hadKeyboard && items_->get_n_items() > 0 && !focusedRow()) listView_.grab_focus();
+  place_ += batch;
+  coming_.erase(coming_.begin(), coming_.begin() + batch);
+  if (coming_.empty()) return;
   filling_ = g_idle_add(
       [](gpointer self) -> gboolean {
         static_cast<HistoryContent*>(self)->filling_ = 0;
-        static_cast<HistoryContent*>(self)->fill();
+        static_cast<HistoryContent*>(self)->fill(0);
         return G_SOURCE_REMOVE;
       },
       this);

@@ -7,6 +7,8 @@
 #include <gtkmm/singleselection.h>
 #include <gtkmm/stack.h>
 
+#include <deque>
+
 #include "Views/HistoryRow.h"
 #include "Views/KeyTextField.h"
 #include "Views/Menu.h"
@@ -39,8 +41,9 @@ class HistoryContent final : public UtilityContent {
   void buildNothing();
   void reloadIfShown();
   void showItems();
-  // Brings the list nearer to what is wanted; the rest waits for a quiet moment.
-  void fill();
+  // Puts the next of the coming items in the place of `gone` ones; the others wait for a quiet
+  // moment.
+  void fill(guint gone);
   void showPage();
   bool keyPressed(guint key);
   void focusList();
@@ -58,7 +61,8 @@ class HistoryContent final : public UtilityContent {
   Gtk::ScrolledWindow scroller_;
   Gtk::ListView listView_;
   Glib::RefPtr<Gio::ListStore<HistoryItem>> items_;
-  std::vector<Glib::RefPtr<HistoryItem>> wanted_;
+  std::deque<Glib::RefPtr<HistoryItem>> coming_;
+  guint place_ = 0;    // of the first of them
   guint filling_ = 0;  // the source that goes on filling the list
   Gtk::Box nothing_;
   Gtk::Label nothingText_;

@@ -325,6 +325,8 @@ void WebKitWebView::pauseAllMediaPlayback() {
   evaluateEverywhere(kPauseScript, ContentWorld::named(engine_scripts::kWorld), {});
 }
 
+void WebKitWebView::setMuted(bool isMuted) { webkit_web_view_set_is_muted(view_.get(), isMuted); }
+
 void WebKitWebView::requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) {
   const std::string script =
       fmt::format("({}) ? 2 : ({}) ? 1 : 0", kPlayingScript, kHasMediaScript);

@@ -70,6 +70,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
                            const ContentWorld& world,
                            std::function<void(ScriptResult)> answer) override;
   void pauseAllMediaPlayback() override;
+  void setMuted(bool isMuted) override;
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override;
   CaptureState microphoneCaptureState() const override;

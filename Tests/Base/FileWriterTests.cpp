@@ -43,9 +43,15 @@ TEST_F(FileWriterTest, MakesMissingFoldersAndLeavesNothingBeside) {
 
 TEST_F(FileWriterTest, TheNewestOfWaitingWritesWins) {
   writer.write(kFile, "one", note("one"));
-  writer.write(kFile, "two", note("two"));
+  const auto never = [&]() -> std::string {
+    log.push_back("made");
+    return "two";
+  };
+  writer.write(kFile, never, note("two"));
   writer.write("/data/other", "x", note("other"));
-  writer.write(kFile, "three", note("three"));
+  const std::string late = "three";
+  writer.write(
+      kFile, [&] { return late; }, note("three"));
   scheduler.settle();
   EXPECT_EQ(disk->read(kFile, 100), "three");
   EXPECT_EQ(disk->read("/data/other", 100), "x");

@@ -198,6 +198,9 @@ TEST_F(HistoryTest, LivesWithAFileInTrouble) {
              "CREATE TRIGGER full BEFORE INSERT ON visits BEGIN SELECT RAISE(ABORT, 'full'); END");
        },
        true},
+      {"with times that no date holds",
+       [&](const auto&, sqlite3* other) { run(other, "UPDATE visits SET last_visit = -1e300"); },
+       true},
       {"of another program",
        [&](const auto&, sqlite3* other) {
          run(other, "ALTER TABLE visits RENAME TO theirs; CREATE TABLE visits (other TEXT)");

@@ -171,6 +171,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
                            const ContentWorld& world,
                            std::function<void(ScriptResult)> answer) override;
   void pauseAllMediaPlayback() override;
+  void setMuted(bool wanted) override { isMuted = wanted; }
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override { return camera; }
   CaptureState microphoneCaptureState() const override { return microphone; }
@@ -200,6 +201,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   std::vector<EditingCommand> edits;
   int stopCount = 0;
   int pauseCount = 0;
+  bool isMuted = false;
   int observerCount() const;
   MediaPlaybackState media = MediaPlaybackState::None;
   CaptureState camera = CaptureState::None;

@@ -203,6 +203,19 @@ TEST_F(Tab, TeardownGivesEverythingBackButWhatTheSidebarShows) {
   EXPECT_EQ(world.engine.liveViewCount(), 0);
 }
 
+TEST_F(Tab, AMutedTabIsSilentOnEveryPage) {
+  const TabRef tab = world.open("https://a/");
+  tab->toggleMute();
+  EXPECT_TRUE(world.view(tab)->isMuted);
+  tab->teardown();
+  tab->webView();
+  settle();
+  EXPECT_TRUE(world.view(tab)->isMuted) << "a page made later";
+  tab->toggleMute();
+  EXPECT_FALSE(world.view(tab)->isMuted);
+  EXPECT_FALSE(tab->isMuted.peek());
+}
+
 TEST_F(Tab, ADiscardedTabMakesNoViewAgain) {
   const TabRef tab = make("https://a/");
   tab->setSavedState("state");

@@ -104,12 +104,16 @@ TEST_F(HistoryWindowTest, OpensAndDeletesWhatItShows) {
   shown();
   const auto entry = list.sections.peek().front().entries.at(1);
   world.store->window = &world.window;
+  const suggestion::History pick{entry};
+  world.store->learn(pick, "t");
+  world.store->learn(suggestion::Search{"tides"}, "t");
   list.open(entry);
   EXPECT_EQ(world.space().selectedTab()->url.peek()->text(), "https://two.test/");
 
   list.remove(entry);
   EXPECT_THAT(titles(), ElementsAre("three", "one"));
   EXPECT_THAT(shown(), ElementsAre("three", "one"));
+  EXPECT_EQ(world.store->choices[profile].choices.at("t").size(), 1u) << "its pick is forgotten";
   world.store->history = nullptr;
   EXPECT_THAT(shown(), IsEmpty());
 }

@@ -265,12 +265,15 @@ TEST_F(Session, ArchiveAndChoicesAreReadAndBadOnesPassedOver) {
                                    Date(std::chrono::seconds(1'700'000'000))};
   const UUID profile = UUID::random();
   ChoicesFile::Choices choices;
-  choices[profile].record("gi", "url:https://git/", archived.archivedAt);
+  choices[profile].record("gi", "url:https://git/",
+                          Date(std::chrono::microseconds(978'307'201'500'001)));
   world.disk->put("/data/Orvel/archive.json", ArchivedTabRecord::encoded({archived}));
   world.disk->put("/data/Orvel/Choices.json", ChoicesFile::encoded(choices));
   world.launch();
   EXPECT_THAT(world.store->archive.peek(), ElementsAre(archived));
   EXPECT_EQ(world.store->choices.at(profile).choices, choices.at(profile).choices);
+  EXPECT_THAT(ChoicesFile::encoded(choices), HasSubstr("\"lastUsed\": 1.500001\n"))
+      << "seconds since 2001";
 
   World bad;
   bad.disk->put("/data/Orvel/archive.json", "{}");
