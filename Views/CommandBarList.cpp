@@ -12,6 +12,8 @@ namespace {
 
 // As many as the longest list has.
 constexpr size_t kPreparedRows = 22;
+// Milliseconds until a start, which nothing is to slow, is over.
+constexpr guint kStartTakes = 1500;
 
 // What any row may show, and what only an answer does.
 const SuggestionRowContent kPlain{.shown = {"globe", "Title", "Subtitle", {}}};
@@ -26,10 +28,17 @@ CommandBarList::CommandBarList()
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST);
   setAccessibleLabel(*this, _("Suggestions"));
   add_css_class("bar-list");
-  preparing_ = g_idle_add_full(
-      G_PRIORITY_LOW,
-      [](gpointer self) -> gboolean { return static_cast<CommandBarList*>(self)->prepareRow(); },
-      this, nullptr);
+  preparing_ = g_timeout_add_once(
+      kStartTakes,
+      [](gpointer self) {
+        static_cast<CommandBarList*>(self)->preparing_ = g_idle_add_full(
+            G_PRIORITY_LOW,
+            [](gpointer list) -> gboolean {
+              return static_cast<CommandBarList*>(list)->prepareRow();
+            },
+            self, nullptr);
+      },
+      this);
 }
 
 CommandBarList::~CommandBarList() {
