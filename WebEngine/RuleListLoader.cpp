@@ -1,8 +1,9 @@
 #include "WebEngine/RuleListLoader.h"
 
 #include <fmt/ranges.h>
-#include <sodium.h>
+#include <nettle/sha2.h>
 
+#include <array>
 #include <span>
 #include <utility>
 #include <vector>
@@ -24,8 +25,11 @@ struct Converted {
 };
 
 std::string fingerprint(const std::string& text) {
-  unsigned char digest[crypto_hash_sha256_BYTES];
-  crypto_hash_sha256(digest, reinterpret_cast<const unsigned char*>(text.data()), text.size());
+  std::array<uint8_t, SHA256_DIGEST_SIZE> digest;
+  sha256_ctx context;
+  sha256_init(&context);
+  sha256_update(&context, text.size(), reinterpret_cast<const uint8_t*>(text.data()));
+  sha256_digest(&context, digest.size(), digest.data());
   return fmt::format("{:02x}", fmt::join(std::span(digest).first(kFingerprintBytes), ""));
 }
 

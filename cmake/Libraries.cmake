@@ -12,6 +12,7 @@ endfunction()
 
 orvel_pkg(SQLITE sqlite3)
 orvel_pkg(SODIUM libsodium)
+orvel_pkg(NETTLE nettle)
 orvel_pkg(ARCHIVE libarchive)
 orvel_pkg(PLIST libplist-2.0)
 orvel_pkg(GLIB glib-2.0 gio-2.0 gio-unix-2.0)
