@@ -19,7 +19,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::string_view kSealPrefix = "Seal-";
 constexpr uint64_t kLargestSeal = 1024;
+constexpr size_t kMostUntouched = 16;
 constexpr size_t kChunk = 1u << 20;
 
 uint32_t littleEndian(const unsigned char* bytes) {
@@ -99,7 +101,7 @@ fs::path listFile(const fs::path& folder, const std::string& identifier) {
 }
 
 fs::path sealFile(const fs::path& folder, const std::string& identifier) {
-  return folder / ("Seal-" + identifier);
+  return folder / (std::string(kSealPrefix) + identifier);
 }
 
 Check check(const fs::path& folder, const std::string& identifier,
@@ -117,6 +119,19 @@ Check check(const fs::path& folder, const std::string& identifier,
   const auto state =
       seal->engineVersion == engineVersion ? Check::State::Intact : Check::State::OtherEngine;
   return {state, isUntouched, *number};
+}
+
+std::vector<std::string> untouched(const fs::path& folder, const std::string& engineVersion) {
+  std::vector<std::string> identifiers;
+  for (const std::string& name : FileSystem::disk()->list(folder)) {
+    if (!name.starts_with(kSealPrefix) || identifiers.size() == kMostUntouched) continue;
+    const std::string identifier = name.substr(kSealPrefix.size());
+    const auto seal = isPlain(identifier) ? readSeal(folder / name) : std::nullopt;
+    if (seal && seal->engineVersion == engineVersion &&
+        seal->stamp == stampOf(listFile(folder, identifier)))
+      identifiers.push_back(identifier);
+  }
+  return identifiers;
 }
 
 void breakIfDamaged(const fs::path& folder, const std::string& identifier) {

@@ -48,9 +48,23 @@ std::optional<Workplace> makeWorkplace(const fs::path& folder, const std::string
 }  // namespace
 
 SealedRuleListStore::SealedRuleListStore(Scheduler& scheduler, fs::path folder, fs::path compiler)
-    : parts_(new Parts{scheduler, folder, std::move(compiler), WebKitRuleListStore(folder), {}}) {
+    : parts_(
+          new Parts{scheduler, folder, std::move(compiler), WebKitRuleListStore(folder), {}, {}}) {
   scheduler.runInBackground([folder] { CompilerFolder::clear(folder); }, [] {},
                             WorkPriority::Utility);
+  for (const std::string& identifier : rule_list_seal::untouched(folder, engineVersion()))
+    loadAhead(identifier);
+}
+
+void SealedRuleListStore::loadAhead(const std::string& identifier) {
+  auto ahead = std::make_shared<Ahead>();
+  parts_->ahead.emplace(identifier, ahead);
+  parts_->lists.lookUp(identifier, [ahead](CompiledRules rules) {
+    if (ahead->answer)
+      ahead->answer(std::move(rules));
+    else
+      ahead->rules = std::move(rules);
+  });
 }
 
 void SealedRuleListStore::getAvailableIdentifiers(
@@ -59,10 +73,18 @@ void SealedRuleListStore::getAvailableIdentifiers(
 }
 
 void SealedRuleListStore::lookUp(const std::string& identifier, Answer answer) {
+  if (const auto known = parts_->ahead.extract(identifier)) {
+    parts_->scheduler.start(readThrough(parts_, identifier)).detach();
+    Ahead& ahead = *known.mapped();
+    if (ahead.rules) return answer(std::move(*ahead.rules));
+    ahead.answer = std::move(answer);
+    return;
+  }
   parts_->scheduler.start(lookUpChecked(parts_, identifier, std::move(answer))).detach();
 }
 
 void SealedRuleListStore::compile(const std::string& identifier, std::string json, Answer answer) {
+  parts_->ahead.erase(identifier);
   auto rules = std::make_shared<const std::string>(std::move(json));
   parts_->scheduler.start(compileApart(parts_, identifier, std::move(rules), std::move(answer)))
       .detach();
@@ -70,6 +92,7 @@ void SealedRuleListStore::compile(const std::string& identifier, std::string jso
 
 void SealedRuleListStore::remove(const std::string& identifier,
                                  std::function<void(std::optional<std::string>)> answer) {
+  parts_->ahead.erase(identifier);
   if (rule_list_seal::isPlain(identifier))
     parts_->scheduler.runInBackground(
         [file = rule_list_seal::sealFile(parts_->folder, identifier)] {

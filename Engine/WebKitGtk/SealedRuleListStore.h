@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,8 +19,8 @@ namespace orvel {
 // Identifiers are made of ASCII letters, digits and "-".
 class SealedRuleListStore final : public ContentRuleListStore {
  public:
-  // `compiler` is the program that compiles. The lists in the folder are checked from now on: a
-  // start asks for them a moment later.
+  // `compiler` is the program that compiles. Lists that nobody seems to have touched are loaded
+  // from now on: a start asks for them a moment later, and has its window to build meanwhile.
   SealedRuleListStore(Scheduler& scheduler, std::filesystem::path folder,
                       std::filesystem::path compiler);
 
@@ -31,6 +32,12 @@ class SealedRuleListStore final : public ContentRuleListStore {
               std::function<void(std::optional<std::string>)> answer) override;
 
  private:
+  using Answer = std::function<void(CompiledRules)>;
+  // A list that is loaded before it is asked for: what came of it, or else who asked meanwhile.
+  struct Ahead {
+    std::optional<CompiledRules> rules;
+    Answer answer;
+  };
   // What tasks need, which may outlive the store.
   struct Parts {
     Scheduler& scheduler;
@@ -39,9 +46,10 @@ class SealedRuleListStore final : public ContentRuleListStore {
     WebKitRuleListStore lists;
     // The number of the present engine's format, once it was asked for.
     std::optional<uint32_t> format;
+    std::map<std::string, std::shared_ptr<Ahead>> ahead;
   };
-  using Answer = std::function<void(CompiledRules)>;
 
+  void loadAhead(const std::string& identifier);
   static Task<> lookUpChecked(std::shared_ptr<Parts> parts, std::string identifier, Answer answer);
   static Task<> compileApart(std::shared_ptr<Parts> parts, std::string identifier,
                              std::shared_ptr<const std::string> json, Answer answer);
