@@ -42,7 +42,9 @@ Application::Application() {
   const auto uniqueness =
       hasSessionBus() ? G_APPLICATION_HANDLES_OPEN
                       : GApplicationFlags(G_APPLICATION_HANDLES_OPEN | G_APPLICATION_NON_UNIQUE);
-  application_ = GTK_APPLICATION(adw_application_new(kIdentifier, uniqueness));
+  // libadwaita's own would read its style sheets first of all, before the page's process is
+  // started.
+  application_ = gtk_application_new(kIdentifier, uniqueness);
   g_set_application_name("Orvel");
   // The session manager tells of its end, and waits for `query-end`.
   g_object_set(application_, "register-session", TRUE, nullptr);

@@ -1,5 +1,6 @@
 #include "App/Browser.h"
 
+#include <adwaita.h>
 #include <sys/utsname.h>
 
 #include "App/WindowController.h"
@@ -62,6 +63,7 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                 }} {
   // The store first: it has the selected page's process started, beside which all else happens.
   store_ = BrowserStore::make(services_);
+  adw_init();
   StyleSheet::load(share_);
   ApplicationLifecycle::Steps steps;
   steps.appVersion = ORVEL_VERSION;

@@ -1,9 +1,9 @@
-#include <adwaita.h>
+#include <gtk/gtk.h>
 
 #include "App/Application.h"
 
 int main(int count, char** arguments) {
-  adw_init();
+  gtk_init();
   orvel::Application application;
   return application.run({arguments + 1, arguments + count});
 }
