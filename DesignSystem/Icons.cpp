@@ -2,6 +2,9 @@
 
 #include <gtk/gtk.h>
 
+#include "DesignSystem/StyleSheet.h"
+#include "DesignSystem/Symbols.h"
+
 namespace orvel {
 
 namespace {
@@ -66,11 +69,15 @@ Gtk::Image* makeIcon(std::string_view symbol, int size) {
 }
 
 void setIcon(Gtk::Image& image, std::string_view symbol) {
-  image.set_from_icon_name(iconName(symbol));
-  if (std::ranges::find(kMirrored, symbol) != std::end(kMirrored))
-    image.add_css_class("mirrored");
+  const bool followsReading = std::ranges::find(kMirrored, symbol) != std::end(kMirrored);
+  const bool isRightToLeft = gtk_widget_get_default_direction() == GTK_TEXT_DIR_RTL;
+  auto* paintable = Symbols::paintable(
+      symbol, followsReading && isRightToLeft ? Symbols::Side::Mirrored : Symbols::Side::Drawn);
+  if (paintable)
+    gtk_image_set_from_paintable(image.gobj(), paintable);
   else
-    image.remove_css_class("mirrored");
+    image.set_from_icon_name(iconName(symbol));
+  setClass(GTK_WIDGET(image.gobj()), "mirrored", followsReading && !paintable);
 }
 
 IconButton::IconButton(std::string_view symbol, const std::string& help, int size)

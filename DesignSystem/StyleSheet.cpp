@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Base/GRef.h"
+#include "DesignSystem/Symbols.h"
 
 namespace orvel {
 
@@ -68,6 +69,7 @@ void load(const std::filesystem::path& shareFolder) {
   Gtk::init_gtkmm_internals();
   put(parse(shareFolder / "style.css"), kCommon);
   themes().setFolder(shareFolder);
+  Symbols::load(shareFolder / "icons.paths");
   gtk_icon_theme_add_search_path(gtk_icon_theme_get_for_display(gdk_display_get_default()),
                                  (shareFolder / "icons").c_str());
 }
