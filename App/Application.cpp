@@ -172,8 +172,10 @@ void Application::makeActions() {
 
 bool Application::launchOnce() {
   if (std::exchange(hasLaunched_, true)) return false;
+  // The addresses first: their page's process starts while the window is being built.
+  for (const std::string& address : addresses_)
+    if (const auto url = URL::parse(address)) browser_->openBeforeLaunch(*url);
   browser_->didFinishLaunching();
-  for (const std::string& address : addresses_) openAddress(address);
   if (wantsNewTab_) newTab();
   return true;
 }

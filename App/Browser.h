@@ -23,6 +23,8 @@ class Browser {
   Browser(GtkApplication* application, const std::filesystem::path& folder);
   ~Browser();
 
+  // Opens an address that the program was started with; the window comes with the launch.
+  void openBeforeLaunch(const URL& url) { store_->openExternal(url); }
   void didFinishLaunching() { lifecycle_->didFinishLaunching(); }
   void handleReopen();
   void open(const std::vector<URL>& urls) { lifecycle_->open(urls); }

@@ -91,8 +91,28 @@ IconButton::IconButton(std::string_view symbol, const std::string& help, int siz
 void IconButton::setSymbol(std::string_view symbol) { setIcon(*image_, symbol); }
 
 void IconButton::setHelp(const std::string& help) {
+  // Set on a visible button, the toolkit would ask the display server where the pointer is.
+  const bool isHiddenMeanwhile = get_visible() && !get_mapped();
+  if (isHiddenMeanwhile) set_visible(false);
   set_tooltip_text(help);
+  if (isHiddenMeanwhile) set_visible(true);
   setAccessibleLabel(*this, help.substr(0, help.find(" (")));
+}
+
+void setTooltip(Gtk::Widget& widget, const std::string& text) {
+  constexpr const char* kText = "orvel-tooltip";
+  auto* object = G_OBJECT(widget.gobj());
+  if (!g_object_get_data(object, kText))
+    g_signal_connect(
+        object, "query-tooltip",
+        G_CALLBACK(+[](GtkWidget* self, int, int, gboolean, GtkTooltip* tooltip) -> gboolean {
+          gtk_tooltip_set_text(tooltip,
+                               static_cast<char*>(g_object_get_data(G_OBJECT(self), kText)));
+          return TRUE;
+        }),
+        nullptr);
+  g_object_set_data_full(object, kText, g_strdup(text.c_str()), g_free);
+  widget.set_has_tooltip(true);
 }
 
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {

@@ -28,6 +28,10 @@ class IconButton : public Gtk::Button {
   Gtk::Image* image_;
 };
 
+// Gives a widget a tooltip that changes often, a row's say: the toolkit's own way asks the display
+// server where the pointer is, each time. `set_has_tooltip(false)` takes it away again.
+void setTooltip(Gtk::Widget& widget, const std::string& text);
+
 // Names a widget for assistive technology.
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
 // Takes a widget and all below it out of what assistive technology sees, or back.

@@ -50,7 +50,7 @@ void FavoriteTile::show(const TabRef& tab) {
   if (!tab) return set_has_tooltip(false);
   look_ = effect([this] {
     const auto title = shownText(tab_->displayTitle());
-    set_tooltip_text(title);
+    setTooltip(*this, title);
     setAccessibleLabel(*this, title);
     const auto& url = tab_->url.get();
     site_.set(tab_->favicon(), url ? displayHost(*url) : std::string());

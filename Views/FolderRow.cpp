@@ -66,7 +66,7 @@ void FolderRow::show() {
   const bool isOpen = folder_->isExpanded;
   const auto name = shownText(folder_->name.get());
   name_.set_text(name);
-  set_tooltip_text(name);
+  setTooltip(*this, name);
   setAccessibleLabel(*this, name);
   gtk_accessible_update_state(GTK_ACCESSIBLE(Gtk::Widget::gobj()), GTK_ACCESSIBLE_STATE_EXPANDED,
                               isOpen, -1);

@@ -77,7 +77,7 @@ void HistoryRow::show(const Glib::RefPtr<HistoryItem>& item) {
   const bool isLong = g_utf8_strlen(site.c_str(), -1) > kLongestSite;
   site_.set_ellipsize(isLong ? Pango::EllipsizeMode::START : Pango::EllipsizeMode::NONE);
   time_.set_text(time);
-  entry_.set_tooltip_text(title + "\n" + shownText(entry.url.text()));
+  setTooltip(entry_, title + "\n" + shownText(entry.url.text()));
   // The list's own widget around the row has the keyboard, and is what is read out.
   if (auto* spoken = get_parent()) setAccessibleLabel(*spoken, title + ", " + site + ", " + time);
   showIcon(site);

@@ -140,23 +140,23 @@ void RowList::moveFrom(const Tops& former, const Spring& spring) {
   motion_.animateTo(0, spring);
 }
 
-// Measures the kinds that occur and have no height yet; a gap is as high as a tab.
+// Measures the kinds that occur; a gap is as high as a tab.
 void RowList::measureRows() {
-  std::array<bool, RowLayout::kKinds> isWanted{};
-  isWanted[static_cast<size_t>(SidebarRow::Kind::Tab)] = true;
-  for (const SidebarRow& row : rows_) isWanted[static_cast<size_t>(row.key.kind)] = true;
-  for (size_t kind = 0; kind < RowLayout::kKinds; ++kind) {
-    double& height = (*heights_)[kind];
-    if (!isWanted[kind] || height > 0) continue;
-    auto widget = takeWidget(static_cast<SidebarRow::Kind>(kind));
-    int minimum = 0;
-    gtk_widget_measure(widget->Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &minimum, nullptr,
-                       nullptr, nullptr);
-    height = minimum;
-    widget->set_child_visible(false);
-    setAccessibleHidden(*widget, true);
-    pools_[kind].push_back(std::move(widget));
-  }
+  measure(SidebarRow::Kind::Tab);
+  for (const SidebarRow& row : rows_) measure(row.key.kind);
+}
+
+// Answers whether the kind had no height yet.
+bool RowList::measure(SidebarRow::Kind kind) {
+  double& height = (*heights_)[static_cast<size_t>(kind)];
+  if (height > 0) return false;
+  auto widget = takeWidget(kind);
+  int minimum = 0;
+  gtk_widget_measure(widget->Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &minimum, nullptr,
+                     nullptr, nullptr);
+  height = minimum;
+  putAside(kind, std::move(widget));
+  return true;
 }
 
 void RowList::on_realize() {
@@ -186,12 +186,17 @@ std::unique_ptr<RowWidget> RowList::makeWidget(SidebarRow::Kind kind) {
 bool RowList::buildAhead(size_t count) {
   constexpr auto kKind = SidebarRow::Kind::Tab;
   auto& pool = pools_[static_cast<size_t>(kKind)];
+  for (size_t kind = 0; heights_ && kind < RowLayout::kKinds; ++kind)
+    if (measure(static_cast<SidebarRow::Kind>(kind))) return true;
   if (live_.size() + pool.size() >= count) return false;
-  auto widget = makeWidget(kKind);
+  putAside(kKind, makeWidget(kKind));
+  return true;
+}
+
+void RowList::putAside(SidebarRow::Kind kind, std::unique_ptr<RowWidget> widget) {
   widget->set_child_visible(false);
   setAccessibleHidden(*widget, true);
-  pool.push_back(std::move(widget));
-  return true;
+  pools_[static_cast<size_t>(kind)].push_back(std::move(widget));
 }
 
 std::unique_ptr<RowWidget> RowList::takeWidget(SidebarRow::Kind kind) {
@@ -204,10 +209,8 @@ std::unique_ptr<RowWidget> RowList::takeWidget(SidebarRow::Kind kind) {
 
 void RowList::release(LiveRow& live) {
   live.widget->unbind();
-  live.widget->set_child_visible(false);
-  setAccessibleHidden(*live.widget, true);
   live.widget->set_opacity(1);
-  pools_[static_cast<size_t>(live.row.key.kind)].push_back(std::move(live.widget));
+  putAside(live.row.key.kind, std::move(live.widget));
 }
 
 // Gives widgets to the rows that want one, and takes them from the others.

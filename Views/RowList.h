@@ -80,7 +80,8 @@ class RowList : public Gtk::Widget {
   // Scrolls to the row and gives it the focus. Answers whether it took it.
   bool focusRow(size_t index);
 
-  // Builds the widget of one tab's row for later, unless there are `count`; answers whether it did.
+  // Measures a kind of row, or builds the widget of one tab's row for later, unless there are
+  // `count`; answers whether there was something to do.
   bool buildAhead(size_t count);
 
   const Counters& counters() const { return counters_; }
@@ -107,6 +108,7 @@ class RowList : public Gtk::Widget {
 
   std::unique_ptr<RowWidget> makeWidget(SidebarRow::Kind kind);
   std::unique_ptr<RowWidget> takeWidget(SidebarRow::Kind kind);
+  void putAside(SidebarRow::Kind kind, std::unique_ptr<RowWidget> widget);
   void release(LiveRow& live);
   void sync();
   void syncLater();
@@ -114,6 +116,7 @@ class RowList : public Gtk::Widget {
   void rebindChanged();
   void moveFrom(const Tops& former, const Spring& spring);
   void measureRows();
+  bool measure(SidebarRow::Kind kind);
   double shownTop(const LiveRow& live) const;
   RowLayout::Range wantedRows() const;
   std::optional<size_t> focusedRow() const;

@@ -66,9 +66,14 @@ bool SpacePager::prepare() {
     addSpare();
     return true;
   }
+  auto& list = spares_.back().section->list();
+  if (!list.get_realized()) {
+    gtk_widget_realize(list.Gtk::Widget::gobj());
+    return true;
+  }
   // In view, and half as many on either side.
   const auto rows = static_cast<size_t>(2 * get_height() / kRowPitch);
-  return spares_.back().section->list().buildAhead(rows);
+  return list.buildAhead(rows);
 }
 
 void SpacePager::addSpare() {

@@ -32,7 +32,7 @@ TabRow::TabRow(SidebarContext& context)
   split_.set_pixel_size(15);
   split_.add_css_class("split-mark");
   split_.add_css_class("quiet");
-  split_.set_tooltip_text(_("In split view"));
+  setTooltip(split_, _("In split view"));
   ends_.append(mute_);
   ends_.append(split_);
   for (auto* button : {&mute_, &home_, &close_}) {
@@ -76,7 +76,7 @@ void TabRow::unbind() {
 void TabRow::showPage() {
   const auto title = shownText(tab_->displayTitle());
   title_.set_text(title);
-  set_tooltip_text(title);
+  setTooltip(*this, title);
   setAccessibleLabel(*this, title);
   const auto& url = tab_->url.get();
   site_.set(tab_->favicon(), url ? displayHost(*url) : std::string());
