@@ -9,7 +9,7 @@ namespace orvel {
 
 namespace {
 
-constexpr unsigned kCalmMilliseconds = 500;
+constexpr unsigned kCalmMilliseconds = 1500;
 
 std::string namesOf(const Palette& palette) {
   const std::pair<const char*, Color> names[] = {

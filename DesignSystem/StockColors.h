@@ -20,7 +20,7 @@ class StockColors {
   ~StockColors();
   StockColors(const StockColors&) = delete;
 
-  // Takes a theme's colors: the first at once, later ones when none came for half a second. New
+  // Takes a theme's colors: the first at once, later ones when none came for 1.5 seconds. New
   // names restyle all there is, which is longer than a frame and must not fall into a motion.
   void set(const Theme& theme, ColorScheme scheme);
 
