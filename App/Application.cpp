@@ -75,7 +75,7 @@ int Application::run(const std::vector<std::string>& arguments) {
     } else if (argument == "--new-tab") {
       wantsNewTab_ = true;
     } else if (const auto url = addressOf(argument)) {
-      addresses_.push_back(url->text());
+      addresses_.push_back(*url);
     } else {
       fmt::print(stderr, "orvel: \"{}\" is no address\n", argument);
       return 2;
@@ -91,9 +91,9 @@ int Application::run(const std::vector<std::string>& arguments) {
     return 1;
   }
   if (g_application_get_is_remote(application)) {
-    for (const std::string& address : addresses_)
+    for (const URL& address : addresses_)
       g_action_group_activate_action(G_ACTION_GROUP(application), kOpenAddress,
-                                     g_variant_new_string(address.c_str()));
+                                     g_variant_new_string(address.text().c_str()));
     if (wantsNewTab_)
       g_action_group_activate_action(G_ACTION_GROUP(application), kNewTab, nullptr);
     else if (addresses_.empty())
@@ -112,7 +112,7 @@ int Application::run(const std::vector<std::string>& arguments) {
     return 1;
   }
 
-  browser_ = std::make_unique<Browser>(application_, programFolder());
+  browser_ = std::make_unique<Browser>(application_, programFolder(), addresses_);
   // Closing the window does not end the program.
   g_application_hold(application);
   for (const int number : kSignals)
@@ -172,9 +172,6 @@ void Application::makeActions() {
 
 bool Application::launchOnce() {
   if (std::exchange(hasLaunched_, true)) return false;
-  // The addresses first: their page's process starts while the window is being built.
-  for (const std::string& address : addresses_)
-    if (const auto url = URL::parse(address)) browser_->openBeforeLaunch(*url);
   browser_->didFinishLaunching();
   if (wantsNewTab_) newTab();
   return true;

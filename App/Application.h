@@ -25,8 +25,8 @@ class Application {
 
  private:
   void makeActions();
-  // Finishes the launch, and opens what the program was started with. Answers whether this call did
-  // so: the bus may ask for anything before it asks for the window.
+  // Finishes the launch. Answers whether this call did so: the bus may ask for anything before it
+  // asks for the window.
   bool launchOnce();
   void openAddress(const std::string& text);
   void newTab();
@@ -35,7 +35,7 @@ class Application {
   GtkApplication* application_ = nullptr;
   std::optional<InstanceLock> lock_;
   std::unique_ptr<Browser> browser_;
-  std::vector<std::string> addresses_;  // that the program was started with
+  std::vector<URL> addresses_;  // that the program was started with
   bool wantsNewTab_ = false;
   bool hasLaunched_ = false;
 };

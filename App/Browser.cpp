@@ -29,7 +29,8 @@ std::string systemVersion() {
 
 }  // namespace
 
-Browser::Browser(GtkApplication* application, const std::filesystem::path& folder)
+Browser::Browser(GtkApplication* application, const std::filesystem::path& folder,
+                 const std::vector<URL>& addresses)
     : application_(application),
       paths_(AppPaths::in(g_get_user_data_dir(), g_get_user_cache_dir(), downloadsFolder())),
       share_(folder / "../share/orvel"),
@@ -63,6 +64,7 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                 }} {
   // The store first: it has the selected page's process started, beside which all else happens.
   store_ = BrowserStore::make(services_);
+  for (const URL& address : addresses) store_->openExternal(address);
   adw_init();
   StyleSheet::load(share_);
   ApplicationLifecycle::Steps steps;

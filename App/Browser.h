@@ -19,12 +19,12 @@ namespace orvel {
 // it.
 class Browser {
  public:
-  // `folder` is the program's own: what ships with it lies beside it.
-  Browser(GtkApplication* application, const std::filesystem::path& folder);
+  // `folder` is the program's own: what ships with it lies beside it. `addresses` are those that
+  // the program was started with: they open at once, the window comes with the launch.
+  Browser(GtkApplication* application, const std::filesystem::path& folder,
+          const std::vector<URL>& addresses);
   ~Browser();
 
-  // Opens an address that the program was started with; the window comes with the launch.
-  void openBeforeLaunch(const URL& url) { store_->openExternal(url); }
   void didFinishLaunching() { lifecycle_->didFinishLaunching(); }
   void handleReopen();
   void open(const std::vector<URL>& urls) { lifecycle_->open(urls); }
