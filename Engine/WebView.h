@@ -125,6 +125,8 @@ class WebView {
   virtual void print() = 0;
   virtual void find(const std::string& text, const FindConfiguration& configuration,
                     std::function<void(bool matchFound)> answer) = 0;
+  // Takes the marks of `find` off the page; its last match stays selected.
+  virtual void endFind() = 0;
 
   // Evaluates an expression or program; absent `frame` is the main frame.
   virtual void evaluateJavaScript(const std::string& script, const ContentWorld& world,

@@ -12,13 +12,18 @@ void BrowserStore::showFindBar() {
 
 void BrowserStore::hideFindBar() {
   animate(Spring::quick, [this] { find = std::nullopt; });
+  endSearch();
   later([](BrowserStore& store) { store.focusWebView(); });
 }
 
 void BrowserStore::findNext(BrowserTab::FindDirection direction) {
   const auto tab = activeSpace()->selectedTab();
   const auto& state = find.peek();
-  if (!tab || !state || state->query.empty()) return setMatchFound(std::nullopt);
+  if (!tab || !state || state->query.empty()) {
+    endSearch();
+    return setMatchFound(std::nullopt);
+  }
+  searchedTab_ = tab;
   services_.scheduler.start(findInPage(weak_from_this(), tab, state->query, direction)).detach();
 }
 
@@ -27,6 +32,10 @@ Task<> BrowserStore::findInPage(std::weak_ptr<BrowserStore> weak, TabRef tab, st
   Task<bool> search = tab->find(std::move(query), direction);
   const bool isFound = co_await std::move(search);
   if (const auto store = weak.lock()) store->setMatchFound(isFound);
+}
+
+void BrowserStore::endSearch() {
+  if (const auto tab = std::exchange(searchedTab_, {}).lock()) tab->endFind();
 }
 
 void BrowserStore::setMatchFound(std::optional<bool> isFound) {

@@ -376,6 +376,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
                std::vector<PaletteCommand>& commands);
   void reloadSelectedTab();
   void setMatchFound(std::optional<bool> isFound);
+  // Takes the marks of the latest search off its page.
+  void endSearch();
   void detach(const BrowserTab& tab);
   void leaveTab(const TabRef& prior, const TabRef& next, const Space& space, Date now);
   void didActivate(const TabRef& tab, const TabRef& prior);
@@ -401,6 +403,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
     std::vector<SwipeSample> samples;
     uint64_t generation = 0;  // grows with each gesture
   } swipe_;
+  // What `find` has left its marks on.
+  std::weak_ptr<BrowserTab> searchedTab_;
   TaskHandle saveTask_;
   TaskHandle toastTask_;
   TaskHandle peekTask_;

@@ -110,6 +110,10 @@ Task<bool> BrowserTab::find(std::string text, FindDirection direction) {
   return findIn(webView_.peek(), std::move(text), direction == FindDirection::Backwards);
 }
 
+void BrowserTab::endFind() {
+  if (const auto& view = webView_.peek()) view->endFind();
+}
+
 void BrowserTab::printPage() {
   const auto& view = webView_.peek();
   if (view && view->isInWindow()) view->print();

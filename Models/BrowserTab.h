@@ -102,6 +102,8 @@ class BrowserTab final : public NavigationDelegate,
   // Whether the text was found, ignoring case and wrapping around.
   enum class FindDirection { Forwards, Backwards };
   Task<bool> find(std::string text, FindDirection direction);
+  // Takes the marks of `find` off the page.
+  void endFind();
   void printPage();
   // Asks for a file and writes the whole page to it. Does nothing for a page that is not on screen.
   void exportPDF();

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "Base/Observable.h"
+
 namespace orvel {
 
 namespace {
@@ -13,7 +15,10 @@ struct Context {
 
   bool perform(ActionID action) const {
     const auto answer = meansHere ? meansHere(action) : std::nullopt;
-    return answer ? *answer : store.performAction(action);
+    const bool wasPerformed = answer ? *answer : store.performAction(action);
+    // What the keys have opened takes the keyboard now: the next key may be waiting already.
+    flushEffects();
+    return wasPerformed;
   }
 };
 

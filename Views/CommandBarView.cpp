@@ -175,8 +175,11 @@ void CommandBarView::begin(CommandBarMode mode) {
   rows_ = effect([this](const Wake& wake) { showRows(wake); });
   selection_ = effect([this] { showSelection(); });
   bar_->appear();
+  // At once for the keys that are waiting already, and again after a menu that closes has given the
+  // keyboard back to where it was.
+  field_.takeFocus();
   store_.services().scheduler.post([this, bar = std::weak_ptr(bar_)] {
-    if (bar.lock()) field_.takeFocus();
+    if (bar.lock() && !field_.entry().has_focus()) field_.takeFocus();
   });
 }
 

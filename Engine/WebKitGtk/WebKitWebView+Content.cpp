@@ -319,6 +319,11 @@ void WebKitWebView::find(const std::string& text, const FindConfiguration& confi
     webkit_find_controller_search_next(controller);
 }
 
+void WebKitWebView::endFind() {
+  finding_.text.clear();
+  webkit_find_controller_search_finish(webkit_web_view_get_find_controller(view_.get()));
+}
+
 // Media
 
 void WebKitWebView::pauseAllMediaPlayback() {

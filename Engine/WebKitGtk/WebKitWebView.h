@@ -63,6 +63,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void print() override;
   void find(const std::string& text, const FindConfiguration& configuration,
             std::function<void(bool)> answer) override;
+  void endFind() override;
   void evaluateJavaScript(const std::string& script, const ContentWorld& world,
                           const std::optional<FrameInfo>& frame,
                           std::function<void(ScriptResult)> answer) override;

@@ -90,6 +90,11 @@ class CommandBarTest(EndToEndTest):
             self.pick(text, row)
             eventually(lambda: self.url() == address + row.replace(" ", "%20"), f"{text} asked")
 
+    def test_keys_that_come_at_once_reach_what_the_first_has_opened(self):
+        self.burst("ctrl+t", *"tides", "Return")
+        address = "https://www.google.com/search?q=tides"
+        eventually(lambda: self.url() == address, "the whole word asked")
+
     def test_answers_are_copied(self):
         for text, answer in (("2+2", "4"), ("10 km to mi", "6.21 mi")):
             self.pick(text, answer)

@@ -320,6 +320,7 @@ void FakeWebView::find(const std::string& text, const FindConfiguration& configu
                        std::function<void(bool)> answer) {
   searches.push_back(text + (configuration.backwards ? " backwards" : ""));
   const bool isFound = pageText.find(text) != std::string::npos;
+  hasMarks = isFound;
   engine_.scheduler().post([answer = std::move(answer), isFound] { answer(isFound); });
 }
 

@@ -164,6 +164,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void print() override {}
   void find(const std::string& text, const FindConfiguration& configuration,
             std::function<void(bool)> answer) override;
+  void endFind() override { hasMarks = false; }
   void evaluateJavaScript(const std::string& script, const ContentWorld& world,
                           const std::optional<FrameInfo>& frame,
                           std::function<void(ScriptResult)> answer) override;
@@ -208,6 +209,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   CaptureState microphone = CaptureState::None;
   std::string pageText;
   std::vector<std::string> searches;  // those that `find` was asked for
+  bool hasMarks = false;              // those of `find`
   // What was shown by `loadHTMLString` last.
   std::string html;
   std::vector<URLRequest> requests;

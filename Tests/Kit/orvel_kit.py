@@ -236,6 +236,10 @@ class EndToEndTest(unittest.TestCase):
             subprocess.run(["xdotool", "key", "--clearmodifiers", name], check=True)
             time.sleep(0.05)
 
+    def burst(self, *names):
+        """Keys that come all at once, as from a quick hand on a busy machine."""
+        subprocess.run(["xdotool", "key", "--delay", "0", *names], check=True)
+
     def type(self, text):
         subprocess.run(["xdotool", "type", "--delay", "8", text], check=True)
 

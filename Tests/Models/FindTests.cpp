@@ -38,7 +38,17 @@ TEST_F(FindTest, KeepsTheQueryWhenItIsShownAgainAndTellsOfMatches) {
   EXPECT_EQ(store.find.peek(), (FindState{"word", true}));
   EXPECT_EQ(search("wordy", Direction::Backwards), (FindState{"wordy", false}));
   EXPECT_EQ(search(""), FindState()) << "an empty field is no search without a match";
+  EXPECT_FALSE(world.view(tab)->hasMarks);
   EXPECT_THAT(world.view(tab)->searches, testing::ElementsAre("word", "wordy backwards"));
+}
+
+TEST_F(FindTest, TakesItsMarksOffThePageThatWasSearched) {
+  world.store->showFindBar();
+  search("word");
+  EXPECT_TRUE(world.view(tab)->hasMarks);
+  world.open("https://two.test/");
+  world.store->hideFindBar();
+  EXPECT_FALSE(world.view(tab)->hasMarks);
 }
 
 TEST_F(FindTest, ForgetsAnAnswerThatComesAfterItsEnd) {
