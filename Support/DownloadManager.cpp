@@ -33,6 +33,9 @@ std::filesystem::path DownloadManager::uniqueDestination(std::string_view sugges
 void DownloadManager::decideDestination(
     const std::shared_ptr<Download>& download, const std::string& suggestedFilename,
     std::function<void(std::optional<std::filesystem::path>)> answer) {
+  // Not every account has the folder from its beginning; where it cannot be made, the download
+  // fails.
+  files_.createFolders(directory_);
   const Item item{.id = UUID::random(), .destination = uniqueDestination(suggestedFilename)};
   items.update([&](std::vector<Item>& list) {
     list.insert(list.begin(), item);

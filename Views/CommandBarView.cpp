@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "DesignSystem/Icons.h"
+#include "Views/Keyboard.h"
 #include "Views/SidebarLayout.h"
 
 namespace orvel {
@@ -191,9 +192,7 @@ void CommandBarView::end() {
   bar_.reset();
   set_can_target(false);
   set_can_focus(false);
-  auto* root = gtk_widget_get_root(gobj());
-  auto* focus = root ? gtk_root_get_focus(root) : nullptr;
-  if (focus && gtk_widget_is_ancestor(focus, gobj())) gtk_root_set_focus(root, nullptr);
+  releaseKeyboard(gobj());
 }
 
 void CommandBarView::showRows(const Wake& wake) {

@@ -3,6 +3,7 @@
 #include <glib/gi18n.h>
 
 #include "Models/ActionCatalogue.h"
+#include "Views/Keyboard.h"
 
 namespace orvel {
 
@@ -106,10 +107,7 @@ void FindBar::begin(const FindState& state) {
 }
 
 void FindBar::end() {
-  auto* root = gtk_widget_get_root(Gtk::Widget::gobj());
-  auto* focus = root ? gtk_root_get_focus(root) : nullptr;
-  if (focus && gtk_widget_is_ancestor(focus, Gtk::Widget::gobj()))
-    gtk_root_set_focus(root, nullptr);
+  releaseKeyboard(Gtk::Widget::gobj());
   set_can_target(false);
   set_can_focus(false);
 }

@@ -1,6 +1,7 @@
 #include "Views/PageView.h"
 
 #include "Engine/WebView.h"
+#include "Views/Keyboard.h"
 
 namespace orvel {
 
@@ -11,7 +12,10 @@ void WebContainer::host(GtkWidget* view) {
   if (view_) {
     auto* former = GTK_WIDGET(view_);
     g_object_remove_weak_pointer(G_OBJECT(former), &view_);
-    if (gtk_widget_get_parent(former) == Gtk::Widget::gobj()) gtk_box_remove(gobj(), former);
+    if (gtk_widget_get_parent(former) == Gtk::Widget::gobj()) {
+      releaseKeyboard(former);
+      gtk_box_remove(gobj(), former);
+    }
   }
   view_ = view;
   if (!view) return;

@@ -387,6 +387,9 @@ void WebKitWebView::removeFromParent() {
   auto* widget = GTK_WIDGET(view_.get());
   auto* parent = gtk_widget_get_parent(widget);
   if (!parent) return;
+  // The toolkit lets go of the keyboard only with the next frame: keys until then would be lost.
+  if (auto* root = gtk_widget_get_root(widget); root && gtk_root_get_focus(root) == widget)
+    gtk_root_set_focus(root, nullptr);
   if (GTK_IS_WINDOW(parent))
     gtk_window_set_child(GTK_WINDOW(parent), nullptr);
   else if (ADW_IS_BIN(parent))

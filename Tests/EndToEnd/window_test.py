@@ -59,6 +59,14 @@ class WindowTest(EndToEndTest):
             lambda: len(self.program.session()["spaces"][0]["pinned"]) == 1, "the pinned tab"
         )
 
+    def test_no_key_of_a_burst_is_lost(self):
+        for host in ("two", "three"):
+            self.program.open_address(f"http://{host}.test/")
+            self.find(host.title())
+        self.session_is(["Three", "Two", "One"])
+        self.burst("ctrl+w", "ctrl+w")
+        self.session_is(["One"])
+
     def test_by_pointer(self):
         self.program.open_address("http://two.test/")
         self.find("Two")

@@ -90,7 +90,9 @@ TEST_F(Downloads, AreFollowedToTheirEnd) {
   std::vector<std::string> finished;
   manager->onFinish = [&](const std::string& name) { finished.push_back(name); };
   EXPECT_FALSE(manager->activeProgress());
+  EXPECT_FALSE(world.disk->exists("/downloads"));
   const auto first = begin("1"), second = begin("2"), third = begin("3");
+  EXPECT_TRUE(world.disk->exists("/downloads"));
   first->setProgress(0.2);
   second->setProgress(0.8);
   third->fail({.domain = "D", .code = 1});
