@@ -32,8 +32,9 @@ constexpr ActionInfo kActions[] = {
     {ActionID::CloseTab, "Close Tab", {Command, "w"}, "<Control>w"},
     {ActionID::CloseWindow, "Close Window", {Shift | Command, "w"}, "<Control><Shift>w"},
 
-    {ActionID::Undo, "Undo", {Command, "z"}, "<Control>z", KeyReach::Elsewhere},
-    {ActionID::Redo, "Redo", {Shift | Command, "z"}, "<Control><Shift>z", KeyReach::Elsewhere},
+    // The engine knows the other editing keys, but not these two.
+    {ActionID::Undo, "Undo", {Command, "z"}, "<Control>z", KeyReach::AfterOthers},
+    {ActionID::Redo, "Redo", {Shift | Command, "z"}, "<Control><Shift>z", KeyReach::AfterOthers},
     {ActionID::Cut, "Cut", {Command, "x"}, "<Control>x", KeyReach::Elsewhere},
     {ActionID::Copy, "Copy", {Command, "c"}, "<Control>c", KeyReach::Elsewhere},
     {ActionID::Paste, "Paste", {Command, "v"}, "<Control>v", KeyReach::Elsewhere},

@@ -59,6 +59,17 @@ class WindowTest(EndToEndTest):
             lambda: len(self.program.session()["spaces"][0]["pinned"]) == 1, "the pinned tab"
         )
 
+    def test_the_page_undoes_and_redoes(self):
+        self.web.serve("http://two.test/", "<input autofocus oninput=\"document.title='<'+value+'>'\">")
+        self.program.open_address("http://two.test/")
+        self.find("two.test")
+        self.burst(*"abc")
+        self.find("<abc>")
+        self.keys("ctrl+z")
+        self.find("<>")
+        self.keys("ctrl+shift+z")
+        self.find("<abc>")
+
     def test_no_key_of_a_burst_is_lost(self):
         for host in ("two", "three"):
             self.program.open_address(f"http://{host}.test/")
