@@ -25,7 +25,7 @@ void WebContainer::host(GtkWidget* view) {
   gtk_box_append(gobj(), view);
 }
 
-PageView::PageView() {
+PageView::PageView() : gestures_(web_, [this] { return tab_; }) {
   add_css_class("sheet");
   set_overflow(Gtk::Overflow::HIDDEN);
   auto* layers = Gtk::make_managed<Gtk::Overlay>();

@@ -5,6 +5,7 @@
 #include "Models/BrowserTab.h"
 #include "Views/EmptyState.h"
 #include "Views/LoadingBar.h"
+#include "Views/PageGestures.h"
 
 namespace orvel {
 
@@ -41,6 +42,7 @@ class PageView final : public Gtk::Overlay {
   EmptyState empty_;
   WebContainer web_;
   LoadingBar bar_;
+  PageGestures gestures_;
   Effect page_;
 };
 

@@ -2,6 +2,7 @@
 """The window as its user meets it: by keys, by pointer, and through the accessibility tree."""
 
 import pathlib
+import subprocess
 import sys
 import unittest
 
@@ -91,6 +92,17 @@ class WindowTest(EndToEndTest):
         # The middle button closes.
         self.click(self.find("Two", "list item"), button=2)
         self.session_is(["One"])
+
+    def test_side_buttons_go_back_and_on_and_the_wheel_zooms(self):
+        self.enter("http://two.test/")
+        self.find("Two")
+        self.pointer_to(700, 400)
+        for button, page in (("8", "One"), ("9", "Two")):
+            subprocess.run(["xdotool", "click", button], check=True)
+            self.find(page)
+        for button, zoom in (("4", "110%"), ("5", "100%")):
+            subprocess.run(["xdotool", "keydown", "ctrl", "click", button, "keyup", "ctrl"], check=True)
+            self.find(zoom)
 
     def test_the_sidebar_hides_and_its_state_is_kept(self):
         def is_visible():
