@@ -255,14 +255,7 @@ TEST(NetworkFilter, JudgesHosts) {
   }
 }
 
-TEST(NetworkFilter, TakesOnlyLimitedRulesForEveryAddress) {
-  EXPECT_EQ(described("$script"), "skipped 1\n");
-  EXPECT_EQ(described("*$third-party"), "skipped 1\n");
-  EXPECT_EQ(described("$script,domain=a.test"), "block .* if *a.test [script]\n");
-  EXPECT_EQ(described("*$script,domain=~a.test"), "block .* unless *a.test [script]\n");
-}
-
-TEST(NetworkFilter, ReadsExceptions) {
+TEST(NetworkFilter, ReadsExceptionsAndLimitedRulesForEveryAddress) {
   const std::pair<const char*, const char*> cases[] = {
       {"@@||a.test^$script", "allow ^[^:]+://+([^:/]+\\.)?a\\.test[/:?=&] [script]\n"},
       {"@@abcd", "allow abcd [*]\nallow abcd frame\n"},
@@ -271,11 +264,14 @@ TEST(NetworkFilter, ReadsExceptions) {
       {"@@||A.test^$document", "allow .* if *a.test\n"},
       {"@@||a.test^|$doc", "allow .* if *a.test\n"},
       {"@@||a.test/$document,script,match-case,domain=b.test", "allow .* if *a.test\n"},
+      {"$script,domain=a.test", "block .* if *a.test [script]\n"},
+      {"*$script,domain=~a.test", "block .* unless *a.test [script]\n"},
   };
   for (const auto& [line, expected] : cases) EXPECT_EQ(described(line), expected) << line;
-  for (const char* line : {"@@", "@@||a.test^$document,popup", "@@||a.test^/$document",
-                           "@@||a.test/x$document", "@@||a.test|$document", "@@||banner^$document",
-                           "@@|a.test^$document", "@@||$document", "||a.test^$document"})
+  for (const char* line :
+       {"@@", "@@||a.test^$document,popup", "@@||a.test^/$document", "@@||a.test/x$document",
+        "@@||a.test|$document", "@@||banner^$document", "@@|a.test^$document", "@@||$document",
+        "||a.test^$document", "$script", "*$third-party"})
     EXPECT_EQ(described(line), "skipped 1\n") << line;
 }
 
@@ -299,9 +295,7 @@ TEST(CosmeticFilter, TakesTheMarkerFromTheFirstNumberSign) {
        {"bad##.x", "~bad,a.test##.x", "a.test,~b.test##.x", "#@#.x", "~a.test#@#.x", "a.test#?#.x",
         "a.test#$#.x", "a.test#%#x", "a.test#@?#.x", "a.test#@$#.x", "a.test#@%#x"})
     EXPECT_EQ(described(line), "skipped 1\n") << line;
-}
-
-TEST(CosmeticFilter, WithoutHidingRulesCountsUnsupportedMarkersAlone) {
+  // Without hiding rules the markers that nothing is made of are counted alone.
   EXPECT_EQ(described("##.x\n##::bad\na.test#@#.x\n#@#.y\na.test#?#.z", {.includeCosmetic = false}),
             "skipped 1\n");
 }
@@ -329,11 +323,8 @@ TEST(CosmeticFilter, TakesSelectorsThatTheEngineReads) {
     isSkipped(unbalanced);
 }
 
-TEST(CosmeticFilter, KeepsGenericSelectorsOnceInOrder) {
+TEST(CosmeticFilter, JoinsTheSelectorsOfAScopeAndKeepsGenericOnesOnce) {
   EXPECT_EQ(described("##.b\n##.a\n##.b\n,##.a"), "hide .b\nhide .a\n");
-}
-
-TEST(CosmeticFilter, JoinsTheSelectorsOfAScope) {
   EXPECT_EQ(described("a.test##.1\nb.test,a.test##.2\na.test##.3\nA.TEST##.1\na.test,b.test##.4"),
             "hide .1, .3, .1 if *a.test\nhide .2 if *b.test,*a.test\n"
             "hide .4 if *a.test,*b.test\n");
