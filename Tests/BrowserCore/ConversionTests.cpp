@@ -1,9 +1,5 @@
 #include <gtest/gtest.h>
-#include <unicode/regex.h>
 
-#include <random>
-
-#include "BrowserCore/ConversionPhrase.h"
 #include "BrowserCore/CurrencyConversion.h"
 #include "BrowserCore/UnitConversion.h"
 
@@ -145,68 +141,6 @@ TEST(CurrencyRates, CrossesThroughTheEuro) {
   EXPECT_EQ(QuickAnswer::evaluate("1 usd to gbp", &rates), std::nullopt);
   EXPECT_EQ(QuickAnswer::evaluate("1 usd to eur", nullptr), std::nullopt);
   EXPECT_EQ(QuickAnswer::evaluate("10 m to km", &rates)->answer, "0.01 km");
-}
-
-using Groups = std::optional<std::vector<std::string>>;
-
-// The phrases' definition, run by the library whose meaning of \d and \s they have.
-class Expression {
- public:
-  explicit Expression(const char* pattern) {
-    pattern_.reset(icu::RegexPattern::compile(icu::UnicodeString::fromUTF8(pattern), 0, status_));
-  }
-
-  Groups match(const std::string& text) {
-    const auto input = icu::UnicodeString::fromUTF8(text);
-    const std::unique_ptr<icu::RegexMatcher> matcher(pattern_->matcher(input, status_));
-    if (!matcher->matches(status_)) return std::nullopt;
-    std::vector<std::string> groups;
-    for (int32_t i = 1; i <= matcher->groupCount(); ++i)
-      matcher->group(i, status_).toUTF8String(groups.emplace_back());
-    return groups;
-  }
-
- private:
-  UErrorCode status_ = U_ZERO_ERROR;
-  std::unique_ptr<icu::RegexPattern> pattern_;
-};
-
-TEST(ConversionPhrase, MatchesWhatItsExpressionMatches) {
-  Expression units(R"(^\s*(-?[\d.,]+)\s*([^\s\d]+)\s+(?:to|in|as)\s+([^\s\d]+)\s*$)");
-  Expression currencies(
-      R"(^\s*([^\s\d.,-]*)\s*([\d][\d.,]*)\s*([^\s\d]*)\s+(?:to|in|as)\s+([^\s\d]+)\s*$)");
-  constexpr const char* kPieces[] = {" ",      " ",  " ",      "1",  "25",     "٣", ".", ",",
-                                     "-",      "to", " in ",   "as", " to ",   "m", "€", "km/h",
-                                     "\u3000", "\v", "\u200b", "\n", "\u0085", "x"};
-  std::mt19937 random(3);
-  std::uniform_int_distribution<size_t> piece(0, std::size(kPieces) - 1);
-  std::uniform_int_distribution<int> length(3, 9);
-  int matches = 0;
-  const auto expectSame = [&](const Groups& found, const Groups& expected, size_t unit,
-                              const std::string& text) {
-    // An expression may go back and cut an amount in two; the phrases never do.
-    if (expected && (*expected)[unit].find_first_of(".,") == 0) return;
-    ASSERT_EQ(found, expected) << text;
-    matches += found ? 1 : 0;
-  };
-  for (int i = 0; i < 300'000; ++i) {
-    std::string text = i % 2 == 0 ? "1" : "";
-    for (int pieces = length(random); pieces > 0; --pieces) text += kPieces[piece(random)];
-    if (i % 3 == 0) text += " in m";
-
-    Groups found;
-    if (const auto phrase = conversionPhrase::readUnits(text))
-      found = {std::string(phrase->amount), std::string(phrase->source),
-               std::string(phrase->target)};
-    expectSame(found, units.match(text), 1, text);
-    found.reset();
-    if (const auto phrase = conversionPhrase::readCurrencies(text))
-      found = {std::string(phrase->prefix), std::string(phrase->amount),
-               std::string(phrase->suffix), std::string(phrase->target)};
-    expectSame(found, currencies.match(text), 2, text);
-    if (HasFatalFailure()) return;
-  }
-  EXPECT_GT(matches, 5'000);
 }
 
 }  // namespace
