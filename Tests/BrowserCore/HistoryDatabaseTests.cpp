@@ -48,32 +48,27 @@ struct HistoryTest : testing::Test {
 
 TEST_F(HistoryTest, KeepsOneRowAPageAndProfileAndTheLastKnownTitle) {
   auto history = open();
-  visit(history, "https://a.test/", "First", 1, kNow - std::chrono::days(1));
-  visit(history, "https://a.test/", "", 1, kNow);
+  const URL page = *URL::parse("https://a.test/");
+  const UUID other = UUID::random();
+  visit(history, page.text(), "First", 1, kNow - std::chrono::days(1));
+  visit(history, page.text(), "", 1, kNow);
+  history.recordVisit(other, page, "Second", kNow);
   const auto entries = history.recent(profile, 10);
   ASSERT_EQ(entries.size(), 1u);
   EXPECT_EQ(entries[0].title, "First");
   EXPECT_EQ(entries[0].visitCount, 2);
   EXPECT_EQ(entries[0].lastVisit, kNow);
-
-  const UUID other = UUID::random();
-  history.recordVisit(other, *URL::parse("https://a.test/"), "Second", kNow);
   EXPECT_EQ(history.recent(other, 10).at(0).visitCount, 1);
-  EXPECT_EQ(history.recent(profile, 10).at(0).title, "First");
-}
 
-TEST_F(HistoryTest, NamesAPageWithoutAVisit) {
-  auto history = open();
-  visit(history, "https://a.test/", "", 2);
+  // A title that comes later is no visit, and finds the page.
   history.prepareSearch(profile);
-  history.setTitle(profile, *URL::parse("https://a.test/"), "Tides");
-  history.setTitle(profile, *URL::parse("https://a.test/"), "");
+  history.setTitle(profile, page, "Tides");
+  history.setTitle(profile, page, "");
   history.setTitle(profile, *URL::parse("https://unknown.test/"), "Tides");
   EXPECT_THAT(found(history, "tides"), ElementsAre("https://a.test/"));
-  const auto entries = history.recent(profile, 5);
-  ASSERT_EQ(entries.size(), 1u);
-  EXPECT_EQ(entries[0].title, "Tides");
-  EXPECT_EQ(entries[0].visitCount, 2);
+  ASSERT_EQ(history.recent(profile, 5).size(), 1u);
+  EXPECT_EQ(history.recent(profile, 5)[0].title, "Tides");
+  EXPECT_EQ(history.recent(profile, 5)[0].visitCount, 2);
 }
 
 TEST_F(HistoryTest, KeepsPagesOfTheWebAlone) {
