@@ -50,12 +50,8 @@ TEST_F(TaskTest, BeginsOnTheNextTurnInTheOrderOfStartingAfterTheFlush) {
   EXPECT_THAT(log, ElementsAre("task", "effect 3"));
 }
 
-struct Owner {
-  TaskHandle handle;
-};
-
-Task<> replaceOwnHandle(VirtualScheduler& scheduler, Owner& owner, Lines& log) {
-  owner.handle = scheduler.start(say(log, "replacement"));
+Task<> replaceOwnHandle(VirtualScheduler& scheduler, TaskHandle& own, Lines& log) {
+  own = scheduler.start(say(log, "replacement"));
   log.push_back("still running");
   const bool cancelled = co_await isCancelled();
   log.push_back(cancelled ? "cancelled" : "not cancelled");
@@ -64,8 +60,8 @@ Task<> replaceOwnHandle(VirtualScheduler& scheduler, Owner& owner, Lines& log) {
 }
 
 TEST_F(TaskTest, ReplacesItsOwnHandle) {
-  Owner owner;
-  owner.handle = scheduler.start(replaceOwnHandle(scheduler, owner, log));
+  TaskHandle own;
+  own = scheduler.start(replaceOwnHandle(scheduler, own, log));
   scheduler.settle();
   EXPECT_THAT(log, ElementsAre("still running", "cancelled", "replacement", "sleep cancelled"));
   EXPECT_EQ(scheduler.liveTaskCount(), 0u);
