@@ -72,6 +72,7 @@ TEST(CurrencyConversion, ReadsRequests) {
       {"100 dollars as €", {100, "USD", "EUR"}},
       {" 100 USD TO EUR ", {100, "USD", "EUR"}},
       {"1.234,56 eur to usd", {1234.56, "EUR", "USD"}},
+      {"1,234 eur to usd", {1234, "EUR", "USD"}},
       {"1,2345 eur to usd", {12345, "EUR", "USD"}},
       {"1,23 eur to usd", {1.23, "EUR", "USD"}},
       {"1,5€ to $", {1.5, "EUR", "USD"}},
