@@ -86,7 +86,7 @@ TEST(QuickAnswer, LeavesEverythingElseAlone) {
 
 TEST(QuickAnswer, TellsSubtractionsFromCodes) {
   expectNoAnswers(
-      {"2024-01-15", "1-2-3", "555-0142", "007-1", "1234-5678", "1000-200-", "5-", "-5-"});
+      {"2024-01-15", "1-2-3", "555-0142", "007-1", "1234-5679", "1000-200-", "5-", "-5-"});
   expectAnswers({
       {"2024 - 01 - 15", "2008"},
       {"100-20", "80"},

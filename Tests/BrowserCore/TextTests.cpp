@@ -67,6 +67,7 @@ TEST(TextSearch, FindsInAnyLetterCaseAndComposition) {
     bool isIn;
   } cases[] = {
       {"Tide", "the TIDES of march", true},
+      {"tides.", "the tides", false},
       {"e", "", false},
       {"", "anything", false},
       {"x", "x", true},
