@@ -58,9 +58,10 @@ TEST(UnitConversion, RestatesAndAnswers) {
   };
   for (const auto& [text, expected] : cases) EXPECT_EQ(unitAnswer(text), expected) << text;
   for (const char* text :
-       {"1e5 m to km", "5 kg to km", "1.2.3 m to km", ", m to km", "- 1 m to km", "+1 m to km",
-        "1 meter to km", "1 m to hour", "1 m km", "1 m into km", "1 m tokm", "1 m to km2",
-        "1 m to km now", "m to km", "٣ m to km", "1 m2 to km"})
+       {"1e5 m to km", "5 kg to km",    "1.2.3 m to km", ", m to km", "- 1 m to km",
+        "+1 m to km",  "1 meter to km", "1 m to hour",   "1 m km",    "1 m into km",
+        "1 m tokm",    "1 m to km2",    "1 m to km now", "m to km",   "٣ m to km",
+        "1 m2 to km",  "1 m to",        "1 m to ",       "1 m to 5",  " "})
     EXPECT_EQ(unitAnswer(text), "none") << text;
   EXPECT_EQ(unitAnswer(std::string(308, '9') + " km to mm"), "none");
 }
@@ -88,9 +89,9 @@ TEST(CurrencyConversion, ReadsRequests) {
     EXPECT_EQ(CurrencyConversion::parse(text), expected) << text;
   for (const char* text :
        {"5 fr in francs", "100 to eur", "$100 usd to eur", "100 usd to usd", "$1 to usd",
-        "-100 usd to eur", "$-100 to eur", "100 usd eur", "100 franc to eur", "100 kr to eur",
-        "100 usd to eur now", "1.234.567 eur to usd", "1,2,3 eur to usd", "1.2,3.4 eur to usd",
-        ".5 eur to usd", "10 c to usd", "$100 to to eur", ""})
+        "-100 usd to eur", "$-100 to eur", "100 usd eur", "100 franc to eur", "100 usd to eur now",
+        "1.234.567 eur to usd", "1,2,3 eur to usd", "1.2,3.4 eur to usd", ".5 eur to usd",
+        ",5 eur to usd", "$1 to", "$1to eur", "$100 to to eur", ""})
     EXPECT_EQ(CurrencyConversion::parse(text), std::nullopt) << text;
 }
 

@@ -131,7 +131,7 @@ TEST(InlineCompletion, CompletesHostsAndWithASlashPaths) {
       {"www.example.com/d", {"https://www.example.com/docs?q"}, "www.example.com/docs"},
       {"e", {"https://example.com"}, "none"},
       {"exa\u3000", {"https://example.com"}, "none"},
-      {"exact.org/a", {"https://exact.org/b/", "https://exact.com/"}, "none"},
+      {"exact.org/a", {"https://exact.org/b/", "https://exact.com/long"}, "none"},
       {"http://exa", {"https://example.com"}, "none"},
       {"example.co", {"https://example.com/", "https://example.com.br/"}, "example.com"},
       {"mü", {"https://MÜNCHEN.de"}, "münchen.de"},

@@ -350,6 +350,7 @@ TEST(CosmeticFilter, HonoursExceptions) {
       {"z.test,m.a.test,b.test##.x\nc.test,a.test#@#.x", "skipped 1\n"},
       {"a.test##.x\nba.test,a.test.b,-a.test#@#.x", "hide .x if *a.test\n"},
       {"ba.test##.x\na.test#@#.x", "hide .x if *ba.test\n"},
+      {"a.test##.x\nb.test#@#.x\n", "hide .x if *a.test\n"},
       {"a.test##.x\nm.a.test,b.a.test,a-a.test#@#.x", "skipped 1\n"},
       {"x.m.a.test##.x\na-m.a.test,a.test,m.a.test,b.test#@#.x", "skipped 1\n"},
       {"a.test##.x\na.test##.x\na.test#@#.x", "skipped 2\n"},
