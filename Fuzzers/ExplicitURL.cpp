@@ -1,17 +1,16 @@
 // Typed text: an address keeps what was typed, has a known scheme, and is an address when it is
 // typed again.
 
-#include <cstdlib>
-
 #include "BrowserCore/Text.h"
 #include "BrowserCore/URLInput.h"
+#include "Fuzzers/Fuzz.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view typed(reinterpret_cast<const char*>(data), size);
-  const auto url = orvel::URLInput::explicitURL(typed);
-  if (!url) return 0;
-  if (!url->text().ends_with(orvel::text::trimmed(typed))) std::abort();
-  if ((url->hasScheme("http") || url->hasScheme("https")) && !url->host()) std::abort();
-  if (orvel::URLInput::explicitURL(url->text()) != url) std::abort();
-  return 0;
+using namespace orvel;
+
+void fuzz(std::string_view input) {
+  const auto url = URLInput::explicitURL(input);
+  if (!url) return;
+  require(url->text().ends_with(text::trimmed(input)));
+  if (url->hasScheme("http") || url->hasScheme("https")) require(url->host().has_value());
+  require(URLInput::explicitURL(url->text()) == url);
 }

@@ -1,18 +1,17 @@
 // Three lines: a keyword, a template and a typed text.
 
-#include <cstdlib>
-
 #include "BrowserCore/SearchShortcut.h"
 #include "BrowserCore/Text.h"
+#include "Fuzzers/Fuzz.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view input(reinterpret_cast<const char*>(data), size);
-  const auto [keyword, rest] = orvel::text::splitOnce(input, '\n');
-  const auto [urlTemplate, typed] = orvel::text::splitOnce(rest, '\n');
-  const orvel::SearchShortcut shortcuts[] = {
+using namespace orvel;
+
+void fuzz(std::string_view input) {
+  const auto [keyword, rest] = text::splitOnce(input, '\n');
+  const auto [urlTemplate, typed] = text::splitOnce(rest, '\n');
+  const SearchShortcut shortcuts[] = {
       {.keyword = std::string(keyword), .urlTemplate = std::string(urlTemplate)}};
-  const auto match = orvel::SearchShortcut::match(typed, shortcuts);
-  if (match && match->query.empty()) std::abort();
+  const auto match = SearchShortcut::match(typed, shortcuts);
+  if (match) require(!match->query.empty());
   (void)shortcuts[0].url(match ? match->query : typed);
-  return 0;
 }

@@ -2,17 +2,15 @@
 
 #include "BrowserCore/URL.h"
 
-#include <cstdlib>
-
 #include "BrowserCore/URLInput.h"
+#include "Fuzzers/Fuzz.h"
 
 using orvel::URL;
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string_view input(reinterpret_cast<const char*>(data), size);
+void fuzz(std::string_view input) {
   const size_t line = input.find('\n');
   const auto url = URL::parse(input.substr(0, line));
-  if (!url) return 0;
+  if (!url) return;
 
   std::string rebuilt = std::string(url->scheme()) + ':';
   if (const auto authority = url->authority()) rebuilt.append("//").append(*authority);
@@ -20,16 +18,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (const auto query = url->query()) rebuilt.append("?").append(*query);
   const auto fragment = url->fragment();
   if (fragment) rebuilt.append("#").append(*fragment);
-  if (rebuilt != url->text()) std::abort();
+  require(rebuilt == url->text());
 
-  if (url->host() && !orvel::siteKey(*url)) std::abort();
+  if (url->host()) require(orvel::siteKey(*url).has_value());
   (void)url->userInfo();
   (void)url->port();
   (void)url->decodedPath();
   (void)orvel::displayHost(*url);
-  if (line != std::string_view::npos) {
-    const auto resolved = url->resolve(input.substr(line + 1));
-    if (resolved && !URL::parse(resolved->text())) std::abort();
-  }
-  return 0;
+  if (line == std::string_view::npos) return;
+  const auto resolved = url->resolve(input.substr(line + 1));
+  if (resolved) require(URL::parse(resolved->text()).has_value());
 }

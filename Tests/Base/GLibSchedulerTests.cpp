@@ -18,27 +18,18 @@ struct GLibSchedulerTest : testing::Test {
   std::vector<std::string> log;
   GLibScheduler scheduler;
 
-  // Runs where the toolkit lays out and draws.
-  void logAtLayout(std::string line) {
-    struct Line {
-      GLibSchedulerTest* self;
-      std::string text;
-    };
-    g_idle_add_full(
-        G_PRIORITY_HIGH_IDLE + 20,
-        [](gpointer data) -> gboolean {
-          const std::unique_ptr<Line> owned(static_cast<Line*>(data));
-          owned->self->log.push_back(owned->text);
-          return G_SOURCE_REMOVE;
-        },
-        new Line{this, std::move(line)}, nullptr);
+  static gboolean note(gpointer log) {
+    static_cast<std::vector<std::string>*>(log)->emplace_back("layout");
+    return G_SOURCE_REMOVE;
   }
+  // Runs where the toolkit lays out and draws.
+  void logAtLayout() { g_idle_add_full(G_PRIORITY_HIGH_IDLE + 20, note, &log, nullptr); }
 };
 
 TEST_F(GLibSchedulerTest, FlushesEffectsAfterEventsAndBeforeLayout) {
   Observable<int> value = 0;
   const Effect watch = effect([&] { log.push_back(fmt::format("effect {}", value.get())); });
-  logAtLayout("layout");
+  logAtLayout();
   g_idle_add_full(
       G_PRIORITY_DEFAULT,
       [](gpointer data) -> gboolean {
@@ -59,7 +50,7 @@ TEST_F(GLibSchedulerTest, ALongQueueKeepsItsOrderAndGivesWayToDrawing) {
       isOrdered &= ran == i;
       ++ran;
       if (i % 100 == 0) g_usleep(50);
-      if (i == 0) logAtLayout("layout");
+      if (i == 0) logAtLayout();
       if (!log.empty() && ranAtLayout < 0) ranAtLayout = ran;
     });
   ASSERT_TRUE(eventually([&] { return ran == 100'000; }, 20s));

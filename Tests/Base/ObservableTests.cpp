@@ -15,6 +15,16 @@ using testing::ElementsAre;
 
 struct ObservableTest : testing::Test {
   VirtualScheduler scheduler;
+  int runs = 0;
+
+  // An effect that counts its runs.
+  template <typename Body>
+  Effect counted(Body body) {
+    return effect([this, body] {
+      ++runs;
+      body();
+    });
+  }
 };
 
 // Collects what assertions say for as long as it lives.
@@ -40,18 +50,19 @@ TEST_F(ObservableTest, RunsAtOnceAndOncePerTurnHoweverManyValuesChanged) {
   EXPECT_EQ(sums.size(), 2u);
 }
 
-TEST_F(ObservableTest, ForgetsWhatItsLatestRunDidNotRead) {
+TEST_F(ObservableTest, IsWokenByWhatItsLatestRunReadAndTracked) {
   Observable<bool> usesA = true;
   Observable<int> a = 0;
   Observable<int> b = 0;
-  int runs = 0;
-  const Effect watch = effect([&] {
-    ++runs;
+  Observable<int> unseen = 0;
+  const Effect watch = counted([&] {
     usesA ? a.get() : b.get();
+    untracked([&] { return unseen.get(); });
   });
   usesA = false;
   scheduler.turn();
   a = 1;
+  unseen = 1;
   scheduler.turn();
   EXPECT_EQ(runs, 2);
   b = 1;
@@ -65,11 +76,7 @@ struct SameParity {
 
 TEST_F(ObservableTest, StoresAnEqualValueAndTellsNobody) {
   Observable<int, SameParity> value = 1;
-  int runs = 0;
-  const Effect watch = effect([&] {
-    ++runs;
-    value.get();
-  });
+  const Effect watch = counted([&] { value.get(); });
   EXPECT_FALSE(value.set(3));
   scheduler.turn();
   EXPECT_EQ(runs, 1);
@@ -89,29 +96,13 @@ TEST_F(ObservableTest, CatchesAWriteFromAnEffectUnlessUntracked) {
   EXPECT_THAT(caught.messages, ElementsAre("an effect wrote to the model"));
 }
 
-TEST_F(ObservableTest, UntrackedReadsDoNotSubscribe) {
-  Observable<int> a = 0;
-  int runs = 0;
-  const Effect watch = effect([&] {
-    ++runs;
-    untracked([&] { return a.get(); });
-  });
-  a = 1;
-  scheduler.turn();
-  EXPECT_EQ(runs, 1);
-}
-
 TEST_F(ObservableTest, AnEffectDestroyedDuringAFlushDoesNotRun) {
   Observable<int> a = 0;
   Effect second;
-  int runs = 0;
   const Effect first = effect([&] {
     if (a > 0) second.stop();
   });
-  second = effect([&] {
-    a.get();
-    ++runs;
-  });
+  second = counted([&] { a.get(); });
   a = 1;
   scheduler.turn();
   EXPECT_EQ(runs, 1);
@@ -142,9 +133,7 @@ TEST_F(ObservableTest, AnEffectMayEndItselfAndMakeOthers) {
 TEST_F(ObservableTest, EitherEndMayDieFirst) {
   auto dying = std::make_unique<Observable<int>>(1);
   Observable<int> other = 0;
-  int runs = 0;
-  auto watch = std::make_unique<Effect>(effect([&] {
-    ++runs;
+  auto watch = std::make_unique<Effect>(counted([&] {
     if (dying) dying->get();
     other.get();
   }));

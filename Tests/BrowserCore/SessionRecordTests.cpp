@@ -148,10 +148,8 @@ TEST(SessionRecord, ReadsAnItemAsTabOrFolder) {
   };
   EXPECT_EQ(std::get<TabRecord>(pinned(tabText)->spaces[0].pinned[0]).title, "T");
   EXPECT_EQ(pinned(tabText + R"(,"folder":{"broken":true})")->spaces[0].pinned[0].index(), 0u);
-  EXPECT_FALSE(pinned(""));
-  EXPECT_FALSE(pinned(R"("tab":null)"));
-  EXPECT_FALSE(pinned(R"("folder":null)"));
-  EXPECT_FALSE(pinned(R"("folder":{})"));
+  for (const char* neither : {"", R"("tab":null)", R"("folder":null)", R"("folder":{})"})
+    EXPECT_FALSE(pinned(neither)) << neither;
 }
 
 TEST(SessionRecord, NamesThePlaceThatCannotBeDecoded) {

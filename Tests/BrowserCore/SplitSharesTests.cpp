@@ -26,7 +26,6 @@ TEST(SplitShares, MoveOneDividerWithinItsBounds) {
       {{0.8, 0.1, 0.1}, 1, 0.5, {0.8, 0.05, 0.15}},
       {{0.5, 0.5}, 0, std::numeric_limits<double>::quiet_NaN(), {0.15, 0.85}},
       {{0.5, 0.5}, 1, 0.1, {0.5, 0.5}},
-      {{1}, 0, 0.1, {1}},
       {{}, 0, 0.1, {}},
   };
   for (const auto& [shares, index, delta, expected] : cases)

@@ -30,17 +30,18 @@ struct HTTPSessionTest : testing::Test {
 };
 
 // "hello hello hello hello", packed.
-constexpr std::string_view kPacked(
-    "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\xff\xcb\x48\xcd\xc9\xc9\x57\xc8\x40\x27\x01"
-    "\xe3\x51\x3d\x8d\x17\x00\x00\x00",
-    28);
+const ServedPage kPacked{
+    .body =
+        std::string("\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\xff\xcb\x48\xcd\xc9\xc9\x57\xc8\x40\x27"
+                    "\x01\xe3\x51\x3d\x8d\x17\x00\x00\x00",
+                    28),
+    .headers = {{"Content-Encoding", "gzip"}}};
 
 TEST_F(HTTPSessionTest, AnswersWithStatusBodyAndWhereRedirectsLed) {
   server.serve(at("/a"), ServedPage{.body = "hello"});
   server.serve(at("/missing"), ServedPage{.body = "none", .status = 404});
   server.serve(at("/moved"), ServedPage{.status = 302, .headers = {{"Location", "/a"}}});
-  server.serve(at("/packed"),
-               ServedPage{.body = std::string(kPacked), .headers = {{"Content-Encoding", "gzip"}}});
+  server.serve(at("/packed"), kPacked);
   const auto answer = get(at("/a"));
   EXPECT_TRUE(answer.isOK());
   EXPECT_EQ(answer.body, "hello");
@@ -62,8 +63,7 @@ TEST_F(HTTPSessionTest, KeepsNothingBetweenRequests) {
 
 TEST_F(HTTPSessionTest, TellsFailuresApart) {
   server.serve(at("/ten"), ServedPage{.body = "0123456789"});
-  server.serve(at("/packed"),
-               ServedPage{.body = std::string(kPacked), .headers = {{"Content-Encoding", "gzip"}}});
+  server.serve(at("/packed"), kPacked);
   server.serve(at("/short"), ServedPage{.body = "0123456789", .truncate = 4});
   server.serve(at("/slow"), ServedPage{.body = "late", .delay = 5});
   server.serve(at("/round"), ServedPage{.status = 302, .headers = {{"Location", "/round"}}});
