@@ -116,6 +116,55 @@ TEST_F(HistoryTest, RanksByVisitsOverAgeAndMatchesTextsLiterally) {
   }
 }
 
+// What the plain statement answers, from the file itself.
+std::vector<std::string> plainSearch(const std::filesystem::path& file, const UUID& profile,
+                                     const std::string& query, int limit) {
+  sqlite3* handle = nullptr;
+  sqlite3_open(file.c_str(), &handle);
+  std::string pattern = "%";
+  for (const char c : query) {
+    if (c == '\\' || c == '%' || c == '_') pattern += '\\';
+    pattern += c;
+  }
+  pattern += "%";
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(handle,
+                     "SELECT url FROM visits WHERE profile = ?1 AND (url LIKE ?2 ESCAPE '\\' OR "
+                     "title LIKE ?2 ESCAPE '\\') ORDER BY visit_count / (1.0 + (?3 - last_visit) / "
+                     "86400.0) DESC LIMIT ?4",
+                     -1, &statement, nullptr);
+  sqlite3_bind_text(statement, 1, profile.text().c_str(), -1, SQLITE_TRANSIENT);
+  sqlite3_bind_text(statement, 2, pattern.c_str(), -1, SQLITE_TRANSIENT);
+  sqlite3_bind_double(statement, 3, 1'800'000'000);
+  sqlite3_bind_int(statement, 4, limit);
+  std::vector<std::string> urls;
+  while (sqlite3_step(statement) == SQLITE_ROW)
+    urls.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)));
+  sqlite3_finalize(statement);
+  sqlite3_close(handle);
+  return urls;
+}
+
+TEST_F(HistoryTest, AnswersAsThePlainStatementDoes) {
+  auto history = open();
+  std::mt19937 draw(7);
+  const char* words[] = {"Tide", "häfen", "light%", "under_score", "NEEDLE", "back\\", "x", "ÄRA"};
+  history.prepareSearch(profile);
+  for (int i = 0; i < 250; ++i) {
+    const std::string url =
+        fmt::format("https://{}{}.test/{}", words[draw() % 3], draw() % 200, words[draw() % 8]);
+    if (const auto parsed = URL::parse(url))
+      // No two of the same score: their order is nobody's promise.
+      history.recordVisit(profile, *parsed, fmt::format("{} {}", words[draw() % 8], i),
+                          kNow - std::chrono::milliseconds(draw() % 900'000'000 + 1));
+  }
+  for (const char* query : {"", "t", "TI", "needle", "%", "_", "\\", "ä", "Ä", "är", "x 1", "häfen",
+                            "://", ".test/light%"})
+    EXPECT_EQ(urls(history.search(query, profile, 40, kNow)),
+              plainSearch(file(), profile, query, 40))
+        << query;
+}
+
 TEST_F(HistoryTest, ForgetsAPageAProfileOrEverything) {
   auto history = open();
   const UUID other = UUID::random();
