@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "Base/GRef.h"
-#include "BrowserCore/URLInput.h"
 
 namespace orvel {
 
@@ -55,33 +54,8 @@ Application::~Application() {
   g_clear_object(&application_);
 }
 
-// What stands on the command line is typed by a person: "example.com" is an address, and so is the
-// name of a file that exists.
-std::optional<URL> Application::addressOf(const std::string& argument) {
-  std::error_code error;
-  if (std::filesystem::exists(argument, error)) {
-    const GText uri(
-        g_filename_to_uri(std::filesystem::absolute(argument, error).c_str(), nullptr, nullptr));
-    return uri ? URL::parse(uri.get()) : std::nullopt;
-  }
-  return URLInput::explicitURL(argument);
-}
-
-int Application::run(const std::vector<std::string>& arguments) {
-  bool isService = false;
-  for (const std::string& argument : arguments) {
-    if (argument == "--gapplication-service") {
-      isService = true;
-    } else if (argument == "--new-tab") {
-      wantsNewTab_ = true;
-    } else if (const auto url = addressOf(argument)) {
-      addresses_.push_back(*url);
-    } else {
-      fmt::print(stderr, "orvel: \"{}\" is no address\n", argument);
-      return 2;
-    }
-  }
-
+int Application::run(StartOptions options) {
+  wantsNewTab_ = options.wantsNewTab;
   auto* application = G_APPLICATION(application_);
   makeActions();
   GError* rawError = nullptr;
@@ -91,12 +65,12 @@ int Application::run(const std::vector<std::string>& arguments) {
     return 1;
   }
   if (g_application_get_is_remote(application)) {
-    for (const URL& address : addresses_)
+    for (const URL& address : options.addresses)
       g_action_group_activate_action(G_ACTION_GROUP(application), kOpenAddress,
                                      g_variant_new_string(address.text().c_str()));
     if (wantsNewTab_)
       g_action_group_activate_action(G_ACTION_GROUP(application), kNewTab, nullptr);
-    else if (addresses_.empty())
+    else if (options.addresses.empty())
       g_application_activate(application);
     // What was asked must have left before this process ends.
     if (auto* bus = g_application_get_dbus_connection(application))
@@ -112,7 +86,7 @@ int Application::run(const std::vector<std::string>& arguments) {
     return 1;
   }
 
-  browser_ = std::make_unique<Browser>(application_, programFolder(), addresses_);
+  browser_ = std::make_unique<Browser>(application_, programFolder(), options.addresses);
   // Closing the window does not end the program.
   g_application_hold(application);
   for (const int number : kSignals)
@@ -145,8 +119,8 @@ int Application::run(const std::vector<std::string>& arguments) {
   // The program name alone, which activates: what the arguments mean has been settled above.
   char name[] = "orvel";
   char service[] = "--gapplication-service";
-  char* argv[] = {name, isService ? service : nullptr, nullptr};
-  const int status = g_application_run(application, isService ? 2 : 1, argv);
+  char* argv[] = {name, options.isService ? service : nullptr, nullptr};
+  const int status = g_application_run(application, options.isService ? 2 : 1, argv);
   browser_->willTerminate();
   g_signal_handlers_disconnect_by_data(application, this);
   return status;

@@ -2,14 +2,13 @@
 
 #include <adwaita.h>
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "App/Browser.h"
 #include "App/InstanceLock.h"
+#include "App/StartOptions.h"
 
 namespace orvel {
 
@@ -21,7 +20,7 @@ class Application {
   ~Application();
 
   // Answers the program's exit code.
-  int run(const std::vector<std::string>& arguments);
+  int run(StartOptions options);
 
  private:
   void makeActions();
@@ -30,12 +29,10 @@ class Application {
   bool launchOnce();
   void openAddress(const std::string& text);
   void newTab();
-  static std::optional<URL> addressOf(const std::string& argument);
 
   GtkApplication* application_ = nullptr;
   std::optional<InstanceLock> lock_;
   std::unique_ptr<Browser> browser_;
-  std::vector<URL> addresses_;  // that the program was started with
   bool wantsNewTab_ = false;
   bool hasLaunched_ = false;
 };

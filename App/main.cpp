@@ -1,9 +1,14 @@
 #include <gtk/gtk.h>
 
+#include <clocale>
+
 #include "App/Application.h"
 
 int main(int count, char** arguments) {
+  setlocale(LC_ALL, "");  // for what is printed before the toolkit does so
+  auto options = orvel::StartOptions::parse(count, arguments);
+  if (const auto* ended = std::get_if<orvel::StartOptions::Ended>(&options)) return ended->exitCode;
   gtk_init();
   orvel::Application application;
-  return application.run({arguments + 1, arguments + count});
+  return application.run(std::get<orvel::StartOptions>(std::move(options)));
 }

@@ -92,6 +92,17 @@ class SessionTest(EndToEndTest):
             "both tabs",
         )
 
+    def test_its_command_line_tells_and_refuses(self):
+        program = self.start()
+        for argument, code, said in (
+            ("--version", 0, "Orvel "), ("--help", 0, "--new-tab"), ("--other", 2, "--other"),
+            ("no address", 2, '"no address" is no address'),
+        ):
+            answer = program.second(argument)
+            self.assertEqual(answer[0], code, answer)
+            self.assertIn(said, answer[1])
+        self.assertIsNone(program.process.poll())
+
     def test_without_its_window_it_lives_until_it_is_ended(self):
         program = self.start("http://one.test/")
         frames = lambda: [i for i in self.everything() if i.get_role_name() == "frame"]  # noqa: E731

@@ -1,0 +1,68 @@
+#include "App/StartOptions.h"
+
+#include <fmt/format.h>
+#include <gio/gio.h>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "Base/GRef.h"
+#include "BrowserCore/URLInput.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr int kUsageError = 2;
+
+// What stands on the command line is typed by a person: "example.com" is an address, and so is the
+// name of a file that exists.
+std::optional<URL> addressOf(const std::string& argument) {
+  std::error_code error;
+  if (!std::filesystem::exists(argument, error)) return URLInput::explicitURL(argument);
+  const GText uri(
+      g_filename_to_uri(std::filesystem::absolute(argument, error).c_str(), nullptr, nullptr));
+  return uri ? URL::parse(uri.get()) : std::nullopt;
+}
+
+StartOptions::Ended refuse(const std::string& reason) {
+  fmt::print(stderr, "orvel: {}\n", reason);
+  return {kUsageError};
+}
+
+}  // namespace
+
+std::variant<StartOptions, StartOptions::Ended> StartOptions::parse(int count, char** arguments) {
+  gboolean wantsNewTab = FALSE;
+  gboolean wantsVersion = FALSE;
+  gboolean isService = FALSE;
+  const GOptionEntry entries[] = {{"new-tab", 0, G_OPTION_FLAG_NONE, G_OPTION_ARG_NONE,
+                                   &wantsNewTab, "Open the command bar for a new tab", nullptr},
+                                  {"version", 0, G_OPTION_FLAG_NONE, G_OPTION_ARG_NONE,
+                                   &wantsVersion, "Print the version", nullptr},
+                                  {"gapplication-service", 0, G_OPTION_FLAG_HIDDEN,
+                                   G_OPTION_ARG_NONE, &isService, nullptr, nullptr},
+                                  {}};
+  const std::unique_ptr<GOptionContext, void (*)(GOptionContext*)> context(
+      g_option_context_new("[ADDRESS OR FILE...]"), g_option_context_free);
+  g_option_context_set_summary(context.get(), "A web browser whose tabs live in a sidebar.");
+  g_option_context_add_main_entries(context.get(), entries, nullptr);
+  GError* rawError = nullptr;
+  if (!g_option_context_parse(context.get(), &count, &arguments, &rawError))
+    return refuse(GErrorRef(rawError)->message);
+  if (wantsVersion) {
+    fmt::print("Orvel {}\n", ORVEL_VERSION);
+    return Ended{0};
+  }
+
+  StartOptions options{.wantsNewTab = wantsNewTab != FALSE, .isService = isService != FALSE};
+  for (int i = 1; i < count; ++i) {
+    const auto url = addressOf(arguments[i]);
+    if (!url) return refuse(fmt::format("\"{}\" is no address", arguments[i]));
+    options.addresses.push_back(*url);
+  }
+  return options;
+}
+
+}  // namespace orvel
