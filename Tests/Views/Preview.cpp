@@ -1,10 +1,8 @@
 // Shows the main window over a sample session, for looking at and for pictures.
 //
-//   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
-//                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|swipe|towel|
-//                large|tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
-//                find=TEXT|history|history=TEXT|no-history]
-//                [theme=NAME] [many] [shoot=FILE]
+//   view-preview [light|dark] [theme=NAME] [shoot=FILE] [empty|long|loading|contrast|toast|peek|
+//                narrow|rtl|large|towel|swipe|space|main-menu|tab-menu|bar=TEXT|down=ROWS|find=TEXT|
+//                history=TEXT|settings=PAGE]
 
 #include <adwaita.h>
 #include <glibmm/main.h>
@@ -41,52 +39,40 @@ void paintPages() {
   g_object_unref(provider);
 }
 
+void later(unsigned milliseconds, std::function<void()> action) {
+  Glib::signal_timeout().connect_once(std::move(action), milliseconds);
+}
+
 struct Preview {
   SampleStore sample;
   std::unique_ptr<MainWindow> window;
   std::string picture;
-  std::string typed;
-  std::string sought;  // what the find bar or the history window is asked for
-  int down = 0;
   GMainLoop* loop = g_main_loop_new(nullptr, FALSE);
 
-  void apply(const std::string& state) {
+  // What must stand before there is a window.
+  void prepare(const std::string& state) {
+    using namespace std::chrono;
+    if (state == "towel") sample.world.scheduler.setDate(sys_days(2026y / May / 25) + hours(12));
+    if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
+    if (state == "large")
+      g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 144 * 1024, nullptr);
+  }
+
+  void apply(const std::string& state, const std::string& value) {
     auto& store = sample.store();
     const auto& space = store.activeSpace();
     const auto manager = adw_style_manager_get_default();
     if (state == "light") adw_style_manager_set_color_scheme(manager, ADW_COLOR_SCHEME_FORCE_LIGHT);
     if (state == "dark") adw_style_manager_set_color_scheme(manager, ADW_COLOR_SCHEME_FORCE_DARK);
+    if (state == "theme") space->hue = Theme::withID(value)->hue;
+    if (state == "shoot") picture = value;
     if (state == "empty") space->selectedTabID = std::nullopt;
     if (state == "narrow") gtk_window_set_default_size(window->native(), 640, 420);
-    if (state == "peek" || state == "hidden") store.isSidebarVisible = false;
-    if (state == "peek") store.isSidebarPeeking = true;
-    if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
-    if (state == "large")
-      g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 144 * 1024, nullptr);
-    if (state == "bar" || state.starts_with("bar=")) store.showCommandBar(CommandBarMode::NewTab);
-    if (state == "bar-current") store.showCommandBar(CommandBarMode::CurrentTab);
-    if (state.starts_with("bar=")) typed = state.substr(4);
-    if (state.starts_with("down=")) down = std::stoi(state.substr(5));
-    if (state.starts_with("find=")) {
-      sample.world.view(sample.reading)->pageText = "slack";
-      store.showFindBar();
-      sought = state.substr(5);
+    if (state == "peek") {
+      store.isSidebarVisible = false;
+      store.isSidebarPeeking = true;
     }
-    if (state == "no-history") store.history->removeAll(std::nullopt);
-    if (state.starts_with("history=")) sought = state.substr(8);
-    if (state == "paused") store.contentBlocker.togglePause(*sample.reading->url.peek());
-    if (state == "space") {
-      store.beginNewSpace();
-      const auto* theme = Theme::withID("sage");
-      store.spaceDraft.update([theme](auto& draft) {
-        draft->name = "Garden";
-        draft->hue = theme->hue;
-        draft->symbol = "leaf.fill";
-      });
-      store.previewTheme = *theme;
-    }
-    if (state == "space-edit") store.beginEditing(*space);
     if (state == "toast")
       store.showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [] {}, .lasts = 60s});
     if (state == "loading") {
@@ -99,30 +85,50 @@ struct Preview {
       sample.radio->title = std::string("Sub specie aeternitatis: notes on a very long title");
       sample.radio->isMuted = true;
     }
-    if (state == "menu") store.renamingFolderID = foldersOf(space->pinned).front()->id;
+    if (state == "space") editNewSpace();
     if (state == "swipe") swipe();
-    if (state == "many")
-      for (int i = 0; i < 300; ++i)
-        sample.world.open("https://page" + std::to_string(i) + ".example/", false);
-    if (state.starts_with("theme="))
-      if (const auto* theme = Theme::withID(state.substr(6))) space->hue = theme->hue;
-    if (state.starts_with("shoot=")) picture = state.substr(6);
+    if (state == "main-menu") {
+      later(500, [this] { window->view().sidebar().tools().toggleMainMenu(); });
+      later(1000, [this] { openViewMenu(); });
+    }
+    if (state == "tab-menu") later(800, [this] { openTabMenu(); });
+    if (state == "bar") {
+      store.showCommandBar(CommandBarMode::NewTab);
+      type(window->view().commandBar().field(), value);
+    }
+    if (state == "down")
+      later(1200, [this, value] { window->view().commandBar().bar()->move(std::stoi(value)); });
+    if (state == "find") {
+      sample.world.view(sample.reading)->pageText = "slack";
+      store.showFindBar();
+      type(window->view().findBar().field(), value);
+    }
+    if (state == "settings") showSettings(value);
+    if (state == "history") {
+      showUtility(UtilityWindow::History);
+      auto* content = window->utilityWindows().content(UtilityWindow::History);
+      type(static_cast<HistoryContent*>(content)->field(), value);
+    }
   }
 
-  // Types into the command bar once it is on screen, and moves down in its list.
-  void typeIntoBar() {
-    auto& bar = window->view().commandBar();
-    if (!typed.empty())
-      g_signal_emit_by_name(bar.field().entry().gobj(), "insert-at-cursor", typed.c_str());
-    Glib::signal_timeout().connect_once([this, &bar] { bar.bar()->move(down); }, 600);
+  // Types once the field is on screen.
+  void type(KeyTextField& field, const std::string& text) {
+    if (text.empty()) return;
+    later(600, [&field, text] {
+      g_signal_emit_by_name(field.entry().gobj(), "insert-at-cursor", text.c_str());
+    });
   }
 
-  void typeLater(KeyTextField& field) {
-    Glib::signal_timeout().connect_once(
-        [this, &field] {
-          g_signal_emit_by_name(field.entry().gobj(), "insert-at-cursor", sought.c_str());
-        },
-        600);
+  void editNewSpace() {
+    auto& store = sample.store();
+    store.beginNewSpace();
+    const auto* theme = Theme::withID("sage");
+    store.spaceDraft.update([theme](auto& draft) {
+      draft->name = "Garden";
+      draft->hue = theme->hue;
+      draft->symbol = "leaf.fill";
+    });
+    store.previewTheme = *theme;
   }
 
   // The fingers lie still after two fifths of the way to the next space.
@@ -141,21 +147,18 @@ struct Preview {
         {.phase = Phase::Changed, .deltaX = -0.4 * store.sidebarWidth.peek(), .pointerX = 100});
   }
 
-  void openMenu(const std::string& name) {
+  void openTabMenu() {
     auto& store = sample.store();
-    const auto& space = store.activeSpace();
+    const auto tab = store.activeSpace()->today.peek()[2];
     auto& list = window->view().sidebar().section().list();
-    const auto tab = space->today.peek()[2];
-    const auto folder = foldersOf(space->pinned).front();
-    auto entries = name == "folder-menu"  ? folderMenu(store, folder)
-                   : name == "space-menu" ? spaceMenu(store, space)
-                                          : tabMenu(store, space, tab);
-    if (name == "submenu-menu") entries = std::vector(entries[2].submenu);
     for (const auto& row : list.rows())
-      if (row.folder == folder || (row.key.kind == SidebarRow::Kind::Tab && row.tabs[0] == tab))
-        if (auto* widget = list.widgetFor(row.key);
-            (name == "folder-menu") == (row.folder != nullptr))
-          return presentMenu(*widget, 140, 20, std::move(entries));
+      if (row.key.kind == SidebarRow::Kind::Tab && row.tabs[0] == tab)
+        presentMenu(*list.widgetFor(row.key), 140, 20, tabMenu(store, store.activeSpace(), tab));
+  }
+
+  void openViewMenu() {
+    for (const auto& row : menuRows(GTK_WIDGET(window->native())))
+      if (row.title == "View") g_signal_emit_by_name(row.widget, "clicked");
   }
 
   void showSettings(const std::string& page) {
@@ -174,58 +177,31 @@ struct Preview {
     showUtility(UtilityWindow::Settings);
   }
 
-  void visitMuch() {
-    auto& store = sample.store();
-    const struct {
-      const char* url;
-      const char* title;
-      Duration ago;
-    } visits[] = {
-        {"https://tidewater-almanac.example/guide", "Reading the water: a field guide", 3min},
-        {"https://harbour-post.example/", "The Harbour Post", 21min},
-        {"https://norrland-line.example/fares", "Sailings and fares, Norrland Line", 64min},
-        {"https://slowtable.example/rye", "", 3h},
-        {"https://encyclia.example/wiki/Celestial_navigation",
-         "Celestial navigation: history, instruments, and the working of a sight from the deck of "
-         "a small boat",
-         25h},
-        {"https://way.example/", "Skerry Point to Old Quay", 26h},
-        {"https://forge.example/compass-rose/214", "compass-rose: pull request 214", 27h},
-        {"https://madd.example/", "قراءة الماء: دليل ميداني لتيارات المد والجزر", 50h},
-        {"https://a.very.long.name.of.a.site.that.goes.on.and.on.example/", "Tides", 51h},
-        {"https://kelp.example/", "Kelp & Co. Seaweed broth", 52h}};
-    for (const auto& [url, title, ago] : visits)
-      store.history->recordVisit(store.activeSpace()->profile->id, *URL::parse(url), title,
-                                 store.services().scheduler.now() - ago);
-  }
-
   void showUtility(UtilityWindow which) {
     auto* native = window->utilityWindows().native(which);
     gtk_widget_remove_css_class(GTK_WIDGET(native), "solid-csd");
     sample.store().showUtilityWindow(which);
   }
 
-  void openViewMenu() {
-    forEachWidget(GTK_WIDGET(window->native()), [](GtkWidget* one) {
-      GValue text = G_VALUE_INIT;
-      if (!g_type_is_a(G_OBJECT_TYPE(one), g_type_from_name("GtkModelButton"))) return;
-      g_object_get_property(G_OBJECT(one), "text", &text);
-      if (g_strcmp0(g_value_get_string(&text), "View") == 0) g_signal_emit_by_name(one, "clicked");
-      g_value_unset(&text);
-    });
+  void shoot() {
+    const auto& counters = window->view().sidebar().section().list().counters();
+    std::cout << "rows built " << counters.built << ", bound " << counters.bound << '\n';
+    const auto command = "import -window root '" + picture + "'";
+    if (std::system(command.c_str()) != 0) std::cerr << "no picture\n";
+    g_main_loop_quit(loop);
   }
 
   void run(const std::vector<std::string>& states) {
-    for (const auto& state : states) {
-      if (state == "rtl" || state == "large") apply(state);
-      using namespace std::chrono;
-      if (state == "towel") sample.world.scheduler.setDate(sys_days(2026y / May / 25) + hours(12));
-    }
+    for (const auto& state : states) prepare(state);
     sample.world.desktop.isMotionOn = true;
     sample.store().contentBlocker.isEnabled = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     sample.world.desktop.key = &window->desktopWindow();
-    for (const auto& state : states) apply(state);
+    window->present();
+    for (const auto& state : states) {
+      const auto end = std::min(state.find('='), state.size());
+      apply(state.substr(0, end), state.substr(std::min(end + 1, state.size())));
+    }
     // The model's clock follows the real one.
     Glib::signal_timeout().connect(
         [this] {
@@ -234,43 +210,9 @@ struct Preview {
           return true;
         },
         kStep);
-    window->present();
-    for (const auto& state : states)
-      if (state == "main-menu") {
-        Glib::signal_timeout().connect_once(
-            [this] { window->view().sidebar().tools().toggleMainMenu(); }, 500);
-        Glib::signal_timeout().connect_once([this] { openViewMenu(); }, 1000);
-      }
-    for (const auto& state : states)
-      if (state.starts_with("settings=")) {
-        showSettings(state.substr(9));
-      } else if (state == "history" || state == "no-history" || state.starts_with("history=")) {
-        if (state != "no-history") visitMuch();
-        showUtility(UtilityWindow::History);
-        auto* content = window->utilityWindows().content(UtilityWindow::History);
-        typeLater(static_cast<HistoryContent*>(content)->field());
-      }
-    if (sample.store().find.peek()) typeLater(window->view().findBar().field());
-    if (sample.store().commandBar.peek())
-      Glib::signal_timeout().connect_once([this] { typeIntoBar(); }, 600);
-    Glib::signal_timeout().connect_once(
-        [this, states] {
-          for (const auto& state : states)
-            if (state.ends_with("-menu") && state != "main-menu") openMenu(state);
-        },
-        800);
     // Without a compositor the toolkit draws a frame around the window.
     gtk_widget_remove_css_class(GTK_WIDGET(window->native()), "solid-csd");
-    if (!picture.empty())
-      Glib::signal_timeout().connect_once(
-          [this] {
-            const auto& counters = window->view().sidebar().section().list().counters();
-            std::cout << "rows built " << counters.built << ", bound " << counters.bound << '\n';
-            const auto command = "import -window root '" + picture + "'";
-            if (std::system(command.c_str()) != 0) std::cerr << "no picture\n";
-            g_main_loop_quit(loop);
-          },
-          3000);
+    if (!picture.empty()) later(3000, [this] { shoot(); });
     g_main_loop_run(loop);
     window.reset();
   }
