@@ -118,7 +118,7 @@ TEST_F(CommandBarTest, AsksTheEngineOnlyForWhatItMayKnow) {
       {"a", false},         {" a ", false},    {"ab", true},         {"example.com", false},
       {"host/path", false}, {"about:", false}, {"localhost", false}, {"yt lofi", false},
       {"YT lofi", false},   {"yt", true},      {"tea v1.2", true},   {"Straße 4", true},
-      {"", false},          {"é", false},
+      {"", false},          {"é", false},      {"http://a b", true},
   };
   for (const auto& [text, isAsked] : cases) {
     world.network.requests.clear();
