@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "BrowserCore/Text.h"
 #include "Desktop/Desktop.h"
 
 // A desktop that writes down what it was asked and answers as the test says.
@@ -78,19 +79,39 @@ class FakeDesktop final : public DesktopApplication,
 
   // Dialogs
   void showAlert(DesktopWindow* parent, const Alert& alert,
-                 std::function<void(AlertAnswer)> answer) override;
+                 std::function<void(AlertAnswer)> answer) override {
+    alerts.push_back({parent, alert});
+    if (auto given = answerAlert ? answerAlert(alert) : std::nullopt)
+      scheduler_.post([answer = std::move(answer), given] { answer(*given); });
+    else
+      openAlerts.push_back(std::move(answer));
+  }
   void showOpenPanel(
-      DesktopWindow* parent, const OpenPanel& panel,
-      std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override;
-  void showSavePanel(DesktopWindow* parent, const SavePanel& panel,
-                     std::function<void(std::optional<std::filesystem::path>)> answer) override;
+      DesktopWindow*, const OpenPanel& panel,
+      std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override {
+    openPanels.push_back(panel);
+    scheduler_.post([answer = std::move(answer), files = chosenFiles] { answer(files); });
+  }
+  void showSavePanel(DesktopWindow*, const SavePanel& panel,
+                     std::function<void(std::optional<std::filesystem::path>)> answer) override {
+    savePanels.push_back(panel);
+    scheduler_.post([answer = std::move(answer), file = chosenDestination] { answer(file); });
+  }
 
   // Hot keys
-  void registerSpace(HotKeyModifiers modifiers, std::function<void()> pressed,
-                     std::function<void(std::unique_ptr<HotKey>)> answer) override;
+  void registerSpace(HotKeyModifiers, std::function<void()> pressed,
+                     std::function<void(std::unique_ptr<HotKey>)> answer) override {
+    if (!isHotKeyTaken) hotKeyPressed = std::move(pressed);
+    scheduler_.post([answer = std::move(answer), isTaken = isHotKeyTaken] {
+      answer(isTaken ? nullptr : std::make_unique<HotKey>());
+    });
+  }
 
   // Memory
-  Observation observe(std::function<void()> event) override;
+  Observation observe(std::function<void()> event) override {
+    memoryIsShort = std::move(event);
+    return Observation([this] { memoryIsShort = nullptr; });
+  }
 
   // Pasteboard
   void setText(const std::string& text) override {
@@ -117,7 +138,11 @@ class FakeDesktop final : public DesktopApplication,
   }
 
   // Workspace
-  std::optional<ApplicationInfo> applicationToOpen(const URL& url) const override;
+  std::optional<ApplicationInfo> applicationToOpen(const URL& url) const override {
+    const auto found = applications.find(text::lowerASCII(url.scheme()));
+    if (found == applications.end()) return std::nullopt;
+    return found->second;
+  }
   void open(const URL& url) override { opened.push_back(url); }
   void openFile(const std::filesystem::path& file) override { openedFiles.push_back(file); }
   void reveal(const std::filesystem::path&) override {}

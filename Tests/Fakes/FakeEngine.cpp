@@ -5,16 +5,6 @@
 
 namespace orvel::test {
 
-// Data stores
-
-void FakeDataStore::fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) {
-  scheduler_.post([answer = std::move(answer)] { answer({}); });
-}
-
-void FakeDataStore::removeData(std::vector<WebsiteDataRecord>, std::function<void()> answer) {
-  scheduler_.post(std::move(answer));
-}
-
 // Content rules
 
 void FakeRuleStore::getAvailableIdentifiers(std::function<void(std::vector<std::string>)> answer) {
@@ -34,15 +24,6 @@ void FakeRuleStore::lookUp(const std::string& identifier,
   scheduler_.post([result, answer = std::move(answer)] { answer(result); });
 }
 
-namespace {
-
-Task<> runAfter(Duration duration, std::function<void()> action) {
-  co_await sleep(duration);
-  action();
-}
-
-}  // namespace
-
 void FakeRuleStore::compile(const std::string& identifier, std::string json,
                             std::function<void(CompiledRules)> answer) {
   auto finish = [this, identifier, json = std::move(json), answer = std::move(answer)] {
@@ -52,7 +33,11 @@ void FakeRuleStore::compile(const std::string& identifier, std::string json,
     damaged.erase(identifier);
     answer({lists[identifier] = std::make_shared<FakeRuleList>(identifier, json), std::nullopt});
   };
-  scheduler_.start(runAfter(compileTime, std::move(finish))).detach();
+  const auto compiling = [](Duration duration, std::function<void()> action) -> Task<> {
+    co_await sleep(duration);
+    action();
+  };
+  scheduler_.start(compiling(compileTime, std::move(finish))).detach();
 }
 
 void FakeRuleStore::remove(const std::string& identifier,
@@ -71,49 +56,12 @@ bool FakeContentController::post(const std::string& name, const ContentWorld& wo
   return true;
 }
 
-// Downloads
-
-Observation FakeDownload::observeProgress(std::function<void()> changed) {
-  progressChanged_ = std::move(changed);
-  return Observation([weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->progressChanged_ = nullptr;
-  });
-}
-
-void FakeDownload::begin(const std::string& suggestedFilename) {
-  const auto delegate = delegate_.lock();
-  if (!delegate) return;
-  delegate->decideDestination(shared_from_this(), suggestedFilename,
-                              [self = shared_from_this()](auto path) { self->destination = path; });
-}
-
-void FakeDownload::setProgress(double fraction) {
-  fraction_ = fraction;
-  if (progressChanged_) progressChanged_();
-}
-
-void FakeDownload::finish() {
-  if (const auto delegate = delegate_.lock()) delegate->didFinish(shared_from_this());
-}
-
-void FakeDownload::fail(const LoadError& error) {
-  if (const auto delegate = delegate_.lock()) delegate->didFail(shared_from_this(), error);
-}
-
-void FakeDownload::cancel() { fail({LoadError::Kind::Cancelled, "Fake", 1, "Cancelled", url_}); }
-
 // Web views
 
 FakeWebView::FakeWebView(FakeEngine& engine, const WebViewConfiguration& configuration)
     : engine_(engine), configuration_(configuration) {
   if (!configuration_.userContentController)
     configuration_.userContentController = engine.makeUserContentController();
-}
-
-FakeWebView::~FakeWebView() = default;
-
-FakeContentController& FakeWebView::controller() const {
-  return static_cast<FakeContentController&>(*configuration_.userContentController);
 }
 
 Observation FakeWebView::observe(WebViewProperty property, std::function<void()> changed) {
@@ -123,8 +71,6 @@ Observation FakeWebView::observe(WebViewProperty property, std::function<void()>
     if (const auto self = weak.lock()) self->observers_.erase(id);
   });
 }
-
-int FakeWebView::observerCount() const { return static_cast<int>(observers_.size()); }
 
 void FakeWebView::notify(WebViewProperty property) {
   const auto self = shared_from_this();
@@ -158,9 +104,14 @@ void FakeWebView::setLoading(bool isLoading, double progress) {
 void FakeWebView::load(const URLRequest& request) {
   requests.push_back(request);
   isMovingInHistory_ = false;
+  navigateTo(request.url, NavigationType::Other);
+}
+
+void FakeWebView::navigateTo(const URL& url, NavigationType type) {
   NavigationAction action;
-  action.request = request;
+  action.request = URLRequest{.url = url};
   action.targetFrame = FrameInfo{};
+  action.navigationType = type;
   decideAndBegin(std::move(action), [](NavigationPolicy) {});
 }
 
@@ -177,15 +128,16 @@ void FakeWebView::decideAndBegin(NavigationAction action,
         decided(policy);
         const auto self = weak.lock();
         if (!self || generation != self->generation_) return;
-        if (policy == NavigationPolicy::Download) {
-          auto download =
-              std::make_shared<FakeDownload>(self->engine_.scheduler(), action.request->url);
-          self->engine_.downloads.push_back(download);
-          if (self->navigation_) self->navigation_->didBecomeDownload(*self, download);
-        }
+        if (policy == NavigationPolicy::Download) self->becomeDownload(action.request->url);
         const bool isMainFrame = action.targetFrame && action.targetFrame->isMainFrame;
         if (policy == NavigationPolicy::Allow && isMainFrame) self->begin(action.request->url);
       });
+}
+
+void FakeWebView::becomeDownload(const URL& url) {
+  const auto download = std::make_shared<FakeDownload>(url);
+  engine_.downloads.push_back(download);
+  if (navigation_) navigation_->didBecomeDownload(*this, download);
 }
 
 void FakeWebView::begin(const URL& url) {
@@ -221,10 +173,7 @@ void FakeWebView::respond(const URL& url) {
         if (!self || generation != self->generation_) return;
         if (policy == NavigationPolicy::Allow) return self->commit(url, page);
         self->setLoading(false, 0);
-        if (policy != NavigationPolicy::Download || !self->navigation_) return;
-        auto download = std::make_shared<FakeDownload>(self->engine_.scheduler(), url);
-        self->engine_.downloads.push_back(download);
-        self->navigation_->didBecomeDownload(*self, download);
+        if (policy == NavigationPolicy::Download) self->becomeDownload(url);
       });
 }
 
@@ -260,12 +209,8 @@ void FakeWebView::loadHTMLString(const std::string& text, const std::optional<UR
 void FakeWebView::reload(ReloadSource) {
   if (!url_) return;
   isMovingInHistory_ = true;
-  NavigationAction action;
-  action.request = URLRequest{.url = *url_};
-  action.targetFrame = FrameInfo{};
-  action.navigationType = NavigationType::Reload;
-  requests.push_back(*action.request);
-  decideAndBegin(std::move(action), [](NavigationPolicy) {});
+  requests.push_back({.url = *url_});
+  navigateTo(*url_, NavigationType::Reload);
 }
 
 void FakeWebView::stopLoading() {
@@ -279,15 +224,8 @@ void FakeWebView::move(int step) {
   if (next < 0 || next >= static_cast<int>(history_.size())) return;
   position_ = next;
   isMovingInHistory_ = true;
-  NavigationAction action;
-  action.request = URLRequest{.url = history_[static_cast<size_t>(next)]};
-  action.targetFrame = FrameInfo{};
-  action.navigationType = NavigationType::BackForward;
-  decideAndBegin(std::move(action), [](NavigationPolicy) {});
+  navigateTo(history_[static_cast<size_t>(next)], NavigationType::BackForward);
 }
-
-void FakeWebView::goBack() { move(-1); }
-void FakeWebView::goForward() { move(1); }
 
 std::optional<std::string> FakeWebView::interactionState() const {
   if (history_.empty()) return std::nullopt;
@@ -330,12 +268,6 @@ void FakeWebView::evaluateJavaScript(const std::string&, const ContentWorld&,
   engine_.scheduler().post([answer = std::move(answer)] {
     if (answer) answer({"null", ""});
   });
-}
-
-void FakeWebView::callAsyncJavaScript(const std::string& body, const std::string&,
-                                      const ContentWorld& world,
-                                      std::function<void(ScriptResult)> answer) {
-  evaluateJavaScript(body, world, std::nullopt, std::move(answer));
 }
 
 void FakeWebView::pauseAllMediaPlayback() {
@@ -382,10 +314,6 @@ std::shared_ptr<WebView> FakeWebView::openWindow(const std::string& url) {
   return view;
 }
 
-void FakeWebView::closeWindow() {
-  if (ui_) ui_->webViewDidClose(*this);
-}
-
 void FakeWebView::die() {
   ++generation_;
   url_.reset();
@@ -397,14 +325,10 @@ void FakeWebView::die() {
 // The engine
 
 std::shared_ptr<WebsiteDataStore> FakeEngine::dataStoreForIdentifier(const UUID& identifier) {
-  auto& weak = stores[identifier];
+  auto& weak = stores_[identifier];
   auto store = weak.lock();
   if (!store) weak = store = std::make_shared<FakeDataStore>(scheduler_, identifier);
   return store;
-}
-
-std::shared_ptr<WebsiteDataStore> FakeEngine::nonPersistentDataStore() {
-  return std::make_shared<FakeDataStore>(scheduler_, std::nullopt);
 }
 
 void FakeEngine::removeDataStoreForIdentifier(
@@ -419,30 +343,16 @@ void FakeEngine::removeDataStoreForIdentifier(
   scheduler_.post([error, answer = std::move(answer)] { answer(error); });
 }
 
-std::shared_ptr<UserContentController> FakeEngine::makeUserContentController() {
-  return std::make_shared<FakeContentController>();
-}
-
 std::shared_ptr<WebView> FakeEngine::makeWebView(const WebViewConfiguration& configuration) {
   auto view = std::make_shared<FakeWebView>(*this, configuration);
   views.push_back(view);
   return view;
 }
 
-std::shared_ptr<ContentRuleListStore> FakeEngine::contentRuleListStore() {
-  if (!hasRuleStore) return nullptr;
-  return {&ruleStore, [](ContentRuleListStore*) {}};
-}
-
 FakePage FakeEngine::pageAt(const URL& url) const {
   const auto found = pages.find(url.text());
   if (found != pages.end()) return found->second;
   return {.title = url.text()};
-}
-
-int FakeEngine::liveViewCount() const {
-  return static_cast<int>(
-      std::count_if(views.begin(), views.end(), [](const auto& view) { return !view.expired(); }));
 }
 
 }  // namespace orvel::test

@@ -35,8 +35,12 @@ class FakeDataStore final : public WebsiteDataStore {
   FakeDataStore(Scheduler& scheduler, std::optional<UUID> identifier)
       : scheduler_(scheduler), identifier_(identifier) {}
   bool isPersistent() const override { return identifier_.has_value(); }
-  void fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) override;
-  void removeData(std::vector<WebsiteDataRecord> records, std::function<void()> answer) override;
+  void fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) override {
+    scheduler_.post([answer = std::move(answer)] { answer({}); });
+  }
+  void removeData(std::vector<WebsiteDataRecord>, std::function<void()> answer) override {
+    scheduler_.post(std::move(answer));
+  }
 
  private:
   Scheduler& scheduler_;
@@ -105,24 +109,39 @@ class FakeContentController final : public UserContentController {
 
 class FakeDownload final : public Download, public std::enable_shared_from_this<FakeDownload> {
  public:
-  explicit FakeDownload(Scheduler& scheduler, std::optional<URL> url)
-      : scheduler_(scheduler), url_(std::move(url)) {}
+  explicit FakeDownload(std::optional<URL> url) : url_(std::move(url)) {}
   std::optional<URL> originalURL() const override { return url_; }
   double fractionCompleted() const override { return fraction_; }
-  Observation observeProgress(std::function<void()> changed) override;
-  void cancel() override;
+  Observation observeProgress(std::function<void()> changed) override {
+    progressChanged_ = std::move(changed);
+    return Observation([weak = weak_from_this()] {
+      if (const auto self = weak.lock()) self->progressChanged_ = nullptr;
+    });
+  }
+  void cancel() override { fail({LoadError::Kind::Cancelled, "Fake", 1, "Cancelled", url_}); }
   void setDelegate(std::weak_ptr<DownloadDelegate> delegate) override { delegate_ = delegate; }
 
   // The server answers: the delegate is asked for a destination.
-  void begin(const std::string& suggestedFilename);
-  void setProgress(double fraction);
-  void finish();
-  void fail(const LoadError& error);
+  void begin(const std::string& suggestedFilename) {
+    const auto self = shared_from_this();
+    if (const auto delegate = delegate_.lock())
+      delegate->decideDestination(self, suggestedFilename,
+                                  [self](auto path) { self->destination = path; });
+  }
+  void setProgress(double fraction) {
+    fraction_ = fraction;
+    if (progressChanged_) progressChanged_();
+  }
+  void finish() {
+    if (const auto delegate = delegate_.lock()) delegate->didFinish(shared_from_this());
+  }
+  void fail(const LoadError& error) {
+    if (const auto delegate = delegate_.lock()) delegate->didFail(shared_from_this(), error);
+  }
 
   std::optional<std::filesystem::path> destination;
 
  private:
-  Scheduler& scheduler_;
   std::optional<URL> url_;
   double fraction_ = 0;
   std::function<void()> progressChanged_;
@@ -132,7 +151,6 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
 class FakeWebView final : public WebView, public std::enable_shared_from_this<FakeWebView> {
  public:
   FakeWebView(FakeEngine& engine, const WebViewConfiguration& configuration);
-  ~FakeWebView() override;
 
   void setNavigationDelegate(NavigationDelegate* delegate) override { navigation_ = delegate; }
   void setUIDelegate(UIDelegate* delegate) override { ui_ = delegate; }
@@ -141,8 +159,8 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) override;
   void reload(ReloadSource source) override;
   void stopLoading() override;
-  void goBack() override;
-  void goForward() override;
+  void goBack() override { move(-1); }
+  void goForward() override { move(1); }
   std::optional<std::string> interactionState() const override;
   void setInteractionState(const std::string& state) override;
   std::optional<std::string> title() const override { return title_; }
@@ -168,9 +186,10 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void evaluateJavaScript(const std::string& script, const ContentWorld& world,
                           const std::optional<FrameInfo>& frame,
                           std::function<void(ScriptResult)> answer) override;
-  void callAsyncJavaScript(const std::string& body, const std::string& arguments,
-                           const ContentWorld& world,
-                           std::function<void(ScriptResult)> answer) override;
+  void callAsyncJavaScript(const std::string& body, const std::string&, const ContentWorld& world,
+                           std::function<void(ScriptResult)> answer) override {
+    evaluateJavaScript(body, world, std::nullopt, std::move(answer));
+  }
   void pauseAllMediaPlayback() override;
   void setMuted(bool wanted) override { isMuted = wanted; }
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
@@ -188,12 +207,16 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
                              MouseButton button = MouseButton::Left);
   // Answers the view that the delegate made, or null.
   std::shared_ptr<WebView> openWindow(const std::string& url);
-  void closeWindow();
+  void closeWindow() {
+    if (ui_) ui_->webViewDidClose(*this);
+  }
   void die();
 
   NavigationDelegate* navigationDelegate() const { return navigation_; }
   UIDelegate* uiDelegate() const { return ui_; }
-  FakeContentController& controller() const;
+  FakeContentController& controller() const {
+    return static_cast<FakeContentController&>(*configuration_.userContentController);
+  }
 
   // What stands for the page on screen; not owned.
   GtkWidget* pageWidget = nullptr;
@@ -203,7 +226,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   int stopCount = 0;
   int pauseCount = 0;
   bool isMuted = false;
-  int observerCount() const;
+  size_t observerCount() const { return observers_.size(); }
   MediaPlaybackState media = MediaPlaybackState::None;
   CaptureState camera = CaptureState::None;
   CaptureState microphone = CaptureState::None;
@@ -219,7 +242,9 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
  private:
   void notify(WebViewProperty property);
   void begin(const URL& url);
+  void navigateTo(const URL& url, NavigationType type);
   void decideAndBegin(NavigationAction action, std::function<void(NavigationPolicy)> decided);
+  void becomeDownload(const URL& url);
   void commit(const URL& url, const FakePage& page);
   void respond(const URL& url);
   void move(int step);
@@ -255,12 +280,19 @@ class FakeEngine final : public Engine {
   std::string name() const override { return "Fake"; }
   std::string version() const override { return "1.0"; }
   std::shared_ptr<WebsiteDataStore> dataStoreForIdentifier(const UUID& identifier) override;
-  std::shared_ptr<WebsiteDataStore> nonPersistentDataStore() override;
+  std::shared_ptr<WebsiteDataStore> nonPersistentDataStore() override {
+    return std::make_shared<FakeDataStore>(scheduler_, std::nullopt);
+  }
   void removeDataStoreForIdentifier(
       const UUID& identifier, std::function<void(std::optional<std::string>)> answer) override;
-  std::shared_ptr<UserContentController> makeUserContentController() override;
+  std::shared_ptr<UserContentController> makeUserContentController() override {
+    return std::make_shared<FakeContentController>();
+  }
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
-  std::shared_ptr<ContentRuleListStore> contentRuleListStore() override;
+  std::shared_ptr<ContentRuleListStore> contentRuleListStore() override {
+    if (!hasRuleStore) return nullptr;
+    return {&ruleStore, [](ContentRuleListStore*) {}};
+  }
   void setURLSchemeHandler(const std::string&, URLSchemeHandler) override {}
 
   Scheduler& scheduler() { return scheduler_; }
@@ -270,17 +302,16 @@ class FakeEngine final : public Engine {
   std::map<std::string, FakePage> pages;
   FakeRuleStore ruleStore;
   bool hasRuleStore = true;
-  std::map<UUID, std::weak_ptr<FakeDataStore>> stores;
   // How many removals of a data store fail before one succeeds.
   int failingRemovals = 0;
   std::vector<UUID> removedStores;
   // Every view that was ever made, in order; gone ones are expired.
   std::vector<std::weak_ptr<FakeWebView>> views;
   std::vector<std::shared_ptr<FakeDownload>> downloads;
-  int liveViewCount() const;
 
  private:
   Scheduler& scheduler_;
+  std::map<UUID, std::weak_ptr<FakeDataStore>> stores_;
 };
 
 }  // namespace orvel::test

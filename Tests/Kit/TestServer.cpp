@@ -1,14 +1,9 @@
 #include "Tests/Kit/TestServer.h"
 
-#include <arpa/inet.h>
 #include <fmt/format.h>
-#include <glib.h>
+#include <gio/gio.h>
 #include <signal.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
@@ -18,69 +13,55 @@ namespace orvel::test {
 
 using nlohmann::json;
 
-TestServer::TestServer() : folder_(makeTemporaryFolder("server")) {
-  int in[2];
-  int out[2];
-  if (pipe(in) != 0 || pipe(out) != 0) throw std::runtime_error("pipe");
-  process_ = fork();
-  if (process_ == 0) {
-    dup2(in[0], STDIN_FILENO);
-    dup2(out[1], STDOUT_FILENO);
-    for (const int end : {in[0], in[1], out[0], out[1]}) close(end);
-    // The system's Python has the packages that setup installed.
-    execl("/usr/bin/python3", "python3", ORVEL_KIT_DIR "/test_server.py", folder_.c_str(),
-          static_cast<char*>(nullptr));
-    _exit(127);
-  }
-  close(in[0]);
-  close(out[1]);
-  input_ = in[1];
-  std::string line;
-  for (char c = 0; read(out[0], &c, 1) == 1 && c != '\n';) line += c;
-  close(out[0]);
-  if (line.empty()) throw std::runtime_error("the test server did not start");
-  port_ = std::stoi(line);
+TestServer::TestServer()
+    : folder_(makeTemporaryFolder("server")),
+      // The system's Python has the packages that setup installed.
+      process_(GRef<GSubprocess>::adopt(g_subprocess_new(
+          GSubprocessFlags(G_SUBPROCESS_FLAGS_STDIN_PIPE | G_SUBPROCESS_FLAGS_STDOUT_PIPE), nullptr,
+          "/usr/bin/python3", ORVEL_KIT_DIR "/test_server.py", folder_.c_str(), nullptr))) {
+  if (!process_) throw std::runtime_error("no Python");
+  const auto output = GRef<GDataInputStream>::adopt(
+      g_data_input_stream_new(g_subprocess_get_stdout_pipe(process_.get())));
+  const GText line(g_data_input_stream_read_line(output.get(), nullptr, nullptr, nullptr));
+  if (!line) throw std::runtime_error("the test server did not start");
+  port_ = static_cast<uint16_t>(std::stoi(line.get()));
 }
 
 TestServer::~TestServer() {
-  close(input_);
-  kill(process_, SIGTERM);
-  waitpid(process_, nullptr, 0);
+  g_subprocess_send_signal(process_.get(), SIGTERM);
+  g_subprocess_wait(process_.get(), nullptr, nullptr);
   std::filesystem::remove_all(folder_);
 }
 
 std::string TestServer::proxy() const { return fmt::format("http://127.0.0.1:{}", port_); }
 
 std::string TestServer::control(const std::string& operation, const std::string& text) const {
-  const int connection = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<uint16_t>(port_));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  if (connect(connection, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
-    throw std::runtime_error("the test server is gone");
+  const auto client = GRef<GSocketClient>::adopt(g_socket_client_new());
+  g_socket_client_set_enable_proxy(client.get(), FALSE);
+  const auto connection = GRef<GIOStream>::adopt(G_IO_STREAM(
+      g_socket_client_connect_to_host(client.get(), "127.0.0.1", port_, nullptr, nullptr)));
   const std::string request = fmt::format(
       "POST /__kit__/{} HTTP/1.1\r\nHost: kit\r\nConnection: close\r\n"
       "Content-Length: {}\r\n\r\n{}",
       operation, text.size(), text);
-  for (size_t sent = 0; sent < request.size();) {
-    const ssize_t count = write(connection, request.data() + sent, request.size() - sent);
-    if (count <= 0) break;
-    sent += static_cast<size_t>(count);
-  }
+  if (!connection ||
+      !g_output_stream_write_all(g_io_stream_get_output_stream(connection.get()), request.data(),
+                                 request.size(), nullptr, nullptr, nullptr))
+    throw std::runtime_error("the test server is gone");
+  auto* input = g_io_stream_get_input_stream(connection.get());
   std::string answer;
   char buffer[16384];
-  for (ssize_t count = 0; (count = read(connection, buffer, sizeof buffer)) > 0;)
+  for (gssize count = 0;
+       (count = g_input_stream_read(input, buffer, sizeof buffer, nullptr, nullptr)) > 0;)
     answer.append(buffer, static_cast<size_t>(count));
-  close(connection);
   const size_t body = answer.find("\r\n\r\n");
   return body == std::string::npos ? "" : answer.substr(body + 4);
 }
 
 void TestServer::serve(const std::string& url, const ServedPage& page) {
   // JSON has no place for bytes that are no text.
-  const std::unique_ptr<char, decltype(&g_free)> encoded(
-      g_base64_encode(reinterpret_cast<const guchar*>(page.body.data()), page.body.size()), g_free);
+  const GText encoded(
+      g_base64_encode(reinterpret_cast<const guchar*>(page.body.data()), page.body.size()));
   json entry = {{"url", url},
                 {"status", page.status},
                 {"headers", json::object()},

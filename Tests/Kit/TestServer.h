@@ -1,10 +1,14 @@
 #pragma once
 
+#include <gio/gio.h>
+
 #include <filesystem>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "Base/GRef.h"
 
 namespace orvel::test {
 
@@ -56,9 +60,8 @@ class TestServer {
   std::string control(const std::string& operation, const std::string& json) const;
 
   std::filesystem::path folder_;
-  int process_ = -1;
-  int input_ = -1;
-  int port_ = 0;
+  GRef<GSubprocess> process_;
+  uint16_t port_ = 0;
 };
 
 }  // namespace orvel::test

@@ -191,25 +191,22 @@ class EndToEndTest(unittest.TestCase):
     def accessible(self, name, role=None):
         """The first accessible object below the windows of this name and role; None without one."""
         root = self.application()
-        waiting = [root] if root else []
-        while waiting:
-            item = waiting.pop(0)
+        for item in self.everything():
             try:
                 is_window = item is root or item.get_role_name() == "frame"
                 if not is_window and item.get_name() == name:
                     if role is None or item.get_role_name() == role:
                         return item
-                waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
-                waiting = [child for child in waiting if child]
             except GLib.Error:  # it went while it was asked
                 continue
         return None
 
     def everything(self):
-        """Every accessible object of the program that answers."""
-        waiting = [self.application()]
+        """Every accessible object of the program that answers, the outer ones first."""
+        root = self.application()
+        waiting = [root] if root else []
         while waiting:
-            item = waiting.pop()
+            item = waiting.pop(0)
             try:
                 waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
                 waiting = [child for child in waiting if child]

@@ -1,54 +1,50 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "Tests/Models/World.h"
+#include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
 namespace {
 
-class Hibernation : public testing::Test {
- protected:
+struct Hibernation : ModelTest {
   Hibernation() {
-    world.launch();
-    for (int i = 0; i < 3; ++i) tabs.push_back(world.open("https://a" + std::to_string(i) + "/"));
-    world.scheduler.settle();
+    for (int i = 0; i < 3; ++i) tabs.push_back(load("https://a" + std::to_string(i) + "/"));
   }
-  BrowserStore& store() { return *world.store; }
   bool isLive(size_t tab) { return tabs[tab]->liveWebView() != nullptr; }
   void pass(Duration age) {
     world.scheduler.start(store().hibernateIdleTabs(age, world.scheduler.now())).detach();
-    world.scheduler.settle();
+    settle();
+  }
+  void saveStates(BrowserStore::StateWriting writing) {
+    store().saveTabStates(writing);
+    settle();
   }
   std::string stateFile(const TabRef& tab) {
     return world.file("TabStates/" + tab->stateFileName());
   }
 
-  World world;
   TabList tabs;
 };
 
 TEST_F(Hibernation, IdleTabsGiveUpTheirViewsAndComeBackAsTheyWere) {
   tabs[0]->load(address("https://second/"));
-  world.scheduler.advance(1799s);
+  advance(1799s);
   EXPECT_TRUE(isLive(0));
   pass(1800s);
   EXPECT_TRUE(isLive(0)) << "a second too early";
-  world.scheduler.advance(1s);
+  advance(1s);
   pass(1800s);
   EXPECT_FALSE(isLive(0) || isLive(1));
   EXPECT_TRUE(isLive(2)) << "selected";
   EXPECT_FALSE(tabs[0]->isDiscarded);
   store().select(tabs[0]);
-  world.scheduler.settle();
+  settle();
   EXPECT_TRUE(tabs[0]->canGoBack);
 }
 
 TEST_F(Hibernation, TheLoopPassesEveryFiveMinutesAndWritesTheStates) {
-  world.scheduler.advance(299s);
+  advance(299s);
   EXPECT_TRUE(stateFile(tabs[1]).empty());
-  world.scheduler.advance(1s);
+  advance(1s);
   EXPECT_FALSE(stateFile(tabs[1]).empty());
-  world.scheduler.advance(1501s);
+  advance(1501s);
   EXPECT_FALSE(isLive(1));
 }
 
@@ -59,15 +55,15 @@ TEST_F(Hibernation, WhatIsInUseStays) {
       [this] { world.view(tabs[0])->media = MediaPlaybackState::Playing; },
       [this] { store().peek = tabs[0]; },
       [this] {
-        world.space().setSplit({tabs[0]->id, tabs[2]->id});
+        space().setSplit({tabs[0]->id, tabs[2]->id});
       },
-      [this] { world.space().selectedTabID = tabs[0]->id; }};
+      [this] { space().selectedTabID = tabs[0]->id; }};
   const auto endAllUse = [this] {
     world.view(tabs[0])->camera = world.view(tabs[0])->microphone = CaptureState::None;
     world.view(tabs[0])->media = MediaPlaybackState::Paused;
     store().peek = nullptr;
-    world.space().setSplit({});
-    world.space().selectedTabID = tabs[2]->id;
+    space().setSplit({});
+    space().selectedTabID = tabs[2]->id;
     tabs[2]->webView();
   };
   for (const auto& use : uses) {
@@ -80,24 +76,23 @@ TEST_F(Hibernation, WhatIsInUseStays) {
   pass(1800s);
   EXPECT_TRUE(isLive(0)) << "never looked at counts as now";
   world.desktop.memoryIsShort();
-  world.scheduler.settle();
+  settle();
   EXPECT_FALSE(isLive(0)) << "short memory spares only what is in use";
   EXPECT_TRUE(isLive(2));
 }
 
 TEST_F(Hibernation, ATabSelectedDuringTheQuestionStays) {
-  world.scheduler.start(store().hibernateIdleTabs(Duration::zero(), world.scheduler.now()))
-      .detach();
+  const Date now = world.scheduler.now();
+  world.scheduler.start(store().hibernateIdleTabs(Duration::zero(), now)).detach();
   world.scheduler.turn();
   store().select(tabs[0]);
-  world.scheduler.settle();
+  settle();
   EXPECT_TRUE(isLive(0));
 }
 
 TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
   using enum BrowserStore::StateWriting;
-  store().saveTabStates(Background);
-  world.scheduler.settle();
+  saveStates(Background);
   const TabRef closed = tabs[0];
   store().close(closed);
   world.disk->put("/data/Orvel/TabStates/stray.state", "x");
@@ -106,8 +101,7 @@ TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
   const TabRef empty = store().openTab(std::nullopt, {.select = false});
   world.disk->put("/data/Orvel/TabStates/" + empty->stateFileName(), "old");
   for (const auto writing : {Now, Background}) {
-    store().saveTabStates(writing);
-    world.scheduler.settle();
+    saveStates(writing);
     EXPECT_EQ(world.disk->list("/data/Orvel/TabStates").size(), 2u);
     EXPECT_TRUE(stateFile(closed).empty());
     EXPECT_FALSE(stateFile(tabs[1]).empty() || stateFile(tabs[2]).empty());
@@ -133,12 +127,10 @@ TEST_F(Hibernation, UnreadFilesAreCarriedOverUntouched) {
 TEST_F(Hibernation, AStateThatCouldNotBeWrittenIsTriedAgain) {
   pass(Duration::zero());
   world.disk->failAlways(MemoryFileSystem::Fault::InputOutput);
-  store().saveTabStates(BrowserStore::StateWriting::Background);
-  world.scheduler.settle();
+  saveStates(BrowserStore::StateWriting::Background);
   world.disk->failAlways(MemoryFileSystem::Fault::None);
   EXPECT_TRUE(stateFile(tabs[0]).empty());
-  store().saveTabStates(BrowserStore::StateWriting::Background);
-  world.scheduler.settle();
+  saveStates(BrowserStore::StateWriting::Background);
   EXPECT_FALSE(stateFile(tabs[0]).empty());
 }
 

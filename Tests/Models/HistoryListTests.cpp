@@ -1,28 +1,13 @@
 #include "Models/HistoryList.h"
 
-#include <gmock/gmock.h>
-
 #include <unicode/ucal.h>
 #include <unicode/uloc.h>
 
 #include "Support/LocalDates.h"
-#include "Tests/Models/World.h"
+#include "Tests/Models/ModelTest.h"
 
-namespace orvel {
+namespace orvel::test {
 namespace {
-
-using test::address;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-// Where the clocks leap at midnight in spring: the 27th of March 2022 begins there at one o'clock.
-struct HistoryListTest : testing::Test {
-  HistoryListTest() {
-    UErrorCode error = U_ZERO_ERROR;
-    ucal_setDefaultTimeZone(u"Asia/Beirut", &error);
-    uloc_setDefault("en_US", &error);
-  }
-};
 
 HistoryStore::Entry visit(const std::string& name, Date at) {
   return {address("https://" + name + "/"), name, 1, at};
@@ -37,8 +22,13 @@ std::vector<std::string> lines(const std::vector<HistorySection>& sections) {
   return lines;
 }
 
-TEST_F(HistoryListTest, GroupsByTheLocalDayNewestFirst) {
+TEST(HistoryList, GroupsByTheLocalDayNewestFirst) {
   using namespace std::chrono;
+  // Where the clocks leap at midnight in spring: the 27th of March 2022 begins there at one
+  // o'clock.
+  UErrorCode error = U_ZERO_ERROR;
+  ucal_setDefaultTimeZone(u"Asia/Beirut", &error);
+  uloc_setDefault("en_US", &error);
   // Noon in Beirut, UTC+3, on Monday the 28th.
   const Date now = sys_days(2022y / March / 28) + 9h;
   const Date today = sys_days(2022y / March / 27) + 21h;
@@ -55,18 +45,17 @@ TEST_F(HistoryListTest, GroupsByTheLocalDayNewestFirst) {
   EXPECT_THAT(historySections({}, now), IsEmpty());
 }
 
-struct HistoryWindowTest : HistoryListTest {
+struct HistoryWindowTest : ModelTest {
   HistoryWindowTest() {
-    profile = world.space().profile->id;
     for (const char* name : {"one", "two", "three"}) {
-      world.store->history->recordVisit(profile, address("https://" + std::string(name) + ".test/"),
-                                        name, world.scheduler.now());
-      world.scheduler.advance(1min);
+      store().history->recordVisit(profile, address("https://" + std::string(name) + ".test/"),
+                                   name, world.scheduler.now());
+      advance(1min);
     }
   }
   std::vector<std::string> shown() {
     list.reload();
-    world.scheduler.settle();
+    settle();
     return titles();
   }
   std::vector<std::string> titles() {
@@ -75,17 +64,16 @@ struct HistoryWindowTest : HistoryListTest {
       for (const auto& entry : section.entries) titles.push_back(entry.title);
     return titles;
   }
-  test::World world;
-  UUID profile = UUID::random();
-  HistoryList list{*world.launch().store};
+  const UUID profile = space().profile->id;
+  HistoryList list{store()};
 };
 
 TEST_F(HistoryWindowTest, ShowsWhatIsRecentOrWhatMatches) {
-  EXPECT_THAT(shown(), ElementsAre("three", "two", "one"));
   const struct {
     const char* query;
     std::vector<std::string> titles;
-  } cases[] = {{" \t", {"three", "two", "one"}},
+  } cases[] = {{"", {"three", "two", "one"}},
+               {" \t", {"three", "two", "one"}},
                {" t\t", {"three", "two", "one"}},
                {"THREE ", {"three"}},
                {"none", {}},
@@ -103,20 +91,18 @@ TEST_F(HistoryWindowTest, ShowsWhatIsRecentOrWhatMatches) {
 TEST_F(HistoryWindowTest, OpensAndDeletesWhatItShows) {
   shown();
   const auto entry = list.sections.peek().front().entries.at(1);
-  world.store->window = &world.window;
-  const suggestion::History pick{entry};
-  world.store->learn(pick, "t");
-  world.store->learn(suggestion::Search{"tides"}, "t");
+  store().learn(suggestion::History{entry}, "t");
+  store().learn(suggestion::Search{"tides"}, "t");
   list.open(entry);
-  EXPECT_EQ(world.space().selectedTab()->url.peek()->text(), "https://two.test/");
+  EXPECT_EQ(selected()->url.peek()->text(), "https://two.test/");
 
   list.remove(entry);
   EXPECT_THAT(titles(), ElementsAre("three", "one"));
   EXPECT_THAT(shown(), ElementsAre("three", "one"));
-  EXPECT_EQ(world.store->choices[profile].choices.at("t").size(), 1u) << "its pick is forgotten";
-  world.store->history = nullptr;
+  EXPECT_EQ(store().choices[profile].choices.at("t").size(), 1u) << "its pick is forgotten";
+  store().history = nullptr;
   EXPECT_THAT(shown(), IsEmpty());
 }
 
 }  // namespace
-}  // namespace orvel
+}  // namespace orvel::test

@@ -1,36 +1,24 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Models/ChoicesFile.h"
-#include "Tests/Models/World.h"
+#include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
-
 // What the store remembers of visits and picks.
-class Memory : public testing::Test {
- protected:
-  Memory() { world.launch(); }
-  BrowserStore& store() { return *world.store; }
+struct Memory : ModelTest {
   std::string saved() {
-    world.scheduler.settle();
+    settle();
     return world.file("Choices.json");
   }
-  World world;
+  void clearHistory(size_t button) {
+    world.desktop.answerAlert = [button](const Alert&) { return AlertAnswer{.button = button}; };
+    store().clearHistory();
+    settle();
+  }
 };
 
 const Suggestion kCats = suggestion::Search{.text = "Cats"};
 const Suggestion kPage = suggestion::Address{.url = address("https://a.org/")};
-
-Task<> countPages(Future<HistoryStore::Entries> pages, size_t* answer) {
-  const auto entries = co_await std::move(pages);
-  *answer = entries.size();
-}
 
 TEST_F(Memory, RowsThatLeadToTheSamePlaceShareAKey) {
   const TabRef tab = world.open("https://a.org/");
@@ -63,16 +51,15 @@ TEST_F(Memory, WhatIsPickedTwiceComesFirst) {
   EXPECT_THAT(saved(), Not(HasSubstr("\"z\"")));
 
   store().save();
-  world.scheduler.settle();
+  settle();
   World next(world.disk);
   next.launch();
   EXPECT_EQ(next.store->topChoice(" A.", rows), &rows[1]) << "it lasts";
 }
 
 TEST_F(Memory, APrivateProfileLearnsNothing) {
-  const auto profile =
-      std::make_shared<Profile>(world.engine, UUID::random(), "P", Profile::Privacy::Private);
-  const auto space = std::make_shared<Space>(UUID::random(), profile, "P", "leaf.fill", 0.0);
+  const auto space =
+      std::make_shared<Space>(UUID::random(), privateProfile(), "P", "leaf.fill", 0.0);
   store().spaces.update([&](auto& list) { list.push_back(space); });
   store().switchTo(space);
   store().learn(kCats, "c");
@@ -95,7 +82,7 @@ TEST_F(Memory, IsForgottenByAddressByProfileOrAltogether) {
   EXPECT_EQ(store().choices.size(), 2u);
   fill();
   store().forgetChoices(here);
-  world.scheduler.settle();
+  settle();
   const auto kept = ChoicesFile::decode(saved());
   ASSERT_TRUE(kept);
   EXPECT_TRUE(kept->size() == 1 && kept->contains(there));
@@ -106,49 +93,22 @@ TEST_F(Memory, IsForgottenByAddressByProfileOrAltogether) {
 }
 
 TEST_F(Memory, HistoryIsClearedAfterAQuestion) {
-  const auto pages = [&] {
-    size_t count = 0;
-    world.scheduler
-        .start(countPages(store().history->recent(world.space().profile->id, 10), &count))
-        .detach();
-    world.scheduler.settle();
-    return count;
-  };
-  world.open("https://a.org/");
-  world.scheduler.settle();
+  const auto pages = [&] { return visits(space().profile->id).size(); };
+  load("https://a.org/");
   EXPECT_EQ(pages(), 1u) << "a visit reaches the database";
   store().learn(kCats, "c");
-  store().window = &world.window;
-  world.desktop.answerAlert = [](const Alert&) { return AlertAnswer{.button = 1}; };
-  store().clearHistory();
-  world.scheduler.settle();
+  clearHistory(1);
   EXPECT_EQ(pages(), 1u);
-  const Alert& alert = world.desktop.alerts.at(0).alert;
-  EXPECT_EQ(world.desktop.alerts[0].parent, &world.window);
-  EXPECT_EQ(alert.messageText, "Clear all browsing history?");
-  EXPECT_EQ(alert.informativeText,
-            "Visited pages, and what the command bar learned you pick, are forgotten in every "
-            "profile. Open tabs, favorites and the archive stay.");
-  EXPECT_THAT(alert.buttons, ElementsAre("Clear History", "Cancel"));
-  EXPECT_TRUE(alert.isDestructive);
-
-  world.desktop.answerAlert = [](const Alert&) { return AlertAnswer{.button = 0}; };
-  store().clearHistory();
-  world.scheduler.settle();
+  EXPECT_TRUE(world.desktop.alerts.at(0).alert.isDestructive);
+  clearHistory(0);
   EXPECT_EQ(pages(), 0u);
   EXPECT_THAT(store().choices, IsEmpty());
-  ASSERT_TRUE(store().toast.peek());
-  EXPECT_EQ(store().toast.peek()->message, "History cleared");
-  EXPECT_FALSE(store().toast.peek()->undo);
-}
+  EXPECT_EQ(toast(), "History cleared");
 
-TEST_F(Memory, WithoutHistoryClearingForgetsWhatWasLearned) {
   store().history.reset();
   store().learn(kCats, "c");
-  world.desktop.answerAlert = [](const Alert&) { return AlertAnswer{.button = 0}; };
-  store().clearHistory();
-  world.scheduler.settle();
-  EXPECT_THAT(store().choices, IsEmpty());
+  clearHistory(0);
+  EXPECT_THAT(store().choices, IsEmpty()) << "also without a database";
 }
 
 }  // namespace

@@ -1,24 +1,18 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "Models/SidebarRows.h"
 
 #include <set>
 
-#include "Models/SidebarRows.h"
-#include "Tests/Models/World.h"
+#include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
 namespace {
-
-using testing::ElementsAre;
 
 FolderRef folder(const std::string& name) {
   return std::make_shared<Folder>(UUID::random(), name, Folder::Expansion::Expanded);
 }
 
-class SidebarItems : public testing::Test {
- protected:
+struct SidebarItems : ModelTest {
   SidebarItems() {
-    world.launch();
     for (const char* name : {"a", "b", "c", "d"})
       tabs.push_back(BrowserTab::make(world.services, {.profile = world.space().profile,
                                                        .url = address(std::string("x:") + name)}));
@@ -27,13 +21,12 @@ class SidebarItems : public testing::Test {
     items = SidebarItemList{tabs[0], outer, tabs[3]};
   }
 
-  World world;
   TabList tabs;
   FolderRef inner = folder("inner"), outer = folder("outer");
   Observable<SidebarItemList> items;
 };
 
-TEST_F(SidebarItems, ListsAreWalkedDepthFirst) {
+TEST_F(SidebarItems, ListsAreWalkedDepthFirstAndKeepTheirFolders) {
   EXPECT_THAT(urls(tabsOf(items)), ElementsAre("x:a", "x:b", "x:c", "x:d"));
   EXPECT_THAT(foldersOf(items), ElementsAre(outer, inner));
   inner->isExpanded = false;
@@ -41,9 +34,6 @@ TEST_F(SidebarItems, ListsAreWalkedDepthFirst) {
   EXPECT_EQ(parentOf(items, tabs[1]->id), inner);
   EXPECT_EQ(parentOf(items, inner->id), outer);
   EXPECT_EQ(parentOf(items, tabs[0]->id), nullptr);
-}
-
-TEST_F(SidebarItems, RemovingLeavesTheFoldersInPlace) {
   EXPECT_FALSE(removeItem(items, UUID::random()));
   EXPECT_EQ(idOf(*removeItem(items, tabs[1]->id)), tabs[1]->id);
   EXPECT_THAT(foldersOf(items), ElementsAre(outer, inner));
@@ -51,24 +41,22 @@ TEST_F(SidebarItems, RemovingLeavesTheFoldersInPlace) {
 }
 
 TEST_F(SidebarItems, SplitAndItsWidthsBelongTogether) {
-  Space& space = world.space();
   const std::vector<UUID> split = {tabs[0]->id, tabs[1]->id};
-  space.setSplit(split);
-  space.splitWidths = std::vector<double>{0.3, 0.7};
-  space.setSplit(split);
-  EXPECT_EQ(space.splitWidths.peek().size(), 2u);
-  space.setSplit({tabs[0]->id});
-  EXPECT_TRUE(space.splitWidths.peek().empty());
+  space().setSplit(split);
+  space().splitWidths = std::vector<double>{0.3, 0.7};
+  space().setSplit(split);
+  EXPECT_EQ(space().splitWidths.peek().size(), 2u);
+  space().setSplit({tabs[0]->id});
+  EXPECT_TRUE(space().splitWidths.peek().empty());
 }
 
 TEST_F(SidebarItems, RowsFollowTheSidebarsOrder) {
-  Space& space = world.space();
-  space.profile->favorites = TabList{tabs[0], tabs[1], tabs[2]};
-  space.pinned = SidebarItemList{outer, tabs[3]};
-  space.today = TabList{tabs[0]};
+  space().profile->favorites = TabList{tabs[0], tabs[1], tabs[2]};
+  space().pinned = SidebarItemList{outer, tabs[3]};
+  space().today = TabList{tabs[0]};
   inner->isExpanded = false;
   std::vector<std::string> seen;
-  for (const SidebarRow& row : sidebarRows(space, 2)) {
+  for (const SidebarRow& row : sidebarRows(space(), 2)) {
     const char* kinds[] = {"heading", "favorites", "folder", "tab", "new tab"};
     seen.push_back(std::string(row.depth * 2, ' ') + kinds[static_cast<size_t>(row.key.kind)] +
                    (row.folder ? " " + row.folder->name.peek() : "") +
@@ -77,18 +65,14 @@ TEST_F(SidebarItems, RowsFollowTheSidebarsOrder) {
   EXPECT_THAT(seen,
               ElementsAre("favorites 2", "favorites 1", "heading", "folder outer", "  folder inner",
                           "  tab 1", "tab 1", "heading", "tab 1", "new tab"));
-  const struct {
-    double width;
-    size_t columns;
-  } widths[] = {{0, 2}, {159, 2}, {160, 3}, {216, 4}, {9999, 4}};
-  for (const auto& test : widths) EXPECT_EQ(favoriteColumns(test.width), test.columns);
+  const std::pair<double, size_t> widths[] = {{0, 2}, {159, 2}, {160, 3}, {216, 4}, {9999, 4}};
+  for (const auto& [width, columns] : widths) EXPECT_EQ(favoriteColumns(width), columns);
 }
 
 TEST_F(SidebarItems, RowKeysAreUniqueAlsoWhenIdsAreNot) {
-  Space& space = world.space();
-  space.today = TabList{tabs[0], tabs[0], tabs[1]};
+  space().today = TabList{tabs[0], tabs[0], tabs[1]};
   std::set<SidebarRow::Key> keys;
-  for (const SidebarRow& row : sidebarRows(space, 2)) EXPECT_TRUE(keys.insert(row.key).second);
+  for (const SidebarRow& row : sidebarRows(space(), 2)) EXPECT_TRUE(keys.insert(row.key).second);
 }
 
 TEST_F(SidebarItems, AnEffectHearsOfEveryListItsWalkWentThrough) {
@@ -98,13 +82,12 @@ TEST_F(SidebarItems, AnEffectHearsOfEveryListItsWalkWentThrough) {
     (void)tabsOf(items);
   });
   inner->children = SidebarItemList{};
-  world.scheduler.settle();
+  settle();
   EXPECT_EQ(runs, 2);
 }
 
 TEST_F(SidebarItems, NoDepthOfFoldersCostsStack) {
   constexpr size_t kLevels = 100'000;
-  Space& space = world.space();
   {
     SidebarItemList chain{tabs[0]};
     for (size_t level = 0; level < kLevels; ++level) {
@@ -112,15 +95,15 @@ TEST_F(SidebarItems, NoDepthOfFoldersCostsStack) {
       parent->children = std::move(chain);
       chain = SidebarItemList{parent};
     }
-    space.pinned = std::move(chain);
+    space().pinned = std::move(chain);
   }
-  EXPECT_EQ(space.allTabs().size(), 1u);
-  EXPECT_EQ(space.tab(tabs[0]->id), tabs[0]);
-  EXPECT_EQ(sidebarRows(space, 2).size(), kLevels + 4);
-  EXPECT_NE(parentOf(space.pinned, tabs[0]->id), nullptr);
-  EXPECT_EQ(world.store->makeItems(space.record().pinned, space.profile).size(), 1u);
-  EXPECT_TRUE(removeItem(space.pinned, tabs[0]->id));
-  space.pinned = SidebarItemList{};
+  EXPECT_EQ(space().allTabs().size(), 1u);
+  EXPECT_EQ(space().tab(tabs[0]->id), tabs[0]);
+  EXPECT_EQ(sidebarRows(space(), 2).size(), kLevels + 4);
+  EXPECT_NE(parentOf(space().pinned, tabs[0]->id), nullptr);
+  EXPECT_EQ(store().makeItems(space().record().pinned, space().profile).size(), 1u);
+  EXPECT_TRUE(removeItem(space().pinned, tabs[0]->id));
+  space().pinned = SidebarItemList{};
 }
 
 }  // namespace

@@ -1,97 +1,47 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Models/ApplicationLifecycle.h"
-#include "Tests/Models/World.h"
+#include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
-class Store : public testing::Test {
- protected:
-  Store() {
-    world.launch();
-    store().window = &world.window;
-  }
-  BrowserStore& store() { return *world.store; }
-  std::string toastText() {
-    const auto& toast = store().toast.peek();
-    return toast ? toast->message : "";
-  }
-  World world;
+struct Store : ModelTest {
+  Store() { store().window = &world.window; }
 };
 
 // Toasts
 
-TEST_F(Store, AToastOfTheSameKindIsUpdatedInPlaceAndLivesOn) {
-  store().showToast("one", {.symbol = "link"});
-  const UUID id = store().toast.peek()->id;
-  world.scheduler.advance(1s);
-  store().showToast("two", {.symbol = "link"});
-  EXPECT_EQ(store().toast.peek()->id, id);
-  world.scheduler.advance(1599ms);
-  EXPECT_EQ(toastText(), "two");
-  world.scheduler.advance(1ms);
-  EXPECT_EQ(toastText(), "");
-}
-
-TEST_F(Store, ToastsOfAnotherKindAreNew) {
+TEST_F(Store, AToastOfTheSameKindIsUpdatedInPlaceAndOfAnotherIsNew) {
   const struct {
     BrowserStore::ToastOptions first, second;
-  } cases[] = {{{.symbol = "a"}, {.symbol = "b"}},
-               {{}, {.symbol = "a"}},
-               {{}, {.undo = [] {}}},
-               {{.undo = [] {}}, {}}};
+    bool isSame;
+    Duration lasts;
+  } cases[] = {{{.symbol = "a"}, {.symbol = "a"}, true, 1600ms},
+               {{.symbol = "a"}, {.symbol = "b"}, false, 1600ms},
+               {{}, {.symbol = "a"}, false, 1600ms},
+               {{}, {.undo = [] {}}, false, 4s},
+               {{.undo = [] {}}, {}, false, 1600ms},
+               {{}, {.undo = [] {}, .lasts = 10s}, false, 10s}};
   for (const auto& test : cases) {
     store().showToast("one", test.first);
     const UUID id = store().toast.peek()->id;
+    advance(1s);
     store().showToast("two", test.second);
-    EXPECT_NE(store().toast.peek()->id, id);
-    store().toast = std::nullopt;
-  }
-}
-
-TEST_F(Store, ToastsLastByWhatTheyOffer) {
-  const struct {
-    BrowserStore::ToastOptions options;
-    Duration lasts;
-  } cases[] = {{{}, 1600ms}, {{.undo = [] {}}, 4s}, {{.undo = [] {}, .lasts = 10s}, 10s}};
-  for (const auto& test : cases) {
-    store().showToast("text", test.options);
-    world.scheduler.advance(test.lasts - 1ms);
-    EXPECT_EQ(toastText(), "text");
-    world.scheduler.advance(1ms);
-    EXPECT_EQ(toastText(), "");
+    EXPECT_EQ(store().toast.peek()->id == id, test.isSame);
+    EXPECT_TRUE(Toast(*store().toast.peek()) == store().toast.peek())
+        << "an equal one wakes nobody";
+    advance(test.lasts - 1ms);
+    EXPECT_EQ(toast(), "two") << "its time begins anew";
+    advance(1ms);
+    EXPECT_EQ(toast(), "");
   }
 }
 
 TEST_F(Store, UndoRunsOnceAfterTheToastIsGone) {
-  int undone = 0;
-  store().showToast("text", {.undo = [&] {
-                      ++undone;
-                      EXPECT_EQ(toastText(), "");
-                    }});
+  std::vector<std::string> shownAtUndo;
+  store().showToast("text", {.undo = [&] { shownAtUndo.push_back(toast()); }});
   store().undoToast();
   store().undoToast();
-  EXPECT_EQ(undone, 1);
-}
-
-TEST_F(Store, EqualValuesWakeNobody) {
-  int runs = 0;
-  store().showToast("text");
-  const Effect watcher = effect([&] {
-    ++runs;
-    (void)store().toast.get();
-    (void)store().sidebarWidth.get();
-  });
-  store().toast = Toast(*store().toast.peek());
-  store().setSidebarWidth(248);
-  world.scheduler.turn();
-  EXPECT_EQ(runs, 1);
+  EXPECT_THAT(shownAtUndo, ElementsAre(""));
 }
 
 // Sidebar and window
@@ -99,31 +49,31 @@ TEST_F(Store, EqualValuesWakeNobody) {
 TEST_F(Store, APendingPeekSurvivesAReportThatNoneIsWanted) {
   store().toggleSidebar();
   store().setSidebarPeeking(true);
-  world.scheduler.advance(60ms);
+  advance(60ms);
   store().setSidebarPeeking(false);
-  world.scheduler.advance(59ms);
+  advance(59ms);
   EXPECT_FALSE(store().isSidebarPeeking);
-  world.scheduler.advance(1ms);
+  advance(1ms);
   EXPECT_TRUE(store().isSidebarPeeking);
   EXPECT_FALSE(world.window.hidden[WindowButton::Close]);
   store().setSidebarPeeking(false);
-  world.scheduler.advance(100ms);
+  advance(100ms);
   store().setSidebarPeeking(true);
-  world.scheduler.advance(1s);
+  advance(1s);
   EXPECT_TRUE(store().isSidebarPeeking) << "the pointer came back in time";
   store().setSidebarPeeking(false);
-  world.scheduler.advance(280ms);
+  advance(280ms);
   EXPECT_FALSE(store().isSidebarPeeking);
 }
 
 TEST_F(Store, TogglingAPeekingSidebarDocksItInTwoTurns) {
   store().toggleSidebar();
   store().setSidebarPeeking(true);
-  world.scheduler.advance(1s);
+  advance(1s);
   store().toggleSidebar();
   EXPECT_TRUE(store().sidebarDocksFromPeek);
   EXPECT_FALSE(store().isSidebarVisible);
-  world.scheduler.settle();
+  settle();
   EXPECT_TRUE(store().isSidebarVisible);
   EXPECT_FALSE(store().isSidebarPeeking);
   EXPECT_FALSE(store().sidebarDocksFromPeek);
@@ -134,14 +84,14 @@ TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
   EXPECT_EQ(world.window.alpha[WindowButton::Zoom], 0);
   EXPECT_DOUBLE_EQ(world.window.lastDuration, 0.18);
   EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]);
-  world.scheduler.advance(180ms);
+  advance(180ms);
   EXPECT_TRUE(world.window.hidden[WindowButton::Zoom]);
   store().toggleSidebar();
   EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]);
   EXPECT_EQ(world.window.alpha[WindowButton::Zoom], 1);
   store().toggleSidebar();
   store().toggleSidebar();
-  world.scheduler.advance(1s);
+  advance(1s);
   EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]) << "shown again before the fade ended";
   store().isSidebarVisible = false;
   store().updateWindowChrome(BrowserStore::ChromeMotion::AtOnce);
@@ -150,7 +100,7 @@ TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
 }
 
 TEST_F(Store, TheWindowTakesTheActiveSpacesAppearanceOnce) {
-  world.space().appearance = Space::Appearance::Dark;
+  space().appearance = Space::Appearance::Dark;
   store().updateWindowAppearance();
   store().updateWindowAppearance();
   EXPECT_EQ(world.window.current, WindowAppearance::Dark);
@@ -164,17 +114,14 @@ TEST_F(Store, TheWindowTakesTheActiveSpacesAppearanceOnce) {
 }
 
 TEST_F(Store, FocusLeavesWhoeverTypesAlone) {
-  const TabRef tab = world.open("https://a/");
-  world.scheduler.settle();
+  const TabRef tab = load("https://a/");
   const int before = world.view(tab)->focusCount;
-  world.window.isEditing = true;
-  store().dismissCommandBar();
-  world.scheduler.settle();
-  EXPECT_EQ(world.view(tab)->focusCount, before);
-  world.window.isEditing = false;
-  store().dismissCommandBar();
-  world.scheduler.settle();
-  EXPECT_EQ(world.view(tab)->focusCount, before + 1);
+  for (const bool isEditing : {true, false}) {
+    world.window.isEditing = isEditing;
+    store().dismissCommandBar();
+    settle();
+    EXPECT_EQ(world.view(tab)->focusCount, before + !isEditing);
+  }
 }
 
 // The command bar's choices
@@ -185,7 +132,7 @@ TEST_F(Store, ChoicesOpenByMode) {
     store().showCommandBar(mode);
     store().perform(suggestion, mode);
     EXPECT_EQ(store().commandBar.peek().has_value(), mode == Quick);
-    return urls(world.space().today);
+    return urls(space().today);
   };
   EXPECT_THAT(bar(CurrentTab, suggestion::Address{address("https://a/")}),
               ElementsAre("https://a/"));
@@ -206,7 +153,7 @@ TEST_F(Store, ChoicesActOnWhatIsThere) {
   const TabRef first = world.open("https://a/");
   world.open("https://b/");
   store().perform(suggestion::Tab{first}, CommandBarMode::NewTab);
-  EXPECT_EQ(world.space().selectedTab(), first);
+  EXPECT_EQ(selected(), first);
   int ran = 0;
   PaletteCommand command;
   command.perform = [&] { ++ran; };
@@ -216,9 +163,9 @@ TEST_F(Store, ChoicesActOnWhatIsThere) {
   EXPECT_EQ(world.window.frontCount, 1);
   store().perform(suggestion::Answer{"6*7", "42"}, CommandBarMode::Quick);
   EXPECT_EQ(world.desktop.pasteboardText, "42");
-  EXPECT_EQ(toastText(), "");
+  EXPECT_EQ(toast(), "");
   store().perform(suggestion::Answer{"6*7", "42"}, CommandBarMode::NewTab);
-  EXPECT_EQ(toastText(), "Copied 42");
+  EXPECT_EQ(toast(), "Copied 42");
 }
 
 // Beginning and end
@@ -234,8 +181,7 @@ class TestWindowController final : public MainWindowController {
   int& shown_;
 };
 
-class Lifecycle : public Store {
- protected:
+struct Lifecycle : Store {
   ApplicationLifecycle::Steps steps() {
     const auto note = [this](const char* step) { return [this, step] { done.push_back(step); }; };
     return {.appVersion = "1.2",
@@ -270,27 +216,9 @@ TEST_F(Lifecycle, LaunchesInOrderAndKeepsItsWindow) {
   EXPECT_FALSE(lifecycle.continueActivity("unknown"));
 }
 
-class TestLittleWindow final : public LittleWindow {
- public:
-  TestLittleWindow(BrowserStore& store, TabRef tab) : store_(store), tab_(std::move(tab)) {}
-  const TabRef& tab() const override { return tab_; }
-  bool isKey() const override { return isKeyWindow; }
-  void promote() override {}
-  void close() override {
-    tab_->isDiscarded = true;
-    tab_->teardown();
-    store_.littleWindowDidClose(*this);
-  }
-  bool isKeyWindow = true;
-
- private:
-  BrowserStore& store_;
-  TabRef tab_;
-};
-
 TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
   store().makeLittleWindow = [this](const TabRef& tab) {
-    return std::make_shared<TestLittleWindow>(store(), tab);
+    return std::make_shared<FakeLittleWindow>(store(), tab);
   };
   lifecycle.open({address("https://a/")});
   EXPECT_EQ(shown, 1) << "the program has no window yet";
@@ -303,27 +231,90 @@ TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
   EXPECT_THAT(store().littleWindows, IsEmpty());
   store().settings.linkRoutes =
       std::vector<LinkRoute>{{.pattern = "routed.org", .spaceID = UUID::random()},
-                             {.pattern = "routed.org", .spaceID = world.space().id}};
+                             {.pattern = "routed.org", .spaceID = space().id}};
   lifecycle.open({address("https://c/"), address("https://routed.org/")});
   EXPECT_EQ(shown, 2);
-  EXPECT_THAT(urls(world.space().today), ElementsAre("https://routed.org/"));
+  EXPECT_THAT(urls(space().today), ElementsAre("https://routed.org/"));
 }
 
 TEST_F(Lifecycle, TheEndSavesWhatIsLessThanASecondOld) {
-  const TabRef tab = world.open("https://last/");
-  world.scheduler.settle();
+  const TabRef tab = load("https://last/");
   lifecycle.willTerminate();
   EXPECT_THAT(world.sessionFile(), HasSubstr("https://last/"));
   EXPECT_THAT(world.file("TabStates/" + tab->id.text() + ".state"), HasSubstr("https://last/"));
   EXPECT_THAT(done, ElementsAre("install"));
 }
 
+// The key that opens the command bar from everywhere, and finding in the page
+
+struct QuickBarKeys : Store {
+  void choose(std::optional<QuickBarKey> key) {
+    store().settings.quickBarKey = key;
+    store().applyQuickBarKey();
+  }
+};
+
+TEST_F(QuickBarKeys, ATakenKeyIsToldAndStaysChosen) {
+  world.desktop.isHotKeyTaken = true;
+  choose(QuickBarKey::ShiftOptionSpace);
+  settle();
+  EXPECT_TRUE(store().isQuickBarKeyTaken.peek());
+  EXPECT_EQ(store().settings.quickBarKey.peek(), QuickBarKey::ShiftOptionSpace);
+
+  // The late answer to one key says nothing of the next choice.
+  choose(QuickBarKey::OptionSpace);
+  choose(std::nullopt);
+  settle();
+  EXPECT_FALSE(store().isQuickBarKeyTaken.peek());
+}
+
+TEST_F(QuickBarKeys, TheKeyOpensTheBarAndClosesItInFront) {
+  choose(QuickBarKey::ControlShiftSpace);
+  settle();
+  EXPECT_FALSE(store().isQuickBarKeyTaken.peek());
+  world.desktop.hotKeyPressed();
+  EXPECT_EQ(store().commandBar.peek(), CommandBarMode::NewTab);
+  EXPECT_EQ(world.window.frontCount, 1);
+  world.desktop.hotKeyPressed();
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+}
+
+TEST_F(Store, TakesTheMarksOffThePageThatWasSearched) {
+  const TabRef tab = load("https://a/");
+  world.view(tab)->pageText = "one word";
+  store().showFindBar();
+  store().find.update([](auto& state) { state->query = "word"; });
+  store().findNext(BrowserTab::FindDirection::Forwards);
+  settle();
+  EXPECT_TRUE(world.view(tab)->hasMarks);
+  world.open("https://two.test/");
+  store().hideFindBar();
+  EXPECT_FALSE(world.view(tab)->hasMarks);
+}
+
+TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
+  const TabRef tab = load("https://a/");
+  const auto search = [&] { store().findNext(BrowserTab::FindDirection::Forwards); };
+  search();
+  settle();
+  EXPECT_FALSE(store().find.peek()) << "nothing is shown, nothing is searched";
+  store().showFindBar();
+  store().find.update([](auto& state) { state->query = "late"; });
+  search();
+  store().hideFindBar();
+  settle();
+  EXPECT_FALSE(store().find.peek());
+  store().close(tab);
+  store().showFindBar();
+  EXPECT_FALSE(store().find.peek()) << "without a tab there is nothing to search";
+}
+
 TEST_F(Store, AFinishedDownloadIsTold) {
   world.services.downloads->onFinish("file.pdf");
-  EXPECT_EQ(toastText(), "Downloaded file.pdf");
+  EXPECT_EQ(toast(), "Downloaded file.pdf");
   const auto downloads = world.services.downloads;
   world.store.reset();
-  world.scheduler.settle();
+  settle();
   downloads->onFinish("late.pdf");
 }
 

@@ -1,15 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include "Support/ErrorPage.h"
 #include "Support/UserAgent.h"
-#include "Tests/Models/World.h"
+#include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
 namespace {
-
-using testing::HasSubstr;
-using testing::Not;
 
 TEST(UserAgent, TakesTwoNumbersOfTheVersion) {
   EXPECT_EQ(UserAgent::safariSuffix(), "Version/26.0 Safari/605.1.15");
@@ -48,20 +42,16 @@ TEST(FaviconStore, ReadsEachHostsFileOnce) {
   EXPECT_EQ(store.cachedImage("b.org"), nullptr);
   disk.put("/icons/b.org", png);
   EXPECT_EQ(store.cachedImage("b.org"), nullptr) << "known to have none";
-  const struct {
-    const char* host;
-    const char* file;
-  } cases[] = {{"../../etc/passwd", "/icons/....etcpasswd"},
-               {"[::1]", "/icons/1"},
-               {"münchen.de", "/icons/münchen.de"},
-               {"a_b\xff.org", "/icons/ab.org"}};
-  for (const auto& test : cases) EXPECT_EQ(store.file(test.host), test.file);
+  const std::pair<const char*, const char*> cases[] = {{"../../etc/passwd", "/icons/....etcpasswd"},
+                                                       {"[::1]", "/icons/1"},
+                                                       {"münchen.de", "/icons/münchen.de"},
+                                                       {"a_b\xff.org", "/icons/ab.org"}};
+  for (const auto& [host, file] : cases) EXPECT_EQ(store.file(host), file);
 }
 
-class Downloads : public testing::Test {
- protected:
+struct Downloads : testing::Test {
   std::shared_ptr<FakeDownload> begin(const std::string& name) {
-    auto download = std::make_shared<FakeDownload>(world.scheduler, address("https://a/file"));
+    auto download = std::make_shared<FakeDownload>(address("https://a/file"));
     download->setDelegate(manager);
     download->begin(name);
     return download;
@@ -76,14 +66,12 @@ class Downloads : public testing::Test {
 TEST_F(Downloads, GetFreeNamesInTheUsersFolder) {
   world.disk->put("/downloads/a.tar.gz", "");
   world.disk->put("/downloads/download", "");
-  const struct {
-    const char* suggested;
-    const char* destination;
-  } cases[] = {{"new.txt", "/downloads/new.txt"},
-               {"a.tar.gz", "/downloads/a.tar 2.gz"},
-               {"../../x/y.txt", "/downloads/y.txt"},
-               {"", "/downloads/download 2"}};
-  for (const auto& test : cases) EXPECT_EQ(begin(test.suggested)->destination, test.destination);
+  const std::pair<const char*, const char*> cases[] = {{"new.txt", "/downloads/new.txt"},
+                                                       {"a.tar.gz", "/downloads/a.tar 2.gz"},
+                                                       {"../../x/y.txt", "/downloads/y.txt"},
+                                                       {"", "/downloads/download 2"}};
+  for (const auto& [suggested, destination] : cases)
+    EXPECT_EQ(begin(suggested)->destination, destination);
 }
 
 TEST_F(Downloads, AreFollowedToTheirEnd) {

@@ -1,18 +1,9 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "Tests/Models/World.h"
+#include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-class TabOperations : public testing::Test {
- protected:
-  TabOperations() { world.launch(); }
-
+struct TabOperations : ModelTest {
   // Opens a, b, c, ... so that they stand in this order.
   std::vector<TabRef> openTabs(size_t count) {
     std::vector<TabRef> tabs(count);
@@ -20,17 +11,12 @@ class TabOperations : public testing::Test {
       tabs[i] = world.open("https://" + std::string(1, static_cast<char>('a' + i)) + "/", false);
     return tabs;
   }
-  BrowserStore& store() { return *world.store; }
-  Space& space() { return world.space(); }
-  TabRef selected() { return space().selectedTab(); }
   // Whether a save comes within its second.
   bool isSavePending() {
     const std::string before = world.sessionFile();
-    world.scheduler.advance(1100ms);
+    advance(1100ms);
     return world.sessionFile() != before;
   }
-
-  World world;
 };
 
 TEST_F(TabOperations, OpeningPutsATabBehindItsNeighbourOrAtTheTop) {
@@ -77,15 +63,14 @@ TEST_F(TabOperations, ReopensAnArchivedTabInItsSpaceOrElseTheActiveOne) {
     return ArchivedTabRecord{
         {.id = UUID::random(), .title = title, .url = address("https://old.test/")}, space, {}};
   };
-  const auto here = record(store().activeSpaceID(), "Here");
-  const auto nowhere = record(UUID::random(), "Nowhere");
-  store().archive = std::vector{here, nowhere};
-  for (const auto& archived : {here, nowhere}) {
+  const std::vector archive = {record(space().id, "Here"), record(UUID::random(), "Nowhere")};
+  store().archive = archive;
+  for (const auto& archived : archive) {
     store().reopen(archived);
-    EXPECT_EQ(store().activeSpace()->selectedTab()->title.peek(), archived.tab.title);
-    EXPECT_NE(store().activeSpace()->selectedTab()->id, archived.tab.id);
+    EXPECT_EQ(selected()->title.peek(), archived.tab.title);
+    EXPECT_NE(selected()->id, archived.tab.id);
   }
-  EXPECT_TRUE(store().archive.peek().empty());
+  EXPECT_THAT(store().archive.peek(), IsEmpty());
 }
 
 TEST_F(TabOperations, ReopeningBringsBackTheLatestAndFallsBackOnTheActiveSpace) {
@@ -110,13 +95,12 @@ TEST_F(TabOperations, ClearingTodayCanBeUndoneWithTheTabsAlive) {
   store().select(tabs[1]);
   const auto view = tabs[1]->liveWebView();
   store().clearToday(store().activeSpace());
-  ASSERT_TRUE(store().toast.peek());
-  EXPECT_EQ(store().toast.peek()->message, "Closed 3 tabs");
+  EXPECT_EQ(toast(), "Closed 3 tabs");
   EXPECT_EQ(store().closedTabs.size(), 3u);
   EXPECT_EQ(selected(), nullptr);
   world.open("https://new/", false);
   store().undoToast();
-  world.scheduler.advance(1s);
+  advance(1s);
   EXPECT_THAT(urls(space().today),
               ElementsAre("https://a/", "https://b/", "https://c/", "https://new/"));
   EXPECT_THAT(store().closedTabs, IsEmpty());
@@ -125,10 +109,9 @@ TEST_F(TabOperations, ClearingTodayCanBeUndoneWithTheTabsAlive) {
 }
 
 TEST_F(TabOperations, ClearedTabsAreTornDownWithTheirStateOnceTheyAreGone) {
-  const TabRef tab = world.open("https://a/");
-  world.scheduler.settle();
+  const TabRef tab = load("https://a/");
   store().clearToday(store().activeSpace());
-  EXPECT_EQ(store().toast.peek()->message, "Closed 1 tab");
+  EXPECT_EQ(toast(), "Closed 1 tab");
   EXPECT_EQ(tab->liveWebView(), nullptr);
   ASSERT_TRUE(tab->savedState());
   EXPECT_FALSE(tab->isDiscarded);
@@ -148,7 +131,7 @@ TEST_F(TabOperations, MovesKeepSetAndClearThePin) {
       << "in front of a member, at the end for an unknown one";
   store().move(tabs[0], TodayDestination{});
   EXPECT_FALSE(tabs[0]->pinnedURL.peek());
-  world.scheduler.advance(2s);
+  advance(2s);
   const auto before = space().today.peek();
   store().move(tabs[0], TodayDestination{tabs[0]->id});
   EXPECT_EQ(space().today.peek(), before);
@@ -161,7 +144,7 @@ TEST_F(TabOperations, MovesKeepSetAndClearThePin) {
 TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   const auto tabs = openTabs(3);
   store().togglePin(tabs[1]);
-  EXPECT_EQ(store().toast.peek()->message, "Pinned to Personal");
+  EXPECT_EQ(toast(), "Pinned to Personal");
   store().undoToast();
   EXPECT_THAT(urls(space().today), ElementsAre("https://a/", "https://b/", "https://c/"));
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());
@@ -169,7 +152,7 @@ TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   store().move(tabs[1], FavoritesDestination{});
   tabs[1]->url = address("https://wandered/");
   store().togglePin(tabs[1]);
-  EXPECT_EQ(store().toast.peek()->message, "Moved to Today");
+  EXPECT_EQ(toast(), "Moved to Today");
   EXPECT_EQ(space().today.peek().front(), tabs[1]);
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());
   store().undoToast();
@@ -197,7 +180,7 @@ TEST_F(TabOperations, FoldersAreNamedToggledAndDissolved) {
   store().rename(folder, "  Reading\n");
   EXPECT_EQ(folder->name.peek(), "Reading");
   EXPECT_FALSE(store().renamingFolderID.peek());
-  world.scheduler.advance(2s);
+  advance(2s);
   store().toggle(folder);
   EXPECT_TRUE(isSavePending());
   store().move(tabs[2], PinnedDestination{folder, std::nullopt});
@@ -217,13 +200,10 @@ TEST_F(TabOperations, SelectionGoesRoundAndByNumber) {
   EXPECT_EQ(selected(), tabs[0]);
   store().selectAdjacentTab(-1);
   EXPECT_EQ(selected(), tabs[2]);
-  const struct {
-    int number;
-    size_t expected;
-  } cases[] = {{1, 0}, {9, 2}, {2, 1}, {8, 1}, {0, 1}};
-  for (const auto& test : cases) {
-    store().selectTabNumber(test.number);
-    EXPECT_EQ(selected(), tabs[test.expected]) << test.number;
+  for (const auto& [number, expected] :
+       std::map<int, size_t>{{0, 2}, {1, 0}, {2, 1}, {8, 1}, {9, 2}}) {
+    store().selectTabNumber(number);
+    EXPECT_EQ(selected(), tabs[expected]) << number;
   }
   store().newFolder(tabs[0]);
   store().select(tabs[0]);
@@ -241,13 +221,13 @@ TEST_F(TabOperations, SelectingTellsEverybodyOnce) {
   store().select(tabs[0]);
   EXPECT_THAT(world.told, IsEmpty());
   EXPECT_TRUE(store().reader.peek() && store().capture.peek());
-  world.scheduler.advance(5s);
+  advance(5s);
   world.told.clear();
   store().select(tabs[1]);
   EXPECT_THAT(world.told, ElementsAre("activate after another"));
   EXPECT_FALSE(store().reader.peek() || store().capture.peek());
   EXPECT_EQ(tabs[0]->lastActiveAt, world.scheduler.now());
-  world.scheduler.settle();
+  settle();
   EXPECT_EQ(world.view(tabs[1])->focusCount, 1);
 }
 
@@ -276,19 +256,17 @@ TEST_F(TabOperations, LinksAreCopiedCleanAndEscaped) {
   EXPECT_EQ(world.desktop.pasteboardText, "[A [b\\] c](https://a/?q=1)");
   EXPECT_TRUE(store().didCopyLink);
   EXPECT_FALSE(store().toast.peek());
-  world.scheduler.advance(1199ms);
+  advance(1199ms);
   EXPECT_TRUE(store().didCopyLink);
-  world.scheduler.advance(1ms);
+  advance(1ms);
   EXPECT_FALSE(store().didCopyLink);
   store().toggleSidebar();
   store().copyLink();
-  EXPECT_EQ(store().toast.peek()->message, "Copied link");
+  EXPECT_EQ(toast(), "Copied link");
 }
 
 TEST_F(TabOperations, TabsOfOnePrivateWindowAreNobodysBusiness) {
-  const auto profile =
-      std::make_shared<Profile>(world.engine, UUID::random(), "Private", Profile::Privacy::Private);
-  EXPECT_EQ(store().openLittleWindow(address("https://secret/"), profile), nullptr);
+  EXPECT_EQ(store().openLittleWindow(address("https://secret/"), privateProfile()), nullptr);
   EXPECT_THAT(space().today.peek(), IsEmpty());
 }
 

@@ -38,39 +38,6 @@ class RecordingExtensions final : public WebExtensionController {
   std::vector<std::string>& log_;
 };
 
-// Writes down what is recorded and removed, over a database in memory.
-class RecordingHistory final : public HistoryStore {
- public:
-  RecordingHistory(Scheduler& scheduler, std::vector<std::string>& visits)
-      : store_(HistoryStore::open(scheduler, ":memory:")), visits_(visits) {}
-  void recordVisit(const UUID& profile, const URL& url, const std::string& title,
-                   Date at) override {
-    visits_.push_back(url.text() + " " + title);
-    store_->recordVisit(profile, url, title, at);
-  }
-  void setTitle(const UUID& profile, const URL& url, const std::string& title) override {
-    visits_.push_back(url.text() + " is " + title);
-    store_->setTitle(profile, url, title);
-  }
-  Future<Entries> search(const HistorySearchField& field, std::string query, const UUID& profile,
-                         size_t limit, Date now) override {
-    return store_->search(field, std::move(query), profile, limit, now);
-  }
-  Future<Entries> recent(const UUID& profile, size_t limit) override {
-    return store_->recent(profile, limit);
-  }
-  void remove(const URL& url, const UUID& profile) override { store_->remove(url, profile); }
-  void removeAll(const std::optional<UUID>& profile) override {
-    visits_.push_back("removed " + (profile ? profile->text() : "all"));
-    store_->removeAll(profile);
-  }
-  void prepareSearch(const UUID& profile) override { store_->prepareSearch(profile); }
-
- private:
-  std::unique_ptr<HistoryStore> store_;
-  std::vector<std::string>& visits_;
-};
-
 // One run of the program over a disk: all that the model stands on, and the store.
 class World {
  public:
@@ -126,22 +93,20 @@ class World {
                           address("https://rates.test/daily.xml")};
   EngineSuggestions engineSuggestions{network.sessions()};
   std::vector<std::string> told;
-  std::vector<std::string> visits;
-  Services services{.scheduler = scheduler,
-                    .engine = engine,
-                    .desktop = desktop.desktop(),
-                    .files = writer,
-                    .paths = AppPaths::in("/data", "/cache", "/downloads"),
-                    .favicons = favicons,
-                    .defaults = defaults,
-                    .filterLists = filterLists,
-                    .currencies = currencies,
-                    .engineSuggestions = engineSuggestions,
-                    .resources = "/share",
-                    .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
-                    .openHistory = [this](const auto&) {
-                      return std::make_unique<RecordingHistory>(scheduler, visits);
-                    }};
+  Services services{
+      .scheduler = scheduler,
+      .engine = engine,
+      .desktop = desktop.desktop(),
+      .files = writer,
+      .paths = AppPaths::in("/data", "/cache", "/downloads"),
+      .favicons = favicons,
+      .defaults = defaults,
+      .filterLists = filterLists,
+      .currencies = currencies,
+      .engineSuggestions = engineSuggestions,
+      .resources = "/share",
+      .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
+      .openHistory = [this](const auto&) { return HistoryStore::open(scheduler, ":memory:"); }};
   RecordingExtensions* extensions = nullptr;
   std::shared_ptr<BrowserStore> store;
 };

@@ -2,10 +2,8 @@
 #include "Tests/Views/ShownWindow.h"
 #include "Views/SidebarLayout.h"
 
-namespace orvel {
+namespace orvel::test {
 namespace {
-
-using namespace test;
 
 struct CommandBarViewTest : ShownWindow {
   CommandBarView& view() { return window->view().commandBar(); }
@@ -21,27 +19,19 @@ struct CommandBarViewTest : ShownWindow {
   }
   // As an input method commits what keys stand for.
   void type(const char* text) {
-    auto* controllers = gtk_widget_observe_controllers(GTK_WIDGET(entry().gobj()));
-    for (guint i = 0; i < g_list_model_get_n_items(controllers); ++i) {
-      auto* controller = static_cast<GObject*>(g_list_model_get_item(controllers, i));
-      if (GTK_IS_EVENT_CONTROLLER_KEY(controller))
-        if (auto* input =
-                gtk_event_controller_key_get_im_context(GTK_EVENT_CONTROLLER_KEY(controller)))
-          g_signal_emit_by_name(input, "commit", text);
-      g_object_unref(controller);
-    }
-    g_object_unref(controllers);
+    forEachController(GTK_WIDGET(entry().gobj()), [text](GtkEventController* one) {
+      if (!GTK_IS_EVENT_CONTROLLER_KEY(one)) return;
+      if (auto* input = gtk_event_controller_key_get_im_context(GTK_EVENT_CONTROLLER_KEY(one)))
+        g_signal_emit_by_name(input, "commit", text);
+    });
     settleField();
   }
   void act(const char* keybinding) {
     g_signal_emit_by_name(entry().gobj(), keybinding);
     settleField();
   }
-  bool press(guint key) {
-    const bool isUsed = pressKey(view().field().Gtk::Widget::gobj(), key);
-    settleField();
-    return isUsed;
-  }
+  bool press(guint key) { return ShownWindow::press(view().field(), key); }
+  void pressPill() { click(GTK_WIDGET(window->view().sidebar().pill().address().gobj())); }
   std::string shown() { return view().field().text(); }
   // The selected part of the field's text; empty for a caret.
   std::string marked() {
@@ -61,8 +51,7 @@ struct CommandBarViewTest : ShownWindow {
 
 TEST_F(CommandBarViewTest, ThePillOpensItWithTheAddressSelected) {
   const auto tab = sample.reading;
-  g_signal_emit_by_name(window->view().sidebar().pill().address().gobj(), "clicked");
-  settle();
+  pressPill();
   EXPECT_EQ(store().commandBar.peek(), CommandBarMode::CurrentTab);
   EXPECT_TRUE(entry().has_focus());
   EXPECT_EQ(shown(), tab->url.peek()->text());
@@ -75,10 +64,9 @@ TEST_F(CommandBarViewTest, ThePillOpensItWithTheAddressSelected) {
   EXPECT_TRUE(runUntil([&] { return !entry().get_mapped(); }));
   EXPECT_FALSE(entry().has_focus());
 
-  store().activeSpace()->selectedTabID = std::nullopt;
+  space().selectedTabID = std::nullopt;
   settle();
-  g_signal_emit_by_name(window->view().sidebar().pill().address().gobj(), "clicked");
-  settle();
+  pressPill();
   EXPECT_EQ(store().commandBar.peek(), CommandBarMode::NewTab);
   EXPECT_EQ(shown(), "");
 }
@@ -184,7 +172,7 @@ TEST_F(CommandBarViewTest, ThePointerChoosesPicksAndDismisses) {
   view().pressed(x, y);
   view().released(x, y);
   settle();
-  EXPECT_EQ(store().activeSpace()->selectedTab(), picked);
+  EXPECT_EQ(space().selectedTab(), picked);
   EXPECT_EQ(store().commandBar.peek(), std::nullopt);
 
   show();
@@ -240,4 +228,4 @@ TEST_F(CommandBarViewTest, AHiddenSidebarStaysHidden) {
 }
 
 }  // namespace
-}  // namespace orvel
+}  // namespace orvel::test

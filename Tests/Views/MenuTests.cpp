@@ -1,71 +1,38 @@
-#include <gmock/gmock.h>
-
 #include "Base/GRef.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/UtilityWindows.h"
 
-namespace orvel {
+namespace orvel::test {
 namespace {
 
-using namespace test;
-using testing::ElementsAre;
-
 struct MenuViewTest : ShownWindow {
-  GtkWidget* root() { return GTK_WIDGET(window->native()); }
-
   // Presses what the catalogue lists for the action; answers whether the window took it. The
   // toolkit lists a global shortcut twice.
   bool press(ActionID action) {
-    const GRef<GtkShortcutTrigger> wanted = GRef<GtkShortcutTrigger>::adopt(
+    const auto wanted = GRef<GtkShortcutTrigger>::adopt(
         gtk_shortcut_trigger_parse_string(std::string(actionInfo(action).keys).c_str()));
     bool isTaken = false;
-    const auto controllers = GRef<GListModel>::adopt(gtk_widget_observe_controllers(root()));
-    for (guint i = 0; i < g_list_model_get_n_items(controllers.get()); ++i) {
-      const auto controller =
-          GRef<GObject>::adopt(static_cast<GObject*>(g_list_model_get_item(controllers.get(), i)));
-      if (!GTK_IS_SHORTCUT_CONTROLLER(controller.get())) continue;
-      auto* shortcuts = G_LIST_MODEL(controller.get());
-      for (guint n = 0; n < g_list_model_get_n_items(shortcuts); ++n) {
+    forEachController(root(), [&](GtkEventController* controller) {
+      if (!GTK_IS_SHORTCUT_CONTROLLER(controller)) return;
+      auto* shortcuts = G_LIST_MODEL(controller);
+      for (guint n = 0; n < g_list_model_get_n_items(shortcuts) && !isTaken; ++n) {
         const auto shortcut =
             GRef<GtkShortcut>::adopt(GTK_SHORTCUT(g_list_model_get_item(shortcuts, n)));
-        if (!isTaken &&
-            gtk_shortcut_trigger_equal(gtk_shortcut_get_trigger(shortcut.get()), wanted.get()))
-          isTaken |=
+        if (gtk_shortcut_trigger_equal(gtk_shortcut_get_trigger(shortcut.get()), wanted.get()))
+          isTaken =
               gtk_shortcut_action_activate(gtk_shortcut_get_action(shortcut.get()),
                                            GTK_SHORTCUT_ACTION_EXCLUSIVE, root(), nullptr) != FALSE;
       }
-    }
+    });
     settle();
     return isTaken;
   }
-
-  // The rows of a menu and of those below it.
-  struct Row {
-    std::string title;
-    std::string keys;
-    GtkWidget* widget;
-  };
-  std::vector<Row> rows() {
-    std::vector<Row> found;
-    forEachWidget(root(), [&](GtkWidget* one) {
-      if (g_strcmp0(G_OBJECT_TYPE_NAME(one), "GtkModelButton") != 0) return;
-      Row row{"", "", one};
-      for (auto* child = gtk_widget_get_first_child(one); child;
-           child = gtk_widget_get_next_sibling(child)) {
-        if (!GTK_IS_LABEL(child)) continue;
-        const bool isKeys = g_strcmp0(gtk_widget_get_css_name(child), "accelerator") == 0;
-        (isKeys ? row.keys : row.title) = gtk_label_get_text(GTK_LABEL(child));
-      }
-      found.push_back(std::move(row));
-    });
-    return found;
-  }
-  Row row(const std::string& title) {
-    for (const auto& one : rows())
+  MenuRow row(const std::string& title) {
+    for (const auto& one : menuRows(root()))
       if (one.title == title) return one;
     return {};
   }
-  static bool isMarked(const Row& row) {
+  static bool isMarked(const MenuRow& row) {
     gboolean isActive = FALSE;
     g_object_get(row.widget, "active", &isActive, nullptr);
     return isActive != FALSE;
@@ -89,15 +56,6 @@ TEST_F(MenuViewTest, TheMenuShowsTheStoresOwn) {
   store().contentBlocker.togglePause(*sample.reading->url.peek());
   store().spaces.peek()[2]->name = std::string("Tide_log");
   EXPECT_TRUE(press(ActionID::MainMenu));
-  std::vector<std::string> top;
-  for (const auto& one : rows()) {
-    auto* popover = gtk_widget_get_ancestor(one.widget, GTK_TYPE_POPOVER);
-    if (!gtk_widget_get_ancestor(gtk_widget_get_parent(popover), GTK_TYPE_POPOVER))
-      top.push_back(one.title);
-  }
-  EXPECT_THAT(top,
-              ElementsAre("File", "Edit", "View", "History", "Tabs", "Spaces", "Window", "Help",
-                          "Settings…", "Check for Updates…", "About Orvel", "Quit Orvel"));
   EXPECT_EQ(row("Copy as Markdown Link").keys, "Ctrl+Alt+Shift+C");
   EXPECT_EQ(row("Quit Orvel").keys, "Ctrl+Q");
   EXPECT_EQ(row("Studio").keys, "Alt+2");
@@ -108,22 +66,21 @@ TEST_F(MenuViewTest, TheMenuShowsTheStoresOwn) {
   EXPECT_FALSE(isMarked(row("Studio")));
 
   // Its choices act, once the menu has closed.
-  g_signal_emit_by_name(row("Studio").widget, "clicked");
-  settle();
-  EXPECT_EQ(store().activeSpace()->name.peek(), "Studio");
-  EXPECT_TRUE(runUntil([this] { return rows().empty(); }));
+  click(row("Studio").widget);
+  EXPECT_EQ(space().name.peek(), "Studio");
+  EXPECT_TRUE(runUntil([this] { return menuRows(root()).empty(); }));
 }
 
 TEST_F(MenuViewTest, TheMenuGivesTheKeyboardBack) {
   auto* list = window->view().sidebar().section().list().Gtk::Widget::gobj();
   gtk_widget_child_focus(list, GTK_DIR_TAB_FORWARD);
-  auto* focus = gtk_window_get_focus(window->native());
-  ASSERT_NE(focus, nullptr);
+  auto* former = focus();
+  ASSERT_NE(former, nullptr);
   press(ActionID::MainMenu);
-  EXPECT_NE(gtk_window_get_focus(window->native()), focus);
+  EXPECT_NE(focus(), former);
   gtk_popover_popdown(GTK_POPOVER(gtk_widget_get_ancestor(row("File").widget, GTK_TYPE_POPOVER)));
   settle();
-  EXPECT_EQ(gtk_window_get_focus(window->native()), focus);
+  EXPECT_EQ(focus(), former);
 }
 
 TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
@@ -133,7 +90,7 @@ TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
   EXPECT_TRUE(press(ActionID::MainMenu));
   EXPECT_TRUE(gtk_widget_get_mapped(row("File").widget));
   EXPECT_TRUE(press(ActionID::MainMenu)) << "the same key closes it";
-  EXPECT_TRUE(runUntil([this] { return rows().empty(); }));
+  EXPECT_TRUE(runUntil([this] { return menuRows(root()).empty(); }));
 }
 
 TEST_F(MenuViewTest, ASheetKeepsTheKeysForItself) {
@@ -150,29 +107,15 @@ TEST_F(MenuViewTest, ASheetKeepsTheKeysForItself) {
   EXPECT_FALSE(press(ActionID::Copy)) << "it is the page's";
 }
 
-struct PlainContent final : UtilityContent {
-  explicit PlainContent(int& showings) : count(showings) {}
-  Gtk::Widget& body() override { return box; }
-  void willShow() override { ++count; }
-  Gtk::Box box;
-  int& count;
-};
-
 TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
   EXPECT_FALSE(store().openUtilityWindow(UtilityWindow::BugReport)) << "nothing fills it";
   auto& windows = window->utilityWindows();
-  int showings = 0;
   int made = 0;
   windows.didMake = [&](GtkDesktopWindow&) { ++made; };
-  windows.fill(UtilityWindow::History, [&] { return std::make_unique<PlainContent>(showings); });
   store().showUtilityWindow(UtilityWindow::History);
   settle();
   auto* native = windows.native(UtilityWindow::History);
   EXPECT_TRUE(gtk_widget_get_mapped(GTK_WIDGET(native)));
-  int width = 0;
-  int height = 0;
-  gtk_window_get_default_size(native, &width, &height);
-  EXPECT_EQ(std::pair(width, height), std::pair(620, 640));
   gtk_window_set_default_size(native, 700, 500);
   settle();
   EXPECT_THAT(sample.world.defaults.list("OrvelHistoryWindow").value_or(UserDefaults::List()),
@@ -185,7 +128,6 @@ TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
   EXPECT_EQ(windows.native(UtilityWindow::History), native);
   EXPECT_TRUE(gtk_widget_get_mapped(GTK_WIDGET(native)));
   EXPECT_EQ(made, 1);
-  EXPECT_EQ(showings, 2);
   EXPECT_FALSE(gtk_window_get_resizable(windows.native(UtilityWindow::Settings)));
 }
 
@@ -209,4 +151,4 @@ TEST_F(MenuViewTest, TheProgramSaysWhatItIs) {
 }
 
 }  // namespace
-}  // namespace orvel
+}  // namespace orvel::test

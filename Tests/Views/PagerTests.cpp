@@ -1,15 +1,10 @@
 #include "BrowserCore/Session/SessionRecord.h"
 #include "DesignSystem/Palette.h"
-#include "DesignSystem/Towel.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/SidebarLayout.h"
 
-namespace orvel {
+namespace orvel::test {
 namespace {
-
-using namespace test;
-using std::chrono::hours;
-
 // The window with a space beside the active one, and a touchpad under the pointer.
 struct PagerTest : ShownWindow {
   std::vector<std::shared_ptr<Space>> spaces;
@@ -24,16 +19,11 @@ struct PagerTest : ShownWindow {
                       {.in = spaces[1], .select = false});
     sample.world.desktop.isMotionOn = true;
     settle();
-    auto* controllers = gtk_widget_observe_controllers(GTK_WIDGET(window->native()));
-    for (guint i = 0; i < g_list_model_get_n_items(controllers); ++i) {
-      auto* one = static_cast<GtkEventController*>(g_list_model_get_item(controllers, i));
-      if (gtk_event_controller_get_propagation_phase(one) == GTK_PHASE_CAPTURE) {
-        if (!scroll && GTK_IS_EVENT_CONTROLLER_SCROLL(one)) scroll = one;
-        if (!pointer && GTK_IS_EVENT_CONTROLLER_MOTION(one)) pointer = one;
-      }
-      g_object_unref(one);
-    }
-    g_object_unref(controllers);
+    forEachController(root(), [this](GtkEventController* one) {
+      if (gtk_event_controller_get_propagation_phase(one) != GTK_PHASE_CAPTURE) return;
+      if (!scroll && GTK_IS_EVENT_CONTROLLER_SCROLL(one)) scroll = one;
+      if (!pointer && GTK_IS_EVENT_CONTROLLER_MOTION(one)) pointer = one;
+    });
     ASSERT_TRUE(scroll && pointer);
     g_signal_emit_by_name(pointer, "motion", 100.0, 400.0);
   }
@@ -171,39 +161,23 @@ TEST_F(PagerTest, AStoredWidthIsShownWithinItsBounds) {
   }
 }
 
-// At noon of the machine's time zone.
-Date noonOf(int month, int day) {
-  auto* local = g_date_time_new_local(2026, month, day, 12, 0, 0);
-  const Date date{std::chrono::seconds(g_date_time_to_unix(local))};
-  g_date_time_unref(local);
-  return date;
-}
-
-struct TowelTest : ShownWindow {
-  void SetUp() override {
-    sample.world.scheduler.setDate(noonOf(5, 24));
-    ShownWindow::SetUp();
+TEST_F(PagerTest, TheTowelIsThereOnItsDayAlone) {
+  const auto towel = [this] {
+    return findWidget(root(), [](auto* one) { return gtk_widget_has_css_class(one, "towel"); });
+  };
+  for (const int month : {4, 5}) {
+    auto* noon = g_date_time_new_local(2026, month, 24, 12, 0, 0);
+    sample.world.scheduler.setDate(Date{std::chrono::seconds(g_date_time_to_unix(noon))});
+    g_date_time_unref(noon);
+    EXPECT_FALSE(gtk_widget_get_visible(towel()));
+    sample.world.scheduler.advance(24h);
+    EXPECT_EQ(gtk_widget_get_visible(towel()), month == 5);
   }
-  TowelButton* towel() {
-    TowelButton* found = nullptr;
-    forEachWidget(GTK_WIDGET(window->native()), [&](GtkWidget* widget) {
-      if (gtk_widget_has_css_class(widget, "towel"))
-        found = dynamic_cast<TowelButton*>(Glib::wrap(widget));
-    });
-    return found;
-  }
-};
-
-TEST_F(TowelTest, IsThereOnItsDayAlone) {
-  EXPECT_FALSE(towel()->get_visible());
-  sample.world.scheduler.advance(hours(13));
-  EXPECT_TRUE(towel()->get_visible());
-  g_signal_emit_by_name(towel()->gobj(), "clicked");
+  click(towel());
   EXPECT_EQ(store().toast.peek()->message, "Happy Towel Day. You know where your towel is.");
-  sample.world.scheduler.advance(hours(24));
-  EXPECT_FALSE(towel()->get_visible());
-  EXPECT_FALSE(TowelDay::isToday(noonOf(4, 25)));
+  sample.world.scheduler.advance(24h);
+  EXPECT_FALSE(gtk_widget_get_visible(towel()));
 }
 
 }  // namespace
-}  // namespace orvel
+}  // namespace orvel::test

@@ -6,10 +6,8 @@
 #include "Tests/Views/ViewTest.h"
 #include "Views/RowList.h"
 
-namespace orvel {
+namespace orvel::test {
 namespace {
-
-using namespace test;
 
 constexpr int kViewHeight = 640;
 
@@ -125,46 +123,36 @@ TEST_F(RowListTest, RowsKeepTheirWidgetsWhenTheyMove) {
 TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {
   show(2000);
   ASSERT_TRUE(list.focusRow(0));
-  auto* native = list.gobj();
-  const auto focused = [this] {
+  const struct {
+    guint key;
+    bool isUsed;
+    uint32_t focused;
+  } steps[] = {{GDK_KEY_Up, false, 0},      {GDK_KEY_Down, true, 1}, {GDK_KEY_End, true, 1999},
+               {GDK_KEY_Down, false, 1999}, {GDK_KEY_Home, true, 0}, {GDK_KEY_Down, true, 1}};
+  for (const auto& step : steps) {
+    EXPECT_EQ(pressKey(list.gobj(), step.key), step.isUsed);
     auto* focus = dynamic_cast<PlainRow*>(window.get_focus());
-    return focus ? focus->shown : ~0u;
-  };
-  EXPECT_FALSE(pressKey(native, GDK_KEY_Up));
-  EXPECT_TRUE(pressKey(native, GDK_KEY_Down));
-  EXPECT_EQ(focused(), 1u);
-  EXPECT_TRUE(pressKey(native, GDK_KEY_End));
-  EXPECT_EQ(focused(), 1999u);
-  EXPECT_GT(scroller.get_vadjustment()->get_value(), 1900 * rowHeight());
-  EXPECT_FALSE(pressKey(native, GDK_KEY_Down));
-  EXPECT_TRUE(pressKey(native, GDK_KEY_Home));
-  EXPECT_EQ(focused(), 0u);
-  EXPECT_FALSE(pressKey(native, GDK_KEY_Down, GDK_CONTROL_MASK));
-}
+    ASSERT_NE(focus, nullptr);
+    EXPECT_EQ(focus->shown, step.focused);
+    const bool isAtEnd = scroller.get_vadjustment()->get_value() > 1900 * rowHeight();
+    EXPECT_EQ(isAtEnd, step.focused == 1999);
+  }
+  EXPECT_FALSE(pressKey(list.gobj(), GDK_KEY_Down, GDK_CONTROL_MASK));
 
-TEST_F(RowListTest, TabEntersAndLeavesTheListAsOneThing) {
-  show(50);
+  // The list is one thing to the Tab key, and to assistive technology.
+  EXPECT_FALSE(list.child_focus(Gtk::DirectionType::TAB_FORWARD));
   window.unset_focus();
   EXPECT_TRUE(list.child_focus(Gtk::DirectionType::TAB_FORWARD));
-  EXPECT_TRUE(pressKey(list.gobj(), GDK_KEY_Down));
-  EXPECT_FALSE(list.child_focus(Gtk::DirectionType::TAB_FORWARD));
   window.unset_focus();
   EXPECT_TRUE(list.child_focus(Gtk::DirectionType::TAB_BACKWARD));
   EXPECT_EQ(window.get_focus(), list.widgetFor(row(1).key));
-}
-
-TEST_F(RowListTest, SpeaksOfRowsToAssistiveTechnology) {
-  show(50);
-  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(list.gobj())),
-            GTK_ACCESSIBLE_ROLE_LIST);
-  EXPECT_TRUE(
-      gtk_test_accessible_has_property(GTK_ACCESSIBLE(list.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL));
+  auto* spoken = GTK_ACCESSIBLE(list.gobj());
+  EXPECT_EQ(gtk_accessible_get_accessible_role(spoken), GTK_ACCESSIBLE_ROLE_LIST);
+  EXPECT_TRUE(gtk_test_accessible_has_property(spoken, GTK_ACCESSIBLE_PROPERTY_LABEL));
 }
 
 TEST(RowLayout, FindsRowsByHeight) {
-  std::vector<SidebarRow> rows;
-  for (uint32_t i = 0; i < 4; ++i)
-    rows.push_back({.key = {.kind = SidebarRow::Kind::Tab, .ordinal = i}});
+  const auto rows = RowListTest::rows(4);
   RowLayout::Heights heights{};
   heights.fill(10);
   const RowLayout plain(rows, heights);
@@ -185,4 +173,4 @@ TEST(RowLayout, FindsRowsByHeight) {
 }
 
 }  // namespace
-}  // namespace orvel
+}  // namespace orvel::test

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "Tests/Views/SampleStore.h"
 #include "Tests/Views/ViewTest.h"
@@ -8,6 +8,8 @@
 #include "Views/MainWindow.h"
 
 namespace orvel::test {
+
+using testing::ElementsAre;
 
 // A test with the main window on screen over the sample session.
 struct ShownWindow : testing::Test {
@@ -18,7 +20,7 @@ struct ShownWindow : testing::Test {
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     window->present();
     sample.world.desktop.key = &window->desktopWindow();
-    ASSERT_TRUE(runUntil([this] { return gtk_widget_get_mapped(GTK_WIDGET(window->native())); }));
+    ASSERT_TRUE(runUntil([this] { return gtk_widget_get_mapped(root()); }));
     settle();
   }
   void settle() {
@@ -27,6 +29,28 @@ struct ShownWindow : testing::Test {
     runFrames();
   }
   BrowserStore& store() { return sample.store(); }
+  Space& space() { return *store().activeSpace(); }
+  GtkWidget* root() { return GTK_WIDGET(window->native()); }
+  GtkWidget* focus() { return gtk_window_get_focus(window->native()); }
+
+  void click(GtkWidget* widget) {
+    ASSERT_NE(widget, nullptr);
+    ASSERT_TRUE(gtk_widget_is_sensitive(widget));
+    g_signal_emit_by_name(widget, "clicked");
+    settle();
+  }
+  // Presses a key on the widget itself.
+  bool press(Gtk::Widget& widget, guint key) {
+    const bool isUsed = pressKey(widget.gobj(), key);
+    settle();
+    return isUsed;
+  }
+  // Types into a field, which reads it when the toolkit is done with it.
+  void insert(KeyTextField& field, const char* text) {
+    g_signal_emit_by_name(field.entry().gobj(), "insert-at-cursor", text);
+    runFrames(1);
+    settle();
+  }
 };
 
 }  // namespace orvel::test

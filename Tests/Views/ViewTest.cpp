@@ -1,38 +1,28 @@
 #include "Tests/Views/ViewTest.h"
 
-#include <chrono>
+#include "Base/GRef.h"
+#include "Tests/Kit/Eventually.h"
 
 namespace orvel::test {
 
-bool runUntil(const std::function<bool()>& condition) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(2);
-  // Wakes the loop while nothing else does.
-  const guint ticking = g_timeout_add(
-      5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
-  bool holds = condition();
-  while (!holds && std::chrono::steady_clock::now() < deadline) {
-    g_main_context_iteration(nullptr, TRUE);
-    holds = condition();
-  }
-  g_source_remove(ticking);
-  return holds;
-}
+bool runUntil(const std::function<bool()>& condition) { return eventually(condition, 2s); }
 
-void runFrames(int count) {
-  const auto until = std::chrono::steady_clock::now() + std::chrono::milliseconds(20 * count);
-  runUntil([until] { return std::chrono::steady_clock::now() >= until; });
+void runFrames(int count) { turnFor(count * 20ms); }
+
+void forEachController(GtkWidget* widget, const std::function<void(GtkEventController*)>& visit) {
+  const auto controllers = GRef<GListModel>::adopt(gtk_widget_observe_controllers(widget));
+  for (guint i = 0; i < g_list_model_get_n_items(controllers.get()); ++i) {
+    const auto one = GRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(controllers.get(), i)));
+    visit(GTK_EVENT_CONTROLLER(one.get()));
+  }
 }
 
 bool pressKey(GtkWidget* widget, guint key, GdkModifierType state) {
-  auto* controllers = gtk_widget_observe_controllers(widget);
   gboolean isUsed = FALSE;
-  for (guint i = 0; i < g_list_model_get_n_items(controllers) && !isUsed; ++i) {
-    auto* controller = static_cast<GObject*>(g_list_model_get_item(controllers, i));
-    if (GTK_IS_EVENT_CONTROLLER_KEY(controller))
-      g_signal_emit_by_name(controller, "key-pressed", key, 0, state, &isUsed);
-    g_object_unref(controller);
-  }
-  g_object_unref(controllers);
+  forEachController(widget, [&](GtkEventController* one) {
+    if (!isUsed && GTK_IS_EVENT_CONTROLLER_KEY(one))
+      g_signal_emit_by_name(one, "key-pressed", key, 0, state, &isUsed);
+  });
   return isUsed != FALSE;
 }
 
@@ -41,6 +31,49 @@ void forEachWidget(GtkWidget* root, const std::function<void(GtkWidget*)>& visit
   for (auto* child = gtk_widget_get_first_child(root); child;
        child = gtk_widget_get_next_sibling(child))
     forEachWidget(child, visit);
+}
+
+GtkWidget* findWidget(GtkWidget* root, const std::function<bool(GtkWidget*)>& condition) {
+  GtkWidget* found = nullptr;
+  forEachWidget(root, [&](GtkWidget* one) {
+    if (!found && condition(one)) found = one;
+  });
+  return found;
+}
+
+GtkWidget* withTooltip(GtkWidget* root, const char* text) {
+  return findWidget(root, [text](GtkWidget* one) {
+    return g_strcmp0(gtk_widget_get_tooltip_text(one), text) == 0;
+  });
+}
+
+GtkWidget* buttonOf(GtkWidget* root, const char* label) {
+  return findWidget(root, [label](GtkWidget* one) {
+    return GTK_IS_BUTTON(one) && g_strcmp0(gtk_button_get_label(GTK_BUTTON(one)), label) == 0;
+  });
+}
+
+GtkWidget* labelOf(GtkWidget* root, const char* text) {
+  return findWidget(root, [text](GtkWidget* one) {
+    return GTK_IS_LABEL(one) && gtk_widget_get_mapped(one) &&
+           g_strcmp0(gtk_label_get_text(GTK_LABEL(one)), text) == 0;
+  });
+}
+
+std::vector<MenuRow> menuRows(GtkWidget* root) {
+  std::vector<MenuRow> rows;
+  forEachWidget(root, [&](GtkWidget* one) {
+    if (g_strcmp0(G_OBJECT_TYPE_NAME(one), "GtkModelButton") != 0) return;
+    MenuRow row{.widget = one};
+    for (auto* child = gtk_widget_get_first_child(one); child;
+         child = gtk_widget_get_next_sibling(child)) {
+      if (!GTK_IS_LABEL(child)) continue;
+      const bool isKeys = g_strcmp0(gtk_widget_get_css_name(child), "accelerator") == 0;
+      (isKeys ? row.keys : row.title) = gtk_label_get_text(GTK_LABEL(child));
+    }
+    rows.push_back(std::move(row));
+  });
+  return rows;
 }
 
 }  // namespace orvel::test

@@ -3,6 +3,8 @@
 #include <gtk/gtk.h>
 
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace orvel::test {
 
@@ -11,10 +13,25 @@ bool runUntil(const std::function<bool()>& condition);
 // Runs the main loop through a few frames.
 void runFrames(int count = 4);
 
+void forEachController(GtkWidget* widget, const std::function<void(GtkEventController*)>& visit);
 // Presses a key on the widget's own key controllers; answers whether one used it.
 bool pressKey(GtkWidget* widget, guint key, GdkModifierType state = GdkModifierType(0));
 
 // Every widget below this one, itself first.
 void forEachWidget(GtkWidget* root, const std::function<void(GtkWidget*)>& visit);
+// The first of them of which the condition holds; null without one.
+GtkWidget* findWidget(GtkWidget* root, const std::function<bool(GtkWidget*)>& condition);
+GtkWidget* withTooltip(GtkWidget* root, const char* text);
+GtkWidget* buttonOf(GtkWidget* root, const char* label);
+// The label on screen that reads so.
+GtkWidget* labelOf(GtkWidget* root, const char* text);
+
+// The rows of the open menus below a widget.
+struct MenuRow {
+  std::string title;
+  std::string keys;
+  GtkWidget* widget = nullptr;
+};
+std::vector<MenuRow> menuRows(GtkWidget* root);
 
 }  // namespace orvel::test

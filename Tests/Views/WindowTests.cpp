@@ -4,10 +4,8 @@
 #include "Views/SidebarLayout.h"
 #include "Views/UtilityWindows.h"
 
-namespace orvel {
+namespace orvel::test {
 namespace {
-
-using namespace test;
 
 struct WindowTest : ShownWindow {
   RowList& list() { return window->view().sidebar().section().list(); }
@@ -17,14 +15,6 @@ struct WindowTest : ShownWindow {
       if (row.key.kind == SidebarRow::Kind::Tab && row.tabs.front() == tab) return row.key;
     return {};
   }
-  // Whether a label below the widget reads so.
-  static bool reads(GtkWidget* widget, const std::string& text) {
-    bool isFound = false;
-    forEachWidget(widget, [&](GtkWidget* one) {
-      isFound |= GTK_IS_LABEL(one) && text == gtk_label_get_text(GTK_LABEL(one));
-    });
-    return isFound;
-  }
 };
 
 TEST_F(WindowTest, AChangedTitleTouchesItsRowAlone) {
@@ -33,7 +23,7 @@ TEST_F(WindowTest, AChangedTitleTouchesItsRowAlone) {
   settle();
   auto* row = list().widgetFor(keyOf(list(), sample.radio));
   ASSERT_NE(row, nullptr);
-  EXPECT_TRUE(reads(row->Gtk::Widget::gobj(), "Strand Radio: the news"));
+  EXPECT_TRUE(labelOf(row->Gtk::Widget::gobj(), "Strand Radio: the news"));
   auto* spoken = GTK_ACCESSIBLE(row->Gtk::Widget::gobj());
   EXPECT_EQ(gtk_accessible_get_accessible_role(spoken), GTK_ACCESSIBLE_ROLE_LIST_ITEM);
   const GText difference(gtk_test_accessible_check_property(spoken, GTK_ACCESSIBLE_PROPERTY_LABEL,
@@ -46,16 +36,14 @@ TEST_F(WindowTest, AChangedTitleTouchesItsRowAlone) {
 TEST_F(WindowTest, RowsSelectCloseAndOpenFolders) {
   auto* row = list().widgetFor(keyOf(list(), sample.radio));
   ASSERT_TRUE(row->takeFocus());
-  EXPECT_TRUE(pressKey(row->Gtk::Widget::gobj(), GDK_KEY_Return));
-  settle();
-  EXPECT_EQ(store().activeSpace()->selectedTab(), sample.radio);
+  EXPECT_TRUE(press(*row, GDK_KEY_Return));
+  EXPECT_EQ(space().selectedTab(), sample.radio);
   EXPECT_TRUE(row->has_css_class("selected"));
-  EXPECT_TRUE(pressKey(row->Gtk::Widget::gobj(), GDK_KEY_Delete));
-  settle();
-  EXPECT_FALSE(contains(store().activeSpace()->today, *sample.radio));
+  EXPECT_TRUE(press(*row, GDK_KEY_Delete));
+  EXPECT_FALSE(contains(space().today, *sample.radio));
   EXPECT_EQ(list().widgetFor(keyOf(list(), sample.radio)), nullptr);
 
-  const auto folder = foldersOf(store().activeSpace()->pinned).front();
+  const auto folder = foldersOf(space().pinned).front();
   const auto count = list().rows().size();
   const auto children = folder->children.peek().size();
   store().toggle(folder);
@@ -64,12 +52,11 @@ TEST_F(WindowTest, RowsSelectCloseAndOpenFolders) {
 }
 
 TEST_F(WindowTest, AFolderIsRenamedInPlace) {
-  const auto folder = foldersOf(store().activeSpace()->pinned).front();
+  const auto folder = foldersOf(space().pinned).front();
   store().renamingFolderID = folder->id;
   settle();
-  auto* focus = gtk_window_get_focus(window->native());
-  ASSERT_TRUE(focus && GTK_IS_TEXT(focus));
-  auto* field = gtk_widget_get_parent(focus);
+  ASSERT_TRUE(focus() && GTK_IS_TEXT(focus()));
+  auto* field = gtk_widget_get_parent(focus());
   gtk_editable_set_text(GTK_EDITABLE(field), "Voyages");
   g_signal_emit_by_name(field, "activate");
   settle();
@@ -87,15 +74,15 @@ TEST_F(WindowTest, AFolderIsRenamedInPlace) {
 TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {
   EXPECT_TRUE(window->view().page().showsPage());
   EXPECT_EQ(gtk_window_get_title(window->native()), sample.reading->displayTitle());
-  store().activeSpace()->selectedTabID = std::nullopt;
+  space().selectedTabID = std::nullopt;
   settle();
   EXPECT_FALSE(window->view().page().showsPage());
   EXPECT_STREQ(gtk_window_get_title(window->native()), "Orvel");
-  EXPECT_TRUE(reads(GTK_WIDGET(window->native()), "Search or enter address"));
+  EXPECT_TRUE(labelOf(root(), "Search or enter address"));
 }
 
 TEST_F(WindowTest, APageThatEndsUnseenComesBackWhenItIsSeen) {
-  const TabRef tab = store().activeSpace()->selectedTab();
+  const TabRef tab = space().selectedTab();
   gtk_widget_set_visible(GTK_WIDGET(window->native()), FALSE);
   const auto view = sample.world.view(tab);
   view->isOnScreen = false;
@@ -111,21 +98,15 @@ TEST_F(WindowTest, AToastOffersItsUndo) {
   bool isUndone = false;
   store().showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [&] { isUndone = true; }});
   settle();
-  GtkWidget* undo = nullptr;
-  forEachWidget(GTK_WIDGET(window->native()), [&](GtkWidget* one) {
-    if (GTK_IS_BUTTON(one) && g_strcmp0(gtk_button_get_label(GTK_BUTTON(one)), "Undo") == 0)
-      undo = one;
-  });
-  ASSERT_NE(undo, nullptr);
+  auto* undo = buttonOf(root(), "Undo");
   EXPECT_TRUE(gtk_widget_get_mapped(undo));
-  g_signal_emit_by_name(undo, "clicked");
-  settle();
+  click(undo);
   EXPECT_TRUE(isUndone);
   EXPECT_TRUE(runUntil([&] { return !gtk_widget_get_mapped(undo); }));
 }
 
 TEST_F(WindowTest, WhatTakesTheKeyboardHasAName) {
-  store().activeSpace()->selectedTabID = std::nullopt;
+  space().selectedTabID = std::nullopt;
   store().beginNewSpace();
   store().showUtilityWindow(UtilityWindow::Settings);
   store().showUtilityWindow(UtilityWindow::History);
@@ -167,7 +148,7 @@ TEST_F(WindowTest, TheToolkitsColorsChangeOnceTheThemeHasStayed) {
   };
   EXPECT_TRUE(isOf("claret"));
   for (const char* theme : {"navy", "sage"}) {
-    store().activeSpace()->hue = Theme::withID(theme)->hue;
+    space().hue = Theme::withID(theme)->hue;
     settle();
     EXPECT_TRUE(isOf("claret"));
   }
@@ -181,7 +162,6 @@ TEST_F(WindowTest, TheToolkitsColorsChangeOnceTheThemeHasStayed) {
 TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
   const double width = store().sidebarWidth.peek();
   auto* page = window->view().page().Gtk::Widget::gobj();
-  auto* root = GTK_WIDGET(window->native());
   const auto pageX = [&] {
     double x = 0;
     double y = 0;
@@ -190,7 +170,8 @@ TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
   };
   EXPECT_NEAR(pageX(), width, 1);
   gtk_window_set_default_size(window->native(), 640, 420);
-  EXPECT_TRUE(runUntil([&] { return gtk_widget_get_width(root) < kDockingWidth && pageX() < 10; }));
+  EXPECT_TRUE(
+      runUntil([&] { return gtk_widget_get_width(root()) < kDockingWidth && pageX() < 10; }));
   EXPECT_TRUE(window->view().sidebar().has_css_class("floating"));
   EXPECT_TRUE(store().isSidebarVisible.peek());
   EXPECT_EQ(store().sidebarWidth.peek(), width);
@@ -208,4 +189,4 @@ TEST_F(WindowTest, TheSidebarHidesAndPeeks) {
 }
 
 }  // namespace
-}  // namespace orvel
+}  // namespace orvel::test

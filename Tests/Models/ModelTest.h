@@ -1,0 +1,80 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "Tests/Models/World.h"
+
+namespace orvel::test {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+using SpaceRef = std::shared_ptr<Space>;
+
+// A small window over one tab, which goes with it.
+class FakeLittleWindow final : public LittleWindow {
+ public:
+  FakeLittleWindow(BrowserStore& store, TabRef tab) : store_(store), tab_(std::move(tab)) {}
+  const TabRef& tab() const override { return tab_; }
+  bool isKey() const override { return true; }
+  void promote() override { isPromoted = true; }
+  void close() override {
+    tab_->isDiscarded = true;
+    tab_->teardown();
+    store_.littleWindowDidClose(*this);
+  }
+
+  bool isPromoted = false;
+
+ private:
+  BrowserStore& store_;
+  TabRef tab_;
+};
+
+// A test of the model in one run of the program.
+struct ModelTest : testing::Test {
+  ModelTest() { world.launch(); }
+
+  BrowserStore& store() { return *world.store; }
+  Space& space() { return world.space(); }
+  TabRef selected() { return space().selectedTab(); }
+  void settle() { world.scheduler.settle(); }
+  void advance(Duration duration) { world.scheduler.advance(duration); }
+  // A selected tab whose page has loaded.
+  TabRef load(const std::string& url) {
+    const TabRef tab = world.open(url);
+    settle();
+    return tab;
+  }
+  std::shared_ptr<Profile> privateProfile() {
+    return std::make_shared<Profile>(world.engine, UUID::random(), "Private",
+                                     Profile::Privacy::Private);
+  }
+  // The pages that the history of a profile knows, "address title", the latest first.
+  std::vector<std::string> visits(const UUID& profile) {
+    std::vector<std::string> lines;
+    settle();
+    world.scheduler.start(list(store().history->recent(profile, 10), lines)).detach();
+    settle();
+    return lines;
+  }
+  // What the toast on screen says; empty without one.
+  std::string toast() {
+    const auto& shown = store().toast.peek();
+    return shown ? shown->message : "";
+  }
+
+  World world;
+
+ private:
+  static Task<> list(Future<HistoryStore::Entries> pages, std::vector<std::string>& lines) {
+    const auto entries = co_await std::move(pages);
+    for (const auto& page : entries) lines.push_back(page.url.text() + " " + page.title);
+  }
+};
+
+}  // namespace orvel::test
