@@ -4,6 +4,7 @@
 #include <gtkmm/eventcontrollerkey.h>
 
 #include "DesignSystem/Icons.h"
+#include "Views/Keyboard.h"
 
 namespace orvel {
 
@@ -60,6 +61,7 @@ void SpaceSheet::follow(const std::optional<SpaceDraft>& draft) {
   draftID_ = id;
   set_can_target(draft.has_value());
   // An editor that fades away takes the keyboard no more.
+  if (!draft) releaseKeyboard(Gtk::Widget::gobj());
   set_can_focus(draft.has_value());
   presence_.animateTo(draft ? 1 : 0, draft ? Spring::entry : Spring::quick);
   if (!draft) return;
