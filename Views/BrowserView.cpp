@@ -3,6 +3,7 @@
 #include <adwaita.h>
 #include <gtkmm/eventcontrollermotion.h>
 
+#include "Views/Keyboard.h"
 #include "Views/SidebarLayout.h"
 
 namespace orvel {
@@ -143,8 +144,7 @@ void BrowserView::followLayers() {
 }
 
 void BrowserView::switchRegion() {
-  auto* root = gtk_widget_get_root(gobj());
-  auto* focus = root ? gtk_root_get_focus(root) : nullptr;
+  auto* focus = focusBeside(gobj());
   const bool isInSidebar = focus && gtk_widget_is_ancestor(focus, sidebar_.Gtk::Widget::gobj());
   if (isInSidebar) {
     page_.child_focus(Gtk::DirectionType::TAB_FORWARD);

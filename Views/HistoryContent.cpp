@@ -7,6 +7,7 @@
 
 #include "BrowserCore/Text.h"
 #include "DesignSystem/Icons.h"
+#include "Views/Keyboard.h"
 #include "Views/Menu.h"
 
 namespace orvel {
@@ -78,7 +79,8 @@ KeyTextField::Actions HistoryContent::fieldActions() {
 // Escape takes back what is typed, and closes the window then.
 void HistoryContent::cancel() {
   if (field_.text().empty()) {
-    if (auto* window = dynamic_cast<Gtk::Window*>(box_.get_root())) window->close();
+    if (auto* root = gtk_widget_get_root(box_.Gtk::Widget::gobj()); GTK_IS_WINDOW(root))
+      gtk_window_close(GTK_WINDOW(root));
     return;
   }
   field_.setText("");
@@ -223,8 +225,8 @@ void HistoryContent::focusList() {
 }
 
 HistoryRow* HistoryContent::focusedRow() {
-  auto* root = listView_.get_root();
-  auto* focus = root ? root->get_focus() : nullptr;
+  auto* native = focusBeside(listView_.Gtk::Widget::gobj());
+  auto* focus = native ? Glib::wrap(native) : nullptr;
   return focus && focus->get_parent() == &listView_
              ? dynamic_cast<HistoryRow*>(focus->get_first_child())
              : nullptr;

@@ -185,8 +185,9 @@ void KeyTextField::selectTail() { entry_.select_region(entry_.get_text_length(),
 // Another application that takes the desktop's selection keeps it in the end.
 void KeyTextField::restoreTail() {
   if (!tail_ || hasSelection()) return;
-  const auto* window = dynamic_cast<Gtk::Window*>(get_root());
-  if (++restoreCount_ <= kMostRestores && window && window->is_active()) selectTail();
+  auto* root = gtk_widget_get_root(Gtk::Widget::gobj());
+  const bool isActive = GTK_IS_WINDOW(root) && gtk_window_is_active(GTK_WINDOW(root));
+  if (++restoreCount_ <= kMostRestores && isActive) selectTail();
 }
 
 bool KeyTextField::keyPressed(guint key, Gdk::ModifierType state) {

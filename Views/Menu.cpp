@@ -13,6 +13,7 @@
 #include "Base/GRef.h"
 #include "DesignSystem/Icons.h"
 #include "Models/ActionCatalogue.h"
+#include "Views/Keyboard.h"
 
 namespace orvel {
 
@@ -134,7 +135,7 @@ GtkPopover* makePopover(Gtk::Widget& widget, const std::vector<MenuEntry>& entri
   rewriteKeys(native, builder.shownKeysByLabel);
   showIcons(native);
   gtk_popover_set_has_arrow(GTK_POPOVER(native), FALSE);
-  auto* focus = gtk_root_get_focus(gtk_widget_get_root(widget.gobj()));
+  auto* focus = focusBeside(widget.gobj());
   g_signal_connect_data(
       native, "closed",
       G_CALLBACK(+[](GtkPopover*, gpointer data) { static_cast<Closing*>(data)->run(); }),

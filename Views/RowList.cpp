@@ -8,6 +8,7 @@
 
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Views/Keyboard.h"
 
 namespace orvel {
 
@@ -274,8 +275,7 @@ RowWidget* RowList::widgetFor(const SidebarRow::Key& key) const {
 }
 
 std::optional<size_t> RowList::focusedRow() const {
-  auto* root = gtk_widget_get_root(const_cast<GtkWidget*>(gobj()));
-  auto* focus = root ? gtk_root_get_focus(root) : nullptr;
+  auto* focus = focusBeside(const_cast<GtkWidget*>(gobj()));
   if (!focus) return std::nullopt;
   for (const auto& [key, live] : live_) {
     auto* row = live.widget->Gtk::Widget::gobj();
@@ -325,8 +325,7 @@ bool RowList::keyPressed(guint key, Gdk::ModifierType state) {
   const auto focused = focusedRow();
   if (!focused || (state & held) != Gdk::ModifierType{}) return false;
   // An entry in a row keeps its own keys.
-  auto* root = gtk_widget_get_root(gobj());
-  if (root && GTK_IS_EDITABLE(gtk_root_get_focus(root))) return false;
+  if (GTK_IS_EDITABLE(focusBeside(gobj()))) return false;
   switch (key) {
     case GDK_KEY_Down:
     case GDK_KEY_KP_Down:
