@@ -61,9 +61,13 @@ class WindowTest(EndToEndTest):
         )
 
     def test_the_page_undoes_and_redoes(self):
-        self.web.serve("http://two.test/", "<input autofocus oninput=\"document.title='<'+value+'>'\">")
+        self.web.serve(
+            "http://two.test/",
+            "<input id=field oninput=\"document.title='<'+value+'>'\">"
+            "<script>onload = () => { field.focus(); document.title = 'Ready'; }</script>",
+        )
         self.program.open_address("http://two.test/")
-        self.find("two.test")
+        self.find("Ready")
         self.burst(*"abc")
         self.find("<abc>")
         self.keys("ctrl+z")
