@@ -54,8 +54,8 @@ TEST_F(RealListTest, CompilesOffTheMainThreadAndLoadsUnchangedListsAtOnce) {
       "ms\n",
       compiledLines(logged), inSeconds(firstStall) * 1e3, inSeconds(secondStall) * 1e3,
       inSeconds(taken) * 1e3);
-  // A frame is the aim, and what a quiet machine shows; a virtual one counts what others take of it,
-  // too. Compiling here would take hundreds.
+  // A frame is the aim, and what a quiet machine shows; a virtual one counts what others take of
+  // it, too. Compiling here would take hundreds.
   constexpr Duration kNoticeable = 60ms;
   EXPECT_LT(firstStall, kNoticeable);
   EXPECT_LT(secondStall, kNoticeable);
