@@ -31,7 +31,11 @@ Task<> BrowserStore::findInPage(std::weak_ptr<BrowserStore> weak, TabRef tab, st
                                 BrowserTab::FindDirection direction) {
   Task<bool> search = tab->find(std::move(query), direction);
   const bool isFound = co_await std::move(search);
-  if (const auto store = weak.lock()) store->setMatchFound(isFound);
+  const auto store = weak.lock();
+  if (!store) co_return;
+  // Ended before it was answered: what it has marked since goes, too.
+  if (store->searchedTab_.lock() != tab) tab->endFind();
+  store->setMatchFound(isFound);
 }
 
 void BrowserStore::endSearch() {

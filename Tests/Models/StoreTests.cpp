@@ -294,6 +294,7 @@ TEST_F(Store, TakesTheMarksOffThePageThatWasSearched) {
 
 TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
   const TabRef tab = load("https://a/");
+  world.view(tab)->pageText = "late words";
   const auto search = [&] { store().findNext(BrowserTab::FindDirection::Forwards); };
   search();
   settle();
@@ -304,6 +305,7 @@ TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
   store().hideFindBar();
   settle();
   EXPECT_FALSE(store().find.peek());
+  EXPECT_FALSE(world.view(tab)->hasMarks) << "it marked the page after the bar had gone";
   store().close(tab);
   store().showFindBar();
   EXPECT_FALSE(store().find.peek()) << "without a tab there is nothing to search";
