@@ -21,7 +21,16 @@ namespace orvel {
 class NavigationDelegate;
 class UIDelegate;
 
-enum class WebViewProperty { Title, URL, IsLoading, EstimatedProgress, CanGoBack, CanGoForward };
+enum class WebViewProperty {
+  Title,
+  URL,
+  IsLoading,
+  EstimatedProgress,
+  CanGoBack,
+  CanGoForward,
+  IsResponsive,
+  IsBlank,
+};
 enum class MediaPlaybackState { None = 0, Playing = 1, Paused = 2, Suspended = 3 };
 enum class CaptureState { None = 0, Active = 1, Muted = 2 };
 enum class ReloadSource { Cache, Origin };
@@ -76,7 +85,8 @@ class WebView {
   virtual void setUIDelegate(UIDelegate* delegate) = 0;
   virtual const WebViewConfiguration& configuration() const = 0;
 
-  // Loading.
+  // Loading. What the program asks for here reaches the page also while it hangs: a process that
+  // does not take it up within some seconds is replaced.
   virtual void load(const URLRequest& request) = 0;
   // Shows `html` as the page of `baseURL`: the address reads so, relative links resolve against it,
   // and reloading loads that address. Without one the address is about:blank.
@@ -103,9 +113,25 @@ class WebView {
   [[nodiscard]] virtual Observation observe(WebViewProperty property,
                                             std::function<void()> changed) = 0;
 
+  // Whether the page answers. It turns false when input or a load has waited for some seconds, and
+  // true again with the answer.
+  virtual bool isResponsive() const = 0;
+  // Ends the page's process without a call of `webContentProcessDidTerminate`. The history stays:
+  // the next load, reload or step starts a new process.
+  virtual void endProcess() = 0;
+  // Asks the page whether it may be closed; a page that guards changes has the user asked by
+  // `runBeforeUnloadPanel`. Answers true within the call where nothing is guarded, and after some
+  // seconds for a page that does not answer.
+  virtual void requestClose(std::function<void(bool mayClose)> answer) = 0;
+
+  // Nothing of a page has been drawn since the view, or its process, was made: it shows white.
+  virtual bool isBlank() const = 0;
+
   // 1.0 is actual size.
   virtual double pageZoom() const = 0;
   virtual void setPageZoom(double zoom) = 0;
+  // Gives the screen back that an element of the page fills. Nothing when none does.
+  virtual void exitFullscreen() = 0;
 
   // The view stands in a window and is mapped there: it is on screen.
   virtual bool isInWindow() const = 0;

@@ -77,6 +77,7 @@ void BrowserStore::select(const TabRef& tab, std::shared_ptr<Space> space) {
   if (reader.peek() && reader.peek()->tabID != tab->id) reader = std::nullopt;
   if (capture.peek() && capture.peek() != tab->id) capture = std::nullopt;
   if (hidingItemsTabID.peek() != tab->id) endHidingItems();
+  if (pageFullscreen.tab.peek() != tab) pageFullscreen.leave();
 
   setActiveSpaceID(space->id);
   space->selectedTabID = tab->id;
@@ -131,7 +132,7 @@ void BrowserStore::closeSelectedTab() {
   DesktopWindow* key = services_.desktop.application.keyWindow();
   if (key && key != window) return key->performClose();
   if (peek.peek()) return closePeek();
-  if (const TabRef selected = activeSpace()->selectedTab()) return close(selected);
+  if (const TabRef selected = activeSpace()->selectedTab()) return pageClosing.close(selected);
   if (window) window->performClose();
 }
 

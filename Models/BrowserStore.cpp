@@ -87,7 +87,9 @@ void BrowserStore::startMediaMonitoring() {
 // Spaces
 
 void BrowserStore::setActiveSpaceID(const UUID& id) {
-  if (activeSpaceID_.set(id)) updateWindowAppearance();
+  if (!activeSpaceID_.set(id)) return;
+  updateWindowAppearance();
+  if (pageFullscreen.tab.peek() != activeSpace()->selectedTab()) pageFullscreen.leave();
 }
 
 std::shared_ptr<Space> BrowserStore::spaceWithID(const UUID& id) const {

@@ -17,6 +17,8 @@
 #include "Desktop/ScrollGestures.h"
 #include "Models/BrowserTab.h"
 #include "Models/Menu.h"
+#include "Models/PageClosing.h"
+#include "Models/PageFullscreen.h"
 #include "Models/Services.h"
 #include "Models/Settings.h"
 #include "Models/Space.h"
@@ -86,6 +88,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // What was picked after what was typed, by profile.
   std::unordered_map<UUID, ChoiceMemory> choices;
   Observable<bool> isQuickBarKeyTaken = false;
+  PageClosing pageClosing{*this};
+  PageFullscreen pageFullscreen{*this};
 
   const UUID& activeSpaceID() const { return activeSpaceID_.get(); }
   void setActiveSpaceID(const UUID& id);

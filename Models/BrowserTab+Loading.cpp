@@ -13,6 +13,7 @@ void BrowserTab::load(const URL& address) {
   setAddress(address);
   if (const auto store = store_.lock()) store->scheduleSave();
   if (const auto& view = webView_.peek()) {
+    scriptDialogs_.leave();
     view->load({.url = address});
     return;
   }
@@ -22,18 +23,27 @@ void BrowserTab::load(const URL& address) {
 
 void BrowserTab::reload(ReloadSource source) {
   if (isDiscarded.peek()) return;
-  if (const auto& view = webView_.peek())
-    view->reload(source);
-  else
+  const auto view = webView_.peek();
+  if (!view) {
     webView();
+    return;
+  }
+  scriptDialogs_.leave();
+  view->reload(source);
 }
 
 void BrowserTab::goBack() {
-  if (const auto& view = webView_.peek()) view->goBack();
+  const auto view = webView_.peek();
+  if (!view || !view->canGoBack()) return;
+  scriptDialogs_.leave();
+  view->goBack();
 }
 
 void BrowserTab::goForward() {
-  if (const auto& view = webView_.peek()) view->goForward();
+  const auto view = webView_.peek();
+  if (!view || !view->canGoForward()) return;
+  scriptDialogs_.leave();
+  view->goForward();
 }
 
 void BrowserTab::stopLoading() {
@@ -52,6 +62,8 @@ void BrowserTab::sync(const WebView& view) {
   nameVisit(view);
   if (const auto shown = view.url(); shown && shown != url.peek()) {
     setAddress(shown);
+    // A step within the page.
+    if (!view.isLoading()) scriptDialogs_.stay();
     if (store) store->scheduleSave();
     propertiesDidChange(TabProperties::URL);
   }

@@ -151,6 +151,7 @@ void BrowserTab::didCommit(WebView& view) {
   const double zoom = store ? store->settings.zoom(view.url()) : 1.0;
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
   namelessVisit_.reset();
+  scriptDialogs_.pageDidChange();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
   if (store && store->hidingItemsTabID.peek() == id) store->endHidingItems();
@@ -204,6 +205,7 @@ void BrowserTab::showErrorPage(WebView& view, const LoadError& error,
 
 void BrowserTab::didFailProvisionalNavigation(WebView& view, const LoadError& error) {
   sync(view);
+  scriptDialogs_.stay();
   if (error.kind == LoadError::Kind::Cancelled || error.kind == LoadError::Kind::PolicyInterrupted)
     return;
   const auto address = error.failingURL ? error.failingURL : url.peek();

@@ -48,45 +48,58 @@ void BrowserTab::webViewDidClose(WebView&) {
   if (const auto store = store_.lock()) store->close(shared_from_this());
 }
 
+void BrowserTab::showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer) {
+  using Audience = ScriptDialogs::Audience;
+  scriptDialogs_.show(std::move(alert), view.isInWindow() ? Audience::Present : Audience::Absent,
+                      std::move(answer));
+}
+
 void BrowserTab::runJavaScriptAlertPanel(WebView& view, const std::string& message,
                                          const FrameInfo& frame, std::function<void()> answer) {
-  if (!view.isInWindow()) return answer();
-  services_.desktop.dialogs.showAlert(
-      panelParent(), pageAlert(frame, message, {"OK"}),
-      [answer = std::move(answer)](const AlertAnswer&) { answer(); });
+  showScriptDialog(view, pageAlert(frame, message, {"OK"}),
+                   [answer = std::move(answer)](const AlertAnswer&) { answer(); });
 }
 
 void BrowserTab::runJavaScriptConfirmPanel(WebView& view, const std::string& message,
                                            const FrameInfo& frame,
                                            std::function<void(bool)> answer) {
-  if (!view.isInWindow()) return answer(false);
-  services_.desktop.dialogs.showAlert(
-      panelParent(), pageAlert(frame, message, {"OK", "Cancel"}),
+  showScriptDialog(
+      view, pageAlert(frame, message, {"OK", "Cancel"}),
       [answer = std::move(answer)](const AlertAnswer& given) { answer(given.isFirstButton()); });
 }
 
 void BrowserTab::runJavaScriptTextInputPanel(
     WebView& view, const std::string& prompt, const std::string& defaultText,
     const FrameInfo& frame, std::function<void(std::optional<std::string>)> answer) {
-  if (!view.isInWindow()) return answer(std::nullopt);
   Alert alert = pageAlert(frame, prompt, {"OK", "Cancel"});
   alert.fields = {{.text = bounded(defaultText, "")}};
-  services_.desktop.dialogs.showAlert(panelParent(), alert,
-                                      [answer = std::move(answer)](const AlertAnswer& given) {
-                                        if (given.isFirstButton() && !given.fields.empty())
-                                          answer(given.fields.front());
-                                        else
-                                          answer(std::nullopt);
-                                      });
+  showScriptDialog(view, std::move(alert), [answer = std::move(answer)](const AlertAnswer& given) {
+    if (given.isFirstButton() && !given.fields.empty())
+      answer(given.fields.front());
+    else
+      answer(std::nullopt);
+  });
 }
 
-void BrowserTab::runBeforeUnloadPanel(WebView& view, const FrameInfo& frame,
+void BrowserTab::runBeforeUnloadPanel(WebView& view, const FrameInfo&,
                                       std::function<void(bool)> answer) {
-  if (!view.isInWindow()) return answer(true);
-  services_.desktop.dialogs.showAlert(
-      panelParent(),
-      pageAlert(frame, "Leave this page? What you have entered may be lost.", {"Leave", "Stay"}),
-      [answer = std::move(answer)](const AlertAnswer& given) { answer(given.isFirstButton()); });
+  const auto store = store_.lock();
+  if (closing_ && store) {
+    closing_->hasAskedUser = true;
+    if (!view.isInWindow()) store->select(shared_from_this());
+  } else if (!view.isInWindow()) {
+    return answer(true);
+  }
+  questions.ask({.voice = PageQuestion::Voice::Program,
+                 .alert = {.messageText = "Leave this page?",
+                           .informativeText = "What you have entered may be lost.",
+                           .buttons = {"Stay", "Leave"}},
+                 .escape = 0},
+                [weak = weak_from_this(), answer = std::move(answer)](const AlertAnswer& given) {
+                  const bool isLeaving = given.button == 1u;
+                  if (const auto tab = weak.lock(); tab && !isLeaving) tab->scriptDialogs_.stay();
+                  answer(isLeaving);
+                });
 }
 
 void BrowserTab::runOpenPanel(
@@ -111,17 +124,19 @@ void BrowserTab::didReceiveAuthenticationChallenge(
   if (challenge.isRetry) explanation = "The user name or password was not accepted.";
   if (challenge.isInsecure) explanation += " Your password will be sent unencrypted.";
   if (!challenge.realm.empty()) explanation += "\n“" + bounded(challenge.realm) + "”";
-  const Alert alert{.messageText = challenge.host,
-                    .informativeText = std::move(explanation),
-                    .buttons = {"OK", "Cancel"},
-                    .fields = {{.label = "User name"}, {.label = "Password", .isSecret = true}}};
-  services_.desktop.dialogs.showAlert(panelParent(), alert,
-                                      [answer = std::move(answer)](const AlertAnswer& given) {
-                                        if (given.isFirstButton() && given.fields.size() == 2)
-                                          answer(Credential{given.fields[0], given.fields[1]});
-                                        else
-                                          answer(std::nullopt);
-                                      });
+  questions.ask(
+      {.voice = PageQuestion::Voice::Program,
+       .symbol = "lock.fill",
+       .alert = {.messageText = challenge.host,
+                 .informativeText = std::move(explanation),
+                 .buttons = {"OK", "Cancel"},
+                 .fields = {{.label = "User name"}, {.label = "Password", .isSecret = true}}}},
+      [answer = std::move(answer)](const AlertAnswer& given) {
+        if (given.isFirstButton() && given.fields.size() == 2)
+          answer(Credential{given.fields[0], given.fields[1]});
+        else
+          answer(std::nullopt);
+      });
 }
 
 void BrowserTab::denyDevice(const std::string& message,
@@ -140,6 +155,9 @@ void BrowserTab::requestGeolocationPermission(WebView&, const std::string&,
   denyDevice("Your location isn’t available yet", std::move(answer));
 }
 
-void BrowserTab::fullscreenDidChange(WebView&, bool) {}
+void BrowserTab::fullscreenDidChange(WebView&, bool isFullscreen) {
+  if (const auto store = store_.lock())
+    store->pageFullscreen.didChange(shared_from_this(), isFullscreen);
+}
 
 }  // namespace orvel

@@ -162,6 +162,13 @@ void BrowserTab::observe(WebView& view) {
     observations_.push_back(view.observe(property, [weak = weak_from_this(), &view] {
       if (const auto tab = weak.lock()) tab->sync(view);
     }));
+  observations_.push_back(view.observe(IsBlank, [weak = weak_from_this(), &view] {
+    if (const auto tab = weak.lock()) tab->isBlank = view.isBlank();
+  }));
+  isBlank = view.isBlank();
+  observations_.push_back(view.observe(IsResponsive, [weak = weak_from_this(), &view] {
+    if (const auto tab = weak.lock()) tab->followResponsiveness(view);
+  }));
 }
 
 void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
@@ -193,6 +200,11 @@ void BrowserTab::teardown() {
   const auto view = webView_.peek();
   if (!view) return;
   observations_.clear();
+  if (const auto store = store_.lock(); store && store->pageFullscreen.tab.peek().get() == this)
+    store->pageFullscreen.leave();
+  scriptDialogs_.pageDidChange();
+  askAgain_.cancel();
+  isUnresponsive = false;
   view->stopLoading();
   view->pauseAllMediaPlayback();
   view->setNavigationDelegate(nullptr);

@@ -10,7 +10,9 @@
 #include "Base/Task.h"
 #include "BrowserCore/Session/TabRecord.h"
 #include "Engine/Delegates.h"
+#include "Models/PageQuestions.h"
 #include "Models/Profile.h"
+#include "Models/ScriptDialogs.h"
 #include "Models/Services.h"
 #include "WebEngine/ExtensionHost.h"
 
@@ -58,6 +60,12 @@ class BrowserTab final : public NavigationDelegate,
   Observable<ImageRef> thumbnail;
   Observable<bool> isPlayingMedia = false;
   Observable<bool> isMuted = false;
+  // The view has yet to draw its first page.
+  Observable<bool> isBlank = false;
+  // The page has not answered for some seconds.
+  Observable<bool> isUnresponsive = false;
+  // What the page asks, and what is asked about it.
+  PageQuestions questions;
   // Grows when the view is replaced in place, so that the interface drops its host of the old one.
   Observable<int> webViewRevision = 0;
   std::optional<Date> lastActiveAt;  // when it was last selected
@@ -92,6 +100,10 @@ class BrowserTab final : public NavigationDelegate,
   void unload();
   // Ends the view and what belongs to it. Safe without one.
   void teardown();
+  // Asks the page whether its tab may be closed. `Unguarded` comes within the call where nobody has
+  // to be asked.
+  enum class CloseAnswer { Unguarded, Leave, Stay };
+  void requestClose(std::function<void(CloseAnswer)> answer);
   // Makes the page again in the configuration of the extension that owns its address, if it was
   // restored before that extension was loaded.
   void reopenExtensionPage();
@@ -210,6 +222,11 @@ class BrowserTab final : public NavigationDelegate,
   std::filesystem::path stateFilePath() const;
   ImageRef cachedFavicon(const std::optional<URL>& address) const;
   DesktopWindow* panelParent() const;
+  void showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer);
+  void followResponsiveness(const WebView& view);
+  void askAboutUnresponsivePage();
+  static Task<> askAgain(std::weak_ptr<BrowserTab> tab);
+  void stopUnresponsivePage();
   void denyDevice(const std::string& message, std::function<void(PermissionDecision)> answer);
 
   const Services& services_;
@@ -236,6 +253,14 @@ class BrowserTab final : public NavigationDelegate,
   bool isConfirmingApp_ = false;
   std::optional<Date> lastCrash_;
   std::vector<FrameInfo> mediaFrames_;
+  ScriptDialogs scriptDialogs_{questions, [this] { askAboutUnresponsivePage(); }};
+  std::optional<uint64_t> unresponsiveQuestion_;
+  TaskHandle askAgain_;
+  // The page has been asked whether its tab may be closed; whether it had the user asked.
+  struct Closing {
+    bool hasAskedUser = false;
+  };
+  std::optional<Closing> closing_;
 };
 
 }  // namespace orvel

@@ -75,11 +75,10 @@ class Builder {
 
 Menu Builder::application() const {
   return {.title = "Orvel",
-          .items = {
-              utility(About, UtilityWindow::About),
-              item(CheckForUpdates, &BrowserStore::checkForUpdates), separator(),
-              utility(Settings, UtilityWindow::Settings), separator(),
-              item(Quit, [&store = store_] { store.services().desktop.application.terminate(); })}};
+          .items = {utility(About, UtilityWindow::About),
+                    item(CheckForUpdates, &BrowserStore::checkForUpdates), separator(),
+                    utility(Settings, UtilityWindow::Settings), separator(),
+                    item(Quit, [&store = store_] { store.pageClosing.quit(); })}};
 }
 
 Menu Builder::file() const {

@@ -62,6 +62,7 @@ BrowserView::BrowserView(BrowserStore& store)
   themeEffect_ = effect([this] { followTheme(); });
   backdropEffect_ = effect([this](const Wake& wake) { followBackdrop(wake); });
   pageEffect_ = effect([this] { followPage(); });
+  fullscreenEffect_ = effect([this] { followFullscreen(); });
   layersEffect_ = effect([this] { followLayers(); });
 }
 
@@ -134,6 +135,12 @@ void BrowserView::followPage() {
   untracked([&] { page_.setTab(tab); });
 }
 
+void BrowserView::followFullscreen() {
+  isPageAlone_ = store_.pageFullscreen.tab.get() != nullptr;
+  setClass(page_.Gtk::Widget::gobj(), "alone", isPageAlone_);
+  queue_allocate();
+}
+
 void BrowserView::followLayers() {
   // Below a sheet and the command bar nothing takes the keyboard.
   const auto bar = store_.commandBar.get();
@@ -154,6 +161,7 @@ void BrowserView::switchRegion() {
 }
 
 BrowserView::Placement BrowserView::placement(int width) const {
+  if (isPageAlone_) return Placement::Hidden;
   const bool isNarrow = width < kDockingWidth;
   if (docked_.value() > 0.001) return isNarrow ? Placement::Floating : Placement::Docked;
   return floating_.value() > 0.001 ? Placement::Floating : Placement::Hidden;
@@ -193,8 +201,10 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
 
   place(backdrop_, {0, 0, w, h});
   const double left = std::max(dockedWidth, kFrame * (1 - (isNarrow ? 0 : docked_.value())));
-  const Area page = {left, kFrame, w - left - kFrame, h - 2 * kFrame};
+  const Area page =
+      isPageAlone_ ? Area{0, 0, w, h} : Area{left, kFrame, w - left - kFrame, h - 2 * kFrame};
   place(content_, page);
+  upperStrip_.set_child_visible(!isPageAlone_);
   place(upperStrip_, {left, 0, w - left, kFrame});
 
   sidebar_.set_child_visible(where != Placement::Hidden);
@@ -212,7 +222,7 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
   handle_.set_child_visible(where == Placement::Docked && docked_.value() > 0.99);
   place(handle_,
         {dockedWidth - SidebarResizeHandle::kWidth + 2, 0, SidebarResizeHandle::kWidth, h});
-  edge_.set_child_visible(!isSidebarVisible_);
+  edge_.set_child_visible(!isSidebarVisible_ && !isPageAlone_);
   place(edge_, {0, 0, kPeekStrip, h});
 
   place(commandBar_, {0, 0, w, h});

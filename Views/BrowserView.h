@@ -52,6 +52,7 @@ class BrowserView final : public Gtk::Widget {
   void followTheme();
   void followBackdrop(const Wake& wake);
   void followPage();
+  void followFullscreen();
   void followLayers();
   // Reports the pointer over `widget` as a wish to see the hidden sidebar.
   void watchPeeking(Gtk::Widget& widget);
@@ -73,6 +74,8 @@ class BrowserView final : public Gtk::Widget {
   ToastView toast_;
   SpaceSheet sheet_;
   bool isSidebarVisible_ = true;
+  // An element of the page has the whole window.
+  bool isPageAlone_ = false;
   SpringAnimation docked_;
   SpringAnimation floating_;
   gulong schemeHandler_ = 0;
@@ -81,6 +84,7 @@ class BrowserView final : public Gtk::Widget {
   Effect themeEffect_;
   Effect backdropEffect_;
   Effect pageEffect_;
+  Effect fullscreenEffect_;
   Effect layersEffect_;
 };
 

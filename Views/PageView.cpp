@@ -32,6 +32,10 @@ PageView::PageView() : gestures_(web_, [this] { return tab_; }) {
   layers->set_child(empty_);
   layers->add_overlay(web_);
   set_child(*layers);
+  cover_.add_css_class("cover");
+  cover_.set_can_target(false);
+  add_overlay(cover_);
+  add_overlay(question_);
   add_overlay(bar_);
   signal_map().connect([this] { untracked([this] { isSeen_ = true; }); });
   signal_unmap().connect([this] { untracked([this] { isSeen_ = false; }); });
@@ -42,6 +46,7 @@ void PageView::setTab(const TabRef& tab) {
   tab_ = tab;
   bar_.setTab(tab);
   page_ = effect([this] { follow(); });
+  question_.setTab(tab);
 }
 
 void PageView::follow() {
@@ -53,9 +58,12 @@ void PageView::follow() {
     // A page whose process ended while nobody saw it comes back when somebody does.
     if (isSeen_) tab_->webView();
     view = tab_->liveWebView();
+    // Below a question nothing takes the keyboard.
+    web_.set_can_focus(!tab_->questions.current.get());
   }
   web_.host(view ? view->widget() : nullptr);
   web_.set_visible(hasPage);
+  cover_.set_visible(hasPage && (!view || tab_->isBlank));
   empty_.set_visible(!hasPage);
 }
 

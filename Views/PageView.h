@@ -6,6 +6,7 @@
 #include "Views/EmptyState.h"
 #include "Views/LoadingBar.h"
 #include "Views/PageGestures.h"
+#include "Views/PageQuestionView.h"
 
 namespace orvel {
 
@@ -33,6 +34,7 @@ class PageView final : public Gtk::Overlay {
   void setPalette(const Palette& palette);
   // Whether the tab has a page, in place of the empty state.
   bool showsPage() const { return web_.get_visible(); }
+  PageQuestionView& question() { return question_; }
 
  private:
   void follow();
@@ -41,6 +43,9 @@ class PageView final : public Gtk::Overlay {
   Observable<bool> isSeen_ = false;
   EmptyState empty_;
   WebContainer web_;
+  PageQuestionView question_;
+  // Hides the white of a view that has yet to draw a page.
+  Gtk::Box cover_;
   LoadingBar bar_;
   PageGestures gestures_;
   Effect page_;

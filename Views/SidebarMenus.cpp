@@ -98,7 +98,7 @@ std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>
                      }});
 
   entries.push_back({.title = isOfToday ? _("Close Tab") : _("Reset Tab"),
-                     .perform = [&store, tab] { store.close(tab); },
+                     .perform = [&store, tab] { store.pageClosing.close(tab); },
                      .accelerator = "<Control>w",
                      .beginsSection = true});
   return entries;

@@ -15,29 +15,6 @@ std::shared_ptr<WebKitScriptDialog> hold(WebKitScriptDialog* dialog) {
   return {webkit_script_dialog_ref(dialog), &webkit_script_dialog_unref};
 }
 
-void runScriptDialog(WebKitWebView& view, UIDelegate& ui, WebKitScriptDialog* raw,
-                     const FrameInfo& frame) {
-  const auto dialog = hold(raw);
-  const std::string message = textOf(webkit_script_dialog_get_message(raw));
-  const auto confirm = [dialog](bool isConfirmed) {
-    webkit_script_dialog_confirm_set_confirmed(dialog.get(), isConfirmed);
-  };
-  switch (webkit_script_dialog_get_dialog_type(raw)) {
-    case WEBKIT_SCRIPT_DIALOG_ALERT:
-      return ui.runJavaScriptAlertPanel(view, message, frame, [dialog] {});
-    case WEBKIT_SCRIPT_DIALOG_CONFIRM:
-      return ui.runJavaScriptConfirmPanel(view, message, frame, confirm);
-    case WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM:
-      return ui.runBeforeUnloadPanel(view, frame, confirm);
-    case WEBKIT_SCRIPT_DIALOG_PROMPT:
-      return ui.runJavaScriptTextInputPanel(
-          view, message, textOf(webkit_script_dialog_prompt_get_default_text(raw)), frame,
-          [dialog](const std::optional<std::string>& text) {
-            if (text) webkit_script_dialog_prompt_set_text(dialog.get(), text->c_str());
-          });
-  }
-}
-
 void answerPermission(WebKitPermissionRequest* request, PermissionDecision decision) {
   if (decision == PermissionDecision::Grant)
     webkit_permission_request_allow(request);
@@ -71,6 +48,34 @@ void runFileChooser(WebKitWebView& view, UIDelegate& ui, WebKitFileChooserReques
 
 }  // namespace
 
+void WebKitWebView::runScriptDialog(WebKitScriptDialog* raw) {
+  const auto dialog = hold(raw);
+  const FrameInfo frame = mainFrame();
+  const std::string message = textOf(webkit_script_dialog_get_message(raw));
+  const auto confirm = [dialog](bool isConfirmed) {
+    webkit_script_dialog_confirm_set_confirmed(dialog.get(), isConfirmed);
+  };
+  switch (webkit_script_dialog_get_dialog_type(raw)) {
+    case WEBKIT_SCRIPT_DIALOG_ALERT:
+      return ui_->runJavaScriptAlertPanel(*this, message, frame, [dialog] {});
+    case WEBKIT_SCRIPT_DIALOG_CONFIRM:
+      return ui_->runJavaScriptConfirmPanel(*this, message, frame, confirm);
+    case WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM:
+      return ui_->runBeforeUnloadPanel(*this, frame,
+                                       [confirm, weak = weak_from_this()](bool isLeaving) {
+                                         confirm(isLeaving);
+                                         if (const auto self = weak.lock(); self && !isLeaving)
+                                           self->answerClosing(false);
+                                       });
+    case WEBKIT_SCRIPT_DIALOG_PROMPT:
+      return ui_->runJavaScriptTextInputPanel(
+          *this, message, textOf(webkit_script_dialog_prompt_get_default_text(raw)), frame,
+          [dialog](const std::optional<std::string>& text) {
+            if (text) webkit_script_dialog_prompt_set_text(dialog.get(), text->c_str());
+          });
+  }
+}
+
 void WebKitWebView::connectPanels() {
   using Self = WebKitWebView;
   connect(
@@ -91,15 +96,12 @@ void WebKitWebView::connectPanels() {
         return view ? view->widget() : nullptr;
       });
   connect(
-      "close", +[](::WebKitWebView*, gpointer data) {
-        const auto self = static_cast<Self*>(data)->shared_from_this();
-        if (self->ui_) self->ui_->webViewDidClose(*self);
-      });
-  connect(
       "script-dialog",
       +[](::WebKitWebView*, WebKitScriptDialog* dialog, gpointer data) -> gboolean {
         const auto self = static_cast<Self*>(data)->shared_from_this();
-        if (self->ui_) runScriptDialog(*self, *self->ui_, dialog, self->mainFrame());
+        // The page answers, and the user may think.
+        self->closingTimer_.cancel();
+        if (self->ui_) self->runScriptDialog(dialog);
         return TRUE;
       });
   connect(
@@ -171,6 +173,11 @@ void WebKitWebView::connectPanels() {
         if (self->ui_) self->ui_->fullscreenDidChange(*self, false);
         return FALSE;
       });
+}
+
+void WebKitWebView::exitFullscreen() {
+  evaluateJavaScript("document.exitFullscreen()", ContentWorld::defaultClient(), std::nullopt,
+                     [](const ScriptResult&) {});
 }
 
 }  // namespace orvel

@@ -51,6 +51,8 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
   if (const auto* opener = static_cast<WebKitWindowOpener*>(configuration_.opener.get()))
     processUsers_ = opener->processUsers;
   const bool hasOwnProcess = !configuration_.opener;
+  // Its opener may draw into a window without a load.
+  isBlank_ = hasOwnProcess;
   // The opener's view was wanted for that alone.
   configuration_.opener = nullptr;
   applySettings();
@@ -69,6 +71,7 @@ WebKitWebView::~WebKitWebView() {
   g_signal_handlers_disconnect_by_data(webkit_web_view_get_find_controller(view_.get()), this);
   g_signal_handlers_disconnect_by_data(view_.get(), this);
   endFinding();
+  answerClosing(true);
   removeFromParent();
   // The engine would keep the process of a closed page.
   if (processUsers_.use_count() == 1) webkit_web_view_terminate_web_process(view_.get());
@@ -98,6 +101,7 @@ void WebKitWebView::start() {
   connectLoading();
   connectPolicy();
   connectPanels();
+  connectProcess();
   connectFind();
   controller().setNavigationReporter([this](NavigationReport report) {
     classifier_.noteReport(std::move(report), engine_.scheduler().instant());
@@ -148,13 +152,6 @@ void WebKitWebView::connectLoading() {
       "load-changed", +[](::WebKitWebView*, WebKitLoadEvent event, gpointer data) {
         static_cast<Self*>(data)->shared_from_this()->loadChanged(event);
       });
-  connect(
-      "web-process-terminated",
-      +[](::WebKitWebView*, WebKitWebProcessTerminationReason, gpointer data) {
-        const auto self = static_cast<Self*>(data)->shared_from_this();
-        self->endFinding();
-        if (self->navigation_) self->navigation_->webContentProcessDidTerminate(*self);
-      });
 }
 
 void WebKitWebView::loadChanged(WebKitLoadEvent event) {
@@ -169,6 +166,8 @@ void WebKitWebView::loadChanged(WebKitLoadEvent event) {
     case WEBKIT_LOAD_COMMITTED:
       hasCommitted_ = true;
       endWaiting();
+      hasShownPage_ = true;
+      if (isBlank_) awaitDrawing();
       plainRequest_.reset();
       restoredAddress_.reset();
       undecided_.clear();
@@ -243,7 +242,8 @@ void WebKitWebView::load(const URLRequest& request) {
         soup_message_headers_append(headers, name.c_str(), value.c_str());
     self->endWaiting();
     self->answerTimeout_ = request.timeout;
-    webkit_web_view_load_request(self->view_.get(), native.get());
+    self->navigate(
+        [view = self->view_.get(), native] { webkit_web_view_load_request(view, native.get()); });
   });
 }
 
@@ -258,10 +258,12 @@ void WebKitWebView::loadHTMLString(const std::string& html, const std::optional<
 
 void WebKitWebView::reload(ReloadSource source) {
   stoppedAddress_.reset();
-  if (source == ReloadSource::Origin)
-    webkit_web_view_reload_bypass_cache(view_.get());
-  else
-    webkit_web_view_reload(view_.get());
+  navigate([view = view_.get(), source] {
+    if (source == ReloadSource::Origin)
+      webkit_web_view_reload_bypass_cache(view);
+    else
+      webkit_web_view_reload(view);
+  });
 }
 
 void WebKitWebView::stopLoading() {
@@ -269,6 +271,7 @@ void WebKitWebView::stopLoading() {
   plainRequest_.reset();
   waitingLoad_.reset();
   restoredAddress_.reset();
+  forgetNavigation();
   endWaiting();
   webkit_web_view_stop_loading(view_.get());
   // A load whose decision is still to be asked for is forgotten by its page's process, and the
@@ -279,8 +282,13 @@ void WebKitWebView::stopLoading() {
   notify(WebViewProperty::IsLoading);
 }
 
-void WebKitWebView::goBack() { webkit_web_view_go_back(view_.get()); }
-void WebKitWebView::goForward() { webkit_web_view_go_forward(view_.get()); }
+void WebKitWebView::goBack() {
+  if (canGoBack()) navigate([view = view_.get()] { webkit_web_view_go_back(view); });
+}
+
+void WebKitWebView::goForward() {
+  if (canGoForward()) navigate([view = view_.get()] { webkit_web_view_go_forward(view); });
+}
 
 std::optional<std::string> WebKitWebView::interactionState() const {
   auto* list = webkit_web_view_get_back_forward_list(view_.get());

@@ -20,8 +20,8 @@ class WebKitContentController;
 class WebKitEngine;
 
 // One web view of the engine. Its topics have source files of their own: loading and mirroring
-// (WebKitWebView.cpp), decisions (+Policy), panels and permissions (+Panels), scripts, pictures,
-// find and media (+Content).
+// (WebKitWebView.cpp), decisions (+Policy), panels and permissions (+Panels), the page's process
+// and its end (+Process), scripts, pictures, find and media (+Content).
 class WebKitWebView final : public WebView, public std::enable_shared_from_this<WebKitWebView> {
  public:
   WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
@@ -50,8 +50,13 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   bool canGoBack() const override;
   bool canGoForward() const override;
   Observation observe(WebViewProperty property, std::function<void()> changed) override;
+  bool isResponsive() const override;
+  void endProcess() override;
+  void requestClose(std::function<void(bool)> answer) override;
+  bool isBlank() const override { return isBlank_; }
   double pageZoom() const override;
   void setPageZoom(double zoom) override;
+  void exitFullscreen() override;
   bool isInWindow() const override;
   void focus() override;
   void edit(EditingCommand command) override;
@@ -101,12 +106,28 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void endWaiting();
   static Task<> endUnanswered(std::weak_ptr<WebKitWebView> view, Duration after);
   void connectPanels();
+  void runScriptDialog(WebKitScriptDialog* dialog);
   void connectFind();
   void answerFinding(bool isFound);
   // No answer will come any more.
   void endFinding();
   void notify(WebViewProperty property);
   FrameInfo mainFrame() const;
+
+  // Process
+  void connectProcess();
+  // Begins a navigation of the program, and begins it anew in another process unless the page's
+  // takes it up in time.
+  void navigate(std::function<void()> begin);
+  // The page's process answers, or nothing is asked of it any more.
+  void forgetNavigation();
+  static Task<> replaceStuckProcess(std::weak_ptr<WebKitWebView> view);
+  // Takes the view for drawn with the second frame of its first page, or a little later.
+  void awaitDrawing();
+  void setBlank(bool isBlank);
+  static Task<> endAwaitingDrawing(std::weak_ptr<WebKitWebView> view);
+  void answerClosing(bool mayClose);
+  static Task<> endUnansweredClosing(std::weak_ptr<WebKitWebView> view);
 
   // Policy
   bool decideAction(WebKitNavigationPolicyDecision* decision, bool isNewWindow);
@@ -160,6 +181,17 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // Addresses that were put to the delegate as a sub-frame's for want of knowledge.
   std::map<std::string, NavigationAction> undecided_;
   bool hasCommitted_ = false;
+  bool isBlank_;
+  // A page has been shown since the view was made.
+  bool hasShownPage_ = false;
+  // The program's latest navigation until the page's process has shown that it answers.
+  std::function<void()> stuckNavigation_;
+  uint64_t lastNavigation_ = 0;
+  TaskHandle stuckTimer_;
+  bool isEndingProcess_ = false;
+  // Who waits to hear whether the page may be closed; empty when nobody does.
+  std::function<void(bool)> closing_;
+  TaskHandle closingTimer_;
   Finding finding_;
 };
 

@@ -23,12 +23,15 @@ class FakeWindow final : public DesktopWindow {
   }
   void minimize() override { ++minimizeCount; }
   void toggleMaximized() override { ++zoomCount; }
-  void toggleFullscreen() override { ++fullscreenCount; }
+  void toggleFullscreen() override {
+    ++fullscreenCount;
+    isFull = !isFull;
+  }
   void edit(EditingCommand command) override { edits.push_back(command); }
   bool isKey() const override { return isKeyWindow; }
   bool isVisible() const override { return isShown; }
   bool isMinimized() const override { return false; }
-  bool isFullscreen() const override { return false; }
+  bool isFullscreen() const override { return isFull; }
   bool isTextEditorFocused() const override { return isEditing; }
   WindowAppearance appearance() const override { return current; }
   void setAppearance(WindowAppearance appearance) override {
@@ -49,6 +52,7 @@ class FakeWindow final : public DesktopWindow {
   int minimizeCount = 0;
   int zoomCount = 0;
   int fullscreenCount = 0;
+  bool isFull = false;
   std::vector<EditingCommand> edits;
   int appearanceCount = 0;
   double lastDuration = -1;

@@ -191,6 +191,7 @@ void FakeWebView::commit(const URL& url, const FakePage& page) {
   }
   notify(WebViewProperty::CanGoBack);
   notify(WebViewProperty::CanGoForward);
+  notify(WebViewProperty::IsBlank);
   const auto self = shared_from_this();
   if (navigation_) navigation_->didCommit(*this);
   setTitle(page.title);
@@ -320,6 +321,36 @@ void FakeWebView::die() {
   title_.reset();
   isLoading_ = false;
   if (navigation_) navigation_->webContentProcessDidTerminate(*this);
+}
+
+void FakeWebView::setResponsive(bool isResponsive) {
+  isResponsive_ = isResponsive;
+  notify(WebViewProperty::IsResponsive);
+}
+
+void FakeWebView::endProcess() {
+  ++endedProcesses;
+  ++generation_;
+  isLoading_ = false;
+  setResponsive(true);
+}
+
+void FakeWebView::requestClose(std::function<void(bool)> answer) {
+  if (!guardsChanges || !ui_ || !isResponsive_) return answer(true);
+  ui_->runBeforeUnloadPanel(*this, FrameInfo{}, std::move(answer));
+}
+
+void FakeWebView::enterFullscreen() {
+  isFullscreen = true;
+  if (ui_) ui_->fullscreenDidChange(*this, true);
+}
+
+void FakeWebView::exitFullscreen() {
+  if (!std::exchange(isFullscreen, false)) return;
+  engine_.scheduler().post([weak = weak_from_this()] {
+    if (const auto self = weak.lock(); self && self->ui_)
+      self->ui_->fullscreenDidChange(*self, false);
+  });
 }
 
 // The engine

@@ -170,6 +170,11 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   bool canGoBack() const override { return position_ > 0; }
   bool canGoForward() const override { return position_ + 1 < static_cast<int>(history_.size()); }
   Observation observe(WebViewProperty property, std::function<void()> changed) override;
+  bool isResponsive() const override { return isResponsive_; }
+  void endProcess() override;
+  void requestClose(std::function<void(bool)> answer) override;
+  bool isBlank() const override { return history_.empty(); }
+  void exitFullscreen() override;
   double pageZoom() const override { return zoom_; }
   void setPageZoom(double zoom) override { zoom_ = zoom; }
   bool isInWindow() const override { return isOnScreen; }
@@ -205,6 +210,9 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   NavigationPolicy navigate(NavigationAction action);
   NavigationPolicy clickLink(const std::string& url, ModifierFlags modifiers = {},
                              MouseButton button = MouseButton::Left);
+  void setResponsive(bool isResponsive);
+  // An element of the page fills the screen.
+  void enterFullscreen();
   // Answers the view that the delegate made, or null.
   std::shared_ptr<WebView> openWindow(const std::string& url);
   void closeWindow() {
@@ -222,6 +230,10 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   GtkWidget* pageWidget = nullptr;
   bool isOnScreen = false;
   int focusCount = 0;
+  int endedProcesses = 0;
+  // The page guards changes: the user is asked before it is left.
+  bool guardsChanges = false;
+  bool isFullscreen = false;
   std::vector<EditingCommand> edits;
   int stopCount = 0;
   int pauseCount = 0;
@@ -262,6 +274,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   std::optional<std::string> title_;
   std::optional<URL> url_;
   bool isLoading_ = false;
+  bool isResponsive_ = true;
   double progress_ = 0;
   double zoom_ = 1;
   std::vector<URL> history_;

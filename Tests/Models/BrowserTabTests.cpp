@@ -338,14 +338,17 @@ struct Panels : Tab {
     store().window = &world.window;
     settle();
     view = world.viewOnScreen(tab);
-    world.desktop.answerAlert = [this](const Alert&) { return given; };
   }
   UIDelegate& page() { return *view->uiDelegate(); }
-  const Alert& alert() { return world.desktop.alerts.back().alert; }
+  const PageQuestion& question() { return tab->questions.current.peek().value(); }
+  void give(std::optional<size_t> button, bool isSilencing = false) {
+    tab->questions.answer(
+        question().id,
+        {.button = button, .fields = {"typed", "secret"}, .isSuppressionOn = isSilencing});
+  }
 
   TabRef tab;
   std::shared_ptr<FakeWebView> view;
-  std::optional<AlertAnswer> given;
   const FrameInfo frame{.securityOriginHost = "a.org"};
 };
 
@@ -355,25 +358,30 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     bool isConfirmed;
   } cases[] = {{0, true}, {1, false}, {std::nullopt, false}};
   for (const auto& test : cases) {
-    given = AlertAnswer{.button = test.button, .fields = {"typed", "secret"}};
     int alerts = 0;
     std::optional<bool> confirmed, left;
     std::optional<std::string> prompted = "none yet";
     std::optional<Credential> credential;
     page().runJavaScriptAlertPanel(*view, "Hello", frame, [&] { ++alerts; });
-    EXPECT_EQ(alert().messageText + " says " + alert().informativeText, "a.org says Hello");
+    EXPECT_EQ(question().alert.messageText + " says " + question().alert.informativeText,
+              "a.org says Hello");
+    give(test.button);
     page().runJavaScriptConfirmPanel(*view, "Sure?", frame, [&](bool yes) { confirmed = yes; });
+    give(test.button);
     page().runJavaScriptTextInputPanel(*view, "Name?", "default", frame,
                                        [&](auto text) { prompted = text; });
-    EXPECT_EQ(alert().fields.at(0).text, "default");
-    page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
+    EXPECT_EQ(question().alert.fields.at(0).text, "default");
+    give(test.button);
     view->navigationDelegate()->didReceiveAuthenticationChallenge(
         *view, {.host = "a.org"}, [&](auto answer) { credential = answer; });
-    EXPECT_TRUE(alert().fields.at(1).isSecret);
-    settle();
+    EXPECT_TRUE(question().alert.fields.at(1).isSecret);
+    give(test.button);
+    page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
+    EXPECT_EQ(question().escapeButton(), 0u) << "staying";
+    give(test.button);
     EXPECT_EQ(alerts, 1);
     EXPECT_EQ(confirmed, test.isConfirmed);
-    EXPECT_EQ(left, test.isConfirmed);
+    EXPECT_EQ(left, test.button == 1u);
     EXPECT_EQ(prompted, test.isConfirmed ? std::optional<std::string>("typed") : std::nullopt);
     ASSERT_EQ(credential.has_value(), test.isConfirmed);
     if (credential) {
@@ -388,9 +396,110 @@ TEST_F(Panels, APageThatIsNotOnScreenIsAnsweredAtOnce) {
   page().runJavaScriptAlertPanel(*view, "", frame, [&] { ++answers; });
   page().runJavaScriptConfirmPanel(*view, "", frame, [&](bool yes) { answers += !yes; });
   page().runJavaScriptTextInputPanel(*view, "", "", frame, [&](auto text) { answers += !text; });
+  page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { answers += leaves; });
   page().runOpenPanel(*view, {}, [&](auto files) { answers += !files; });
-  EXPECT_EQ(answers, 4);
-  EXPECT_TRUE(world.desktop.alerts.empty());
+  EXPECT_EQ(answers, 5);
+  EXPECT_FALSE(tab->questions.current.peek());
+}
+
+TEST_F(Panels, APageThatAsksWithoutEndIsSilencedAndThenHeld) {
+  int answers = 0;
+  const auto alert = [&] {
+    page().runJavaScriptAlertPanel(*view, "Again", frame, [&] { ++answers; });
+  };
+  alert();
+  EXPECT_FALSE(question().alert.suppression) << "the first";
+  give(0);
+  alert();
+  EXPECT_TRUE(question().alert.suppression);
+  give(0, true);
+  const int seen = answers;
+  alert();
+  EXPECT_EQ(answers, seen + 1);
+  EXPECT_FALSE(tab->questions.current.peek());
+  for (int i = 0; i < 1000 && !tab->questions.current.peek(); ++i) alert();
+  EXPECT_EQ(question().alert.messageText, "a isn’t answering");
+  const int held = answers;
+  give(0);
+  EXPECT_EQ(answers, held + 1) << "what was held goes on";
+
+  // Another page is heard again.
+  tab->load(*URL::parse("https://b/"));
+  settle();
+  alert();
+  EXPECT_FALSE(question().alert.suppression);
+  // One that is being left is not, whatever it has asked before.
+  tab->load(*URL::parse("https://c/"));
+  EXPECT_FALSE(tab->questions.current.peek());
+  alert();
+  EXPECT_FALSE(tab->questions.current.peek());
+}
+
+TEST_F(Panels, APageThatDoesNotAnswerIsWaitedForOrStopped) {
+  view->setResponsive(false);
+  EXPECT_TRUE(tab->isUnresponsive.peek());
+  EXPECT_EQ(question().alert.messageText, "a isn’t answering");
+  give(0);
+  EXPECT_FALSE(tab->questions.current.peek());
+  advance(30s);
+  EXPECT_TRUE(tab->questions.current.peek()) << "still waiting";
+  view->setResponsive(true);
+  EXPECT_FALSE(tab->questions.current.peek()) << "it answers";
+  view->setResponsive(false);
+  give(1);
+  EXPECT_EQ(view->endedProcesses, 1);
+  EXPECT_THAT(view->html, HasSubstr("was stopped"));
+  EXPECT_FALSE(tab->isUnresponsive.peek());
+}
+
+TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
+  const TabRef other = world.open("https://other/");
+  settle();
+  view->guardsChanges = true;
+  view->isOnScreen = false;
+  const auto isOpen = [&] { return store().spaceContaining(*tab) != nullptr; };
+
+  store().pageClosing.close(tab);
+  EXPECT_EQ(store().activeSpace()->selectedTab(), tab) << "the page that asks is shown";
+  store().pageClosing.close(tab);
+  give(0);
+  EXPECT_FALSE(tab->questions.current.peek()) << "asked once";
+  EXPECT_TRUE(isOpen());
+
+  store().pageClosing.quit();
+  settle();
+  give(0);
+  settle();
+  EXPECT_EQ(world.desktop.terminateCount, 0);
+  store().pageClosing.quit();
+  settle();
+  give(1);
+  settle();
+  EXPECT_EQ(world.desktop.terminateCount, 1);
+
+  store().pageClosing.close(tab);
+  give(1);
+  EXPECT_FALSE(isOpen());
+  store().pageClosing.close(other);
+  EXPECT_EQ(store().spaceContaining(*other), nullptr) << "at once";
+}
+
+TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
+  const TabRef other = world.open("https://other/");
+  const std::function<void()> leaving[] = {[&] { store().select(other); },
+                                           [&] { store().close(tab); }};
+  for (const auto& leave : leaving) {
+    store().select(tab);
+    settle();
+    view->enterFullscreen();
+    EXPECT_EQ(store().pageFullscreen.tab.peek(), tab);
+    world.window.isFull = true;
+    leave();
+    settle();
+    EXPECT_FALSE(store().pageFullscreen.tab.peek());
+    EXPECT_FALSE(view->isFullscreen);
+    EXPECT_FALSE(world.window.isFull);
+  }
 }
 
 TEST_F(Panels, FilesAreChosenOrNot) {
@@ -412,8 +521,8 @@ TEST_F(Panels, AHugeQuestionIsCutAndDevicesAreDenied) {
   std::string text;
   for (int i = 0; i < 1 << 20; ++i) text += "ä";
   page().runJavaScriptAlertPanel(*view, text, frame, [] {});
-  EXPECT_LT(alert().informativeText.size(), 5000u);
-  EXPECT_TRUE(alert().informativeText.ends_with("ä…"));
+  EXPECT_LT(question().alert.informativeText.size(), 5000u);
+  EXPECT_TRUE(question().alert.informativeText.ends_with("ä…"));
   auto decision = PermissionDecision::Prompt;
   page().requestMediaCapturePermission(*view, "a.org", CaptureDeviceType::Camera,
                                        [&](auto answer) { decision = answer; });

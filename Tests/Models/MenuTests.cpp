@@ -325,6 +325,7 @@ TEST_F(MenuTest, NothingThatCanBeChosenIsSilent) {
   EXPECT_EQ(told("History", "Show All History") + told("Orvel", "Settings…"), "");
   EXPECT_THAT(opened, ElementsAre(UtilityWindow::History, UtilityWindow::Settings));
   perform("Orvel", "Quit Orvel");
+  settle();
   EXPECT_EQ(world.desktop.terminateCount, 1);
 }
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <unordered_set>
+
+#include "Base/Task.h"
+#include "Models/Space.h"
+
+namespace orvel {
+
+class BrowserStore;
+
+// Closing as the user asks for it: pages that guard what was entered are heard first.
+class PageClosing {
+ public:
+  explicit PageClosing(BrowserStore& store) : store_(store) {}
+
+  // Closes the tab unless the user stays on its page; at once where nothing is guarded.
+  void close(TabRef tab);
+  // Ends the program unless the user stays on one of its pages. Leaving one is leaving all.
+  void quit();
+
+ private:
+  static Task<> quitAfterAsking(std::weak_ptr<BrowserStore> store);
+
+  BrowserStore& store_;
+  // Those whose answer is awaited.
+  std::unordered_set<TabRef> asked_;
+  bool isQuitting_ = false;
+};
+
+}  // namespace orvel

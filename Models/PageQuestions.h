@@ -1,0 +1,59 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "Base/Observable.h"
+#include "Desktop/Dialogs.h"
+
+namespace orvel {
+
+// What is asked within the sheet of one page. It blocks that page alone.
+struct PageQuestion {
+  // A page's words never stand in the form of the program's own, so that no page can put a question
+  // in its name.
+  enum class Voice { Page, Program };
+
+  uint64_t id = 0;
+  Voice voice = Voice::Page;
+  std::string symbol;  // of the program's questions; may be empty
+  Alert alert;
+  // The button that Escape means; absent: the last one.
+  std::optional<size_t> escape;
+
+  size_t escapeButton() const {
+    return escape.value_or(alert.buttons.empty() ? 0 : alert.buttons.size() - 1);
+  }
+  friend bool operator==(const PageQuestion& a, const PageQuestion& b) { return a.id == b.id; }
+};
+
+// The questions of one page, answered one after the other.
+class PageQuestions {
+ public:
+  using Answer = std::function<void(AlertAnswer)>;
+
+  // The one on screen; absent without any.
+  Observable<std::optional<PageQuestion>> current;
+
+  // Gives the question its id, which is answered. `answer` is called exactly once.
+  uint64_t ask(PageQuestion question, Answer answer);
+  // Does nothing for a question that is no more.
+  void answer(uint64_t id, AlertAnswer given);
+  // Answers that no button was chosen.
+  void withdraw(uint64_t id) { answer(id, {}); }
+  void withdrawAll();
+
+ private:
+  struct Waiting {
+    PageQuestion question;
+    Answer answer;
+  };
+  void showNext();
+
+  std::deque<Waiting> waiting_;
+  uint64_t lastID_ = 0;
+};
+
+}  // namespace orvel
