@@ -21,6 +21,7 @@ Task<> BrowserStore::saveSoon(std::weak_ptr<BrowserStore> weak) {
   // The task is over for `scheduleSave` from here on.
   store->saveTask_.detach();
   store->save();
+  untracked([&] { store->pageStates_.writeChanged(store->everyTab()); });
 }
 
 SessionRecord BrowserStore::record() const {
@@ -157,7 +158,7 @@ TabRef BrowserStore::makeTab(const TabRecord& record, const std::shared_ptr<Prof
                                       .title = record.title,
                                       .pinnedURL = record.pinnedURL,
                                       .lastActiveAt = record.lastActiveAt,
-                                      .stateFile = BrowserTab::Values::StateFile::MayExist});
+                                      .stateFile = PageState::FormerFile::MayExist});
 }
 
 SidebarItemList BrowserStore::makeItems(const std::vector<SidebarItemRecord>& records,

@@ -186,8 +186,7 @@ void BrowserStore::clearToday(const std::shared_ptr<Space>& space) {
                                               space->today.peek().end());
         for (const TabRef& tab : tabs) {
           if (back.contains(tab) || !tab->liveWebView()) continue;
-          tab->setSavedState(tab->currentState());
-          tab->teardown();
+          tab->hibernate();
         }
       });
   if (losesSelection) space->selectedTabID = std::nullopt;

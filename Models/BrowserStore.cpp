@@ -16,7 +16,8 @@ BrowserStore::BrowserStore(const Services& services)
     : settings(services.defaults),
       contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
                      services.resources / "Scripts"),
-      services_(services) {
+      services_(services),
+      pageStates_(services.files, services.paths.tabStates()) {
   services.paths.create(services.files.files());
   if (services.openHistory) history = services.openHistory(services.paths.history());
 }

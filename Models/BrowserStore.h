@@ -17,6 +17,7 @@
 #include "Desktop/ScrollGestures.h"
 #include "Models/BrowserTab.h"
 #include "Models/Menu.h"
+#include "Models/PageStates.h"
 #include "Models/Services.h"
 #include "Models/Settings.h"
 #include "Models/Space.h"
@@ -388,7 +389,6 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   WebExtensionController* extensionsKnowing(const BrowserTab& tab) const;
   bool isOnShow(const BrowserTab& tab) const;
   bool mayHibernate(const BrowserTab& tab, Date cutoff, Date now) const;
-  void removeOtherStateFiles(const std::vector<std::string>& found);
 
   const Services& services_;
   Observable<UUID> activeSpaceID_{UUID::random()};
@@ -412,8 +412,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Observation memoryPressure_;
   std::unique_ptr<HotKey> quickBarHotKey_;
   uint64_t quickBarKeyRequest_ = 0;  // grows with each change of the key
-  // The names that the latest writing of page states knows.
-  std::unordered_set<std::string> stateFiles_;
+  PageStates pageStates_;
 };
 
 }  // namespace orvel

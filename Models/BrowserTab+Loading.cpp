@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "Base/Assert.h"
+#include "BrowserCore/Text.h"
 #include "Models/BrowserStore.h"
 #include "Models/BrowserTab.h"
 
@@ -16,7 +17,7 @@ void BrowserTab::load(const URL& address) {
     view->load({.url = address});
     return;
   }
-  setSavedState(std::nullopt);
+  pageState.set(std::nullopt);
   webView();
 }
 
@@ -44,16 +45,21 @@ void BrowserTab::stopLoading() {
 
 void BrowserTab::sync(const WebView& view) {
   requireMainThread();
+  // Pages decide how long their titles get.
+  constexpr size_t kLongestTitle = 4096;
   const auto store = store_.lock();
-  if (const auto shown = view.title(); shown && !shown->empty() && title.set(*shown)) {
+  const auto shownTitle = text::prefix(view.title().value_or(""), kLongestTitle);
+  if (!shownTitle.empty() && title.set(shownTitle)) {
     if (store) store->scheduleSave();
     propertiesDidChange(TabProperties::Title);
   }
   nameVisit(view);
-  if (const auto shown = view.url(); shown && shown != url.peek()) {
-    setAddress(shown);
-    if (store) store->scheduleSave();
-    propertiesDidChange(TabProperties::URL);
+  if (const auto address = view.url()) {
+    if (const URL shown = boundedAddress(*address); shown != url.peek()) {
+      setAddress(shown);
+      pageDidChange();
+      propertiesDidChange(TabProperties::URL);
+    }
   }
   isLoading = view.isLoading();
   progress = view.estimatedProgress();

@@ -113,7 +113,7 @@ TEST_F(TabOperations, ClearedTabsAreTornDownWithTheirStateOnceTheyAreGone) {
   store().clearToday(store().activeSpace());
   EXPECT_EQ(toast(), "Closed 1 tab");
   EXPECT_EQ(tab->liveWebView(), nullptr);
-  ASSERT_TRUE(tab->savedState());
+  ASSERT_TRUE(tab->pageState.saved());
   EXPECT_FALSE(tab->isDiscarded);
 }
 
