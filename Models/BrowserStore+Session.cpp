@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "Base/Assert.h"
 #include "Base/Log.h"
 #include "Models/BrowserStore.h"
@@ -40,52 +42,63 @@ SessionRecord BrowserStore::record() const {
 void BrowserStore::save() {
   requireMainThread();
   untracked([this] {
-    services_.files.write(
-        services_.paths.session(), record().encoded(), [](const WriteResult& result) {
-          if (result.outcome == WriteResult::Outcome::Failed)
-            Log::session.error("Couldn't save the session: {}", result.error.message());
-        });
+    auto requests = sessionFile_.replacing([session = record()] { return session.encoded(); },
+                                           [](const WriteResult& result) {
+                                             if (result.outcome == WriteResult::Outcome::Failed)
+                                               Log::session.error("Couldn't save the session: {}",
+                                                                  result.error.message());
+                                           });
+    if (std::exchange(isArchiveStale_, false)) requests.push_back(writingArchive());
+    services_.files.carryOut(std::move(requests));
     updateSpotlight();
   });
 }
 
 void BrowserStore::saveArchive() {
-  services_.files.write(services_.paths.archive(), ArchivedTabRecord::encoded(archive.peek()),
-                        [](const WriteResult& result) {
-                          if (result.outcome == WriteResult::Outcome::Failed)
-                            Log::session.error("Couldn't save archived tabs: {}",
-                                               result.error.message());
-                        });
+  isArchiveStale_ = true;
+  save();
+}
+
+FileWriter::Request BrowserStore::writingArchive() {
+  return FileWriter::writing(
+      services_.paths.archive(),
+      [copy = archive.peek()] { return ArchivedTabRecord::encoded(copy); },
+      [weak = weak_from_this()](const WriteResult& result) {
+        if (result.outcome != WriteResult::Outcome::Failed) return;
+        Log::session.error("Couldn't save archived tabs: {}", result.error.message());
+        if (const auto store = weak.lock()) store->isArchiveStale_ = true;
+      });
 }
 
 // Loading
 
-void BrowserStore::keepCopy(const std::filesystem::path& path, std::string bytes) {
-  constexpr Duration kDeadline = 2s;
-  services_.files.write(path, std::move(bytes));
-  // The copy lies on the disk before anything can replace the original.
-  services_.files.drain(kDeadline);
-}
-
 std::optional<BrowserStore::LoadedSession> BrowserStore::loadSession() {
-  auto bytes = services_.files.files().read(services_.paths.session());
-  if (!bytes) return std::nullopt;
-  auto decoded = SessionRecord::decode(*bytes, services_.scheduler.now());
+  auto contents = services_.files.files().read(services_.paths.session());
+  const auto startFresh = [](const std::string& why) {
+    Log::session.fault(
+        "Couldn't read the session, starting fresh (kept as session.unreadable.json): {}", why);
+    return std::nullopt;
+  };
+  if (!contents.bytes) {
+    if (contents.isMissing()) return std::nullopt;
+    sessionFile_.moveAside(services_.paths.unreadableSession());
+    return startFresh(contents.error.message());
+  }
+  auto decoded = SessionRecord::decode(*contents.bytes, services_.scheduler.now());
   if (auto* session = std::get_if<SessionRecord::Decoded>(&decoded)) {
     const bool isMigrated = session->sourceVersion < SessionRecord::currentVersion;
     if (isMigrated) {
       Log::session.notice("Upgrading the session from version {} to {}", session->sourceVersion,
                           SessionRecord::currentVersion);
-      keepCopy(services_.paths.sessionBackup(session->sourceVersion), std::move(*bytes));
+      sessionFile_.keepCopy(services_.paths.sessionBackup(session->sourceVersion),
+                            std::move(*contents.bytes));
     }
     return LoadedSession{std::move(session->record), isMigrated};
   }
+  sessionFile_.keepCopy(services_.paths.unreadableSession(), std::move(*contents.bytes));
   const auto* error = std::get_if<SessionError>(&decoded);
-  Log::session.fault(
-      "Couldn't read the session, starting fresh (kept as session.unreadable.json): {}",
-      error ? description(*error) : std::get<JSONCoding::DecodingError>(decoded).description);
-  keepCopy(services_.paths.unreadableSession(), std::move(*bytes));
-  return std::nullopt;
+  return startFresh(error ? description(*error)
+                          : std::get<JSONCoding::DecodingError>(decoded).description);
 }
 
 void BrowserStore::restore() {
@@ -95,7 +108,7 @@ void BrowserStore::restore() {
   }
   if (spaces.peek().empty()) createDefaultSpace();
   if (!spaceWithID(activeSpaceID())) setActiveSpaceID(spaces.peek().front()->id);
-  if (const auto bytes = services_.files.files().read(services_.paths.archive()))
+  if (const auto bytes = services_.files.files().read(services_.paths.archive()).bytes)
     archive = ArchivedTabRecord::decode(*bytes).value_or(std::vector<ArchivedTabRecord>());
   // The page on screen starts loading first; no other tab gets a view here.
   if (const TabRef selected = activeSpace()->selectedTab(); selected && !selected->isDiscarded)

@@ -9,6 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "Base/KeptFile.h"
 #include "Base/Observable.h"
 #include "Base/Task.h"
 #include "BrowserCore/ChoiceMemory.h"
@@ -341,12 +342,14 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
     bool isMigrated = false;
   };
   std::optional<LoadedSession> loadSession();
-  void keepCopy(const std::filesystem::path& path, std::string bytes);
   void apply(const SessionRecord& record);
   void createDefaultSpace();
   SessionRecord record() const;
   std::shared_ptr<Space> spaceWithID(const UUID& id) const;
+  // Saves the archive behind the session, so that a tab on its way from one to the other is in one
+  // of them at any time.
   void saveArchive();
+  FileWriter::Request writingArchive();
   void saveChoices();
 
   // Spaces.
@@ -412,6 +415,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Observation memoryPressure_;
   std::unique_ptr<HotKey> quickBarHotKey_;
   uint64_t quickBarKeyRequest_ = 0;  // grows with each change of the key
+  KeptFile sessionFile_;
+  bool isArchiveStale_ = false;  // its file is
   PageStates pageStates_;
 };
 

@@ -159,13 +159,17 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
     if (!tab) return;
     auto& dialogs = tab->services_.desktop.dialogs;
     if (!result.data) return tellOfFailedExport(dialogs, tab->panelParent(), result.error);
-    tab->services_.files.write(file, std::move(*result.data),
-                               [weak, &dialogs](const WriteResult& written) {
-                                 const auto live = weak.lock();
-                                 if (written.outcome == WriteResult::Outcome::Failed)
-                                   tellOfFailedExport(dialogs, live ? live->panelParent() : nullptr,
-                                                      written.error.message());
-                               });
+    const auto failure = std::make_shared<std::optional<std::string>>();
+    tab->services_.scheduler.runInBackground(
+        [failure, file, data = std::move(*result.data), &files = tab->services_.files.files()] {
+          *failure = files.writeForUser(file, data);
+        },
+        [failure, weak, &dialogs] {
+          const auto live = weak.lock();
+          if (*failure)
+            tellOfFailedExport(dialogs, live ? live->panelParent() : nullptr, **failure);
+        },
+        WorkPriority::UserInitiated);
   });
 }
 

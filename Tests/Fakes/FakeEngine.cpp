@@ -237,7 +237,7 @@ std::optional<InteractionState> FakeWebView::interactionState() const {
 bool FakeWebView::setInteractionState(const std::string& text) {
   restoredStates.push_back(text);
   const auto state = nlohmann::json::parse(text, nullptr, false);
-  if (!state.is_object() || state["history"].empty()) return false;
+  if (!state.is_object() || !state.contains("history")) return false;
   history_.clear();
   for (const auto& entry : state["history"])
     history_.push_back(*URL::parse(entry.get<std::string>()));

@@ -17,7 +17,7 @@ struct Hibernation : ModelTest {
     settle();
   }
   std::string stateFile(const TabRef& tab) {
-    return world.disk->read(tab->pageState.file(), ~0ull).value_or("");
+    return world.disk->read(tab->pageState.file(), ~0ull).bytes.value_or("");
   }
 
   TabList tabs;
