@@ -163,7 +163,7 @@ void BrowserStore::createDefaultSpace() {
   setActiveSpaceID(space->id);
 }
 
-TabRef BrowserStore::makeTab(const TabRecord& record, const std::shared_ptr<Profile>& profile) {
+TabRef BrowserStore::makeTab(const TabRecord& record, std::shared_ptr<Profile> profile) {
   return BrowserTab::make(services_, {.id = record.id,
                                       .profile = profile,
                                       .store = weak_from_this(),
@@ -175,7 +175,7 @@ TabRef BrowserStore::makeTab(const TabRecord& record, const std::shared_ptr<Prof
 }
 
 SidebarItemList BrowserStore::makeItems(const std::vector<SidebarItemRecord>& records,
-                                        const std::shared_ptr<Profile>& profile) {
+                                        std::shared_ptr<Profile> profile) {
   struct Level {
     const std::vector<SidebarItemRecord>* records;
     Observable<SidebarItemList>* items;
@@ -205,7 +205,7 @@ SidebarItemList BrowserStore::makeItems(const std::vector<SidebarItemRecord>& re
 }
 
 SidebarItem BrowserStore::makeItem(const SidebarItemRecord& record,
-                                   const std::shared_ptr<Profile>& profile) {
+                                   std::shared_ptr<Profile> profile) {
   return makeItems({record}, profile).front();
 }
 

@@ -30,7 +30,7 @@ FavoriteTile::FavoriteTile(SidebarContext& context) : context_(context), site_(k
   auto click = Gtk::GestureClick::create();
   click->set_button(GDK_BUTTON_MIDDLE);
   click->signal_released().connect([this](int, double, double) {
-    if (tab_) context_.store.close(TabRef(tab_));
+    if (tab_) context_.store.close(tab_);
   });
   add_controller(click);
   makeTabDragSource(

@@ -46,7 +46,7 @@ TabRow::TabRow(SidebarContext& context)
   home_.signal_clicked().connect([this] {
     if (const auto& home = tab_->pinnedURL.peek()) tab_->load(*home);
   });
-  close_.signal_clicked().connect([this] { context_.store.close(TabRef(tab_)); });
+  close_.signal_clicked().connect([this] { context_.store.close(tab_); });
 
   makeTabDragSource(
       *this, context_.drag, [this] { return tab_; },
@@ -108,7 +108,7 @@ void TabRow::showButtons() {
 
 void TabRow::activate() { context_.store.select(tab_, context_.space); }
 
-void TabRow::middleClicked() { context_.store.close(TabRef(tab_)); }
+void TabRow::middleClicked() { context_.store.close(tab_); }
 
 void TabRow::hoverChanged(bool isHovered) {
   isHovered_ = isHovered;
@@ -119,7 +119,7 @@ std::vector<MenuEntry> TabRow::menu() { return tabMenu(context_.store, context_.
 
 bool TabRow::keyPressed(guint key) {
   if (key != GDK_KEY_Delete && key != GDK_KEY_KP_Delete) return false;
-  context_.store.close(TabRef(tab_));
+  context_.store.close(tab_);
   return true;
 }
 

@@ -153,6 +153,18 @@ TEST_F(Session, PartsThatNameNothingAreTolerated) {
   EXPECT_FALSE(saved["spaces"][0].contains("appearance"));
 }
 
+TEST_F(Session, AnAddressWithoutASchemeLoadsNothing) {
+  json given = session();
+  given["spaces"][0]["today"][0]["url"] = "example.com/page";
+  given["spaces"][0]["today"][0]["pinnedURL"] = "//example.com";
+  launch(given.dump());
+  const TabRef tab = world.space().selectedTab();
+  ASSERT_NE(tab, nullptr);
+  EXPECT_EQ(tab->displayTitle(), "A");
+  EXPECT_FALSE(tab->url.peek() || tab->pinnedURL.peek());
+  EXPECT_THAT(world.view(tab)->requests, IsEmpty());
+}
+
 TEST_F(Session, DuplicateIdsAreNoHindrance) {
   json given = session();
   given["spaces"][0]["today"].push_back(tabRecord());
@@ -196,6 +208,7 @@ TEST_F(Session, WhatCannotBeReadIsKeptAndTheProgramStarts) {
       {"cut off", session().dump().substr(0, 100)},
       {"a later version", with("/schemaVersion", 3)},
       {"a wrong type", with("/sidebarWidth", "wide")},
+      {"no address", with("/spaces/0/today/0/url", "https://a b/")},
       {"invalid UTF-8", "{\"schemaVersion\":2,\"x\":\"\xff\xfe\"}"},
       {"10 MB of brackets", std::string(10 << 20, '[')},
       {"10 MB of text", "\"" + std::string(10 << 20, 'x')},
