@@ -1,12 +1,16 @@
 #include "Base/FileSystem.h"
 
 #include <fcntl.h>
+#include <gio/gio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <utility>
+
+#include "Base/GRef.h"
+#include "Base/Log.h"
 
 namespace orvel {
 
@@ -38,23 +42,28 @@ class Descriptor {
 
 class Disk final : public FileSystem {
  public:
-  std::optional<std::string> read(const fs::path& path, uint64_t limit) override {
+  FileContents read(const fs::path& path, uint64_t limit) override {
+    const auto failed = [](std::errc error) {
+      return FileContents{std::nullopt, std::make_error_code(error)};
+    };
     // O_NONBLOCK: a pipe put in the file's place must not hold the program up.
     const Descriptor file(path, O_RDONLY | O_NONBLOCK);
     struct stat status {};
-    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    if (static_cast<uint64_t>(status.st_size) > limit) return std::nullopt;
+    if (!file || fstat(file.get(), &status) != 0) return {std::nullopt, lastError()};
+    if (S_ISDIR(status.st_mode)) return failed(std::errc::is_a_directory);
+    if (!S_ISREG(status.st_mode)) return failed(std::errc::not_supported);
+    if (static_cast<uint64_t>(status.st_size) > limit) return failed(std::errc::file_too_large);
     std::string bytes(static_cast<size_t>(status.st_size), '\0');
     size_t filled = 0;
     while (filled < bytes.size()) {
       const ssize_t count = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
       if (count < 0 && errno == EINTR) continue;
-      if (count < 0) return std::nullopt;
+      if (count < 0) return {std::nullopt, lastError()};
       if (count == 0) break;
       filled += static_cast<size_t>(count);
     }
     bytes.resize(filled);
-    return bytes;
+    return {std::move(bytes), {}};
   }
 
   std::vector<std::string> list(const fs::path& folder) override {
@@ -113,6 +122,15 @@ class Disk final : public FileSystem {
     return {};
   }
 
+  std::optional<std::string> writeForUser(const fs::path& path, std::string_view bytes) override {
+    const auto file = GRef<GFile>::adopt(g_file_new_for_path(path.c_str()));
+    GError* error = nullptr;
+    if (g_file_replace_contents(file.get(), bytes.data(), bytes.size(), nullptr, FALSE,
+                                G_FILE_CREATE_NONE, nullptr, nullptr, &error))
+      return std::nullopt;
+    return GErrorRef(error)->message;
+  }
+
  private:
   static std::error_code syncWith(const fs::path& path, int flags) {
     const Descriptor file(path, flags);
@@ -121,6 +139,10 @@ class Disk final : public FileSystem {
 };
 
 }  // namespace
+
+bool FileContents::isMissing() const {
+  return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
+}
 
 std::shared_ptr<FileSystem> FileSystem::disk() { return std::make_shared<Disk>(); }
 
@@ -138,7 +160,10 @@ std::error_code writeAtomically(FileSystem& files, const fs::path& path, std::st
     files.remove(temporary);
     return error;
   }
-  return files.syncFolder(path.parent_path());
+  if (const auto unsynced = files.syncFolder(path.parent_path()))
+    Log::app.error("Couldn't sync the folder of {}: {}", path.filename().string(),
+                   unsynced.message());
+  return {};
 }
 
 }  // namespace orvel

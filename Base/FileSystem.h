@@ -13,6 +13,15 @@
 
 namespace orvel {
 
+// What reading a file came to.
+struct FileContents {
+  std::optional<std::string> bytes;  // absent after a failure
+  std::error_code error;             // why there are none
+
+  // There is nothing to read: no failure.
+  bool isMissing() const;
+};
+
 // The steps that the program's file work is made of. One implementation is the disk; tests have one
 // in memory that fails or dies at any step. Calls may come from any thread, and block.
 //
@@ -21,10 +30,9 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
 
-  // The file's bytes. Absent when it is missing, unreadable, no regular file, or larger than
-  // `limit`.
-  virtual std::optional<std::string> read(const std::filesystem::path& path,
-                                          uint64_t limit = kDefaultReadLimit) = 0;
+  // The file's bytes; a failure also when it is no regular file or larger than `limit`.
+  virtual FileContents read(const std::filesystem::path& path,
+                            uint64_t limit = kDefaultReadLimit) = 0;
   // The names of the folder's entries, in no particular order; empty when it cannot be read.
   virtual std::vector<std::string> list(const std::filesystem::path& folder) = 0;
   virtual bool exists(const std::filesystem::path& path) = 0;
@@ -45,6 +53,13 @@ class FileSystem {
   // The folder with its missing parents, open to the user alone.
   virtual std::error_code createFolders(const std::filesystem::path& folder) = 0;
 
+  // Writes a file of the user's, not the program's: where the path leads through links, with the
+  // mode that it has or that new files get here, and with no other name used up in its folder.
+  // Replaced as a whole where that can be done. Absent: it is written; otherwise why it is not, as
+  // a sentence for the user.
+  virtual std::optional<std::string> writeForUser(const std::filesystem::path& path,
+                                                  std::string_view bytes) = 0;
+
   static constexpr uint64_t kDefaultReadLimit = 256u << 20;
 
   // The machine's own file system.
@@ -53,7 +68,8 @@ class FileSystem {
 
 // Replaces the file as a whole: temporary file beside it, sync, rename, sync of the folder. After a
 // failure or a crash at any point the path holds either its former contents or `bytes`. Missing
-// folders are created.
+// folders are created. Once renamed, the file counts as written: a folder that cannot be synced is
+// logged.
 std::error_code writeAtomically(FileSystem& files, const std::filesystem::path& path,
                                 std::string_view bytes);
 

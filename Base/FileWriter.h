@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "Base/FileSystem.h"
 #include "Base/Scheduler.h"
@@ -21,38 +22,47 @@ struct WriteResult {
   std::error_code error;
 };
 
-// Every file of the program is written here: atomically (see `writeAtomically`), on a worker, in
-// the order of the requests for each path. While a request is under way, only the newest of those
-// that follow for the same path is kept.
+// Every file of the program is written here: atomically (see `writeAtomically`), on a worker of its
+// own, in the order of asking. While a request waits, a newer one for the same path takes its
+// place: however often a file is asked for, it is not put off and holds nobody up.
 class FileWriter {
  public:
   // Called on the main thread, on a later turn.
   using Completion = std::function<void(const WriteResult&)>;
+  using MakeBytes = std::function<std::string()>;
 
   FileWriter(Scheduler& scheduler, std::shared_ptr<FileSystem> files);
   // Drops what has not begun.
   ~FileWriter();
-
-  using MakeBytes = std::function<std::string()>;
 
   void write(std::filesystem::path path, std::string bytes, Completion completion = {});
   // `makeBytes` runs on the worker, once, and not at all when the request is overtaken.
   void write(std::filesystem::path path, MakeBytes makeBytes, Completion completion = {});
   void remove(std::filesystem::path path, Completion completion = {});
 
-  // Blocks until every request has been carried out, or until `deadline` has passed, and for no
-  // longer than the request that is under way then; answers whether all of them were. Completions
-  // that came due run before it returns.
-  bool drain(Duration deadline);
+  // What is to become of one file. `carryOut` runs on the worker, once.
+  struct Request {
+    std::filesystem::path path;
+    std::function<std::error_code(FileSystem&)> carryOut;
+    Completion completion;
+  };
+  [[nodiscard]] static Request writing(std::filesystem::path path, MakeBytes makeBytes,
+                                       Completion completion = {});
+  // Files that belong together: nothing comes between them, and where one fails, those behind it
+  // fail with it, untouched. Files that are asked for together are so in one order only, unless the
+  // newer request is for all of them.
+  void carryOut(std::vector<Request> together);
+
+  // Blocks until every request has been carried out, the one for `first` before the others, or
+  // until `deadline` has passed, and for no longer than the request that is under way then; answers
+  // whether all of them were. Completions that came due run before it returns.
+  bool drain(Duration deadline, const std::filesystem::path& first = {});
 
   // Where reading goes directly.
   FileSystem& files() const;
 
  private:
   struct State;
-
-  // Empty `makeBytes`: removes the file.
-  void request(std::filesystem::path path, MakeBytes makeBytes, Completion completion);
 
   Scheduler& scheduler_;
   std::shared_ptr<State> state_;

@@ -60,7 +60,8 @@ GLibScheduler::~GLibScheduler() {
   {
     const std::lock_guard lock(mutex_);
     ending_ = instant();
-    for (const WorkPriority dropped : {WorkPriority::UserInitiated, WorkPriority::Utility})
+    for (const WorkPriority dropped :
+         {WorkPriority::UserInitiated, WorkPriority::Utility, WorkPriority::Files})
       workers_[static_cast<int>(dropped)].jobs.clear();
   }
   wanted_.notify_all();

@@ -51,7 +51,7 @@ class GLibScheduler final : public Scheduler {
 
   std::mutex mutex_;
   std::condition_variable wanted_;
-  Worker workers_[3];
+  Worker workers_[4];
   std::vector<std::function<void()>> finished_;
   // When the end began; absent before.
   std::optional<Instant> ending_;

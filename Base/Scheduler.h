@@ -24,6 +24,8 @@ enum class SleepClock { Monotonic, Boot };
 enum class WorkPriority {
   UserInitiated,
   Utility,
+  // For the program's files.
+  Files,
   // For a database that lives on this worker. What still waits there when the scheduler ends is
   // carried out, for up to a second.
   Database,

@@ -123,6 +123,12 @@ std::string_view trimmed(std::string_view text, char character) {
   return text.substr(begin, text.find_last_not_of(character) - begin + 1);
 }
 
+std::string prefix(std::string_view text, size_t limit) {
+  if (text.size() <= limit) return std::string(text);
+  while (limit > 0 && U8_IS_TRAIL(text[limit])) --limit;
+  return std::string(text.substr(0, limit));
+}
+
 bool containsWhiteSpace(std::string_view text) {
   const auto* data = reinterpret_cast<const uint8_t*>(text.data());
   const auto size = static_cast<int64_t>(text.size());

@@ -37,6 +37,9 @@ namespace orvel::text {
 // Every `character` removed from both ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text, char character);
 
+// At most `limit` bytes of the beginning, ending with a whole character.
+[[nodiscard]] std::string prefix(std::string_view text, size_t limit);
+
 [[nodiscard]] bool containsWhiteSpace(std::string_view text);
 
 // The pieces between `separator`s, without the empty ones.

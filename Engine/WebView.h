@@ -71,6 +71,14 @@ struct PDFResult {
   std::string error;
 };
 
+// What brings a page back.
+struct InteractionState {
+  std::string bytes;  // opaque: the back and forward list with scroll positions
+  URL address;        // that of the list's current entry
+
+  friend bool operator==(const InteractionState&, const InteractionState&) = default;
+};
+
 // A live page: the engine's view with its web process.
 //
 // All operations belong to the main thread. Answers of asynchronous operations come on a later
@@ -96,10 +104,11 @@ class WebView {
   virtual void goBack() = 0;
   virtual void goForward() = 0;
 
-  // The back and forward list with scroll positions as opaque bytes; absent when there is none yet.
-  virtual std::optional<std::string> interactionState() const = 0;
-  // Takes such bytes back and loads the current entry. Bytes that the engine refuses do nothing.
-  virtual void setInteractionState(const std::string& state) = 0;
+  // The way back to the committed page; absent when there is none yet.
+  virtual std::optional<InteractionState> interactionState() const = 0;
+  // Takes such bytes back and loads the current entry; answers whether it did. Bytes that the
+  // engine refuses, or that lead nowhere, load nothing.
+  virtual bool setInteractionState(const std::string& bytes) = 0;
 
   // What the engine reports of the page.
   virtual std::optional<std::string> title() const = 0;

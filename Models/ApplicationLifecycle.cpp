@@ -57,7 +57,8 @@ void ApplicationLifecycle::willTerminate() {
   const Services& services = store_->services();
   const Instant end = services.scheduler.instant() + kDrainDeadline;
   const auto drain = [&] {
-    services.files.drain(std::max(end - services.scheduler.instant(), Duration::zero()));
+    services.files.drain(std::max(end - services.scheduler.instant(), Duration::zero()),
+                         services.paths.session());
   };
   store_->save();
   // A slow disk costs positions on pages before it costs the session.

@@ -3,8 +3,7 @@
 // Tabs that have been put away.
 namespace orvel {
 
-void BrowserStore::reopen(const ArchivedTabRecord& record) {
-  const ArchivedTabRecord archived = record;  // the record may be the archive's own
+void BrowserStore::reopen(ArchivedTabRecord archived) {
   archive.update([&](auto& records) {
     std::erase_if(records, [&](const auto& one) { return one.tab.id == archived.tab.id; });
   });

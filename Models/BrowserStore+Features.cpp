@@ -21,9 +21,9 @@ void BrowserStore::openDownloadsFolder() {
 
 // Pictures
 
-void BrowserStore::beginCapture(const TabRef& tab) { copyScreenshot(tab, std::nullopt); }
+void BrowserStore::beginCapture(TabRef tab) { copyScreenshot(tab, std::nullopt); }
 
-void BrowserStore::copyScreenshot(const TabRef& tab, std::optional<PageRect> rect) {
+void BrowserStore::copyScreenshot(TabRef tab, std::optional<PageRect> rect) {
   if (tab) services_.scheduler.start(copyPicture(weak_from_this(), tab, rect)).detach();
 }
 
@@ -67,9 +67,7 @@ void BrowserStore::newLittleWindow() {
 void BrowserStore::openPrivateWindow() { showToast("Private windows aren’t available yet"); }
 void BrowserStore::toggleReader() { showToast("The reader isn’t available yet"); }
 void BrowserStore::splitWithRecentTab() { showToast("Split view isn’t available yet"); }
-void BrowserStore::beginHidingItems(const TabRef&) {
-  showToast("Hiding items isn’t available yet");
-}
+void BrowserStore::beginHidingItems(TabRef) { showToast("Hiding items isn’t available yet"); }
 void BrowserStore::checkForUpdates() { showToast("Checking for updates isn’t available yet"); }
 
 }  // namespace orvel

@@ -63,8 +63,7 @@ Task<> BrowserStore::hibernate(std::weak_ptr<BrowserStore> weak, Duration age, D
     const auto store = weak.lock();
     if (!store) co_return;
     if (store->isOnShow(*tab) || !tab->liveWebView()) continue;
-    tab->setSavedState(tab->currentState());
-    tab->teardown();
+    tab->hibernate();
   }
 }
 
@@ -72,48 +71,19 @@ Task<> BrowserStore::hibernate(std::weak_ptr<BrowserStore> weak, Duration age, D
 
 void BrowserStore::saveTabStates(StateWriting writing) {
   requireMainThread();
-  const auto folder = services_.paths.tabStates();
-  stateFiles_.clear();
-  untracked([&] {
-    for (const TabRef& tab : everyTab()) {
-      const bool isKeptAsItIs = tab->stateFile() == BrowserTab::StateFile::Unread ||
-                                (tab->stateFile() == BrowserTab::StateFile::Current &&
-                                 !tab->liveWebView() && tab->savedState());
-      if (isKeptAsItIs) {
-        stateFiles_.insert(tab->stateFileName());
-        continue;
-      }
-      auto state = tab->stateToKeep();
-      if (!state) continue;
-      stateFiles_.insert(tab->stateFileName());
-      services_.files.write(
-          folder / tab->stateFileName(), std::move(*state),
-          [weak = std::weak_ptr(tab), version = tab->stateVersion()](const WriteResult& result) {
-            const auto live = weak.lock();
-            if (live && result.outcome == WriteResult::Outcome::Done)
-              live->noteStateFileWritten(version);
-          });
-    }
-  });
-  FileSystem& files = services_.files.files();
-  if (writing == StateWriting::Now) return removeOtherStateFiles(files.list(folder));
+  untracked([this] { pageStates_.writeAll(everyTab()); });
   const auto found = std::make_shared<std::vector<std::string>>();
-  services_.scheduler.runInBackground([found, folder, &files] { *found = files.list(folder); },
-                                      [found, weak = weak_from_this()] {
-                                        if (const auto store = weak.lock())
-                                          store->removeOtherStateFiles(*found);
-                                      },
-                                      WorkPriority::Utility);
-}
-
-void BrowserStore::removeOtherStateFiles(const std::vector<std::string>& found) {
-  for (const std::string& name : found) {
-    // A known file's temporary one belongs to a write that may be under way.
-    const std::filesystem::path path = services_.paths.tabStates() / name;
-    const bool isTemporary = path.extension() == ".new";
-    if (!stateFiles_.contains(isTemporary ? path.stem().string() : name))
-      services_.files.remove(path);
-  }
+  auto list = [found, folder = services_.paths.tabStates(), &files = services_.files.files()] {
+    *found = files.list(folder);
+  };
+  auto remove = [found, weak = weak_from_this()] {
+    if (const auto store = weak.lock()) store->pageStates_.removeOthers(*found, store->everyTab());
+  };
+  if (writing == StateWriting::Background)
+    return services_.scheduler.runInBackground(std::move(list), std::move(remove),
+                                               WorkPriority::Utility);
+  list();
+  remove();
 }
 
 }  // namespace orvel

@@ -14,6 +14,14 @@ std::optional<UUID> idAfter(const List& list, size_t index, Identify identify) {
   return index + 1 < list.size() ? std::optional(identify(list[index + 1])) : std::nullopt;
 }
 
+// The folder of the destination, if it has one, is the space's.
+bool hasFolderOf(const Space& space, const TabDestination& destination) {
+  const auto* pinned = std::get_if<PinnedDestination>(&destination);
+  if (!pinned || !pinned->folder) return true;
+  const auto folders = foldersOf(space.pinned.peek());
+  return std::ranges::find(folders, pinned->folder) != folders.end();
+}
+
 const UUID& idOfTab(const TabRef& tab) { return tab->id; }
 
 }  // namespace
@@ -26,13 +34,14 @@ void BrowserStore::detach(const BrowserTab& tab) {
   }
 }
 
-void BrowserStore::move(const TabRef& tab, const TabDestination& destination,
+void BrowserStore::move(TabRef tab, const TabDestination& destination,
                         std::shared_ptr<Space> space) {
   const auto& before = std::visit(
       [](const auto& place) -> const std::optional<UUID>& { return place.before; }, destination);
   // A menu may outlive the tab that it was opened on.
   if (before == tab->id || tab->isDiscarded.peek()) return;
   if (!space) space = activeSpace();
+  if (space->profile != tab->profile || !hasFolderOf(*space, destination)) return;
   const auto pin = [&] {
     if (!tab->pinnedURL.peek()) tab->pinnedURL = tab->url.peek();
   };
@@ -73,10 +82,10 @@ std::optional<TabDestination> BrowserStore::placeOf(const BrowserTab& tab) const
   return std::nullopt;
 }
 
-void BrowserStore::togglePin(const TabRef& tab) {
+void BrowserStore::togglePin(TabRef tab) {
   const auto space = activeSpace();
   const auto former = placeOf(*tab);
-  if (!former) return;
+  if (!former || space->profile != tab->profile) return;
   const auto undo = [weak = weak_from_this(), weakSpace = std::weak_ptr(space), tab,
                      former = *former, kept = tab->pinnedURL.peek()] {
     const auto store = weak.lock();
@@ -94,20 +103,16 @@ void BrowserStore::togglePin(const TabRef& tab) {
   }
 }
 
-void BrowserStore::undoPin(const std::shared_ptr<Space>& space, const TabRef& tab,
-                           const TabDestination& former, const std::optional<URL>& pinnedURL) {
-  if (!placeOf(*tab)) return;
-  if (const auto* pinned = std::get_if<PinnedDestination>(&former); pinned && pinned->folder) {
-    const auto folders = foldersOf(space->pinned.peek());
-    if (std::ranges::find(folders, pinned->folder) == folders.end()) return;
-  }
+void BrowserStore::undoPin(std::shared_ptr<Space> space, TabRef tab, const TabDestination& former,
+                           const std::optional<URL>& pinnedURL) {
+  if (!placeOf(*tab) || !hasFolderOf(*space, former)) return;
   move(tab, former, space);
   tab->pinnedURL = pinnedURL;
 }
 
 // Folders
 
-void BrowserStore::newFolder(const TabRef& with) {
+void BrowserStore::newFolder(TabRef with) {
   const auto space = activeSpace();
   const auto folder =
       std::make_shared<Folder>(UUID::random(), "New Folder", Folder::Expansion::Expanded);
@@ -119,19 +124,19 @@ void BrowserStore::newFolder(const TabRef& with) {
   scheduleSave();
 }
 
-void BrowserStore::rename(const FolderRef& folder, const std::string& name) {
+void BrowserStore::rename(FolderRef folder, const std::string& name) {
   if (const std::string_view trimmed = text::trimmed(name); !trimmed.empty())
     folder->name = std::string(trimmed);
   renamingFolderID = std::nullopt;
   scheduleSave();
 }
 
-void BrowserStore::toggle(const FolderRef& folder) {
+void BrowserStore::toggle(FolderRef folder) {
   animate(Spring::quick, [&] { folder->isExpanded = !folder->isExpanded.peek(); });
   scheduleSave();
 }
 
-void BrowserStore::deleteFolder(const FolderRef& folder) {
+void BrowserStore::deleteFolder(FolderRef folder) {
   const TabList tabs = tabsOf(folder->children.peek());
   const auto space = activeSpace();
   animate(Spring::quick, [&] {

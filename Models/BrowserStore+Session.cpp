@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "Base/Assert.h"
 #include "Base/Log.h"
 #include "Models/BrowserStore.h"
@@ -21,6 +23,7 @@ Task<> BrowserStore::saveSoon(std::weak_ptr<BrowserStore> weak) {
   // The task is over for `scheduleSave` from here on.
   store->saveTask_.detach();
   store->save();
+  untracked([&] { store->pageStates_.writeChanged(store->everyTab()); });
 }
 
 SessionRecord BrowserStore::record() const {
@@ -39,52 +42,63 @@ SessionRecord BrowserStore::record() const {
 void BrowserStore::save() {
   requireMainThread();
   untracked([this] {
-    services_.files.write(
-        services_.paths.session(), record().encoded(), [](const WriteResult& result) {
-          if (result.outcome == WriteResult::Outcome::Failed)
-            Log::session.error("Couldn't save the session: {}", result.error.message());
-        });
+    auto requests = sessionFile_.replacing([session = record()] { return session.encoded(); },
+                                           [](const WriteResult& result) {
+                                             if (result.outcome == WriteResult::Outcome::Failed)
+                                               Log::session.error("Couldn't save the session: {}",
+                                                                  result.error.message());
+                                           });
+    if (std::exchange(isArchiveStale_, false)) requests.push_back(writingArchive());
+    services_.files.carryOut(std::move(requests));
     updateSpotlight();
   });
 }
 
 void BrowserStore::saveArchive() {
-  services_.files.write(services_.paths.archive(), ArchivedTabRecord::encoded(archive.peek()),
-                        [](const WriteResult& result) {
-                          if (result.outcome == WriteResult::Outcome::Failed)
-                            Log::session.error("Couldn't save archived tabs: {}",
-                                               result.error.message());
-                        });
+  isArchiveStale_ = true;
+  save();
+}
+
+FileWriter::Request BrowserStore::writingArchive() {
+  return FileWriter::writing(
+      services_.paths.archive(),
+      [copy = archive.peek()] { return ArchivedTabRecord::encoded(copy); },
+      [weak = weak_from_this()](const WriteResult& result) {
+        if (result.outcome != WriteResult::Outcome::Failed) return;
+        Log::session.error("Couldn't save archived tabs: {}", result.error.message());
+        if (const auto store = weak.lock()) store->isArchiveStale_ = true;
+      });
 }
 
 // Loading
 
-void BrowserStore::keepCopy(const std::filesystem::path& path, std::string bytes) {
-  constexpr Duration kDeadline = 2s;
-  services_.files.write(path, std::move(bytes));
-  // The copy lies on the disk before anything can replace the original.
-  services_.files.drain(kDeadline);
-}
-
 std::optional<BrowserStore::LoadedSession> BrowserStore::loadSession() {
-  auto bytes = services_.files.files().read(services_.paths.session());
-  if (!bytes) return std::nullopt;
-  auto decoded = SessionRecord::decode(*bytes, services_.scheduler.now());
+  auto contents = services_.files.files().read(services_.paths.session());
+  const auto startFresh = [](const std::string& why) {
+    Log::session.fault(
+        "Couldn't read the session, starting fresh (kept as session.unreadable.json): {}", why);
+    return std::nullopt;
+  };
+  if (!contents.bytes) {
+    if (contents.isMissing()) return std::nullopt;
+    sessionFile_.moveAside(services_.paths.unreadableSession());
+    return startFresh(contents.error.message());
+  }
+  auto decoded = SessionRecord::decode(*contents.bytes, services_.scheduler.now());
   if (auto* session = std::get_if<SessionRecord::Decoded>(&decoded)) {
     const bool isMigrated = session->sourceVersion < SessionRecord::currentVersion;
     if (isMigrated) {
       Log::session.notice("Upgrading the session from version {} to {}", session->sourceVersion,
                           SessionRecord::currentVersion);
-      keepCopy(services_.paths.sessionBackup(session->sourceVersion), std::move(*bytes));
+      sessionFile_.keepCopy(services_.paths.sessionBackup(session->sourceVersion),
+                            std::move(*contents.bytes));
     }
     return LoadedSession{std::move(session->record), isMigrated};
   }
+  sessionFile_.keepCopy(services_.paths.unreadableSession(), std::move(*contents.bytes));
   const auto* error = std::get_if<SessionError>(&decoded);
-  Log::session.fault(
-      "Couldn't read the session, starting fresh (kept as session.unreadable.json): {}",
-      error ? description(*error) : std::get<JSONCoding::DecodingError>(decoded).description);
-  keepCopy(services_.paths.unreadableSession(), std::move(*bytes));
-  return std::nullopt;
+  return startFresh(error ? description(*error)
+                          : std::get<JSONCoding::DecodingError>(decoded).description);
 }
 
 void BrowserStore::restore() {
@@ -94,7 +108,7 @@ void BrowserStore::restore() {
   }
   if (spaces.peek().empty()) createDefaultSpace();
   if (!spaceWithID(activeSpaceID())) setActiveSpaceID(spaces.peek().front()->id);
-  if (const auto bytes = services_.files.files().read(services_.paths.archive()))
+  if (const auto bytes = services_.files.files().read(services_.paths.archive()).bytes)
     archive = ArchivedTabRecord::decode(*bytes).value_or(std::vector<ArchivedTabRecord>());
   // The page on screen starts loading first; no other tab gets a view here.
   if (const TabRef selected = activeSpace()->selectedTab(); selected && !selected->isDiscarded)
@@ -149,7 +163,7 @@ void BrowserStore::createDefaultSpace() {
   setActiveSpaceID(space->id);
 }
 
-TabRef BrowserStore::makeTab(const TabRecord& record, const std::shared_ptr<Profile>& profile) {
+TabRef BrowserStore::makeTab(const TabRecord& record, std::shared_ptr<Profile> profile) {
   return BrowserTab::make(services_, {.id = record.id,
                                       .profile = profile,
                                       .store = weak_from_this(),
@@ -157,11 +171,11 @@ TabRef BrowserStore::makeTab(const TabRecord& record, const std::shared_ptr<Prof
                                       .title = record.title,
                                       .pinnedURL = record.pinnedURL,
                                       .lastActiveAt = record.lastActiveAt,
-                                      .stateFile = BrowserTab::Values::StateFile::MayExist});
+                                      .stateFile = PageState::FormerFile::MayExist});
 }
 
 SidebarItemList BrowserStore::makeItems(const std::vector<SidebarItemRecord>& records,
-                                        const std::shared_ptr<Profile>& profile) {
+                                        std::shared_ptr<Profile> profile) {
   struct Level {
     const std::vector<SidebarItemRecord>* records;
     Observable<SidebarItemList>* items;
@@ -191,7 +205,7 @@ SidebarItemList BrowserStore::makeItems(const std::vector<SidebarItemRecord>& re
 }
 
 SidebarItem BrowserStore::makeItem(const SidebarItemRecord& record,
-                                   const std::shared_ptr<Profile>& profile) {
+                                   std::shared_ptr<Profile> profile) {
   return makeItems({record}, profile).front();
 }
 

@@ -68,7 +68,7 @@ std::shared_ptr<Profile> BrowserStore::profileFor(const std::optional<UUID>& id,
 
 // Switching
 
-void BrowserStore::switchTo(const std::shared_ptr<Space>& space, const Spring& animation) {
+void BrowserStore::switchTo(std::shared_ptr<Space> space, const Spring& animation) {
   requireMainThread();
   const UUID former = activeSpaceID_.peek();
   if (space->id == former) return;
@@ -139,7 +139,7 @@ bool BrowserStore::deletesProfile(const Space& space) const {
   });
 }
 
-void BrowserStore::deleteSpace(const std::shared_ptr<Space>& space) {
+void BrowserStore::deleteSpace(std::shared_ptr<Space> space) {
   requireMainThread();
   const auto index = indexOfSpace(spaces.peek(), space->id);
   if (spaces.peek().size() < 2 || !index) return;
@@ -161,8 +161,7 @@ void BrowserStore::deleteSpace(const std::shared_ptr<Space>& space) {
   archive.update([&](auto& records) { std::erase_if(records, isOfSpace); });
   settings.linkRoutes.update([&](auto& routes) { std::erase_if(routes, isOfSpace); });
 
-  if (space->id == activeSpaceID_.peek())
-    switchTo(std::shared_ptr(spaces.peek()[*index == 0 ? 1 : *index - 1]));
+  if (space->id == activeSpaceID_.peek()) switchTo(spaces.peek()[*index == 0 ? 1 : *index - 1]);
   animate(Spring::quick, [&] { spaces.update([&](auto& list) { std::erase(list, space); }); });
   if (isProfileGoing) removeWebsiteData(space->profile);
   saveArchive();

@@ -62,10 +62,12 @@ void BrowserStore::reopenClosedTab() {
 
 // Selecting
 
-void BrowserStore::select(const TabRef& tab, std::shared_ptr<Space> space) {
+void BrowserStore::select(TabRef tab, std::shared_ptr<Space> space) {
   requireMainThread();
   if (!space) space = spaceContaining(*tab);
-  if (!space) space = activeSpace();
+  if (!space) space = spaceOn(*tab->profile);
+  // Whoever chose it may have done so before it was closed.
+  if (!space || !contains(space->allTabs(), *tab)) return;
   const TabRef prior = space->selectedTab();
   const Date now = services_.scheduler.now();
   if (prior) leaveTab(prior, tab, *space, now);
@@ -136,7 +138,7 @@ void BrowserStore::closeSelectedTab() {
   if (window) window->performClose();
 }
 
-void BrowserStore::close(const TabRef& tab) {
+void BrowserStore::close(TabRef tab) {
   requireMainThread();
   for (const auto& little : littleWindows)
     if (little->tab() == tab) return std::shared_ptr(little)->close();
@@ -165,12 +167,12 @@ void BrowserStore::close(const TabRef& tab) {
     if (today.empty())
       space->selectedTabID = std::nullopt;
     else
-      select(TabRef(today[std::min(next, today.size() - 1)]));
+      select(today[std::min(next, today.size() - 1)]);
   }
   scheduleSave();
 }
 
-void BrowserStore::clearToday(const std::shared_ptr<Space>& space) {
+void BrowserStore::clearToday(std::shared_ptr<Space> space) {
   const TabList tabs = space->today.peek();
   if (tabs.empty()) return;
   const TabRef selected = space->selectedTab();
@@ -187,26 +189,27 @@ void BrowserStore::clearToday(const std::shared_ptr<Space>& space) {
                                               space->today.peek().end());
         for (const TabRef& tab : tabs) {
           if (back.contains(tab) || !tab->liveWebView()) continue;
-          tab->setSavedState(tab->currentState());
-          tab->teardown();
+          tab->hibernate();
         }
       });
   if (losesSelection) space->selectedTabID = std::nullopt;
   scheduleSave();
   showToast("Closed " + std::to_string(tabs.size()) + (tabs.size() == 1 ? " tab" : " tabs"),
             {.symbol = "xmark.circle", .undo = [weak = weak_from_this(), space, tabs] {
-               if (const auto store = weak.lock()) store->undoClearToday(*space, tabs);
+               if (const auto store = weak.lock()) store->undoClearToday(space, tabs);
              }});
 }
 
-void BrowserStore::undoClearToday(Space& space, const TabList& tabs) {
+void BrowserStore::undoClearToday(const std::shared_ptr<Space>& space, const TabList& tabs) {
+  if (spaceWithID(space->id) != space) return;
   animate(Spring::entry, [&] {
-    space.today.update(
+    space->today.update(
         [&](TabList& today) { today.insert(today.begin(), tabs.begin(), tabs.end()); });
   });
   std::unordered_set<UUID> ids;
   for (const TabRef& tab : tabs) {
     ids.insert(tab->id);
+    tab->pageState.markStale();  // its file may be gone
     if (auto* controller = extensionsKnowing(*tab)) controller->didOpenTab(*tab);
   }
   std::erase_if(closedTabs,

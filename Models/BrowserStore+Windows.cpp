@@ -19,7 +19,7 @@ bool BrowserStore::openExternal(const URL& url) {
 }
 
 TabRef BrowserStore::openLittleWindow(const std::optional<URL>& url,
-                                      const std::shared_ptr<Profile>& profile,
+                                      std::shared_ptr<Profile> profile,
                                       std::optional<WebViewConfiguration> configuration) {
   if (!makeLittleWindow) {
     // The sidebar is saved: nothing private may stand in it.
@@ -51,7 +51,7 @@ TabRef BrowserStore::commandTab() const {
   return little ? little->tab() : activeSpace()->selectedTab();
 }
 
-void BrowserStore::openPeek(const URL& url, const TabRef& from) { openTab(url, {.after = from}); }
+void BrowserStore::openPeek(const URL& url, TabRef from) { openTab(url, {.after = from}); }
 
 void BrowserStore::closePeek() {
   const TabRef tab = peek.peek();

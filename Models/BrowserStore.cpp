@@ -16,7 +16,9 @@ BrowserStore::BrowserStore(const Services& services)
     : settings(services.defaults),
       contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
                      services.resources / "Scripts"),
-      services_(services) {
+      services_(services),
+      sessionFile_(services.files, services.paths.session()),
+      pageStates_(services.files, services.paths.tabStates()) {
   services.paths.create(services.files.files());
   if (services.openHistory) history = services.openHistory(services.paths.history());
 }
@@ -31,7 +33,7 @@ void BrowserStore::start() {
   contentBlocker.start();
   services_.scheduler.start(reopenExtensionPages(shared_from_this())).detach();
   restore();
-  if (const auto bytes = services_.files.files().read(services_.paths.choices()))
+  if (const auto bytes = services_.files.files().read(services_.paths.choices()).bytes)
     choices = ChoicesFile::decode(*bytes).value_or(ChoicesFile::Choices());
   loops_.push_back(services_.scheduler.start(archiveLoop(weak_from_this())));
   startHibernating();

@@ -9,6 +9,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "Base/KeptFile.h"
 #include "Base/Observable.h"
 #include "Base/Task.h"
 #include "BrowserCore/ChoiceMemory.h"
@@ -19,6 +20,7 @@
 #include "Models/Menu.h"
 #include "Models/PageClosing.h"
 #include "Models/PageFullscreen.h"
+#include "Models/PageStates.h"
 #include "Models/Services.h"
 #include "Models/Settings.h"
 #include "Models/Space.h"
@@ -35,7 +37,8 @@ namespace orvel {
 // There is one, made before the run loop starts and alive as long as the process. Main thread only.
 //
 // Rules that every operation keeps: there is always a space; each space's profile is a member of
-// `profiles`; a selection that names no tab reads as none.
+// `profiles`; a selection that names no tab reads as none. Operations take what they work on by
+// value, so that it may stand in a list that they change.
 class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
  public:
   // Restores the session and starts the background loops.
@@ -105,7 +108,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // Makes or edits the draft's space and ends the draft. A name of blanks does nothing; a space
   // that went away meanwhile is made anew, and never moves to another profile otherwise.
   void commit(const SpaceDraft& draft);
-  void switchTo(const std::shared_ptr<Space>& space, const Spring& animation = Spring::move);
+  void switchTo(std::shared_ptr<Space> space, const Spring& animation = Spring::move);
   // The spaces that stand side by side while they change, in the sidebar's order.
   std::vector<std::shared_ptr<Space>> pagerSpaces() const;
   // -1 left of the active space, 1 right of it; 0 for itself and for one that is no member.
@@ -116,7 +119,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   bool deletesProfile(const Space& space) const;
   // For good, with its tabs; its profile's last one takes along the favorites and all web data. The
   // last space of all stays.
-  void deleteSpace(const std::shared_ptr<Space>& space);
+  void deleteSpace(std::shared_ptr<Space> space);
 
   // Toasts.
   struct ToastOptions {
@@ -185,12 +188,15 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // Persistence.
   // Asks for a save within a second. Every change of what is saved ends with it.
   void scheduleSave();
+  bool isSavePending() const { return static_cast<bool>(saveTask_); }
   // Hands the session to the disk now.
   void save();
-  TabRef makeTab(const TabRecord& record, const std::shared_ptr<Profile>& profile);
-  SidebarItem makeItem(const SidebarItemRecord& record, const std::shared_ptr<Profile>& profile);
+  // What a save writes.
+  SessionRecord record() const;
+  TabRef makeTab(const TabRecord& record, std::shared_ptr<Profile> profile);
+  SidebarItem makeItem(const SidebarItemRecord& record, std::shared_ptr<Profile> profile);
   SidebarItemList makeItems(const std::vector<SidebarItemRecord>& records,
-                            const std::shared_ptr<Profile>& profile);
+                            std::shared_ptr<Profile> profile);
 
   // Tabs.
   struct OpenOptions {
@@ -201,18 +207,20 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   };
   TabRef openTab(const std::optional<URL>& url, OpenOptions options);
   TabRef openTab(const std::optional<URL>& url) { return openTab(url, OpenOptions()); }
-  void select(const TabRef& tab, std::shared_ptr<Space> in = nullptr);
+  // Null space: the one that has the tab. Does nothing when the space has no such tab.
+  void select(TabRef tab, std::shared_ptr<Space> in = nullptr);
   void selectAdjacentTab(int step);
   // From 1 on; 9 is the last.
   void selectTabNumber(int number);
   void closeSelectedTab();
   // Ends a tab of today's; a pinned tab or favorite ends its page and returns home.
-  void close(const TabRef& tab);
-  void clearToday(const std::shared_ptr<Space>& space);
+  void close(TabRef tab);
+  void clearToday(std::shared_ptr<Space> space);
   void reopenClosedTab();
-  void togglePin(const TabRef& tab);
-  void move(const TabRef& tab, const TabDestination& destination,
-            std::shared_ptr<Space> in = nullptr);
+  void togglePin(TabRef tab);
+  // A tab stays with its profile: to a space of another one, or into a folder that has gone, it
+  // does not move. Null space: the active one.
+  void move(TabRef tab, const TabDestination& destination, std::shared_ptr<Space> in = nullptr);
   // Where the tab stands; absent when it is nowhere.
   std::optional<TabDestination> placeOf(const BrowserTab& tab) const;
   enum class LinkForm { Plain, Markdown };
@@ -224,14 +232,14 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   TabRef tab(const TabDrag& drag) const;
 
   // Turns an archived tab into one of today's, in its space or else the active one.
-  void reopen(const ArchivedTabRecord& record);
+  void reopen(ArchivedTabRecord archived);
 
   // Folders.
-  void newFolder(const TabRef& with = nullptr);
-  void rename(const FolderRef& folder, const std::string& name);
-  void toggle(const FolderRef& folder);
+  void newFolder(TabRef with = nullptr);
+  void rename(FolderRef folder, const std::string& name);
+  void toggle(FolderRef folder);
   // Its tabs move to the top of today's; none is closed.
-  void deleteFolder(const FolderRef& folder);
+  void deleteFolder(FolderRef folder);
 
   // Blocking. Each tells by a toast and reloads the selected tab.
   void toggleContentBlocking();
@@ -251,14 +259,13 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // Answers whether the main window is to come forward.
   bool openExternal(const URL& url);
   // Null profile: the active space's. Null when a private tab has no window to go to.
-  TabRef openLittleWindow(const std::optional<URL>& url,
-                          const std::shared_ptr<Profile>& profile = nullptr,
+  TabRef openLittleWindow(const std::optional<URL>& url, std::shared_ptr<Profile> profile = nullptr,
                           std::optional<WebViewConfiguration> configuration = std::nullopt);
   void littleWindowDidClose(const LittleWindow& closed);
   std::shared_ptr<LittleWindow> keyLittleWindow() const;
   // The tab that commands act on: the key little window's, or else the selected one.
   TabRef commandTab() const;
-  void openPeek(const URL& url, const TabRef& from);
+  void openPeek(const URL& url, TabRef from);
   // Whether the tab's links to other sites open in a peek.
   bool peeksLinks(const BrowserTab& from) const;
   void closePeek();
@@ -277,16 +284,16 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // Pictures and downloads.
   void openDownloadsFolder();
   // Copies the visible page.
-  void beginCapture(const TabRef& tab);
+  void beginCapture(TabRef tab);
   // Null tab and a page that cannot be drawn do nothing; absent `rect`: all that is visible.
-  void copyScreenshot(const TabRef& tab, std::optional<PageRect> rect);
+  void copyScreenshot(TabRef tab, std::optional<PageRect> rect);
 
   // Each says by a toast that its feature is missing, until it is built.
   void newLittleWindow();
   void openPrivateWindow();
   void toggleReader();
   void splitWithRecentTab();
-  void beginHidingItems(const TabRef& on);
+  void beginHidingItems(TabRef on);
   void checkForUpdates();
 
   void closeSplitView();
@@ -344,12 +351,13 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
     bool isMigrated = false;
   };
   std::optional<LoadedSession> loadSession();
-  void keepCopy(const std::filesystem::path& path, std::string bytes);
   void apply(const SessionRecord& record);
   void createDefaultSpace();
-  SessionRecord record() const;
   std::shared_ptr<Space> spaceWithID(const UUID& id) const;
+  // Saves the archive behind the session, so that a tab on its way from one to the other is in one
+  // of them at any time.
   void saveArchive();
+  FileWriter::Request writingArchive();
   void saveChoices();
 
   // Spaces.
@@ -385,14 +393,13 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void detach(const BrowserTab& tab);
   void leaveTab(const TabRef& prior, const TabRef& next, const Space& space, Date now);
   void didActivate(const TabRef& tab, const TabRef& prior);
-  void undoClearToday(Space& space, const TabList& tabs);
-  void undoPin(const std::shared_ptr<Space>& space, const TabRef& tab, const TabDestination& former,
+  void undoClearToday(const std::shared_ptr<Space>& space, const TabList& tabs);
+  void undoPin(std::shared_ptr<Space> space, TabRef tab, const TabDestination& former,
                const std::optional<URL>& pinnedURL);
   // The extensions; null for a tab that they must not know of.
   WebExtensionController* extensionsKnowing(const BrowserTab& tab) const;
   bool isOnShow(const BrowserTab& tab) const;
   bool mayHibernate(const BrowserTab& tab, Date cutoff, Date now) const;
-  void removeOtherStateFiles(const std::vector<std::string>& found);
 
   const Services& services_;
   Observable<UUID> activeSpaceID_{UUID::random()};
@@ -416,8 +423,9 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Observation memoryPressure_;
   std::unique_ptr<HotKey> quickBarHotKey_;
   uint64_t quickBarKeyRequest_ = 0;  // grows with each change of the key
-  // The names that the latest writing of page states knows.
-  std::unordered_set<std::string> stateFiles_;
+  KeptFile sessionFile_;
+  bool isArchiveStale_ = false;  // its file is
+  PageStates pageStates_;
 };
 
 }  // namespace orvel

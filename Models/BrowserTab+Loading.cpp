@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "Base/Assert.h"
+#include "BrowserCore/Text.h"
 #include "Models/BrowserStore.h"
 #include "Models/BrowserTab.h"
 
@@ -17,7 +18,7 @@ void BrowserTab::load(const URL& address) {
     view->load({.url = address});
     return;
   }
-  setSavedState(std::nullopt);
+  pageState.set(std::nullopt);
   webView();
 }
 
@@ -54,18 +55,23 @@ void BrowserTab::stopLoading() {
 
 void BrowserTab::sync(const WebView& view) {
   requireMainThread();
+  // Pages decide how long their titles get.
+  constexpr size_t kLongestTitle = 4096;
   const auto store = store_.lock();
-  if (const auto shown = view.title(); shown && !shown->empty() && title.set(*shown)) {
+  const auto shownTitle = text::prefix(view.title().value_or(""), kLongestTitle);
+  if (!shownTitle.empty() && title.set(shownTitle)) {
     if (store) store->scheduleSave();
     propertiesDidChange(TabProperties::Title);
   }
   nameVisit(view);
-  if (const auto shown = view.url(); shown && shown != url.peek()) {
-    setAddress(shown);
-    // A step within the page.
-    if (!view.isLoading()) scriptDialogs_.stay();
-    if (store) store->scheduleSave();
-    propertiesDidChange(TabProperties::URL);
+  if (const auto address = view.url()) {
+    if (const URL shown = boundedAddress(*address); shown != url.peek()) {
+      setAddress(shown);
+      // A step within the page.
+      if (!view.isLoading()) scriptDialogs_.stay();
+      pageDidChange();
+      propertiesDidChange(TabProperties::URL);
+    }
   }
   isLoading = view.isLoading();
   progress = view.estimatedProgress();
@@ -165,13 +171,17 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
     if (!tab) return;
     auto& dialogs = tab->services_.desktop.dialogs;
     if (!result.data) return tellOfFailedExport(dialogs, tab->panelParent(), result.error);
-    tab->services_.files.write(file, std::move(*result.data),
-                               [weak, &dialogs](const WriteResult& written) {
-                                 const auto live = weak.lock();
-                                 if (written.outcome == WriteResult::Outcome::Failed)
-                                   tellOfFailedExport(dialogs, live ? live->panelParent() : nullptr,
-                                                      written.error.message());
-                               });
+    const auto failure = std::make_shared<std::optional<std::string>>();
+    tab->services_.scheduler.runInBackground(
+        [failure, file, data = std::move(*result.data), &files = tab->services_.files.files()] {
+          *failure = files.writeForUser(file, data);
+        },
+        [failure, weak, &dialogs] {
+          const auto live = weak.lock();
+          if (*failure)
+            tellOfFailedExport(dialogs, live ? live->panelParent() : nullptr, **failure);
+        },
+        WorkPriority::UserInitiated);
   });
 }
 

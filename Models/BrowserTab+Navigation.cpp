@@ -150,6 +150,7 @@ void BrowserTab::didCommit(WebView& view) {
   const auto store = store_.lock();
   const double zoom = store ? store->settings.zoom(view.url()) : 1.0;
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
+  pageDidChange();
   namelessVisit_.reset();
   scriptDialogs_.pageDidChange();
   mediaFrames_.clear();
@@ -220,8 +221,7 @@ void BrowserTab::webContentProcessDidTerminate(WebView& view) {
   if (!view.isInWindow()) {
     Log::navigation.info("Page process ended off screen ({}): unloading the tab", Masked{label});
     if (!webView_.peek()) return;
-    setSavedState(currentState());
-    teardown();
+    hibernate();
     return;
   }
   const Date now = services_.scheduler.now();

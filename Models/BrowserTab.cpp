@@ -20,10 +20,9 @@ BrowserTab::BrowserTab(const Services& services, Values values)
       url(std::move(values.url)),
       pinnedURL(std::move(values.pinnedURL)),
       lastActiveAt(values.lastActiveAt),
+      pageState(services.files.files(), services.paths.tabState(id), values.stateFile),
       services_(services),
       store_(std::move(values.store)),
-      stateFile_(values.stateFile == Values::StateFile::MayExist ? StateFile::Unread
-                                                                 : StateFile::Stale),
       pendingConfiguration_(std::move(values.configuration)) {}
 
 BrowserTab::~BrowserTab() {
@@ -57,43 +56,32 @@ std::string BrowserTab::displayTitle() const {
 bool BrowserTab::hasWanderedFromPin() const { return orvel::hasWanderedFromPin(pinnedURL, url); }
 
 TabRecord BrowserTab::record() const {
-  return {
-      .id = id, .title = title, .url = url, .pinnedURL = pinnedURL, .lastActiveAt = lastActiveAt};
+  const auto bounded = [](const std::optional<URL>& address) {
+    return address ? std::optional(boundedAddress(*address)) : std::nullopt;
+  };
+  return {.id = id,
+          .title = title,
+          .url = bounded(url),
+          .pinnedURL = bounded(pinnedURL),
+          .lastActiveAt = lastActiveAt};
 }
 
 // Page state
 
-std::filesystem::path BrowserTab::stateFilePath() const {
-  return services_.paths.tabStates() / stateFileName();
-}
-
-const std::optional<std::string>& BrowserTab::savedState() const {
-  if (stateFile_ == StateFile::Unread) {
-    savedState_ = services_.files.files().read(stateFilePath());
-    stateFile_ = StateFile::Current;
-  }
-  return savedState_;
-}
-
-void BrowserTab::setSavedState(std::optional<std::string> state) {
-  savedState_ = std::move(state);
-  stateFile_ = StateFile::Stale;
-  ++stateVersion_;
-}
-
-std::optional<std::string> BrowserTab::currentState() const {
+std::optional<InteractionState> BrowserTab::currentState() const {
   if (const auto& view = webView_.peek())
-    if (auto state = view->interactionState()) return state;
-  return savedState();
+    if (auto state = view->interactionState(); state && PageState::isKept(*state)) return state;
+  return pageState.saved();
 }
 
-std::optional<std::string> BrowserTab::stateToKeep() const {
-  auto state = currentState();
-  return state ? state : waitingState_;
+void BrowserTab::hibernate() {
+  pageState.set(currentState());
+  teardown();
 }
 
-void BrowserTab::noteStateFileWritten(uint64_t version) {
-  if (version == stateVersion_ && stateFile_ == StateFile::Stale) stateFile_ = StateFile::Current;
+void BrowserTab::pageDidChange() {
+  pageState.markStale();
+  if (const auto store = store_.lock()) store->scheduleSave();
 }
 
 // The web view
@@ -172,20 +160,15 @@ void BrowserTab::observe(WebView& view) {
 }
 
 void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
-  waitingState_ = savedState();
-  setSavedState(std::nullopt);
-  auto restore = [weakTab = weak_from_this(), weak = std::weak_ptr(view), state = waitingState_,
-                  address = url.peek()] {
+  auto restore = [weakTab = weak_from_this(), weak = std::weak_ptr(view), address = url.peek()] {
     const auto tab = weakTab.lock();
     const auto live = weak.lock();
-    if (!live) return;
-    if (tab && tab->webView_.peek() == live) tab->waitingState_.reset();
+    if (!tab || !live || tab->webView_.peek() != live) return;
+    const auto state = tab->pageState.take(address);
     // Something newer has navigated the view while the action waited.
     if (live->url() || live->isLoading()) return;
-    if (state)
-      live->setInteractionState(*state);
-    else if (address)
-      live->load({.url = *address});
+    const bool isRestored = state && live->setInteractionState(*state);
+    if (!isRestored && address) live->load({.url = *address});
   };
   const auto store = store_.lock();
   const bool waitsForRules = store && store->contentBlocker.holdsFirstLoads();
@@ -213,7 +196,6 @@ void BrowserTab::teardown() {
   webView_ = nullptr;
   contentController_ = nullptr;
   mediaFrames_.clear();
-  waitingState_.reset();
   thumbnail = nullptr;
   isPlayingMedia = false;
   isLoading = false;
@@ -226,13 +208,13 @@ void BrowserTab::teardown() {
 
 void BrowserTab::unload() {
   teardown();
-  setSavedState(std::nullopt);
+  pageState.set(std::nullopt);
   if (pinnedURL.peek()) setAddress(pinnedURL.peek());
 }
 
 void BrowserTab::reopen(const URL& address) {
   teardown();
-  setSavedState(std::nullopt);
+  pageState.set(std::nullopt);
   setAddress(address);
   webView();
   webViewRevision = webViewRevision.peek() + 1;

@@ -11,6 +11,7 @@
 #include "BrowserCore/Session/TabRecord.h"
 #include "Engine/Delegates.h"
 #include "Models/PageQuestions.h"
+#include "Models/PageState.h"
 #include "Models/Profile.h"
 #include "Models/ScriptDialogs.h"
 #include "Models/Services.h"
@@ -40,8 +41,7 @@ class BrowserTab final : public NavigationDelegate,
     std::optional<Date> lastActiveAt;
     // For a window that a page opened: the engine navigates the view itself.
     std::optional<WebViewConfiguration> configuration;
-    // Whether a former run may have left a page state file.
-    enum class StateFile { None, MayExist } stateFile = StateFile::None;
+    PageState::FormerFile stateFile = PageState::FormerFile::None;
   };
   [[nodiscard]] static TabRef make(const Services& services, Values values);
   ~BrowserTab() override;
@@ -87,12 +87,13 @@ class BrowserTab final : public NavigationDelegate,
   bool hasWanderedFromPin() const;
   TabRecord record() const;
 
-  // What restores the history and the position on the page: opaque bytes of the engine, read from
-  // the tab's file when first needed. Absent: the address is loaded afresh.
-  const std::optional<std::string>& savedState() const;
-  void setSavedState(std::optional<std::string> state);
+  // What restores the history and the position on the page. Without one that leads to its address,
+  // the page is loaded afresh.
+  PageState pageState;
   // The live view's, or else the saved one.
-  std::optional<std::string> currentState() const;
+  std::optional<InteractionState> currentState() const;
+  // Ends the view and keeps the way back to its page.
+  void hibernate();
 
   void load(const URL& address);
   void reload(ReloadSource source = ReloadSource::Cache);
@@ -137,20 +138,6 @@ class BrowserTab final : public NavigationDelegate,
 
   // What a view of this profile is made from.
   [[nodiscard]] static WebViewConfiguration makeConfiguration(Profile& profile);
-
-  // What the tab's file is to hold: also a state that still waits to be restored.
-  std::optional<std::string> stateToKeep() const;
-  std::string stateFileName() const { return id.text() + ".state"; }
-  // How much of the tab's state its file holds; `saveTabStates` keeps it.
-  enum class StateFile {
-    Unread,   // the file has not been looked at: what it holds counts
-    Current,  // memory and file are the same
-    Stale,    // the file, if there is one, is out of date
-  };
-  StateFile stateFile() const { return stateFile_; }
-  // The bytes that `version` had are in the file now.
-  void noteStateFileWritten(uint64_t version);
-  uint64_t stateVersion() const { return stateVersion_; }
 
   // NavigationDelegate
   void decidePolicyForAction(WebView& view, const NavigationAction& action,
@@ -205,6 +192,8 @@ class BrowserTab final : public NavigationDelegate,
   // Asks first. Does nothing without an application for the address.
   void confirmOpeningApp(const WebView& view, const URL& address);
   void sync(const WebView& view);
+  // The page is another one, or at another address: the session and the page's state are saved.
+  void pageDidChange();
   void writePDF(const std::filesystem::path& file);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
@@ -219,7 +208,6 @@ class BrowserTab final : public NavigationDelegate,
   static void showErrorPage(WebView& view, const LoadError& error,
                             const std::optional<URL>& address);
   std::string logLabel(const std::optional<URL>& address) const;
-  std::filesystem::path stateFilePath() const;
   ImageRef cachedFavicon(const std::optional<URL>& address) const;
   DesktopWindow* panelParent() const;
   void showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer);
@@ -236,11 +224,6 @@ class BrowserTab final : public NavigationDelegate,
   Observable<std::shared_ptr<WebView>> webView_;
   // The tab's own; null for an extension's page.
   std::shared_ptr<UserContentController> contentController_;
-  mutable std::optional<std::string> savedState_;
-  mutable StateFile stateFile_;
-  uint64_t stateVersion_ = 0;
-  // Taken from `savedState_` for a view that has not restored it yet.
-  std::optional<std::string> waitingState_;
   std::optional<WebViewConfiguration> pendingConfiguration_;
   std::vector<Observation> observations_;
   // The base address of the extension that the view was made for.

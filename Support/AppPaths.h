@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "Base/FileSystem.h"
+#include "BrowserCore/UUID.h"
 
 namespace orvel {
 
@@ -32,6 +33,9 @@ struct AppPaths {
   std::filesystem::path history() const { return support / "history.sqlite"; }
   std::filesystem::path currencyRates() const { return support / "eurofxref.xml"; }
   std::filesystem::path tabStates() const { return support / "TabStates"; }
+  std::filesystem::path tabState(const UUID& tab) const {
+    return tabStates() / (tab.text() + ".state");
+  }
   std::filesystem::path favicons() const { return support / "Favicons"; }
 };
 

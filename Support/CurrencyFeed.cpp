@@ -20,7 +20,7 @@ void CurrencyFeed::requestIfNeeded() {
 }
 
 void CurrencyFeed::readCache() {
-  const auto document = writer_.files().read(cache_, kLargestDocument);
+  const auto document = writer_.files().read(cache_, kLargestDocument).bytes;
   auto cached = document ? CurrencyRates::parse(*document) : std::nullopt;
   if (!cached) return;
   rates = std::move(cached);

@@ -8,6 +8,7 @@
 
 #include "Base/Assert.h"
 #include "Base/GRef.h"
+#include "Base/Log.h"
 #include "BrowserCore/Text.h"
 
 namespace orvel {
@@ -108,18 +109,57 @@ constexpr Group kGroups[] = {{"Booleans", readBoolean, writeBoolean},
                              {"Data", readData, writeData}};
 static_assert(std::size(kGroups) == std::variant_size_v<Value>);
 
-Values decoded(const std::string& bytes) {
-  const KeyFile file(g_key_file_new());
-  Values values;
+// Null for what is no key file.
+KeyFile loaded(const std::string& bytes) {
+  KeyFile file(g_key_file_new());
   if (!g_key_file_load_from_data(file.get(), bytes.data(), bytes.size(), G_KEY_FILE_NONE, nullptr))
-    return values;
-  for (const Group& group : kGroups) {
-    const Strings keys(g_key_file_get_keys(file.get(), group.name, nullptr, nullptr));
-    for (gchar** key = keys.get(); key && *key; ++key)
-      if (auto value = group.read(file.get(), group.name, *key); value && isKey(*key))
-        values.insert_or_assign(*key, std::move(*value));
+    file.reset();
+  return file;
+}
+
+// The lines that a key file can hold. Those below an illegible heading go with it: nobody knows
+// their type.
+std::string legibleLines(std::string_view bytes) {
+  std::string kept;
+  bool isInGroup = false;
+  for (const std::string_view part : text::splitNonEmpty(bytes, '\n')) {
+    const std::string line = std::string(part) + "\n";
+    const bool isLegible = line.find('\0') == std::string::npos && loaded("[Group]\n" + line);
+    if (line.starts_with('[')) isInGroup = isLegible;
+    if (isLegible && isInGroup) kept += line;
   }
-  return values;
+  return kept;
+}
+
+struct Decoded {
+  Values values;
+  bool isWhole = true;  // nothing was left out
+};
+
+Decoded decoded(const std::string& bytes) {
+  Decoded result;
+  // The library takes a line for ended by a NUL.
+  KeyFile file = bytes.find('\0') == std::string::npos ? loaded(bytes) : nullptr;
+  if (!file) {
+    result.isWhole = false;
+    file = loaded(legibleLines(bytes));
+  }
+  if (!file) return result;
+  gsize groups = 0;
+  const Strings names(g_key_file_get_groups(file.get(), &groups));
+  for (const Group& group : kGroups) {
+    if (g_key_file_has_group(file.get(), group.name)) --groups;
+    const Strings keys(g_key_file_get_keys(file.get(), group.name, nullptr, nullptr));
+    for (gchar** key = keys.get(); key && *key; ++key) {
+      auto value = isKey(*key) ? group.read(file.get(), group.name, *key) : std::nullopt;
+      if (value)
+        result.values.insert_or_assign(*key, std::move(*value));
+      else
+        result.isWhole = false;
+    }
+  }
+  if (groups > 0) result.isWhole = false;
+  return result;
 }
 
 std::string encoded(const Values& values) {
@@ -170,11 +210,34 @@ void UserDefaults::set(std::string_view key, Value value) {
   didChange();
 }
 
-FileUserDefaults::FileUserDefaults(FileWriter& writer, std::filesystem::path file)
-    : UserDefaults(decoded(writer.files().read(file, kLargestFile).value_or(""))),
-      writer_(writer),
-      file_(std::move(file)) {}
+FileUserDefaults::FileUserDefaults(FileWriter& writer, const std::filesystem::path& file)
+    : writer_(writer), file_(writer, file) {
+  std::filesystem::path kept = file;
+  kept.replace_filename(file.stem().string() + ".damaged" + file.extension().string());
+  const auto tell = [&](const std::string& what) {
+    Log::app.error("Couldn't read {} settings (kept as {})", what, kept.filename().string());
+  };
+  auto contents = writer.files().read(file, kLargestFile);
+  if (!contents.bytes) {
+    if (contents.isMissing()) return;
+    tell("the");
+    file_.moveAside(kept);
+    return;
+  }
+  auto result = decoded(*contents.bytes);
+  restore(std::move(result.values));
+  if (result.isWhole) return;
+  tell("some of the");
+  file_.keepCopy(kept, std::move(*contents.bytes));
+}
 
-void FileUserDefaults::didChange() { writer_.write(file_, encoded(values())); }
+void FileUserDefaults::didChange() {
+  writer_.carryOut(file_.replacing([copy = values()] { return encoded(copy); },
+                                   [](const WriteResult& result) {
+                                     if (result.outcome == WriteResult::Outcome::Failed)
+                                       Log::app.error("Couldn't save the settings: {}",
+                                                      result.error.message());
+                                   }));
+}
 
 }  // namespace orvel

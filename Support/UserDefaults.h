@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Base/FileWriter.h"
+#include "Base/KeptFile.h"
 
 namespace orvel {
 
@@ -48,7 +49,8 @@ class UserDefaults {
   const Values& values() const { return values_; }
 
  protected:
-  explicit UserDefaults(Values values) : values_(std::move(values)) {}
+  // What was set in a former run; tells nobody.
+  void restore(Values values) { values_ = std::move(values); }
   // A value was set to another, or removed.
   virtual void didChange() {}
 
@@ -68,15 +70,15 @@ class UserDefaults {
 // written, whole, with every change.
 class FileUserDefaults final : public UserDefaults {
  public:
-  // A file that is missing or no key file counts as empty; what is no value of its group's type is
-  // left out.
-  FileUserDefaults(FileWriter& writer, std::filesystem::path file);
+  // A missing file counts as empty. What is illegible in it is left out, and the file as it was is
+  // kept beside it under the name "<name>.damaged.<extension>" before it is written again.
+  FileUserDefaults(FileWriter& writer, const std::filesystem::path& file);
 
  private:
   void didChange() override;
 
   FileWriter& writer_;
-  std::filesystem::path file_;
+  KeptFile file_;
 };
 
 }  // namespace orvel

@@ -84,8 +84,9 @@ std::optional<RowDrop> SpaceSection::dropAt(const RowPoint& point) {
 }
 
 bool SpaceSection::drop(const RowPoint& point) {
-  const auto tab = context_.drag.tab;
   const auto drop = sidebarDrop(list_.rows(), point, columns());
+  // Only what stands in the sidebar now can be dropped: the tab may have closed on its way.
+  const auto tab = context_.drag.tab ? context_.store.tab(TabDrag{context_.drag.tab->id}) : nullptr;
   if (!tab || !drop) return false;
   context_.store.move(tab, drop->destination, context_.space);
   return true;

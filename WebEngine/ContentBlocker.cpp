@@ -45,7 +45,7 @@ bool covers(const std::string& entry, const std::string& site) {
 
 const std::optional<UserScript>& ContentBlocker::PageScript::get(FileSystem& files) {
   if (std::exchange(isRead_, true)) return script_;
-  auto source = files.read(file_, kLargestScript);
+  auto source = files.read(file_, kLargestScript).bytes;
   if (source && text::isValidUTF8(*source)) script_ = UserScript{.source = std::move(*source)};
   return script_;
 }

@@ -39,7 +39,7 @@ std::optional<std::string> FilterListFolders::text(std::string_view name) const 
   const bool hasOriginal = files->exists(original);
   if (!hasDownload && !hasOriginal) return std::nullopt;
   const bool takesDownload = hasDownload && (!hasOriginal || dated(downloaded) >= dated(original));
-  auto bytes = files->read(takesDownload ? downloaded : original);
+  auto bytes = files->read(takesDownload ? downloaded : original).bytes;
   return bytes && text::isValidUTF8(*bytes) ? std::move(bytes) : std::nullopt;
 }
 

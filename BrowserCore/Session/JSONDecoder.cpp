@@ -185,12 +185,21 @@ bool Decoder::failMissing(Value object, std::string_view key) {
   return false;
 }
 
+namespace {
+
+bool lacksOnlyItsScheme(std::string_view text) {
+  return !text.empty() && URL::parse("scheme:" + std::string(text));
+}
+
+}  // namespace
+
 bool Decoder::field(Value object, std::string_view key, std::optional<URL>& target) {
   target.reset();
   const auto value = object.member(key);
   if (!value || value->isNull()) return true;
-  if (const auto text = value->text()) target = URL::parse(*text);
-  return target || fail(*value, "an address");
+  const auto text = value->text();
+  if (text) target = URL::parse(*text);
+  return target || (text && lacksOnlyItsScheme(*text)) || fail(*value, "an address");
 }
 
 namespace {

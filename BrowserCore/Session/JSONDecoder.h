@@ -141,6 +141,7 @@ class Decoder {
     const auto value = object.member(key);
     return !value || value->isNull() || decode(*this, *value, target.emplace());
   }
+  // An address without a scheme leads nowhere and gives none.
   [[nodiscard]] bool field(Value object, std::string_view key, std::optional<URL>& target);
 
   // Both answer false.

@@ -2,6 +2,17 @@
 
 namespace orvel {
 
+URL boundedAddress(const URL& address) {
+  constexpr size_t kLongest = 2u << 20;
+  if (address.text().size() <= kLongest) return address;
+  std::string origin(address.scheme());
+  origin += ":";
+  if (const auto authority = address.authority(); authority && authority->size() < kLongest)
+    origin.append("//").append(*authority).append("/");
+  // A scheme of such a length is no address's.
+  return URL::parse(origin.size() <= kLongest ? origin : "about:blank").value_or(address);
+}
+
 void encode(JSONCoding::Encoder& encoder, const TabRecord& tab) {
   encoder.beginObject();
   encoder.field("id", tab.id);

@@ -13,6 +13,10 @@
 
 namespace orvel {
 
+// Pages decide how long their addresses get: this one, or its origin alone (without an authority
+// its scheme) when it's longer than 2 MiB.
+[[nodiscard]] URL boundedAddress(const URL& address);
+
 // A tab as files keep it.
 struct TabRecord {
   UUID id;

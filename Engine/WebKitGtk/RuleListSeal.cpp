@@ -69,7 +69,7 @@ struct Seal {
 
 // Absent without a seal that can be read.
 std::optional<Seal> readSeal(const fs::path& file) {
-  const auto text = FileSystem::disk()->read(file, kLargestSeal);
+  const auto text = FileSystem::disk()->read(file, kLargestSeal).bytes;
   if (!text) return std::nullopt;
   std::istringstream lines(*text);
   Seal seal;

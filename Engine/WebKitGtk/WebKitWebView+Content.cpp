@@ -256,7 +256,8 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
                      const std::unique_ptr<Context> owned(static_cast<Context*>(data));
                      PDFResult result;
                      result.error = owned->error;
-                     if (owned->error.empty()) result.data = FileSystem::disk()->read(owned->file);
+                     if (owned->error.empty())
+                       result.data = FileSystem::disk()->read(owned->file).bytes;
                      if (!result.data && result.error.empty())
                        result.error = "The page could not be printed to a file.";
                      g_unlink(owned->file.c_str());

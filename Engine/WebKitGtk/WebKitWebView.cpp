@@ -290,29 +290,32 @@ void WebKitWebView::goForward() {
   if (canGoForward()) navigate([view = view_.get()] { webkit_web_view_go_forward(view); });
 }
 
-std::optional<std::string> WebKitWebView::interactionState() const {
+std::optional<InteractionState> WebKitWebView::interactionState() const {
   auto* list = webkit_web_view_get_back_forward_list(view_.get());
-  if (!webkit_back_forward_list_get_current_item(list)) return std::nullopt;
+  auto* current = webkit_back_forward_list_get_current_item(list);
+  const char* uri = current ? webkit_back_forward_list_item_get_uri(current) : nullptr;
+  const auto address = uri ? URL::parse(uri) : std::nullopt;
+  if (!address) return std::nullopt;
   auto* state = webkit_web_view_get_session_state(view_.get());
   GBytes* bytes = webkit_web_view_session_state_serialize(state);
   webkit_web_view_session_state_unref(state);
   gsize size = 0;
   const auto* data = static_cast<const char*>(g_bytes_get_data(bytes, &size));
-  std::string result(data, size);
+  InteractionState result{std::string(data, size), *address};
   g_bytes_unref(bytes);
   return result;
 }
 
-void WebKitWebView::setInteractionState(const std::string& text) {
+bool WebKitWebView::setInteractionState(const std::string& text) {
   GBytes* bytes = g_bytes_new(text.data(), text.size());
   auto* state = webkit_web_view_session_state_new(bytes);
   g_bytes_unref(bytes);
-  if (!state) return;
+  if (!state) return false;
   webkit_web_view_restore_session_state(view_.get(), state);
   webkit_web_view_session_state_unref(state);
   auto* list = webkit_web_view_get_back_forward_list(view_.get());
   auto* current = webkit_back_forward_list_get_current_item(list);
-  if (!current) return;
+  if (!current) return false;
   const auto item = GRef<WebKitBackForwardListItem>::retain(current);
   restoredAddress_ = webkit_back_forward_list_item_get_uri(current);
   engine_.httpsFirst().whenReady([weak = weak_from_this(), item] {
@@ -322,6 +325,7 @@ void WebKitWebView::setInteractionState(const std::string& text) {
       return;
     webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item.get());
   });
+  return true;
 }
 
 // Mirrors

@@ -40,8 +40,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void stopLoading() override;
   void goBack() override;
   void goForward() override;
-  std::optional<std::string> interactionState() const override;
-  void setInteractionState(const std::string& state) override;
+  std::optional<InteractionState> interactionState() const override;
+  bool setInteractionState(const std::string& bytes) override;
 
   std::optional<std::string> title() const override;
   std::optional<URL> url() const override;

@@ -78,8 +78,8 @@ TEST_F(GLibSchedulerTest, WorkersReportOnTheMainThread) {
   const auto main = std::this_thread::get_id();
   std::thread::id worker;
   std::thread::id reporter;
-  for (const WorkPriority priority :
-       {WorkPriority::UserInitiated, WorkPriority::Utility, WorkPriority::Database})
+  for (const WorkPriority priority : {WorkPriority::UserInitiated, WorkPriority::Utility,
+                                      WorkPriority::Files, WorkPriority::Database})
     scheduler.runInBackground([&] { worker = std::this_thread::get_id(); },
                               [&] {
                                 reporter = std::this_thread::get_id();

@@ -25,7 +25,10 @@ struct LoadingTest : EngineTest {
   std::string stateScrolledTo(WebView& view, int32_t y) {
     evaluate(view, fmt::format("scrollTo(0, {})", y));
     const std::string_view bytes(reinterpret_cast<const char*>(&y), sizeof y);
-    const auto state = [&] { return view.interactionState().value_or(""); };
+    const auto state = [&] {
+      const auto present = view.interactionState();
+      return present ? present->bytes : std::string();
+    };
     EXPECT_TRUE(eventually([&] { return state().find(bytes) != std::string::npos; }));
     return state();
   }
@@ -75,13 +78,19 @@ TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
   }
   const auto view = makeView();
   EXPECT_EQ(view->interactionState(), std::nullopt);
-  view->setInteractionState(state);
+  EXPECT_TRUE(view->setInteractionState(state));
+  EXPECT_EQ(view->interactionState()->address, view->url()) << "also before it has loaded";
   EXPECT_EQ(view->url(), URL::parse("http://long.test/")) << "known before anything has loaded";
   show(*view);
   EXPECT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "1234"; }));
   EXPECT_TRUE(view->canGoBack());
-  view->setInteractionState("garbage");
-  EXPECT_EQ(view->url(), URL::parse("http://long.test/"));
+  server.refuse("closed.test", 80);
+  view->load({.url = *URL::parse("http://closed.test/")});
+  EXPECT_EQ(view->interactionState()->address, URL::parse("http://long.test/"))
+      << "what is not committed is no part of it";
+  EXPECT_FALSE(view->setInteractionState("garbage"));
+  EXPECT_FALSE(view->setInteractionState(state.substr(0, state.size() / 2)));
+  EXPECT_FALSE(view->setInteractionState(""));
 }
 
 TEST_F(LoadingTest, ReportsFailuresWithTheirKindAndShowsPagesUnderTheirAddress) {

@@ -178,7 +178,8 @@ TEST_F(RealListTest, KeepsTheFormerListWhenTheCompilerIsKilledHalfway) {
   for (const std::string_view name : ContentBlocker::listNames) {
     const std::string file = std::string(name) + ".txt";
     const bool isChanged = name == "easylist";
-    write(lists / file, disk->read(shipped / file).value() + (isChanged ? "||added.test^\n" : ""));
+    write(lists / file,
+          disk->read(shipped / file).bytes.value() + (isChanged ? "||added.test^\n" : ""));
   }
   useStore(cache, script);
   start();

@@ -228,23 +228,24 @@ void FakeWebView::move(int step) {
   navigateTo(history_[static_cast<size_t>(next)], NavigationType::BackForward);
 }
 
-std::optional<std::string> FakeWebView::interactionState() const {
+std::optional<InteractionState> FakeWebView::interactionState() const {
   if (history_.empty()) return std::nullopt;
   nlohmann::json state = {{"position", position_}, {"history", nlohmann::json::array()}};
   for (const URL& url : history_) state["history"].push_back(url.text());
-  return state.dump();
+  return InteractionState{state.dump(), history_[static_cast<size_t>(position_)]};
 }
 
-void FakeWebView::setInteractionState(const std::string& text) {
+bool FakeWebView::setInteractionState(const std::string& text) {
   restoredStates.push_back(text);
   const auto state = nlohmann::json::parse(text, nullptr, false);
-  if (!state.is_object() || state["history"].empty()) return;
+  if (!state.is_object() || !state.contains("history")) return false;
   history_.clear();
   for (const auto& entry : state["history"])
     history_.push_back(*URL::parse(entry.get<std::string>()));
   position_ = state["position"];
   isMovingInHistory_ = true;
   begin(history_[static_cast<size_t>(position_)]);
+  return true;
 }
 
 void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageRef)> answer) {

@@ -161,8 +161,8 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void stopLoading() override;
   void goBack() override { move(-1); }
   void goForward() override { move(1); }
-  std::optional<std::string> interactionState() const override;
-  void setInteractionState(const std::string& state) override;
+  std::optional<InteractionState> interactionState() const override;
+  bool setInteractionState(const std::string& bytes) override;
   std::optional<std::string> title() const override { return title_; }
   std::optional<URL> url() const override { return url_; }
   bool isLoading() const override { return isLoading_; }

@@ -21,7 +21,7 @@ class MemoryFileSystem final : public FileSystem {
     Killed,       // half of the bytes of a write, and no step ever again
   };
 
-  std::optional<std::string> read(const std::filesystem::path& path, uint64_t limit) override;
+  FileContents read(const std::filesystem::path& path, uint64_t limit) override;
   std::vector<std::string> list(const std::filesystem::path& folder) override;
   bool exists(const std::filesystem::path& path) override;
   std::optional<Date> modificationDate(const std::filesystem::path& path) override;
@@ -32,6 +32,8 @@ class MemoryFileSystem final : public FileSystem {
   std::error_code syncFolder(const std::filesystem::path& folder) override;
   std::error_code remove(const std::filesystem::path& path) override;
   std::error_code createFolders(const std::filesystem::path& folder) override;
+  std::optional<std::string> writeForUser(const std::filesystem::path& path,
+                                          std::string_view bytes) override;
 
   // Makes the step with this number fail, counting the changing steps from 0 now on.
   void failAtStep(int step, Fault fault);
@@ -44,6 +46,8 @@ class MemoryFileSystem final : public FileSystem {
   // The machine starts again after a power cut: only what was synced is there.
   void restartAfterPowerCut();
 
+  // Files that cannot be read, and why.
+  std::map<std::string, std::errc> unreadable;
   // When files last changed; the date of any other file cannot be read.
   std::map<std::string, Date> dates;
   // Puts a file in place without counting a step.

@@ -5,6 +5,8 @@
 namespace orvel::test {
 namespace {
 
+constexpr auto kMayExist = PageState::FormerFile::MayExist;
+
 struct Tab : ModelTest {
   TabRef make(BrowserTab::Values values) {
     if (!values.profile) values.profile = space().profile;
@@ -111,23 +113,62 @@ TEST_F(Tab, RestoresItsStateLazilyAndOnlyOnce) {
   const TabRef first = load("https://a/");
   first->load(address("https://b/"));
   settle();
-  const auto state = first->currentState();
-  const TabRef tab = make({.id = UUID::random(),
-                           .url = address("https://b/"),
-                           .stateFile = BrowserTab::Values::StateFile::MayExist});
-  world.disk->put("/data/Orvel/TabStates/" + tab->id.text() + ".state", *state);
+  const InteractionState state = *first->currentState();
+  const auto remade = [&](const char* url) {
+    return make({.id = first->id, .url = address(url), .stateFile = kMayExist});
+  };
+  world.disk->put(first->pageState.file(), PageState::encoded(state));
+  const TabRef tab = remade("https://b/");
   tab->reload();
-  EXPECT_THAT(world.view(tab)->restoredStates, ElementsAre(*state));
+  EXPECT_THAT(world.view(tab)->restoredStates, ElementsAre(state.bytes));
   EXPECT_TRUE(world.view(tab)->requests.empty());
-  EXPECT_FALSE(tab->savedState());
+  EXPECT_FALSE(tab->pageState.saved());
   settle();
   EXPECT_TRUE(tab->canGoBack);
 
-  const TabRef loaded = make({.id = tab->id,
-                              .url = address("https://b/"),
-                              .stateFile = BrowserTab::Values::StateFile::MayExist});
-  loaded->load(address("https://c/"));
+  const TabRef loaded = remade("https://b/");
+  loaded->load(address("https://b/"));
   EXPECT_THAT(world.view(loaded)->restoredStates, IsEmpty());
+}
+
+TEST_F(Tab, WithoutAStateOfItsOwnThePageIsLoadedAfresh) {
+  const InteractionState other{"{}", address("https://elsewhere/")};
+  const std::string whole = PageState::encoded({"bytes", address("https://a/")});
+  const std::pair<const char*, std::string> files[] = {
+      {"another page's", PageState::encoded(other)},
+      {"what the engine refuses", whole},
+      {"cut in the address", whole.substr(0, whole.find("https") + 5)},
+      {"no state", "x"},
+      {"no address", "Orvel page state 1\n\nbytes"}};
+  for (const auto& [name, bytes] : files) {
+    SCOPED_TRACE(name);
+    const TabRef tab = make({.url = address("https://a/"), .stateFile = kMayExist});
+    world.disk->put(tab->pageState.file(), bytes);
+    tab->webView();
+    settle();
+    EXPECT_EQ(world.view(tab)->requests.size(), 1u);
+    EXPECT_EQ(tab->title.peek(), "https://a/");
+  }
+  const TabRef hibernated = load("https://a/");
+  hibernated->load(address("https://b/"));
+  hibernated->hibernate();
+  hibernated->webView();
+  settle();
+  EXPECT_EQ(world.view(hibernated)->url(), address("https://b/")) << "what was on its way";
+}
+
+// A page may make its address as long as it likes.
+TEST_F(Tab, HugeAddressesAndTitlesAreNeitherMirroredNorSaved) {
+  const std::string huge(3 << 20, 'x');
+  const TabRef tab = load("https://a/");
+  world.view(tab)->setURL("https://other.test/" + huge);
+  world.view(tab)->setTitle(huge);
+  EXPECT_EQ(tab->url.peek(), address("https://other.test/")) << "the host is told as it is";
+  tab->pinnedURL = address("data:" + huge);
+  const TabRef opened = store().openTab(address("https://a/" + huge));
+  advance(2s);
+  EXPECT_LT(world.sessionFile().size(), 1u << 20);
+  for (const auto& [path, bytes] : world.disk->contents()) EXPECT_LT(bytes.size(), 1u << 20);
 }
 
 TEST_F(Tab, TheFirstPageWaitsForTheRules) {
@@ -136,13 +177,12 @@ TEST_F(Tab, TheFirstPageWaitsForTheRules) {
   const TabRef waiting = make("https://a/");
   const TabRef overtaken = make("https://b/");
   const TabRef gone = make("https://c/");
-  waiting->setSavedState("the state");
+  waiting->pageState.set(InteractionState{"the state", address("https://a/")});
   for (const TabRef& tab : {waiting, overtaken, gone}) {
     tab->webView();
     EXPECT_TRUE(world.view(tab)->requests.empty());
   }
-  EXPECT_FALSE(waiting->savedState());
-  EXPECT_EQ(waiting->stateToKeep(), "the state") << "the end of the program loses nothing";
+  EXPECT_EQ(waiting->currentState()->bytes, "the state") << "whatever ends the wait loses nothing";
   overtaken->load(address("https://newer/"));
   gone->teardown();
   for (const auto& handler : std::exchange(store().contentBlocker.readyHandlers, {})) handler();
@@ -200,12 +240,12 @@ TEST_F(Tab, AMutedTabIsSilentOnEveryPage) {
 
 TEST_F(Tab, ADiscardedTabMakesNoViewAgain) {
   const TabRef tab = make("https://a/");
-  tab->setSavedState("state");
+  tab->pageState.set(InteractionState{"state", address("https://a/")});
   tab->isDiscarded = true;
   tab->load(address("https://b/"));
   tab->reload();
   EXPECT_EQ(tab->url.peek(), address("https://b/"));
-  EXPECT_FALSE(tab->savedState());
+  EXPECT_FALSE(tab->pageState.saved());
   EXPECT_TRUE(world.engine.views.empty());
 }
 
@@ -320,7 +360,7 @@ TEST_F(Tab, CrashesAreAnsweredByPlaceAndTime) {
   };
   world.view(tab)->die();
   EXPECT_EQ(tab->liveWebView(), nullptr) << "off screen: unloaded";
-  ASSERT_TRUE(tab->savedState());
+  ASSERT_TRUE(tab->pageState.saved());
   tab->webView();
   settle();
   // The page has no address any more after its end; reloading is the engine's matter.

@@ -17,7 +17,7 @@ struct Hibernation : ModelTest {
     settle();
   }
   std::string stateFile(const TabRef& tab) {
-    return world.file("TabStates/" + tab->stateFileName());
+    return world.disk->read(tab->pageState.file(), ~0ull).bytes.value_or("");
   }
 
   TabList tabs;
@@ -41,9 +41,9 @@ TEST_F(Hibernation, IdleTabsGiveUpTheirViewsAndComeBackAsTheyWere) {
 
 TEST_F(Hibernation, TheLoopPassesEveryFiveMinutesAndWritesTheStates) {
   advance(299s);
-  EXPECT_TRUE(stateFile(tabs[1]).empty());
+  world.disk->put(tabs[1]->pageState.file(), "before it was scrolled");
   advance(1s);
-  EXPECT_FALSE(stateFile(tabs[1]).empty());
+  EXPECT_NE(stateFile(tabs[1]), "before it was scrolled");
   advance(1501s);
   EXPECT_FALSE(isLive(1));
 }
@@ -98,8 +98,6 @@ TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
   world.disk->put("/data/Orvel/TabStates/stray.state", "x");
   EXPECT_FALSE(stateFile(closed).empty()) << "until the next pass";
   pass(Duration::zero());
-  const TabRef empty = store().openTab(std::nullopt, {.select = false});
-  world.disk->put("/data/Orvel/TabStates/" + empty->stateFileName(), "old");
   for (const auto writing : {Now, Background}) {
     saveStates(writing);
     EXPECT_EQ(world.disk->list("/data/Orvel/TabStates").size(), 2u);
@@ -122,6 +120,37 @@ TEST_F(Hibernation, UnreadFilesAreCarriedOverUntouched) {
   EXPECT_EQ(again.disk->stepCount() - before, 4) << "only the page on screen is written";
   EXPECT_EQ(stateFile(tabs[0]), unread);
   EXPECT_FALSE(unread.empty());
+}
+
+// What is on the disk at some moment brings each page back as the session has it then.
+TEST_F(Hibernation, AKillCostsNoPositionAndNoAddress) {
+  struct Restart : World {
+    explicit Restart(World& killed) : World(killed.disk) { launch(); }
+    std::shared_ptr<FakeWebView> reopened(const TabRef& killed) {
+      const TabRef tab = space().tab(killed->id);
+      tab->webView();
+      scheduler.settle();
+      return view(tab);
+    }
+  };
+  advance(300s);
+  tabs[0]->load(address("https://b/"));
+  world.view(tabs[1])->setURL("https://a1/#pushed");
+  store().togglePin(tabs[2]);
+  store().close(tabs[2]);
+  advance(1100ms);
+  {
+    Restart after(world);
+    EXPECT_EQ(after.reopened(tabs[0])->url(), address("https://b/"));
+    EXPECT_TRUE(after.reopened(tabs[0])->canGoBack()) << "with its history";
+    EXPECT_EQ(after.reopened(tabs[1])->url(), address("https://a1/#pushed"));
+    EXPECT_THAT(after.reopened(tabs[2])->restoredStates, IsEmpty()) << "a closed pin is at home";
+  }
+  tabs[0]->load(address("https://c/"));
+  world.view(tabs[0])->stopLoading();
+  advance(300s);
+  Restart after(world);
+  EXPECT_EQ(after.reopened(tabs[0])->url(), address("https://c/")) << "it was on its way there";
 }
 
 TEST_F(Hibernation, AStateThatCouldNotBeWrittenIsTriedAgain) {

@@ -9,6 +9,7 @@ namespace {
 
 using nlohmann::json;
 
+constexpr auto kSessionFile = "/data/Orvel/session.json";
 constexpr const char* kSpace = "10000000-0000-4000-8000-000000000001";
 constexpr const char* kProfile = "20000000-0000-4000-8000-000000000002";
 constexpr const char* kTab = "30000000-0000-4000-8000-000000000003";
@@ -121,6 +122,7 @@ TEST_F(Session, AVersion1FileIsUpgradedSavedAndKept) {
   EXPECT_EQ(world.space().id.text(), kProfile) << "without an active profile the first counts";
   EXPECT_EQ(world.space().profile->favorites.peek().size(), 1u);
   EXPECT_EQ(world.space().selectedTab()->lastActiveAt, VirtualScheduler::startDate());
+  world.scheduler.settle();
   EXPECT_EQ(world.file("session.v1.backup.json"), v1.dump());
   EXPECT_EQ(world.sessionFile(), v1.dump());
   EXPECT_EQ(countLogged(Log::Level::Default, "Upgrading the session from version 1 to 2"), 1u);
@@ -149,6 +151,18 @@ TEST_F(Session, PartsThatNameNothingAreTolerated) {
   const json saved = json::parse(world.sessionFile());
   EXPECT_FALSE(saved["spaces"][0].contains("split"));
   EXPECT_FALSE(saved["spaces"][0].contains("appearance"));
+}
+
+TEST_F(Session, AnAddressWithoutASchemeLoadsNothing) {
+  json given = session();
+  given["spaces"][0]["today"][0]["url"] = "example.com/page";
+  given["spaces"][0]["today"][0]["pinnedURL"] = "//example.com";
+  launch(given.dump());
+  const TabRef tab = world.space().selectedTab();
+  ASSERT_NE(tab, nullptr);
+  EXPECT_EQ(tab->displayTitle(), "A");
+  EXPECT_FALSE(tab->url.peek() || tab->pinnedURL.peek());
+  EXPECT_THAT(world.view(tab)->requests, IsEmpty());
 }
 
 TEST_F(Session, DuplicateIdsAreNoHindrance) {
@@ -194,6 +208,7 @@ TEST_F(Session, WhatCannotBeReadIsKeptAndTheProgramStarts) {
       {"cut off", session().dump().substr(0, 100)},
       {"a later version", with("/schemaVersion", 3)},
       {"a wrong type", with("/sidebarWidth", "wide")},
+      {"no address", with("/spaces/0/today/0/url", "https://a b/")},
       {"invalid UTF-8", "{\"schemaVersion\":2,\"x\":\"\xff\xfe\"}"},
       {"10 MB of brackets", std::string(10 << 20, '[')},
       {"10 MB of text", "\"" + std::string(10 << 20, 'x')},
@@ -207,12 +222,99 @@ TEST_F(Session, WhatCannotBeReadIsKeptAndTheProgramStarts) {
     fresh.launch();
     EXPECT_EQ(fresh.space().name.peek(), "Personal");
     EXPECT_EQ(countLogged(Log::Level::Fault, "Couldn't read the session"), faults + 1);
+    fresh.scheduler.settle();
     EXPECT_TRUE(fresh.file("session.unreadable.json") == test.bytes);
     EXPECT_TRUE(fresh.sessionFile() == test.bytes) << "left alone until the next save";
     fresh.open("https://new/");
     fresh.scheduler.advance(1100ms);
     EXPECT_EQ(json::parse(fresh.sessionFile())["schemaVersion"], 2);
   }
+}
+
+TEST_F(Session, WhatCannotEvenBeOpenedIsMovedAsideBeforeAnythingIsWritten) {
+  for (const std::errc error :
+       {std::errc::permission_denied, std::errc::io_error, std::errc::file_too_large}) {
+    const size_t faults = countLogged(Log::Level::Fault, "Couldn't read the session");
+    World fresh;
+    fresh.disk->put(kSessionFile, "whole, but not now");
+    fresh.disk->unreadable[kSessionFile] = error;
+    fresh.launch();
+    EXPECT_EQ(countLogged(Log::Level::Fault, "Couldn't read the session"), faults + 1);
+    fresh.scheduler.settle();
+    EXPECT_EQ(fresh.file("session.unreadable.json"), "whole, but not now");
+    EXPECT_FALSE(fresh.disk->exists(kSessionFile));
+    fresh.disk->unreadable.clear();
+    for (int save = 0; save < 2; ++save) {
+      fresh.open("https://a/");
+      fresh.scheduler.advance(1100ms);
+      EXPECT_EQ(json::parse(fresh.sessionFile())["schemaVersion"], 2);
+    }
+    EXPECT_EQ(fresh.file("session.unreadable.json"), "whole, but not now");
+  }
+}
+
+TEST_F(Session, NothingReplacesASessionThatCouldNotBeKept) {
+  const json v1 = {{"isSidebarVisible", true}, {"sidebarWidth", 200}, {"profiles", json::array()}};
+  const struct {
+    std::string bytes;
+    std::optional<std::errc> error;
+    const char* kept;
+  } cases[] = {{"{}", std::nullopt, "session.unreadable.json"},
+               {v1.dump(), std::nullopt, "session.v1.backup.json"},
+               {"x", std::errc::io_error, "session.unreadable.json"}};
+  for (const auto& test : cases) {
+    World fresh;
+    fresh.disk->put(kSessionFile, test.bytes);
+    if (test.error) fresh.disk->unreadable[kSessionFile] = *test.error;
+    fresh.disk->failAlways(MemoryFileSystem::Fault::InputOutput);
+    fresh.launch();
+    fresh.scheduler.settle();
+    // Only the first step fails from now on, which is that of keeping.
+    for (int save = 0; save < 3; ++save) {
+      fresh.disk->failAlways(MemoryFileSystem::Fault::None);
+      fresh.disk->failAtStep(0, MemoryFileSystem::Fault::InputOutput);
+      fresh.open("https://a/");
+      fresh.scheduler.advance(1100ms);
+      EXPECT_EQ(fresh.disk->contents().at(kSessionFile), test.bytes);
+    }
+    fresh.disk->failAlways(MemoryFileSystem::Fault::None);
+    fresh.disk->unreadable.clear();
+    fresh.open("https://a/");
+    fresh.scheduler.advance(1100ms);
+    EXPECT_EQ(fresh.file(test.kept), test.bytes);
+    EXPECT_THAT(fresh.sessionFile(), HasSubstr("https://a/"));
+  }
+}
+
+// Reopening an archived tab moves it from one file to the other.
+TEST_F(Session, AnArchivedTabIsInOneOfTheFilesAtAnyTime) {
+  const ArchivedTabRecord archived{
+      {.id = UUID::random(), .title = "Old", .url = address("https://old/")}, UUID::random(), {}};
+  for (int step = 0; step < 12; ++step) {
+    for (const auto fault :
+         {MemoryFileSystem::Fault::Killed, MemoryFileSystem::Fault::InputOutput}) {
+      World first;
+      first.disk->put("/data/Orvel/archive.json", ArchivedTabRecord::encoded({archived}));
+      first.launch();
+      first.disk->failAtStep(step, fault);
+      first.store->reopen(archived);
+      first.scheduler.settle();
+      first.disk->restartAfterPowerCut();
+      World after(first.disk);
+      after.launch();
+      const size_t found = after.store->archive.peek().size() + after.space().today.peek().size();
+      EXPECT_GE(found, 1u) << "step " << step;
+    }
+  }
+  World again;
+  again.disk->put("/data/Orvel/archive.json", ArchivedTabRecord::encoded({archived}));
+  again.launch();
+  again.disk->failAtStep(5, MemoryFileSystem::Fault::InputOutput);
+  again.store->reopen(archived);
+  again.scheduler.settle();
+  again.open("https://a/");
+  again.scheduler.advance(1100ms);
+  EXPECT_EQ(again.file("archive.json"), ArchivedTabRecord::encoded({})) << "tried again";
 }
 
 TEST_F(Session, DeepFoldersAreReadKeptAndWritten) {

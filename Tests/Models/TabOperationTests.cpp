@@ -113,8 +113,75 @@ TEST_F(TabOperations, ClearedTabsAreTornDownWithTheirStateOnceTheyAreGone) {
   store().clearToday(store().activeSpace());
   EXPECT_EQ(toast(), "Closed 1 tab");
   EXPECT_EQ(tab->liveWebView(), nullptr);
-  ASSERT_TRUE(tab->savedState());
+  ASSERT_TRUE(tab->pageState.saved());
   EXPECT_FALSE(tab->isDiscarded);
+}
+
+TEST_F(TabOperations, ADeletedSpaceIsNotFilledByAnUndo) {
+  const SpaceRef first = store().activeSpace();
+  store().commit({.name = "Second"});
+  const SpaceRef second = store().activeSpace();
+  openTabs(2);
+  store().clearToday(second);
+  store().deleteSpace(second);
+  settle();
+  world.told.clear();
+  store().undoToast();
+  EXPECT_THAT(world.told, IsEmpty());
+  EXPECT_THAT(second->today.peek(), IsEmpty());
+}
+
+TEST_F(TabOperations, ATabThatHasClosedMeanwhileIsNotSelected) {
+  const auto tabs = openTabs(2);
+  store().select(tabs[0]);
+  store().close(tabs[1]);
+  store().select(tabs[1]);
+  EXPECT_EQ(selected(), tabs[0]);
+  const TabRef cleared = world.open("https://c/", false);
+  store().commit({.name = "Second"});
+  store().select(cleared, store().activeSpace());
+  EXPECT_EQ(selected(), nullptr) << "not in that space";
+  EXPECT_EQ(space().selectedTabID.peek(), std::nullopt);
+}
+
+TEST_F(TabOperations, WhatTheyWorkOnMayStandInTheListThatTheyChange) {
+  openTabs(6);
+  const auto& today = space().today.peek();
+  store().close(today.front());
+  store().move(today.front(), PinnedDestination{});
+  store().togglePin(today.front());
+  store().newFolder(today.front());
+  store().select(today.front());
+  EXPECT_EQ(selected(), today.front());
+  store().archive = std::vector{ArchivedTabRecord{{.id = UUID::random()}, UUID::random(), {}}};
+  store().reopen(store().archive.peek().front());
+  store().deleteFolder(std::get<FolderRef>(space().pinned.peek().front()));
+  EXPECT_EQ(today.size(), 4u);
+  store().commit({.name = "Second"});
+  store().switchTo(store().spaces.peek().front());
+  store().deleteSpace(store().spaces.peek().front());
+  EXPECT_EQ(space().name.peek(), "Second");
+}
+
+TEST_F(TabOperations, ATabStaysWithItsProfile) {
+  const auto tabs = openTabs(1);
+  const SpaceRef home = store().activeSpace();
+  store().commit({.name = "Other profile"});
+  const SpaceRef other = store().activeSpace();
+  const std::function<void()> moves[] = {[&] { store().move(tabs[0], TodayDestination{}, other); },
+                                         [&] { store().move(tabs[0], PinnedDestination{}); },
+                                         [&] { store().move(tabs[0], FavoritesDestination{}); },
+                                         [&] { store().togglePin(tabs[0]); }};
+  for (const auto& move : moves) {
+    move();
+    EXPECT_THAT(home->today.peek(), ElementsAre(tabs[0]));
+    EXPECT_THAT(other->allTabs(), IsEmpty());
+    EXPECT_FALSE(tabs[0]->pinnedURL.peek());
+    EXPECT_FALSE(store().toast.peek());
+  }
+  const auto gone = std::make_shared<Folder>(UUID::random(), "Gone", Folder::Expansion::Expanded);
+  store().move(tabs[0], PinnedDestination{gone, std::nullopt}, home);
+  EXPECT_THAT(home->today.peek(), ElementsAre(tabs[0])) << "a folder that has gone";
 }
 
 TEST_F(TabOperations, MovesKeepSetAndClearThePin) {

@@ -73,7 +73,7 @@ class World {
   }
   Space& space() const { return *store->activeSpace(); }
   std::string file(const std::string& name) const {
-    return disk->read(services.paths.support / name, ~0ull).value_or("");
+    return disk->read(services.paths.support / name, ~0ull).bytes.value_or("");
   }
   std::string sessionFile() const { return file("session.json"); }
 

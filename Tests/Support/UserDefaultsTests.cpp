@@ -10,7 +10,8 @@
 namespace orvel {
 namespace {
 
-constexpr auto kFile = "/config/Orvel/settings";
+constexpr auto kFile = "/config/Orvel/settings.ini";
+constexpr auto kDamaged = "/config/Orvel/settings.damaged.ini";
 
 struct UserDefaultsTest : testing::Test {
   test::VirtualScheduler scheduler;
@@ -57,20 +58,58 @@ TEST_F(UserDefaultsTest, ReadsAnotherTypeAsAbsentAndKeepsOneValueAKey) {
   EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), 0u);
 }
 
-TEST_F(UserDefaultsTest, TakesDamagedFilesForWhatIsLegibleInThem) {
-  disk->put(kFile, "[Booleans]\nisOn=perhaps\nisOff=false\n[Numbers]\nn=1e999\nm=0.5\nk=1x\n");
-  const FileUserDefaults partly(writer, kFile);
-  EXPECT_EQ(partly.boolean("isOn"), std::nullopt);
-  EXPECT_EQ(partly.boolean("isOff"), false);
-  EXPECT_EQ(partly.number("n"), std::nullopt);
-  EXPECT_EQ(partly.number("m"), 0.5);
-  EXPECT_EQ(partly.number("k"), std::nullopt);
-  disk->put(kFile, std::string("\0\xff not a key file", 18));
+TEST_F(UserDefaultsTest, KeepsWhatIsLegibleAndTheDamagedFileBeside) {
+  const struct {
+    const char* name;
+    std::string bytes;
+    std::vector<std::string> legible;
+  } cases[] = {
+      {"values of other types",
+       "[Booleans]\na=perhaps\nb=false\n[Numbers]\nc=1e999\nd=0.5\ne=1x\n",
+       {"b", "d"}},
+      {"a line that is none", "[Booleans]\na=true\nxxx\n[Texts]\nb=y\n", {"a", "b"}},
+      {"a cut line", "[Texts]\na=x\n\nno", {"a"}},
+      {"bytes of another file",
+       "[Texts]\na=x\nb\xff=y\n" + std::string("c\0=z\n", 5) + "d=z\n",
+       {"a", "d"}},
+      {"a broken heading", "[Texts]\na=x\n[Num\nb=1\n[Lists]\nc=y;\n", {"a", "c"}},
+      {"a changed heading", "[Texts]\na=x\n[Num\xff]\nb=1\n", {"a"}},
+      {"no key file", std::string("\0\xff not a key file", 18), {}},
+  };
+  for (const auto& test : cases) {
+    SCOPED_TRACE(test.name);
+    disk->put(kFile, test.bytes);
+    FileUserDefaults defaults(writer, kFile);
+    std::vector<std::string> legible;
+    for (const auto& [key, value] : defaults.values()) legible.push_back(key);
+    EXPECT_EQ(legible, test.legible);
+    EXPECT_EQ(disk->read(kFile, ~0ull).bytes, test.bytes) << "left alone until the next change";
+    defaults.setBoolean("isOn", true);
+    scheduler.settle();
+    EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), test.legible.size() + 1);
+    EXPECT_EQ(disk->read(kDamaged, ~0ull).bytes, test.bytes);
+  }
+}
+
+TEST_F(UserDefaultsTest, NothingReplacesAFileThatCannotBeKept) {
+  disk->put(kFile, "[Texts]\na=x\nyyy\n");
+  disk->failAlways(test::MemoryFileSystem::Fault::DiskFull);
   FileUserDefaults defaults(writer, kFile);
-  EXPECT_TRUE(defaults.values().empty());
-  defaults.setBoolean("isOn", true);
   scheduler.settle();
-  EXPECT_EQ(FileUserDefaults(writer, kFile).boolean("isOn"), true);
+  disk->failAlways(test::MemoryFileSystem::Fault::None);
+  disk->failAtStep(0, test::MemoryFileSystem::Fault::DiskFull);
+  defaults.setBoolean("one", true);
+  scheduler.settle();
+  EXPECT_EQ(disk->read(kFile, ~0ull).bytes, "[Texts]\na=x\nyyy\n");
+  defaults.setBoolean("two", true);
+  scheduler.settle();
+  EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), 3u);
+  EXPECT_EQ(disk->read(kDamaged, ~0ull).bytes, "[Texts]\na=x\nyyy\n");
+
+  disk->unreadable[kFile] = std::errc::io_error;
+  FileUserDefaults unread(writer, kFile);
+  scheduler.settle();
+  EXPECT_TRUE(disk->read(kDamaged, ~0ull).bytes->find("two") != std::string::npos) << "moved aside";
 }
 
 }  // namespace
