@@ -28,6 +28,31 @@ std::filesystem::path programFolder() {
   return program.parent_path();
 }
 
+// Blocks until the person has read it.
+void tellInDialog(const std::string& message, const std::string& detail) {
+  auto* dialog = gtk_message_dialog_new(nullptr, GtkDialogFlags(0), GTK_MESSAGE_ERROR,
+                                        GTK_BUTTONS_OK, "%s", message.c_str());
+  gtk_message_dialog_format_secondary_text(GTK_MESSAGE_DIALOG(dialog), "%s", detail.c_str());
+  gtk_window_set_title(GTK_WINDOW(dialog), "Orvel");
+  auto* loop = g_main_loop_new(nullptr, FALSE);
+  g_signal_connect_swapped(dialog, "response", G_CALLBACK(g_main_loop_quit), loop);
+  gtk_window_present(GTK_WINDOW(dialog));
+  g_main_loop_run(loop);
+  g_main_loop_unref(loop);
+  gtk_window_destroy(GTK_WINDOW(dialog));
+}
+
+// Who starts the program from now on gets one of their own, and does not talk to one that has
+// stopped listening.
+void giveNameBack(GApplication* application) {
+  constexpr int kMostMilliseconds = 500;
+  if (auto* bus = g_application_get_dbus_connection(application))
+    g_dbus_connection_call(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                           "org.freedesktop.DBus", "ReleaseName", g_variant_new("(s)", kIdentifier),
+                           nullptr, G_DBUS_CALL_FLAGS_NONE, kMostMilliseconds, nullptr, nullptr,
+                           nullptr);
+}
+
 bool hasSessionBus() {
   const auto bus =
       GRef<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -80,9 +105,14 @@ int Application::run(StartOptions options) {
     return 0;
   }
 
-  lock_ = InstanceLock::take(dataFolder());
+  // One that has just been told to quit takes a moment.
+  constexpr Duration kPatience = 5s;
+  lock_ = InstanceLock::take(dataFolder(), kPatience);
   if (!lock_) {
-    fmt::print(stderr, "orvel: another Orvel is using {}\n", dataFolder().string());
+    const std::string folder = dataFolder().string();
+    fmt::print(stderr, "orvel: another Orvel is using {}\n", folder);
+    tellInDialog("Orvel is already running",
+                 fmt::format("Another Orvel is using {}. Quit it and start again.", folder));
     return 1;
   }
 
@@ -116,12 +146,18 @@ int Application::run(StartOptions options) {
                    }),
                    this);
 
+  // Before the toolkit's own end, which may wait for a clipboard manager.
+  g_signal_connect(application, "shutdown", G_CALLBACK(+[](GApplication* ending, gpointer data) {
+                     giveNameBack(ending);
+                     static_cast<Application*>(data)->browser_->willTerminate();
+                   }),
+                   this);
+
   // The program name alone, which activates: what the arguments mean has been settled above.
   char name[] = "orvel";
   char service[] = "--gapplication-service";
   char* argv[] = {name, options.isService ? service : nullptr, nullptr};
   const int status = g_application_run(application, options.isService ? 2 : 1, argv);
-  browser_->willTerminate();
   g_signal_handlers_disconnect_by_data(application, this);
   return status;
 }

@@ -6,19 +6,28 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <thread>
 #include <utility>
 
 #include "Base/FileSystem.h"
 
 namespace orvel {
 
-std::optional<InstanceLock> InstanceLock::take(const std::filesystem::path& folder) {
+std::optional<InstanceLock> InstanceLock::take(const std::filesystem::path& folder,
+                                               Duration patience) {
+  constexpr Duration kBetween = 50ms;
   FileSystem::disk()->createFolders(folder);
   const int descriptor = open((folder / ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
                               S_IRUSR | S_IWUSR);
-  if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-    close(descriptor);
-    return std::nullopt;
+  const auto isHeld = [&] {
+    return descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  };
+  for (; isHeld(); patience -= kBetween) {
+    if (patience <= Duration::zero()) {
+      close(descriptor);
+      return std::nullopt;
+    }
+    std::this_thread::sleep_for(kBetween);
   }
   return InstanceLock(descriptor);
 }

@@ -78,6 +78,20 @@ TEST_F(FileWriterTest, TheNewestOfWaitingWritesWinsAndKeepsItsPlace) {
   EXPECT_THAT(order, ElementsAre("s", "a", "b")) << "the end has one that comes first";
 }
 
+TEST_F(FileWriterTest, ASlowDiskAndOtherWorkHoldNoFileUp) {
+  disk->put(kFile, "former");
+  disk->put("/data/Orvel/a file asked for in each frame", "");
+  disk->beforeStep = [&] { scheduler.spend(5ms); };
+  scheduler.runInBackground([&] { scheduler.spend(10s); }, [] {}, WorkPriority::UserInitiated);
+  scheduler.advance(1ms);
+  writer.write(kFile, "present");
+  for (int frame = 0; frame < 10; ++frame) {
+    writer.write("/data/Orvel/a file asked for in each frame", std::to_string(frame));
+    scheduler.advance(16ms);
+  }
+  EXPECT_EQ(disk->read(kFile, 100).bytes, "present");
+}
+
 TEST_F(FileWriterTest, WhatBelongsTogetherFailsTogether) {
   ASSERT_FALSE(disk->createFolders("/data/Orvel"));
   disk->failAtStep(0, Fault::DiskFull);

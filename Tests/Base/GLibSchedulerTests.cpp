@@ -86,7 +86,7 @@ TEST_F(GLibSchedulerTest, WorkersReportOnTheMainThread) {
                                 log.push_back("done");
                               },
                               priority);
-  ASSERT_TRUE(eventually([&] { return log.size() == 3; }));
+  ASSERT_TRUE(eventually([&] { return log.size() == 4; }));
   EXPECT_NE(worker, main);
   EXPECT_EQ(reporter, main);
 }

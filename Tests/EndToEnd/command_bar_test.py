@@ -148,7 +148,7 @@ class CommandBarTest(EndToEndTest):
         self.picture("bar-completion")
         self.keys("Escape")
         eventually(lambda: not self.accessible(FIELD), "no bar")
-        self.assertEqual(self.today(), ["Page one"])
+        eventually(lambda: self.today() == ["Page one"], "the one tab, saved with its title")
 
 
 if __name__ == "__main__":

@@ -1,6 +1,8 @@
 #!/usr/bin/env python3
 """The program as its user's other programs see it: starting, addresses, ending, coming back."""
 
+import ctypes
+import fcntl
 import pathlib
 import random
 import signal
@@ -61,6 +63,33 @@ class SaveWatch:
         return self.seen, self.stall
 
 
+class SilentClipboardManager:
+    """Is asked to take over the clipboard of programs that end, and does not answer."""
+
+    def __init__(self):
+        self.x = ctypes.CDLL("libX11.so.6")
+        self.x.XOpenDisplay.restype = self.x.XDefaultRootWindow.restype = ctypes.c_void_p
+        for answers in (self.x.XInternAtom, self.x.XCreateSimpleWindow, self.x.XGetSelectionOwner):
+            answers.restype = ctypes.c_ulong
+        self.display = ctypes.c_void_p(self.x.XOpenDisplay(None))
+        root = ctypes.c_ulong(self.x.XDefaultRootWindow(self.display))
+        window = self.x.XCreateSimpleWindow(self.display, root, 0, 0, 1, 1, 0, 0, 0)
+        self.x.XSetSelectionOwner(
+            self.display, self.selection(b"CLIPBOARD_MANAGER"), ctypes.c_ulong(window),
+            ctypes.c_ulong(0),
+        )
+        self.x.XSync(self.display, 0)
+
+    def selection(self, name):
+        return ctypes.c_ulong(self.x.XInternAtom(self.display, name, 0))
+
+    def is_something_copied(self):
+        return self.x.XGetSelectionOwner(self.display, self.selection(b"CLIPBOARD")) != 0
+
+    def close(self):
+        self.x.XCloseDisplay(self.display)
+
+
 class SessionTest(EndToEndTest):
     def setUp(self):
         super().setUp()
@@ -105,11 +134,10 @@ class SessionTest(EndToEndTest):
 
     def test_without_its_window_it_lives_until_it_is_ended(self):
         program = self.start("http://one.test/")
-        frames = lambda: [i for i in self.everything() if i.get_role_name() == "frame"]  # noqa: E731
         for _ in range(2):
             self.find("One")
             self.act(self.find("Close Window"))
-            eventually(lambda: not frames(), "the window closed")
+            eventually(lambda: not self.accessible("Close Window"), "the window closed")
             self.assertEqual(program.second(), (0, ""))
         self.find("One")
         self.keys("ctrl+q")
@@ -164,16 +192,54 @@ class SessionTest(EndToEndTest):
         self.start()
         eventually(lambda: at in reports(), "the page back at its place", 15)
 
+    def test_waits_for_the_folder_of_one_that_is_ending_and_tells_of_one_that_stays(self):
+        folder = self.home / "data" / "Orvel"
+        folder.mkdir(parents=True)
+        with open(folder / ".lock", "w") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            program = self.start("http://one.test/")
+            time.sleep(1.5)
+            self.assertIsNone(program.process.poll(), "it waits")
+            fcntl.flock(lock, fcntl.LOCK_UN)
+            self.wait_for_page("http://one.test/")
+            program.end()
+
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            program = self.start("http://two.test/")
+            self.find("Orvel is already running")
+            self.picture("already-running")
+            self.keys("Return")
+            self.assertEqual(program.process.wait(5), 1)
+            self.assertIn("another Orvel is using", (self.home / "log.txt").read_text())
+
     def test_without_a_bus_a_lock_decides(self):
         alone = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
         program = self.start("http://one.test/", environment=alone)
         self.wait_for_page("http://one.test/")
-        eventually(lambda: today(program.session()) == ["http://one.test/"], "the session")
-        code, said = program.second("http://two.test/")
-        self.assertEqual(code, 1)
-        self.assertIn("another Orvel is using", said)
-        self.assertEqual(today(program.session()), ["http://one.test/"])
+        other = self.start("http://two.test/", environment=alone)
+        eventually(lambda: "another Orvel is using" in (self.home / "log.txt").read_text(), "a word")
+        self.assertIsNone(program.process.poll())
+        other.kill()
         program.end()
+        self.assertEqual(today(program.session()), ["http://one.test/"])
+
+    def test_the_end_does_not_wait_for_a_clipboard_manager(self):
+        keeper = SilentClipboardManager()
+        self.addCleanup(keeper.close)
+        program = self.start("http://one.test/")
+        self.wait_for_page("http://one.test/")
+        self.find("One")
+        self.keys("ctrl+shift+c")  # the clipboard is this program's from now on
+        eventually(keeper.is_something_copied, "a copied link")
+        program.open_address("http://two.test/")
+        self.wait_for_page("http://two.test/")
+        program.process.send_signal(signal.SIGTERM)
+        log = self.home / "log.txt"
+        eventually(lambda: "Quitting" in log.read_text(), "the end of the program's own", 4)
+        both = ["http://two.test/", "http://one.test/"]
+        eventually(lambda: today(program.session()) == both, "the session", 3)
+        self.assertIsNone(program.process.poll(), "the toolkit still waits")
+        program.kill()
 
     def test_a_broken_session_is_kept_and_the_program_starts(self):
         folder = self.home / "data" / "Orvel"

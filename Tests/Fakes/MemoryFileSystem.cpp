@@ -77,6 +77,7 @@ std::optional<Date> MemoryFileSystem::modificationDate(const fs::path& path) {
 }
 
 std::error_code MemoryFileSystem::write(const fs::path& path, std::string_view bytes) {
+  if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);
   if (!folders_.contains(path.parent_path().string()))
     return std::make_error_code(std::errc::no_such_file_or_directory);
@@ -90,6 +91,7 @@ std::error_code MemoryFileSystem::write(const fs::path& path, std::string_view b
 }
 
 std::error_code MemoryFileSystem::sync(const fs::path& path) {
+  if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);
   if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
   synced_[path.string()] = seen_[path.string()];
@@ -97,6 +99,7 @@ std::error_code MemoryFileSystem::sync(const fs::path& path) {
 }
 
 std::error_code MemoryFileSystem::rename(const fs::path& from, const fs::path& to) {
+  if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);
   if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
   seen_[to.string()] = std::move(seen_[from.string()]);
@@ -110,6 +113,7 @@ std::error_code MemoryFileSystem::rename(const fs::path& from, const fs::path& t
 }
 
 std::error_code MemoryFileSystem::syncFolder(const fs::path& folder) {
+  if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);
   if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
   std::erase_if(durable_, [&](const auto& file) { return isIn(file.first, folder); });
@@ -120,6 +124,7 @@ std::error_code MemoryFileSystem::syncFolder(const fs::path& folder) {
 }
 
 std::error_code MemoryFileSystem::remove(const fs::path& path) {
+  if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);
   if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
   seen_.erase(path.string());
@@ -128,6 +133,7 @@ std::error_code MemoryFileSystem::remove(const fs::path& path) {
 }
 
 std::error_code MemoryFileSystem::createFolders(const fs::path& folder) {
+  if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);
   if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
   for (fs::path part = folder; part != part.root_path(); part = part.parent_path())

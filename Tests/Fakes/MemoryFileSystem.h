@@ -46,6 +46,9 @@ class MemoryFileSystem final : public FileSystem {
   // The machine starts again after a power cut: only what was synced is there.
   void restartAfterPowerCut();
 
+  // Runs before each changing step, on its thread: what takes the step's time. Set it while nothing
+  // is under way.
+  std::function<void()> beforeStep;
   // Files that cannot be read, and why.
   std::map<std::string, std::errc> unreadable;
   // When files last changed; the date of any other file cannot be read.

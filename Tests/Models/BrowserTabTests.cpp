@@ -82,7 +82,7 @@ TEST_F(Tab, MirrorsItsPageAndSaves) {
   EXPECT_EQ(tab->title.peek(), "First") << "an empty title never overwrites a good one";
   world.view(tab)->setTitle("Second");
   world.view(tab)->setURL("https://a/other");
-  EXPECT_THAT(world.told, ElementsAre("title", "url"));
+  EXPECT_THAT(world.told, ElementsAre("title https://a/final", "url https://a/other"));
   tab->load(address("https://b/"));
   EXPECT_TRUE(tab->isLoading);
   settle();

@@ -176,6 +176,7 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   EXPECT_THAT(harvested(), Not(Contains("menu.Tabs.Select Tab 1")));
   auto spaces = store().spaces.peek();
   spaces[1]->name = std::string("Cove");
+  store().scheduleSave();
   EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));
   advance(999ms);
   EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));

@@ -42,8 +42,15 @@ struct ModelTest : testing::Test {
   BrowserStore& store() { return *world.store; }
   Space& space() { return world.space(); }
   TabRef selected() { return space().selectedTab(); }
-  void settle() { world.scheduler.settle(); }
-  void advance(Duration duration) { world.scheduler.advance(duration); }
+  void settle() {
+    world.scheduler.settle();
+    world.expectSaved();
+  }
+  void advance(Duration duration) {
+    world.scheduler.advance(duration);
+    world.expectSaved();
+  }
+  void TearDown() override { settle(); }
   // A selected tab whose page has loaded.
   TabRef load(const std::string& url) {
     const TabRef tab = world.open(url);

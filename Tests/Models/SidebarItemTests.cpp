@@ -21,6 +21,9 @@ struct SidebarItems : ModelTest {
     items = SidebarItemList{tabs[0], outer, tabs[3]};
   }
 
+  // The lists are made by hand.
+  void TearDown() override { world.saveNow(); }
+
   TabList tabs;
   FolderRef inner = folder("inner"), outer = folder("outer");
   Observable<SidebarItemList> items;

@@ -129,7 +129,7 @@ TEST_F(Spaces, DeletionTakesAlongWhatBelongsToTheSpaceAndNothingElse) {
   world.told.clear();
   EXPECT_FALSE(store().deletesProfile(*gone));
   store().deleteSpace(gone);
-  EXPECT_THAT(world.told, ElementsAre("close", "close"));
+  EXPECT_THAT(world.told, ElementsAre("close https://pinned/", "close https://today/"));
   for (const TabRef& tab : {pinned, today})
     EXPECT_TRUE(tab->isDiscarded && !tab->liveWebView()) << tab->url.peek()->text();
   EXPECT_FALSE(favorite->isDiscarded) << "the profile lives on";
@@ -315,6 +315,7 @@ TEST_F(Swipe, WhatIsNoSwipe) {
     event(ScrollEvent::Phase::Changed, 50);
     const bool isMoved = store().spaceSwipeOffset.peek() != 0;
     event(ScrollEvent::Phase::Cancelled);
+    world.saveNow();
     return isMoved;
   };
   const auto begin = [&] { event(ScrollEvent::Phase::Began); };

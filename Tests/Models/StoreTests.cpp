@@ -94,6 +94,7 @@ TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
   advance(1s);
   EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]) << "shown again before the fade ended";
   store().isSidebarVisible = false;
+  store().scheduleSave();
   store().updateWindowChrome(BrowserStore::ChromeMotion::AtOnce);
   EXPECT_TRUE(world.window.hidden[WindowButton::Zoom]);
   EXPECT_EQ(world.window.lastDuration, 0);
@@ -101,6 +102,7 @@ TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
 
 TEST_F(Store, TheWindowTakesTheActiveSpacesAppearanceOnce) {
   space().appearance = Space::Appearance::Dark;
+  store().scheduleSave();
   store().updateWindowAppearance();
   store().updateWindowAppearance();
   EXPECT_EQ(world.window.current, WindowAppearance::Dark);

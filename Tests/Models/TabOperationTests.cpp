@@ -291,11 +291,110 @@ TEST_F(TabOperations, SelectingTellsEverybodyOnce) {
   advance(5s);
   world.told.clear();
   store().select(tabs[1]);
-  EXPECT_THAT(world.told, ElementsAre("activate after another"));
+  EXPECT_THAT(world.told, ElementsAre("activate https://b/ after https://a/"));
   EXPECT_FALSE(store().reader.peek() || store().capture.peek());
   EXPECT_EQ(tabs[0]->lastActiveAt, world.scheduler.now());
   settle();
   EXPECT_EQ(world.view(tabs[1])->focusCount, 1);
+}
+
+// What names its tab or its space does the same wherever the person is looking.
+TEST_F(TabOperations, ASpaceNeedNotBeActive) {
+  struct Scene : World {
+    Scene() {
+      launch();
+      home = store->activeSpace();
+      for (const char* name : {"d", "c", "b", "a"})
+        tabs.insert(tabs.begin(), open(std::string("https://") + name + "/", false));
+      store->select(tabs[1]);
+      store->move(tabs[3], PinnedDestination{}, home);
+      tabs[3]->load(address("https://wandered/"));
+      store->commit({.name = "Away", .profileID = home->profile->id});
+      away = store->activeSpace();
+      scheduler.advance(5s);
+      told.clear();
+    }
+    std::string seen() const {
+      std::string text;
+      const auto add = [&](const char* title, const TabList& list) {
+        text += title;
+        for (const auto& url : urls(list)) text += " " + url;
+      };
+      add("favorites", home->profile->favorites.peek());
+      add(" pinned", tabsOf(home->pinned.peek()));
+      add(" today", home->today.peek());
+      const TabRef selected = home->selectedTab();
+      text += " selected " + (selected ? selected->url.peek()->text() : "none");
+      for (const auto& one : told) text += ", " + one;
+      return text + ", " + std::to_string(store->closedTabs.size()) + " closed";
+    }
+    SpaceRef home, away;
+    TabList tabs;
+  };
+  const std::pair<const char*, std::function<void(Scene&)>> operations[] = {
+      {"open after",
+       [](Scene& s) { s.store->openTab(address("https://x/"), {.after = s.tabs[0]}); }},
+      {"open unselected",
+       [](Scene& s) {
+         s.store->openTab(address("https://x/"), {.after = s.tabs[3], .select = false});
+       }},
+      {"open in",
+       [](Scene& s) { s.store->openTab(std::nullopt, {.in = s.home, .select = false}); }},
+      {"select", [](Scene& s) { s.store->select(s.tabs[2]); }},
+      {"close the selected one", [](Scene& s) { s.store->close(s.tabs[1]); }},
+      {"close another", [](Scene& s) { s.store->close(s.tabs[0]); }},
+      {"close a pinned one", [](Scene& s) { s.store->close(s.tabs[3]); }},
+      {"close one of a split",
+       [](Scene& s) {
+         s.home->setSplit({s.tabs[0]->id, s.tabs[1]->id});
+         s.store->close(s.tabs[0]);
+         EXPECT_EQ(s.home->split().size(), 1u);
+       }},
+      {"clear", [](Scene& s) { s.store->clearToday(s.home); }},
+      {"clear and undo",
+       [](Scene& s) {
+         s.store->clearToday(s.home);
+         s.store->undoToast();
+       }},
+      {"clear and reopen",
+       [](Scene& s) {
+         s.store->clearToday(s.home);
+         s.store->reopenClosedTab();
+       }},
+      {"pin",
+       [](Scene& s) {
+         s.store->move(s.tabs[0], PinnedDestination{nullptr, s.tabs[3]->id}, s.home);
+       }},
+      {"unpin",
+       [](Scene& s) { s.store->move(s.tabs[3], TodayDestination{s.tabs[1]->id}, s.home); }},
+      {"favor", [](Scene& s) { s.store->move(s.tabs[0], FavoritesDestination{}, s.home); }},
+      {"archived",
+       [](Scene& s) {
+         s.store->reopen({{.id = UUID::random(), .url = address("https://x/")}, s.home->id, {}});
+       }},
+      {"a page's own window", [](Scene& s) { s.view(s.tabs[1])->openWindow("https://popup/"); }},
+      {"a page's own end", [](Scene& s) { s.view(s.tabs[1])->closeWindow(); }},
+      {"a page's own address", [](Scene& s) { s.view(s.tabs[1])->setURL("https://b/#there"); }},
+  };
+  for (const auto& [name, operate] : operations) {
+    SCOPED_TRACE(name);
+    std::string seen[2];
+    for (const bool isActive : {false, true}) {
+      Scene scene;
+      if (isActive) scene.store->switchTo(scene.home);
+      scene.scheduler.advance(5s);
+      scene.expectSaved();
+      const std::string before = scene.seen();
+      operate(scene);
+      scene.scheduler.settle();
+      scene.expectSaved();
+      seen[isActive] = scene.seen();
+      EXPECT_NE(seen[isActive], before);
+      scene.scheduler.advance(5s);
+      scene.expectSaved();
+    }
+    EXPECT_EQ(seen[0], seen[1]);
+  }
 }
 
 TEST_F(TabOperations, CommandWFindsWhatToClose) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -14,17 +16,17 @@ namespace orvel::test {
 
 inline URL address(const std::string& text) { return *URL::parse(text); }
 
-// Writes down what the extensions were told.
+// Writes down what the extensions were told, and of which tab.
 class RecordingExtensions final : public WebExtensionController {
  public:
   explicit RecordingExtensions(std::vector<std::string>& log) : log_(log) {}
-  void didOpenTab(WebExtensionTab&) override { log_.push_back("open"); }
-  void didCloseTab(WebExtensionTab&) override { log_.push_back("close"); }
-  void didActivateTab(WebExtensionTab&, WebExtensionTab* prior) override {
-    log_.push_back(prior ? "activate after another" : "activate");
+  void didOpenTab(WebExtensionTab& tab) override { log_.push_back("open " + name(tab)); }
+  void didCloseTab(WebExtensionTab& tab) override { log_.push_back("close " + name(tab)); }
+  void didActivateTab(WebExtensionTab& tab, WebExtensionTab* prior) override {
+    log_.push_back("activate " + name(tab) + (prior ? " after " + name(*prior) : ""));
   }
-  void didChangeTabProperties(TabProperties properties, WebExtensionTab&) override {
-    log_.push_back(properties == TabProperties::Title ? "title" : "url");
+  void didChangeTabProperties(TabProperties properties, WebExtensionTab& tab) override {
+    log_.push_back((properties == TabProperties::Title ? "title " : "url ") + name(tab));
   }
   std::optional<WebExtensionContext> extensionContextForURL(const URL& url) const override {
     if (!url.hasScheme("webkit-extension") || !isLoaded) return std::nullopt;
@@ -35,6 +37,12 @@ class RecordingExtensions final : public WebExtensionController {
   bool isLoaded = false;
 
  private:
+  static std::string name(WebExtensionTab& given) {
+    const auto& tab = dynamic_cast<BrowserTab&>(given);
+    EXPECT_FALSE(tab.profile->isPrivate) << "extensions never hear of a private tab";
+    return tab.url.peek() ? tab.url.peek()->text() : "nothing";
+  }
+
   std::vector<std::string>& log_;
 };
 
@@ -55,6 +63,7 @@ class World {
     auto recorder = std::make_unique<RecordingExtensions>(told);
     extensions = recorder.get();
     store->extensions.controller = std::move(recorder);
+    saved_ = present();
     return *this;
   }
 
@@ -76,6 +85,18 @@ class World {
     return disk->read(services.paths.support / name, ~0ull).bytes.value_or("");
   }
   std::string sessionFile() const { return file("session.json"); }
+
+  // What a save would write stands on the disk, or a save is on its way.
+  void expectSaved() {
+    if (!store || store->isSavePending() || present() == saved_) return;
+    saved_ = present();
+    EXPECT_EQ(sessionFile(), saved_) << "a change that is not saved";
+  }
+  // For tests that change the model behind its operations.
+  void saveNow() {
+    store->save();
+    scheduler.settle();
+  }
 
   std::shared_ptr<MemoryFileSystem> disk;
   VirtualScheduler scheduler;
@@ -109,6 +130,13 @@ class World {
       .openHistory = [this](const auto&) { return HistoryStore::open(scheduler, ":memory:"); }};
   RecordingExtensions* extensions = nullptr;
   std::shared_ptr<BrowserStore> store;
+
+ private:
+  std::string present() const {
+    return untracked([this] { return store->record().encoded(); });
+  }
+
+  std::string saved_;
 };
 
 inline std::vector<std::string> urls(const TabList& tabs) {
