@@ -135,6 +135,7 @@ TEST_F(Spaces, DeletionTakesAlongWhatBelongsToTheSpaceAndNothingElse) {
   store().settings.linkRoutes = {{.pattern = "a", .spaceID = gone->id},
                                  {.pattern = "b", .spaceID = kept->id}};
   world.told.clear();
+  EXPECT_THAT(store().everyTab(), ElementsAre(favorite, pinned, today)) << "a favorite once";
   EXPECT_FALSE(store().deletesProfile(*gone));
   store().deleteSpace(gone);
   EXPECT_THAT(world.told, ElementsAre("close https://pinned/", "close https://today/"));

@@ -134,6 +134,27 @@ TEST_F(TabOperations, ADeletedSpaceIsNotFilledByAnUndo) {
   EXPECT_THAT(second->today.peek(), IsEmpty());
 }
 
+// A menu, a row on its way out or a list of commands may outlive its space.
+TEST_F(TabOperations, ASpaceThatHasGoneTakesNothing) {
+  const auto tabs = openTabs(1);
+  const SpaceRef home = store().activeSpace();
+  store().commit({.name = "Gone", .profileID = home->profile->id});
+  const SpaceRef gone = store().activeSpace();
+  const TabRef old = world.open("https://old/");
+  store().deleteSpace(gone);
+  world.told.clear();
+  store().switchTo(gone);
+  store().select(old, gone);
+  store().move(tabs[0], TodayDestination{}, gone);
+  store().clearToday(gone);
+  EXPECT_EQ(store().activeSpaceID(), home->id);
+  EXPECT_THAT(home->today.peek(), ElementsAre(tabs[0]));
+  EXPECT_THAT(store().closedTabs, IsEmpty());
+  EXPECT_THAT(world.told, IsEmpty());
+  store().openTab(address("https://x/"), {.in = gone});
+  EXPECT_THAT(urls(home->today), ElementsAre("https://x/", "https://a/"));
+}
+
 TEST_F(TabOperations, ATabThatHasClosedMeanwhileIsNotSelected) {
   const auto tabs = openTabs(2);
   store().select(tabs[0]);
