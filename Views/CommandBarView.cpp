@@ -280,8 +280,8 @@ void CommandBarView::size_allocate_vfunc(int width, int height, int) {
   gtk_widget_measure(card, GTK_ORIENTATION_VERTICAL, cardWidth, nullptr, &natural, nullptr,
                      nullptr);
   const double share = kTop * height;
-  const auto top = static_cast<int>(
-      std::lround(width < kDockingWidth ? std::min(share, kTopWhereNarrow) : share));
+  const auto top =
+      static_cast<int>(std::lround(width < kRoomyWidth ? std::min(share, kTopWhereNarrow) : share));
   scaleCard(cardWidth, std::max(std::min(natural, height - top - kMargin), 1),
             (width - cardWidth) / 2, top);
 }

@@ -2,7 +2,6 @@
 
 #include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerfocus.h>
-#include <gtkmm/eventcontrollermotion.h>
 
 #include "DesignSystem/ShownText.h"
 
@@ -42,10 +41,6 @@ HeadingRow::HeadingRow(SidebarContext& context)
   newFolder_.signal_clicked().connect([this] { context_.store.newFolder(); });
   clear_.signal_clicked().connect([this] { context_.store.clearToday(context_.space); });
 
-  auto motion = Gtk::EventControllerMotion::create();
-  motion->signal_enter().connect([this](double, double) { setActive(true); });
-  motion->signal_leave().connect([this] { setActive(false); });
-  add_controller(motion);
   auto focus = Gtk::EventControllerFocus::create();
   focus->signal_leave().connect([this] { setActive(false); });
   add_controller(focus);

@@ -16,6 +16,7 @@ class HeadingRow final : public RowWidget {
   void bind(const SidebarRow& row) override;
   void unbind() override;
   bool takeFocus() override;
+  void setPointed(bool isPointed) override { setActive(isPointed); }
 
  private:
   void setActive(bool isActive);

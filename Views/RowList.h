@@ -89,6 +89,7 @@ class RowList : public Gtk::Widget {
 
  protected:
   void on_realize() override;
+  void on_unrealize() override;
   Gtk::SizeRequestMode get_request_mode_vfunc() const override;
   void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
                      int& minimumBaseline, int& naturalBaseline) const override;
@@ -120,10 +121,19 @@ class RowList : public Gtk::Widget {
   double shownTop(const LiveRow& live) const;
   RowLayout::Range wantedRows() const;
   std::optional<size_t> focusedRow() const;
+  // The menu of a row that has the keyboard; null without one.
+  GtkWidget* focusedMenu() const;
   bool keyPressed(guint key, Gdk::ModifierType state);
   bool moveFocus(size_t from, int step);
   bool enterFocus();
   static gboolean focusInDirection(GtkWidget* widget, GtkDirectionType direction);
+
+  // The row below the pointer
+  void followPointer();
+  void pointerMoved(double x, double y);
+  void updatePointed();
+  void pickLater();
+  void pickAnew();
 
   // Drags
   void installDropTarget(const char* dragType);
@@ -148,14 +158,20 @@ class RowList : public Gtk::Widget {
   LiveRows live_;
   std::array<std::vector<std::unique_ptr<RowWidget>>, RowLayout::kKinds> pools_;
   Counters counters_;
+  // Where the pointer rests, in the window; absent while it is not over the list.
+  std::optional<std::pair<double, double>> resting_;
+  std::optional<SidebarRow::Key> pointed_;
   // What is left of the rows' present motion, from 1 to 0.
   SpringAnimation motion_;
   bool isSyncPlanned_ = false;
+  gulong picking_ = 0;  // waits for the end of the frame
   // To be scrolled to when there is room for it.
   std::optional<SidebarRow::Key> toReach_;
   // Where the keyboard was last.
   std::optional<SidebarRow::Key> lastFocused_;
 
+  // Lies below the rows, so that the pointer is never over the list itself.
+  std::unique_ptr<Gtk::Widget> ground_;
   std::unique_ptr<Gtk::Widget> gap_;
   std::optional<RowDrop> drop_;
   std::optional<std::pair<double, double>> pointer_;

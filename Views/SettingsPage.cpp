@@ -48,19 +48,22 @@ Gtk::Label& addSetting(Gtk::Box& group, const std::string& title, Gtk::Widget& c
   label->set_xalign(0);
   label->set_ellipsize(Pango::EllipsizeMode::END);
   texts->append(*label);
-  if (!subtitle.empty()) {
-    auto* second = Gtk::make_managed<Gtk::Label>(subtitle);
-    second->set_xalign(0);
-    second->set_wrap(true);
-    second->add_css_class("small");
-    second->add_css_class("quiet");
-    texts->append(*second);
-  }
+  if (!subtitle.empty()) addSubtitle(*label, subtitle);
   row->append(*texts);
   control.set_valign(Gtk::Align::CENTER);
   row->append(control);
   group.append(*row);
   return *label;
+}
+
+Gtk::Label& addSubtitle(Gtk::Label& title, const std::string& text) {
+  auto* second = Gtk::make_managed<Gtk::Label>(text);
+  second->set_xalign(0);
+  second->set_wrap(true);
+  second->add_css_class("small");
+  second->add_css_class("quiet");
+  static_cast<Gtk::Box*>(title.get_parent())->append(*second);
+  return *second;
 }
 
 void addRemark(Gtk::Box& group, const std::string& text) {
@@ -74,6 +77,11 @@ void addRemark(Gtk::Box& group, const std::string& text) {
 
 void removeRows(Gtk::Box& group) {
   while (auto* row = group.get_first_child()) group.remove(*row);
+}
+
+SettingSwitch::SettingSwitch(const std::string& name) {
+  setAccessibleLabel(*this, name);
+  set_sensitive(false);
 }
 
 SettingSwitch::SettingSwitch(const std::string& name, std::function<bool()> isOn,

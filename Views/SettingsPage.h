@@ -34,6 +34,8 @@ class SettingsPage : public Gtk::ScrolledWindow {
 // A row with the control at its end; empty subtitle: none. Answers the title's label.
 Gtk::Label& addSetting(Gtk::Box& group, const std::string& title, Gtk::Widget& control,
                        const std::string& subtitle = {});
+// Adds a second line to a row, below its title, in small and quiet type.
+Gtk::Label& addSubtitle(Gtk::Label& title, const std::string& text = {});
 // A row of quiet text alone.
 void addRemark(Gtk::Box& group, const std::string& text);
 void removeRows(Gtk::Box& group);
@@ -41,6 +43,8 @@ void removeRows(Gtk::Box& group);
 // A switch for something that is on or off.
 class SettingSwitch final : public Gtk::Switch {
  public:
+  // Of what is not there yet: off, and not to be turned.
+  explicit SettingSwitch(const std::string& name);
   // `isOn` may read Observables, and is followed; `set` runs when the user turns the switch.
   SettingSwitch(const std::string& name, std::function<bool()> isOn, std::function<void(bool)> set);
 

@@ -44,9 +44,8 @@ class ChoiceRow {
     else
       first_ = &button;
     button.set_active(isChosen);
-    button.signal_toggled().connect([&button, chosen = std::move(chosen)] {
-      if (button.get_active()) chosen();
-    });
+    // Also when it is the present one: choosing it shows it.
+    button.signal_clicked().connect(std::move(chosen));
     box_->append(button);
   }
   Gtk::Widget& widget() { return *box_; }

@@ -4,10 +4,11 @@
 import pathlib
 import subprocess
 import sys
+import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import Atspi, EndToEndTest, eventually  # noqa: E402
 
 
 class WindowTest(EndToEndTest):
@@ -96,6 +97,37 @@ class WindowTest(EndToEndTest):
         # The middle button closes.
         self.click(self.find("Two", "list item"), button=2)
         self.session_is(["One"])
+
+    def open_three(self):
+        for host in ("two", "three"):
+            self.program.open_address(f"http://{host}.test/")
+            self.find(host.title())
+        self.session_is(["Three", "Two", "One"])
+
+    def test_tabs_close_one_after_another_under_a_resting_pointer(self):
+        self.open_three()
+        row = self.find("Three", "list item")
+        box = row.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+        x, y = self.middle(row)
+        self.pointer_to(x, y)
+        time.sleep(0.3)
+        self.pointer_to(x + box.width // 2 - 15, y)
+        for left in (["Two", "One"], ["One"], []):
+            time.sleep(0.6)  # what is below the pointer comes to rest
+            subprocess.run(["xdotool", "click", "1"], check=True)
+            self.session_is(left)
+
+    def test_a_rows_menu_by_keys(self):
+        self.open_three()
+        self.keys("F6")
+        self.keys("End", "Up")
+        self.keys("shift+F10")
+        self.find("Add to Favorites", "menu item")
+        time.sleep(0.3)
+        self.keys("Down", "Return")
+        eventually(
+            lambda: len(self.program.session()["spaces"][0]["pinned"]) == 1, "the pinned tab"
+        )
 
     def test_side_buttons_go_back_and_on_and_the_wheel_zooms(self):
         self.enter("http://two.test/")

@@ -203,7 +203,7 @@ TEST_F(CommandBarViewTest, FitsASmallWindow) {
   gtk_window_set_default_size(window->native(), 640, 420);
   ASSERT_TRUE(runUntil([&] {
     const int width = window->view().get_width();
-    return width > 0 && width < kDockingWidth && window->view().get_height() < 480;
+    return width > 0 && width < kRoomyWidth && window->view().get_height() < 480;
   }));
   show();
   type("e");

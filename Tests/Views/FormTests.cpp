@@ -1,3 +1,4 @@
+#include "Base/GRef.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/SettingsContent.h"
 #include "Views/SidebarMenus.h"
@@ -10,13 +11,16 @@ namespace {
 struct FormTest : ShownWindow {
   SpaceEditor& editor() { return *window->view().sheet().editor(); }
 
-  // Turns the switch of the row with this title.
-  static void turn(GtkWidget* root, const char* title) {
+  // The switch of the row with this title; null without one.
+  static GtkWidget* controlOf(GtkWidget* root, const char* title) {
     auto* label = labelOf(root, title);
-    ASSERT_NE(label, nullptr) << title;
+    if (!label) return nullptr;
     auto* row = gtk_widget_get_parent(gtk_widget_get_parent(label));
-    auto* control = findWidget(row, [](GtkWidget* one) { return GTK_IS_SWITCH(one); });
-    ASSERT_NE(control, nullptr);
+    return findWidget(row, [](GtkWidget* one) { return GTK_IS_SWITCH(one); });
+  }
+  static void turn(GtkWidget* root, const char* title) {
+    auto* control = controlOf(root, title);
+    ASSERT_NE(control, nullptr) << title;
     gtk_switch_set_active(GTK_SWITCH(control), !gtk_switch_get_active(GTK_SWITCH(control)));
   }
   // Types into the last entry on screen of this style class.
@@ -117,9 +121,6 @@ TEST_F(FormTest, SettingsFollowAndWriteTheModel) {
   settle();
   turn(form, "Show DuckDuckGo suggestions");
   EXPECT_TRUE(settings.searchSuggestions.peek());
-  turn(form, "Picture in picture when leaving a playing video");
-  EXPECT_FALSE(settings.autoPictureInPicture.peek());
-
   // A row that is typed in stays while what it says is written.
   EXPECT_FALSE(gtk_widget_is_sensitive(buttonOf(form, "Restore Defaults")));
   click(buttonOf(form, "Add Shortcut"));
@@ -128,6 +129,60 @@ TEST_F(FormTest, SettingsFollowAndWriteTheModel) {
   EXPECT_EQ(settings.searchShortcuts.peek().back().keyword, "ti");
   click(buttonOf(form, "Restore Defaults"));
   EXPECT_EQ(settings.searchShortcuts.peek(), SearchShortcut::builtIn());
+}
+
+TEST_F(FormTest, SettingsPromiseNothingThatIsNotThere) {
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* form = settingsWindow();
+  auto* picture = controlOf(form, "Picture in picture when leaving a playing video");
+  ASSERT_NE(picture, nullptr);
+  EXPECT_FALSE(gtk_switch_get_active(GTK_SWITCH(picture)));
+  EXPECT_FALSE(gtk_widget_is_sensitive(picture));
+  EXPECT_TRUE(labelOf(form, "Picture in picture isn’t available yet."));
+  EXPECT_TRUE(store().settings.autoPictureInPicture.peek()) << "the choice is kept for then";
+
+  constexpr const char* kRefused = "The desktop didn’t take Orvel: it isn’t installed.";
+  sample.world.desktop.isInstalled = false;
+  click(buttonOf(form, "Make Default"));
+  EXPECT_TRUE(labelOf(form, kRefused));
+  sample.world.desktop.isInstalled = true;
+  click(buttonOf(form, "Make Default"));
+  EXPECT_FALSE(labelOf(form, kRefused));
+  EXPECT_TRUE(labelOf(form, "Orvel is your default browser"));
+}
+
+TEST_F(FormTest, AShortcutsRowSaysWhatItWants) {
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* form = settingsWindow();
+  const struct {
+    const char* name;
+    const char* prompt;
+  } fields[] = {
+      {"Keyword", "Keyword"}, {"Name", "YouTube"}, {"Search URL", "https://site.com/search?q=%s"}};
+  std::vector<GtkWidget*> entries;
+  forEachWidget(form, [&](GtkWidget* one) {
+    if (GTK_IS_ENTRY(one) && gtk_widget_get_mapped(one)) entries.push_back(one);
+  });
+  ASSERT_EQ(entries.size(), 3 * SearchShortcut::builtIn().size());
+  for (size_t i = 0; i < std::size(fields); ++i) {
+    EXPECT_STREQ(gtk_entry_get_placeholder_text(GTK_ENTRY(entries[i])), fields[i].prompt);
+    const GText difference(gtk_test_accessible_check_property(
+        GTK_ACCESSIBLE(entries[i]), GTK_ACCESSIBLE_PROPERTY_LABEL, fields[i].name));
+    EXPECT_EQ(difference, nullptr) << difference.get();
+  }
+}
+
+TEST_F(FormTest, WhatIsChosenAlreadyCanBeTriedToo) {
+  space().appearance = Space::Appearance::Light;
+  store().beginEditing(space());
+  settle();
+  const std::string present(Theme::forHue(space().hue).name);
+  click(withTooltip(root(), present.c_str()));
+  EXPECT_TRUE(store().previewTheme.peek());
+  click(buttonOf(root(), "Light"));
+  EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Light);
 }
 
 TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {

@@ -159,8 +159,9 @@ TEST_F(WindowTest, TheToolkitsColorsChangeOnceTheThemeHasStayed) {
   EXPECT_TRUE(runUntil([&] { return isOf("sage"); }));
 }
 
-TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
+TEST_F(WindowTest, ANarrowWindowHasANarrowSidebarBesideThePage) {
   const double width = store().sidebarWidth.peek();
+  auto& sidebar = window->view().sidebar();
   auto* page = window->view().page().Gtk::Widget::gobj();
   const auto pageX = [&] {
     double x = 0;
@@ -170,11 +171,22 @@ TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
   };
   EXPECT_NEAR(pageX(), width, 1);
   gtk_window_set_default_size(window->native(), 640, 420);
-  EXPECT_TRUE(
-      runUntil([&] { return gtk_widget_get_width(root()) < kDockingWidth && pageX() < 10; }));
-  EXPECT_TRUE(window->view().sidebar().has_css_class("floating"));
-  EXPECT_TRUE(store().isSidebarVisible.peek());
+  EXPECT_TRUE(runUntil([&] { return gtk_widget_get_width(root()) < kRoomyWidth; }));
+  EXPECT_NEAR(pageX(), kMinimumSidebarWidth, 1);
+  EXPECT_EQ(sidebar.get_width(), kMinimumSidebarWidth);
+  EXPECT_FALSE(sidebar.has_css_class("floating"));
   EXPECT_EQ(store().sidebarWidth.peek(), width);
+
+  // Hidden it floats when it is called, and leaves the page where it is.
+  store().toggleSidebar();
+  settle();
+  EXPECT_TRUE(runUntil([&] { return !sidebar.get_mapped() && pageX() < 10; }));
+  store().setSidebarPeeking(true);
+  sample.world.scheduler.advance(200ms);
+  settle();
+  EXPECT_TRUE(runUntil([&] { return sidebar.get_mapped(); }));
+  EXPECT_TRUE(sidebar.has_css_class("floating"));
+  EXPECT_LT(pageX(), 10);
 }
 
 TEST_F(WindowTest, TheSidebarHidesAndPeeks) {
