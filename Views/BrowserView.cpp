@@ -44,8 +44,8 @@ BrowserView::BrowserView(BrowserStore& store)
   page_.set_hexpand(true);
   page_.set_vexpand(true);
   const std::initializer_list<Gtk::Widget*> layers = {
-      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_,
-      &edge_,     &findBar_, &commandBar_, &toast_,   &sheet_};
+      &backdrop_, &content_, &upperStrip_, &findBar_, &sidebar_,
+      &handle_,   &edge_,    &commandBar_, &toast_,   &sheet_};
   for (auto* layer : layers) layer->set_parent(*this);
   watchPeeking(edge_);
   watchPeeking(sidebar_);

@@ -1,7 +1,6 @@
 #include "Views/FolderRow.h"
 
 #include <glib/gi18n.h>
-#include <glibmm/main.h>
 #include <gtkmm/eventcontrollerfocus.h>
 #include <gtkmm/eventcontrollerkey.h>
 
@@ -66,7 +65,7 @@ void FolderRow::show() {
   const bool isOpen = folder_->isExpanded;
   const auto name = shownText(folder_->name.get());
   name_.set_text(name);
-  setTooltip(*this, name);
+  setTooltip(*this, name, &name_);
   setAccessibleLabel(*this, name);
   gtk_accessible_update_state(GTK_ACCESSIBLE(Gtk::Widget::gobj()), GTK_ACCESSIBLE_STATE_EXPANDED,
                               isOpen, -1);
@@ -81,12 +80,7 @@ void FolderRow::showRenaming() {
       std::exchange(isRenaming_, context_.store.renamingFolderID.get() == folder_->id);
   name_.set_visible(!isRenaming_);
   entry_.set_visible(isRenaming_);
-  if (!isRenaming_ || wasRenaming) return;
-  entry_.set_text(folder_->name.peek());
-  // The row may be new and not laid out yet.
-  Glib::signal_idle().connect_once([this, folder = folder_] {
-    if (isRenaming_ && folder == folder_) entry_.grab_focus();
-  });
+  if (isRenaming_ && !wasRenaming) entry_.set_text(folder_->name.peek());
 }
 
 void FolderRow::endRenaming(Renaming renaming) {
@@ -101,7 +95,11 @@ void FolderRow::endRenaming(Renaming renaming) {
   if (renaming == Renaming::Keep) context_.store.rename(folder, name);
 }
 
-bool FolderRow::takeFocus() { return isRenaming_ ? entry_.grab_focus() : grab_focus(); }
+bool FolderRow::takeFocus() {
+  // Whoever asked for the renaming may be ahead of the row.
+  untracked([this] { showRenaming(); });
+  return isRenaming_ ? entry_.grab_focus() : grab_focus();
+}
 
 void FolderRow::activate() {
   if (!isRenaming_) context_.store.toggle(FolderRef(folder_));

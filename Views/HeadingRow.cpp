@@ -55,23 +55,31 @@ void HeadingRow::bind(const SidebarRow& row) {
     setAccessibleLabel(*this, name);
     if (!isToday_) setIcon(*symbol_, context_.space->symbol.get());
   });
-  setActive(false);
+  isActive_ = false;
+  buttons_ = effect([this] { showButtons(); });
 }
 
 void HeadingRow::unbind() {
   look_.stop();
-  setActive(false);
+  buttons_.stop();
+  isActive_ = false;
 }
 
-// The button shows while the pointer or the keyboard is at the heading.
 void HeadingRow::setActive(bool isActive) {
-  clear_.set_visible(isActive && isToday_);
-  newFolder_.set_visible(isActive && !isToday_);
+  if (std::exchange(isActive_, isActive) != isActive) buttons_ = effect([this] { showButtons(); });
+}
+
+// The button shows while the pointer or the keyboard is at the heading, and there is something for
+// it to do.
+void HeadingRow::showButtons() {
+  clear_.set_visible(isActive_ && isToday_ && !context_.space->today.get().empty());
+  newFolder_.set_visible(isActive_ && !isToday_);
 }
 
 bool HeadingRow::takeFocus() {
   setActive(true);
-  return isToday_ ? clear_.grab_focus() : newFolder_.grab_focus();
+  auto& button = isToday_ ? static_cast<Gtk::Widget&>(clear_) : newFolder_;
+  return button.get_visible() && button.grab_focus();
 }
 
 NewTabRow::NewTabRow(SidebarContext& context) : context_(context) {

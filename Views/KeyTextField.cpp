@@ -4,12 +4,15 @@
 #include <gtkmm/eventcontrollerlegacy.h>
 #include <gtkmm/window.h>
 
+#include <fmt/ranges.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <limits>
 
 #include "BrowserCore/Characters.h"
+#include "BrowserCore/Text.h"
+#include "BrowserCore/URLInput.h"
 #include "DesignSystem/Icons.h"
 
 namespace orvel {
@@ -34,6 +37,25 @@ std::optional<Gtk::TextDirection> directionOf(const std::string& text) {
       return Gtk::TextDirection::RTL;
   }
   return std::nullopt;
+}
+
+// A text in one line. An address that was broken into several is put together again, words are
+// kept apart.
+std::string inOneLine(const std::string& text) {
+  constexpr std::string_view kBreaks = "\n\r\t\v\f";
+  if (text.find_first_of(kBreaks) == std::string::npos) return text;
+  std::vector<std::string> parts;
+  for (size_t at = 0; at <= text.size();) {
+    const size_t end = std::min(text.find_first_of(kBreaks, at), text.size());
+    if (const auto part = text::trimmed(std::string_view(text).substr(at, end - at)); !part.empty())
+      parts.emplace_back(part);
+    at = end + 1;
+  }
+  const bool isAddress = !parts.empty() && URLInput::explicitURL(parts.front()) &&
+                         std::ranges::none_of(parts, [](const std::string& part) {
+                           return part.find(' ') != std::string::npos;
+                         });
+  return fmt::format("{}", fmt::join(parts, isAddress ? "" : " "));
 }
 
 }  // namespace
@@ -148,7 +170,14 @@ void KeyTextField::settle() {
 }
 
 void KeyTextField::settleChange() {
-  const std::string value = entry_.get_text();
+  const std::string given = entry_.get_text();
+  const std::string value = inOneLine(given);
+  if (value != given) {
+    isCompleting_ = true;
+    entry_.set_text(value);
+    entry_.set_position(-1);
+    isCompleting_ = false;
+  }
   const bool hasGrown = length(value) > length(typedText_);
   typedText_ = value;
   if (hasGrown && !isComposing_ && isCaretAtEnd()) insertCompletion(value);

@@ -26,7 +26,9 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       desktopWindow_(window_),
       view_(std::make_unique<BrowserView>(store)),
       utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())),
-      scroll_(std::make_unique<GtkScrollSource>(GTK_WIDGET(window_), *store.scrollMonitor)) {
+      scroll_(std::make_unique<GtkScrollSource>(
+          GTK_WIDGET(window_), *store.scrollMonitor,
+          [&store] { return !store.spaceDraft.peek() && !store.commandBar.peek(); })) {
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
   gtk_window_set_hide_on_close(window_, TRUE);
@@ -74,7 +76,7 @@ void MainWindow::present() { gtk_window_present(window_); }
 
 std::optional<bool> MainWindow::perform(ActionID action) {
   // A sheet keeps the keys for itself.
-  if (store_.spaceDraft.peek()) return false;
+  if (store_.spaceDraft.peek() && !worksUnderSheet(action)) return false;
   if (action == ActionID::MainMenu)
     toggleMainMenu();
   else if (action == ActionID::SwitchRegion)

@@ -31,6 +31,19 @@ void RowList::followPointer() {
   add_controller(motion);
 }
 
+// A window that loses the keyboard to a dialog hears nothing of the pointer's leaving.
+void RowList::followWindow() {
+  auto* root = gtk_widget_get_root(gobj());
+  if (!GTK_IS_WINDOW(root)) return;
+  window_ = g_signal_connect(root, "notify::is-active",
+                             G_CALLBACK(+[](GtkWindow* window, GParamSpec*, RowList* self) {
+                               if (gtk_window_is_active(window)) return;
+                               self->resting_.reset();
+                               self->updatePointed();
+                             }),
+                             this);
+}
+
 void RowList::pointerMoved(double x, double y) {
   auto* root = gtk_widget_get_root(gobj());
   if (!root) return;
@@ -90,6 +103,8 @@ void RowList::pickAnew() {
 void RowList::on_unrealize() {
   if (auto* clock = gtk_widget_get_frame_clock(gobj()); clock && picking_)
     g_signal_handler_disconnect(clock, std::exchange(picking_, 0));
+  if (const auto handler = std::exchange(window_, 0))
+    g_signal_handler_disconnect(gtk_widget_get_root(gobj()), handler);
   Gtk::Widget::on_unrealize();
 }
 

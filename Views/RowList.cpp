@@ -170,6 +170,7 @@ bool RowList::measure(SidebarRow::Kind kind) {
 
 void RowList::on_realize() {
   Gtk::Widget::on_realize();
+  followWindow();
   heights_.emplace();
   layOut(std::nullopt);
 }

@@ -10,6 +10,7 @@
 
 #include "Base/GRef.h"
 #include "Base/Spring.h"
+#include "BrowserCore/URL.h"
 #include "DesignSystem/SpringAnimation.h"
 #include "Views/RowLayout.h"
 #include "Views/RowWidget.h"
@@ -32,6 +33,9 @@ struct RowPoint {
   double y = 0;
 };
 
+// What is dragged over the list: something of this program's own, or a link.
+enum class Dragged { Own, Link };
+
 // A list of rows given as values and kept by key. Only the rows in view and half a screenful on
 // either side exist as widgets; these are pooled and bound again. Each kind of row has one height,
 // measured when it first occurs. Rows move to their new places by a spring where a change asks for
@@ -45,10 +49,12 @@ class RowList : public Gtk::Widget {
   class Delegate {
    public:
     virtual std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind kind) = 0;
-    // What a drop of the drag at this point does; absent where it is not taken.
-    virtual std::optional<RowDrop> dropAt(const RowPoint& point) = 0;
-    // The pointer was let go at a point that `dropAt` took. Answers whether something was done.
+    // What a drop at this point does; absent where it is not taken.
+    virtual std::optional<RowDrop> dropAt(const RowPoint& point, Dragged what) = 0;
+    // Our own was let go at a point that `dropAt` took. Answers whether something was done.
     virtual bool drop(const RowPoint& point) = 0;
+    // The same for a link.
+    virtual void dropLink(const RowPoint& point, const URL& link) = 0;
 
    protected:
     ~Delegate() = default;
@@ -60,7 +66,7 @@ class RowList : public Gtk::Widget {
     size_t bound = 0;  // bindings of a widget to a row
   };
 
-  // The delegate outlives the list. `dragType` is the type of the drags that are looked at.
+  // The delegate outlives the list. `dragType` is the type of our own drags.
   RowList(Delegate& delegate, const std::string& label, const char* dragType);
   ~RowList() override;
 
@@ -130,6 +136,7 @@ class RowList : public Gtk::Widget {
 
   // The row below the pointer
   void followPointer();
+  void followWindow();
   void pointerMoved(double x, double y);
   void updatePointed();
   void pickLater();
@@ -138,6 +145,9 @@ class RowList : public Gtk::Widget {
   // Drags
   void installDropTarget(const char* dragType);
   void dragMoved(double x, double y);
+  // The action for a drop here; none where it is not taken.
+  GdkDragAction actionFor(GdkDrop* drop) const;
+  bool dropLink(GdkDrop* drop, const RowPoint& point);
   void dragLeft();
   std::optional<RowPoint> pointAt(double x, double y) const;
   void setDrop(const std::optional<RowDrop>& drop);
@@ -165,6 +175,7 @@ class RowList : public Gtk::Widget {
   SpringAnimation motion_;
   bool isSyncPlanned_ = false;
   gulong picking_ = 0;  // waits for the end of the frame
+  gulong window_ = 0;   // looks at whether the window has the keyboard
   // To be scrolled to when there is room for it.
   std::optional<SidebarRow::Key> toReach_;
   // Where the keyboard was last.
@@ -174,6 +185,10 @@ class RowList : public Gtk::Widget {
   std::unique_ptr<Gtk::Widget> ground_;
   std::unique_ptr<Gtk::Widget> gap_;
   std::optional<RowDrop> drop_;
+  Dragged dragged_ = Dragged::Own;
+  const char* ownType_ = nullptr;
+  // Outlived by links that are still being read.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   std::optional<std::pair<double, double>> pointer_;
   double autoScrollSpeed_ = 0;
   bool isAutoScrolling_ = false;

@@ -164,8 +164,10 @@ void SettingsGeneral::addShortcuts() {
     button->add_css_class("small");
     buttons->append(*button);
   }
-  addShortcut_.signal_clicked().connect(
-      [this] { settings_.searchShortcuts.update([](auto& list) { list.emplace_back(); }); });
+  addShortcut_.signal_clicked().connect([this] {
+    shortcuts_.focusNew();
+    settings_.searchShortcuts.update([](auto& list) { list.emplace_back(); });
+  });
   restore_.signal_clicked().connect(
       [this] { settings_.searchShortcuts = SearchShortcut::builtIn(); });
   add(*buttons);

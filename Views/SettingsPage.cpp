@@ -1,5 +1,7 @@
 #include "Views/SettingsPage.h"
 
+#include <gdkmm/frameclock.h>
+
 #include "DesignSystem/Icons.h"
 
 namespace orvel {
@@ -66,17 +68,26 @@ Gtk::Label& addSubtitle(Gtk::Label& title, const std::string& text) {
   return *second;
 }
 
-void addRemark(Gtk::Box& group, const std::string& text) {
+Gtk::Label& addRemark(Gtk::Box& group, const std::string& text) {
   auto* label = Gtk::make_managed<Gtk::Label>(text);
   label->set_xalign(0);
   label->set_wrap(true);
   label->add_css_class("setting");
   label->add_css_class("quiet");
   group.append(*label);
+  return *label;
 }
 
-void removeRows(Gtk::Box& group) {
-  while (auto* row = group.get_first_child()) group.remove(*row);
+void focusWhenPlaced(Gtk::Widget& widget) {
+  if (widget.get_height() > 0) {
+    widget.child_focus(Gtk::DirectionType::TAB_FORWARD);
+    return;
+  }
+  widget.add_tick_callback([&widget](const Glib::RefPtr<Gdk::FrameClock>&) {
+    if (widget.get_height() == 0) return true;
+    widget.child_focus(Gtk::DirectionType::TAB_FORWARD);
+    return false;
+  });
 }
 
 SettingSwitch::SettingSwitch(const std::string& name) {

@@ -10,7 +10,7 @@
 namespace orvel {
 
 // The type of the drags that carry a tab inside this program.
-inline constexpr const char* kTabDragType = "application/x-orvel-tab";
+inline constexpr const char* kTabDragType = "com.brinemark.orvel.tab";
 
 // The tab that is being dragged from the sidebar; null outside of a drag.
 struct SidebarDrag {

@@ -76,6 +76,17 @@ class WindowTest(EndToEndTest):
         self.keys("ctrl+shift+z")
         self.find("<abc>")
 
+    def test_emoji_are_chosen_in_a_field_alone(self):
+        def chooser():
+            return any(item.get_role_name() == "push button" and item.get_name().startswith("Smileys")
+                       for item in self.everything())
+
+        self.click(self.find("One", "list item"))
+        self.keys("F6", "ctrl+period")
+        time.sleep(1)
+        self.picture("emoji-none")
+        self.assertFalse(chooser())
+
     def test_no_key_of_a_burst_is_lost(self):
         for host in ("two", "three"):
             self.program.open_address(f"http://{host}.test/")

@@ -49,6 +49,22 @@ struct CommandBarViewTest : ShownWindow {
   }
 };
 
+TEST_F(CommandBarViewTest, LineBreaksOfWhatIsPastedDoNotBreakIt) {
+  const struct {
+    const char* pasted;
+    const char* shown;
+  } cases[] = {{"https://example.org/a\nb/c\n", "https://example.org/ab/c"},
+               {"\r\n  example.org \r\n", "example.org"},
+               {"tide tables\nfor June", "tide tables for June"},
+               {"tide\ttables", "tide tables"}};
+  for (const auto& one : cases) {
+    show();
+    view().field().setText("");
+    insert(view().field(), one.pasted);
+    EXPECT_EQ(shown(), one.shown);
+  }
+}
+
 TEST_F(CommandBarViewTest, ThePillOpensItWithTheAddressSelected) {
   const auto tab = sample.reading;
   pressPill();

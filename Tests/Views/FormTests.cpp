@@ -185,6 +185,86 @@ TEST_F(FormTest, WhatIsChosenAlreadyCanBeTriedToo) {
   EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Light);
 }
 
+TEST_F(FormTest, ListsKeepTheKeyboard) {
+  auto& settings = store().settings;
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* form = settingsWindow();
+  const auto focusIn = [form] { return gtk_window_get_focus(GTK_WINDOW(form)); };
+  const auto isInView = [&](GtkWidget* widget) {
+    auto* scroller = gtk_widget_get_ancestor(widget, GTK_TYPE_SCROLLED_WINDOW);
+    double x = 0;
+    double y = -1;
+    gtk_widget_translate_coordinates(widget, scroller, 0, 0, &x, &y);
+    return y >= 0 && y < gtk_widget_get_height(scroller);
+  };
+  // A new row takes it, in view.
+  click(buttonOf(form, "Add Shortcut"));
+  ASSERT_TRUE(runUntil([&] { return focusIn() && GTK_IS_TEXT(focusIn()); }));
+  EXPECT_TRUE(runUntil([&] { return isInView(focusIn()); }));
+  g_signal_emit_by_name(focusIn(), "insert-at-cursor", "ti");
+  settle();
+  EXPECT_EQ(settings.searchShortcuts.peek().back().keyword, "ti");
+  // A row keeps it while another goes or comes.
+  auto* typed = focusIn();
+  settings.searchShortcuts.update([](auto& list) { list.erase(list.begin()); });
+  settle();
+  EXPECT_EQ(focusIn(), typed);
+  EXPECT_TRUE(gtk_widget_get_mapped(typed));
+  // Of a row that goes the neighbor has it next.
+  click(findWidget(gtk_widget_get_ancestor(typed, GTK_TYPE_BOX), [](GtkWidget* one) {
+    return g_strcmp0(gtk_widget_get_tooltip_text(one), "Remove Shortcut") == 0;
+  }));
+  ASSERT_NE(focusIn(), nullptr);
+  EXPECT_TRUE(gtk_widget_get_mapped(focusIn()));
+
+  window->settings().show(SettingsContent::Page::Privacy);
+  for (const char* site : {"https://loud.example/", "https://shout.example/"})
+    store().contentBlocker.togglePause(*URL::parse(site));
+  settle();
+  auto* resume = buttonOf(form, "Resume");
+  gtk_widget_grab_focus(resume);
+  click(resume);
+  ASSERT_NE(focusIn(), nullptr);
+  EXPECT_EQ(focusIn(), buttonOf(form, "Resume"));
+
+  window->settings().show(SettingsContent::Page::Links);
+  settle();
+  click(buttonOf(form, "Add Rule"));
+  EXPECT_TRUE(runUntil([&] { return focusIn() && GTK_IS_TEXT(focusIn()); }));
+}
+
+TEST_F(FormTest, APickerMarksWhatIsChosen) {
+  store().settings.archiveAfter = ArchiveInterval::Week;
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* label = labelOf(settingsWindow(), "7 days");
+  ASSERT_NE(label, nullptr);
+  click(gtk_widget_get_ancestor(label, GTK_TYPE_BUTTON));
+  int marked = 0;
+  for (const auto& row : menuRows(settingsWindow())) {
+    gboolean isActive = FALSE;
+    g_object_get(row.widget, "active", &isActive, nullptr);
+    EXPECT_EQ(isActive != FALSE, row.title == "7 days") << row.title;
+    marked += isActive;
+  }
+  EXPECT_EQ(marked, 1);
+}
+
+TEST_F(FormTest, AQuestionStandsOnTheWindowThatAsks) {
+  auto& desktop = sample.world.desktop;
+  store().showUtilityWindow(UtilityWindow::History);
+  settle();
+  FakeWindow history;
+  desktop.key = &history;
+  gtk_widget_set_visible(root(), FALSE);
+  store().clearHistory();
+  EXPECT_EQ(desktop.alerts.back().parent, &history);
+  desktop.key = nullptr;
+  store().clearHistory();
+  EXPECT_EQ(desktop.alerts.back().parent, nullptr) << "the main window is hidden";
+}
+
 TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {
   auto& settings = store().settings;
   settings.sitePermissions =

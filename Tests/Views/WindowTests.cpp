@@ -1,6 +1,7 @@
 #include "Base/GRef.h"
 #include "DesignSystem/Paint.h"
 #include "Tests/Views/ShownWindow.h"
+#include "Views/Menu.h"
 #include "Views/SidebarLayout.h"
 #include "Views/UtilityWindows.h"
 
@@ -69,6 +70,140 @@ TEST_F(WindowTest, AFolderIsRenamedInPlace) {
   EXPECT_TRUE(pressKey(field, GDK_KEY_Escape));
   settle();
   EXPECT_EQ(folder->name.peek(), "Voyages");
+}
+
+TEST_F(WindowTest, AFolderMadeOutOfSightTakesTheKeyboard) {
+  for (int i = 0; i < 60; ++i)
+    sample.world.open("https://page" + std::to_string(i) + ".example/", false);
+  settle();
+  auto adjustment = window->view().sidebar().section().get_vadjustment();
+  adjustment->set_value(adjustment->get_upper());
+  settle();
+  store().newFolder();
+  settle();
+  ASSERT_TRUE(runUntil([this] { return focus() && GTK_IS_TEXT(focus()); }));
+  auto* field = gtk_widget_get_parent(focus());
+  EXPECT_STREQ(gtk_editable_get_text(GTK_EDITABLE(field)), "New Folder");
+  double x = 0;
+  double y = -1;
+  gtk_widget_translate_coordinates(field, list().Gtk::Widget::gobj(), 0, 0, &x, &y);
+  settle();
+  EXPECT_GE(y, adjustment->get_value());
+  EXPECT_LT(y, adjustment->get_value() + adjustment->get_page_size());
+}
+
+TEST_F(WindowTest, ClearShowsBelowThePointerWhileThereIsSomethingToClear) {
+  auto* heading = gtk_widget_get_parent(labelOf(root(), "Today"));
+  auto* clear = buttonOf(heading, "Clear");
+  ASSERT_NE(clear, nullptr);
+  const auto point = [&](bool isOver) {
+    double x = 0;
+    double y = 0;
+    gtk_widget_translate_coordinates(heading, list().Gtk::Widget::gobj(), 20, 20, &x, &y);
+    pointAt(list().Gtk::Widget::gobj(), isOver ? std::optional(std::pair(x, y)) : std::nullopt);
+  };
+  EXPECT_FALSE(gtk_widget_get_visible(clear));
+  point(true);
+  EXPECT_TRUE(gtk_widget_get_visible(clear));
+  point(false);
+  EXPECT_FALSE(gtk_widget_get_visible(clear));
+
+  // A dialog takes the pointer away without a word.
+  point(true);
+  Gtk::Window dialog;
+  gtk_window_set_transient_for(dialog.gobj(), window->native());
+  dialog.set_modal(true);
+  dialog.present();
+  EXPECT_TRUE(runUntil([&] { return !gtk_widget_get_visible(clear); }));
+  dialog.set_visible(false);
+  window->present();
+  ASSERT_TRUE(runUntil([&] { return gtk_window_is_active(window->native()); }));
+
+  store().clearToday(store().activeSpace());
+  settle();
+  point(true);
+  EXPECT_FALSE(gtk_widget_get_visible(clear));
+}
+
+TEST_F(WindowTest, ThePeekingSidebarLiesOverTheFindBar) {
+  gtk_window_set_default_size(window->native(), 730, 500);
+  store().sidebarWidth = kMaximumSidebarWidth;
+  store().isSidebarVisible = false;
+  store().isSidebarPeeking = true;
+  store().showFindBar();
+  settle();
+  auto* bar = window->view().findBar().Gtk::Widget::gobj();
+  auto* sidebar = window->view().sidebar().Gtk::Widget::gobj();
+  ASSERT_TRUE(
+      runUntil([&] { return gtk_widget_get_mapped(bar) && gtk_widget_get_mapped(sidebar); }));
+  runFrames();
+  double x = 0;
+  double y = 0;
+  gtk_widget_translate_coordinates(bar, root(), 20, 20, &x, &y);
+  ASSERT_LT(x, kMaximumSidebarWidth);
+  auto* seen = gtk_widget_pick(root(), x, y, GTK_PICK_INSENSITIVE);
+  EXPECT_TRUE(gtk_widget_is_ancestor(seen, sidebar)) << G_OBJECT_TYPE_NAME(seen);
+}
+
+TEST_F(WindowTest, ManySpacesScrollToTheActiveOne) {
+  auto spaces = store().spaces.peek();
+  for (int i = 0; i < 11; ++i)
+    spaces.push_back(std::make_shared<Space>(UUID::random(), spaces.front()->profile,
+                                             "More " + std::to_string(i), "leaf.fill", 0.3));
+  store().spaces = spaces;
+  settle();
+  const auto isInView = [&](const char* name) {
+    auto* seal = withTooltip(root(), name);
+    auto* viewport = gtk_widget_get_ancestor(seal, GTK_TYPE_SCROLLED_WINDOW);
+    double x = 0;
+    double y = 0;
+    gtk_widget_translate_coordinates(seal, viewport, 0, 0, &x, &y);
+    return x >= 0 && x + gtk_widget_get_width(seal) <= gtk_widget_get_width(viewport);
+  };
+  EXPECT_TRUE(isInView("Personal"));
+  store().switchTo(spaces.back());
+  settle();
+  EXPECT_TRUE(runUntil([&] { return isInView("More 10"); }));
+  EXPECT_FALSE(isInView("Personal"));
+  // Also where nothing has a width before the window is shown.
+  window = std::make_unique<MainWindow>(nullptr, store());
+  window->present();
+  settle();
+  EXPECT_TRUE(runUntil([&] { return isInView("More 10"); }));
+
+  auto* viewport =
+      gtk_widget_get_ancestor(withTooltip(root(), "Personal"), GTK_TYPE_SCROLLED_WINDOW);
+  gboolean isUsed = FALSE;
+  for (int notch = 0; notch < 20; ++notch)
+    forEachController(gtk_widget_get_parent(viewport), [&](GtkEventController* one) {
+      if (GTK_IS_EVENT_CONTROLLER_SCROLL(one))
+        g_signal_emit_by_name(one, "scroll", 0.0, -1.0, &isUsed);
+    });
+  EXPECT_TRUE(isUsed);
+  EXPECT_TRUE(runUntil([&] { return isInView("Personal"); }));
+}
+
+TEST_F(WindowTest, ATooltipTellsWhatCannotBeReadAndCoversNoMenu) {
+  const auto tells = [&](const TabRef& tab) {
+    auto* row = list().widgetFor(keyOf(list(), tab))->Gtk::Widget::gobj();
+    const auto tip = GRef<GtkTooltip>::adopt(GTK_TOOLTIP(g_object_new(GTK_TYPE_TOOLTIP, nullptr)));
+    gboolean isShown = FALSE;
+    g_signal_emit_by_name(row, "query-tooltip", 20, 10, FALSE, tip.get(), &isShown);
+    return isShown != FALSE;
+  };
+  sample.radio->title = std::string("Radio");
+  settle();
+  EXPECT_FALSE(tells(sample.radio));
+  EXPECT_TRUE(tells(sample.reading)) << "its title is cut";
+
+  auto* row = list().widgetFor(keyOf(list(), sample.reading));
+  EXPECT_TRUE(row->takeFocus());
+  EXPECT_TRUE(row->get_has_tooltip());
+  EXPECT_TRUE(press(*row, GDK_KEY_Menu));
+  EXPECT_FALSE(row->get_has_tooltip());
+  EXPECT_TRUE(dismissMenu(*row));
+  settle();
+  EXPECT_TRUE(row->get_has_tooltip());
 }
 
 TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {
