@@ -132,10 +132,15 @@ struct Closing {
   GRef<GtkWidget> focus;  // what had the keyboard
   std::function<void()> closed;
 
+  // What was chosen may have given it to something else already.
+  bool hasKeyboard() const {
+    auto* now = focusBeside(popover);
+    return !now || now == popover || gtk_widget_is_ancestor(now, popover);
+  }
   void run() const {
     tooltips.end();
     // Not grabbed: a field would select all its text.
-    if (focus && gtk_widget_get_mapped(focus.get()))
+    if (focus && gtk_widget_get_mapped(focus.get()) && hasKeyboard())
       gtk_root_set_focus(gtk_widget_get_root(focus.get()), focus.get());
     if (closed) closed();
     // The entry that was chosen runs after this: the menu goes a turn later.
