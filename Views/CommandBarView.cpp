@@ -209,7 +209,7 @@ void CommandBarView::showSelection() {
   const size_t index = bar_->selection.get();
   list_.setSelected(index);
   revealSelection();
-  auto* field = GTK_ACCESSIBLE(field_.entry().gobj());
+  auto* field = GTK_ACCESSIBLE(field_.accessible().gobj());
   if (index < list_.rowCount())
     gtk_accessible_update_relation(field, GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT,
                                    list_.row(index).Gtk::Widget::gobj(), -1);

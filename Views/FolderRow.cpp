@@ -33,8 +33,7 @@ FolderRow::FolderRow(SidebarContext& context)
   focus->signal_leave().connect([this] {
     // A window that rests keeps what is being typed in it.
     auto* root = gtk_widget_get_root(entry_.Gtk::Widget::gobj());
-    if (GTK_IS_WINDOW(root) && gtk_window_is_active(GTK_WINDOW(root)))
-      endRenaming(Renaming::Keep);
+    if (GTK_IS_WINDOW(root) && gtk_window_is_active(GTK_WINDOW(root))) endRenaming(Renaming::Keep);
   });
   entry_.add_controller(focus);
   auto keys = Gtk::EventControllerKey::create();

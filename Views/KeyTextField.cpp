@@ -60,11 +60,17 @@ std::string inOneLine(const std::string& text) {
 
 }  // namespace
 
-KeyTextField::KeyTextField(Actions actions) : actions_(std::move(actions)) {
-  setAccessibleRole(entry_, GTK_ACCESSIBLE_ROLE_SEARCH_BOX);
-  entry_.set_hexpand(true);
+// The toolkit tells the text of an entry to assistive technology, and that of a bare field to
+// nobody.
+KeyTextField::KeyTextField(Actions actions)
+    : actions_(std::move(actions)),
+      entry_(*Glib::wrap(GTK_TEXT(gtk_editable_get_delegate(GTK_EDITABLE(frame_.gobj()))))) {
+  setAccessibleRole(frame_, GTK_ACCESSIBLE_ROLE_SEARCH_BOX);
+  frame_.add_css_class("bare");
+  frame_.set_has_frame(false);
+  frame_.set_hexpand(true);
   entry_.set_enable_undo(true);
-  append(entry_);
+  append(frame_);
   entry_.property_has_focus().signal_changed().connect([this] { align(); });
   entry_.signal_changed().connect(sigc::mem_fun(*this, &KeyTextField::changed));
   g_signal_connect(entry_.gobj(), "activate", G_CALLBACK(+[](GtkText*, gpointer self) {
@@ -115,7 +121,7 @@ void KeyTextField::setText(const std::string& text) {
 
 void KeyTextField::setPlaceholder(const std::string& placeholder) {
   entry_.set_placeholder_text(placeholder);
-  setAccessibleLabel(entry_, placeholder);
+  setAccessibleLabel(frame_, placeholder);
 }
 
 void KeyTextField::takeFocus() {

@@ -1,6 +1,7 @@
 #include "Views/MainWindow.h"
 
 #include "DesignSystem/ShownText.h"
+#include "Engine/WebView.h"
 #include "Views/Accelerators.h"
 #include "Views/BrowserView.h"
 #include "Views/HistoryContent.h"
@@ -81,11 +82,25 @@ std::optional<bool> MainWindow::perform(ActionID action) {
     toggleMainMenu();
   else if (action == ActionID::SwitchRegion)
     view_->switchRegion();
+  else if (action == ActionID::Undo && offersUndo())
+    store_.undoToast();
   else if (action == ActionID::Find && store_.find.peek())
     view_->findBar().field().takeFocus();
   else
     return std::nullopt;
   return true;
+}
+
+// A field has its own.
+bool MainWindow::offersUndo() const {
+  const auto& toast = store_.toast.peek();
+  if (!toast || !toast->undo || desktopWindow_.isTextEditorFocused()) return false;
+  const auto tab = store_.activeSpace()->selectedTab();
+  const auto view = tab ? tab->liveWebView() : nullptr;
+  auto* focus = gtk_window_get_focus(window_);
+  const bool isInPage = view && view->widget() && focus &&
+                        (focus == view->widget() || gtk_widget_is_ancestor(focus, view->widget()));
+  return !isInPage || !view->isEditing();
 }
 
 void MainWindow::toggleMainMenu() {

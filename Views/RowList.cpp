@@ -339,11 +339,13 @@ bool RowList::moveFocus(size_t from, int step) {
 }
 
 bool RowList::keyPressed(guint key, Gdk::ModifierType state) {
-  const auto held = Gdk::ModifierType::CONTROL_MASK | Gdk::ModifierType::ALT_MASK;
+  using enum Gdk::ModifierType;
   const auto focused = focusedRow();
-  if (!focused || (state & held) != Gdk::ModifierType{}) return false;
   // An entry in a row keeps its own keys, and so does a menu that is open on one.
-  if (GTK_IS_EDITABLE(focusBeside(gobj())) || focusedMenu()) return false;
+  if (!focused || GTK_IS_EDITABLE(focusBeside(gobj())) || focusedMenu()) return false;
+  const auto held = state & (CONTROL_MASK | ALT_MASK | SHIFT_MASK);
+  if (held == (ALT_MASK | SHIFT_MASK)) return moveRow(*focused, key);
+  if ((held & (CONTROL_MASK | ALT_MASK)) != Gdk::ModifierType{}) return false;
   switch (key) {
     case GDK_KEY_Down:
     case GDK_KEY_KP_Down:
@@ -360,6 +362,18 @@ bool RowList::keyPressed(guint key, Gdk::ModifierType state) {
     default:
       return false;
   }
+}
+
+bool RowList::moveRow(size_t index, guint key) {
+  const bool isUp = key == GDK_KEY_Up || key == GDK_KEY_KP_Up;
+  if (!isUp && key != GDK_KEY_Down && key != GDK_KEY_KP_Down) return false;
+  const auto moved = rows_[index].key;
+  if (!delegate_.moveRow(index, isUp ? -1 : 1)) return false;
+  // The next key may be waiting already.
+  flushEffects();
+  toReach_ = moved;
+  syncLater();
+  return true;
 }
 
 Gtk::SizeRequestMode RowList::get_request_mode_vfunc() const {

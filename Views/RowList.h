@@ -55,6 +55,8 @@ class RowList : public Gtk::Widget {
     virtual bool drop(const RowPoint& point) = 0;
     // The same for a link.
     virtual void dropLink(const RowPoint& point, const URL& link) = 0;
+    // The keys move a row up (-1) or down (1) by one place. Answers whether it moves.
+    virtual bool moveRow(size_t index, int step) = 0;
 
    protected:
     ~Delegate() = default;
@@ -131,6 +133,7 @@ class RowList : public Gtk::Widget {
   GtkWidget* focusedMenu() const;
   bool keyPressed(guint key, Gdk::ModifierType state);
   bool moveFocus(size_t from, int step);
+  bool moveRow(size_t index, guint key);
   bool enterFocus();
   static gboolean focusInDirection(GtkWidget* widget, GtkDirectionType direction);
 

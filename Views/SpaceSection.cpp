@@ -112,4 +112,11 @@ void SpaceSection::dropLink(const RowPoint& point, const URL& link) {
   context_.store.move(tab, drop->destination, context_.space);
 }
 
+bool SpaceSection::moveRow(size_t index, int step) {
+  const auto destination = sidebarMove(list_.rows(), index, step);
+  if (destination)
+    context_.store.move(TabRef(list_.rows()[index].tabs.front()), *destination, context_.space);
+  return destination.has_value();
+}
+
 }  // namespace orvel

@@ -23,6 +23,7 @@ class SpaceSection final : public Gtk::ScrolledWindow, private RowList::Delegate
   std::optional<RowDrop> dropAt(const RowPoint& point, Dragged what) override;
   bool drop(const RowPoint& point) override;
   void dropLink(const RowPoint& point, const URL& link) override;
+  bool moveRow(size_t index, int step) override;
   void showRows(const std::optional<Spring>& motion);
   void scrollToSelection();
   // Brings the folder that is being renamed into view, with the keyboard.

@@ -84,6 +84,9 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
     button->set_tooltip_text(name);
     setAccessibleLabel(*button, name);
     setClass(button->Gtk::Widget::gobj(), "active", isActive);
+    gtk_accessible_update_state(
+        GTK_ACCESSIBLE(button->Gtk::Widget::gobj()), GTK_ACCESSIBLE_STATE_PRESSED,
+        isActive ? GTK_ACCESSIBLE_TRISTATE_TRUE : GTK_ACCESSIBLE_TRISTATE_FALSE, -1);
     if (!isActive) return;
     active_ = button;
     bringIntoView();

@@ -54,6 +54,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void setPageZoom(double zoom) override;
   bool isInWindow() const override;
   void focus() override;
+  bool isEditing() const override;
   void edit(EditingCommand command) override;
   void removeFromParent() override;
   GtkWidget* widget() override { return GTK_WIDGET(view_.get()); }

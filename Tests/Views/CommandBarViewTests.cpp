@@ -207,7 +207,7 @@ TEST_F(CommandBarViewTest, IsToldToAssistiveTechnology) {
   EXPECT_EQ(GText(gtk_test_accessible_check_state(spoken, GTK_ACCESSIBLE_STATE_SELECTED, TRUE)),
             nullptr);
   EXPECT_EQ(GText(gtk_test_accessible_check_relation(
-                GTK_ACCESSIBLE(entry().gobj()), GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT, spoken)),
+                GTK_ACCESSIBLE(view().field().accessible().gobj()), GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT, spoken)),
             nullptr);
 }
 

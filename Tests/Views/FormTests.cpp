@@ -174,6 +174,50 @@ TEST_F(FormTest, AShortcutsRowSaysWhatItWants) {
   }
 }
 
+TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
+  store().beginNewSpace();
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  const struct {
+    GtkWidget* root;
+    GtkWidget* chosen;
+    const char* next;
+    GtkAccessibleRole group;
+    GtkAccessibleRole role;
+  } rows[] = {
+      {root(), buttonOf(root(), "Automatic"), "Light", GTK_ACCESSIBLE_ROLE_RADIO_GROUP,
+       GTK_ACCESSIBLE_ROLE_RADIO},
+      {settingsWindow(), buttonOf(settingsWindow(), "General"), "Privacy",
+       GTK_ACCESSIBLE_ROLE_TAB_LIST, GTK_ACCESSIBLE_ROLE_TAB},
+  };
+  for (const auto& row : rows) {
+    auto* group = gtk_widget_get_parent(row.chosen);
+    EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(group)), row.group);
+    EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(row.chosen)), row.role);
+    const auto stops = [&] {
+      std::vector<GtkWidget*> found;
+      forEachWidget(group, [&](GtkWidget* one) {
+        if (GTK_IS_TOGGLE_BUTTON(one) && gtk_widget_get_focusable(one)) found.push_back(one);
+      });
+      return found;
+    };
+    EXPECT_THAT(stops(), ElementsAre(row.chosen));
+    gtk_widget_grab_focus(row.chosen);
+    EXPECT_TRUE(pressKey(group, GDK_KEY_Right));
+    settle();
+    auto* next = buttonOf(row.root, row.next);
+    EXPECT_TRUE(gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(next)));
+    EXPECT_EQ(gtk_window_get_focus(GTK_WINDOW(gtk_widget_get_root(next))), next);
+    EXPECT_THAT(stops(), ElementsAre(next));
+    EXPECT_TRUE(pressKey(group, GDK_KEY_Home));
+    EXPECT_FALSE(pressKey(group, GDK_KEY_Tab));
+  }
+  EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Auto);
+  auto* well = withTooltip(root(), "Claret");
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(gtk_widget_get_parent(well))),
+            GTK_ACCESSIBLE_ROLE_RADIO_GROUP);
+}
+
 TEST_F(FormTest, WhatIsChosenAlreadyCanBeTriedToo) {
   space().appearance = Space::Appearance::Light;
   store().beginEditing(space());

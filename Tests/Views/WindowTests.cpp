@@ -240,6 +240,62 @@ TEST_F(WindowTest, AToastOffersItsUndo) {
   EXPECT_TRUE(runUntil([&] { return !gtk_widget_get_mapped(undo); }));
 }
 
+TEST_F(WindowTest, AssistiveToolsHearWhatIsThere) {
+  const auto isHidden = [](Gtk::Widget& widget) {
+    return hasState(widget.gobj(), GTK_ACCESSIBLE_STATE_HIDDEN, TRUE);
+  };
+  auto& view = window->view();
+  auto* sheet = view.sheet().Gtk::Widget::gobj();
+  auto* toast = gtk_widget_get_parent(buttonOf(root(), "Undo"));
+  EXPECT_TRUE(isHidden(view.sheet()));
+  EXPECT_TRUE(hasState(toast, GTK_ACCESSIBLE_STATE_HIDDEN, TRUE));
+  EXPECT_TRUE(hasProperty(sheet, GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE));
+  store().showToast("Closed 5 tabs", {.undo = [] {}});
+  store().beginNewSpace();
+  settle();
+  EXPECT_FALSE(isHidden(view.sheet()));
+  EXPECT_FALSE(hasState(toast, GTK_ACCESSIBLE_STATE_HIDDEN, TRUE));
+  store().spaceDraft = std::nullopt;
+  settle();
+  EXPECT_TRUE(isHidden(view.sheet()));
+
+  const auto isPressed = [this](const char* name) {
+    return hasState(withTooltip(root(), name), GTK_ACCESSIBLE_STATE_PRESSED,
+                    GTK_ACCESSIBLE_TRISTATE_TRUE);
+  };
+  EXPECT_TRUE(isPressed("Personal"));
+  store().switchTo(store().spaces.peek()[1]);
+  settle();
+  EXPECT_TRUE(isPressed("Studio"));
+  EXPECT_FALSE(isPressed("Personal"));
+
+  auto* handle = findWidget(
+      root(), [](GtkWidget* one) { return gtk_widget_has_css_class(one, "sidebar-edge"); });
+  store().sidebarWidth = 300;
+  settle();
+  EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, kMinimumSidebarWidth));
+  EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, kMaximumSidebarWidth));
+  EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, 300.0));
+}
+
+TEST_F(WindowTest, KeysMoveTheRowThatHasThem) {
+  auto& today = space().today;
+  const auto first = today.peek().front();
+  auto* row = list().widgetFor(keyOf(list(), first));
+  ASSERT_TRUE(row->takeFocus());
+  auto* native = list().Gtk::Widget::gobj();
+  const auto held = static_cast<GdkModifierType>(GDK_ALT_MASK | GDK_SHIFT_MASK);
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Down, held));
+  settle();
+  EXPECT_EQ(today.peek()[1], first);
+  EXPECT_EQ(focus(), row->Gtk::Widget::gobj());
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Up, held));
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Up, held));
+  settle();
+  EXPECT_FALSE(contains(today, *first));
+  EXPECT_EQ(focus(), row->Gtk::Widget::gobj());
+}
+
 TEST_F(WindowTest, WhatTakesTheKeyboardHasAName) {
   space().selectedTabID = std::nullopt;
   store().beginNewSpace();
