@@ -49,6 +49,22 @@ struct CommandBarViewTest : ShownWindow {
   }
 };
 
+TEST_F(CommandBarViewTest, LineBreaksOfWhatIsPastedDoNotBreakIt) {
+  const struct {
+    const char* pasted;
+    const char* shown;
+  } cases[] = {{"https://example.org/a\nb/c\n", "https://example.org/ab/c"},
+               {"\r\n  example.org \r\n", "example.org"},
+               {"tide tables\nfor June", "tide tables for June"},
+               {"tide\ttables", "tide tables"}};
+  for (const auto& one : cases) {
+    show();
+    view().field().setText("");
+    insert(view().field(), one.pasted);
+    EXPECT_EQ(shown(), one.shown);
+  }
+}
+
 TEST_F(CommandBarViewTest, ThePillOpensItWithTheAddressSelected) {
   const auto tab = sample.reading;
   pressPill();
@@ -191,7 +207,7 @@ TEST_F(CommandBarViewTest, IsToldToAssistiveTechnology) {
   EXPECT_EQ(GText(gtk_test_accessible_check_state(spoken, GTK_ACCESSIBLE_STATE_SELECTED, TRUE)),
             nullptr);
   EXPECT_EQ(GText(gtk_test_accessible_check_relation(
-                GTK_ACCESSIBLE(entry().gobj()), GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT, spoken)),
+                GTK_ACCESSIBLE(view().field().accessible().gobj()), GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT, spoken)),
             nullptr);
 }
 
@@ -203,7 +219,7 @@ TEST_F(CommandBarViewTest, FitsASmallWindow) {
   gtk_window_set_default_size(window->native(), 640, 420);
   ASSERT_TRUE(runUntil([&] {
     const int width = window->view().get_width();
-    return width > 0 && width < kDockingWidth && window->view().get_height() < 480;
+    return width > 0 && width < kRoomyWidth && window->view().get_height() < 480;
   }));
   show();
   type("e");
