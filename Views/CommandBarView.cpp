@@ -149,10 +149,12 @@ void CommandBarView::installPointer() {
 void CommandBarView::follow(const Wake& wake) {
   const auto mode = store_.commandBar.get();
   const bool isWanted = mode && mode != CommandBarMode::Quick;
+  // A bar for the present tab begins anew with another one.
+  const TabRef subject = isWanted ? CommandBar::subjectOf(store_, *mode) : nullptr;
   untracked([&] {
     if (!isWanted)
       end();
-    else if (!bar_ || bar_->mode != *mode || bar_->isSpent())
+    else if (!bar_ || bar_->mode != *mode || bar_->isSpent() || bar_->subject != subject)
       begin(*mode);
   });
   const double target = isWanted ? 1 : 0;

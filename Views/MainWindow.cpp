@@ -84,8 +84,6 @@ std::optional<bool> MainWindow::perform(ActionID action) {
     view_->switchRegion();
   else if (action == ActionID::Undo && offersUndo())
     store_.undoToast();
-  else if (action == ActionID::Find && store_.find.peek())
-    view_->findBar().field().takeFocus();
   else
     return std::nullopt;
   return true;

@@ -127,6 +127,7 @@ class UtilityWindows::Window {
                             gtk_window_close(window_);
                             return true;
                           }
+                          if (action == ActionID::Find && content_->beginSearch()) return true;
                           if (store.spaceDraft.peek() && !worksUnderSheet(action)) return false;
                           return std::nullopt;
                         });

@@ -148,7 +148,11 @@ class FakeDesktop final : public DesktopApplication,
     return found->second;
   }
   void open(const URL& url) override { opened.push_back(url); }
-  void openFile(const std::filesystem::path& file) override { openedFiles.push_back(file); }
+  void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override {
+    openedFiles.push_back(file);
+    answer(opensFiles);
+  }
+  bool opensFiles = true;
   void reveal(const std::filesystem::path&) override {}
   bool isDefaultBrowser() const override { return isDefault; }
   void makeDefaultBrowser(std::function<void(bool)> answer) override {

@@ -80,6 +80,15 @@ TEST_F(CommandBarViewTest, ThePillOpensItWithTheAddressSelected) {
   EXPECT_TRUE(runUntil([&] { return !entry().get_mapped(); }));
   EXPECT_FALSE(entry().has_focus());
 
+  // With another tab selected it is about that one.
+  pressPill();
+  type("meant.for/the-first");
+  store().select(sample.radio);
+  settle();
+  EXPECT_EQ(shown(), sample.radio->url.peek()->text());
+  act("activate");
+  EXPECT_EQ(tab->url.peek()->text(), "https://example.org/tides");
+
   space().selectedTabID = std::nullopt;
   settle();
   pressPill();
@@ -206,9 +215,10 @@ TEST_F(CommandBarViewTest, IsToldToAssistiveTechnology) {
             nullptr);
   EXPECT_EQ(GText(gtk_test_accessible_check_state(spoken, GTK_ACCESSIBLE_STATE_SELECTED, TRUE)),
             nullptr);
-  EXPECT_EQ(GText(gtk_test_accessible_check_relation(
-                GTK_ACCESSIBLE(view().field().accessible().gobj()), GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT, spoken)),
-            nullptr);
+  EXPECT_EQ(
+      GText(gtk_test_accessible_check_relation(GTK_ACCESSIBLE(view().field().accessible().gobj()),
+                                               GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT, spoken)),
+      nullptr);
 }
 
 TEST_F(CommandBarViewTest, FitsASmallWindow) {
