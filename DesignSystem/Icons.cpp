@@ -99,18 +99,20 @@ void IconButton::setHelp(const std::string& help) {
   setAccessibleLabel(*this, help.substr(0, help.find(" (")));
 }
 
-void setTooltip(Gtk::Widget& widget, const std::string& text) {
+void setTooltip(Gtk::Widget& widget, const std::string& text, const Gtk::Label* label) {
   constexpr const char* kText = "orvel-tooltip";
   auto* object = G_OBJECT(widget.gobj());
   if (!g_object_get_data(object, kText))
-    g_signal_connect(
-        object, "query-tooltip",
-        G_CALLBACK(+[](GtkWidget* self, int, int, gboolean, GtkTooltip* tooltip) -> gboolean {
-          gtk_tooltip_set_text(tooltip,
-                               static_cast<char*>(g_object_get_data(G_OBJECT(self), kText)));
-          return TRUE;
-        }),
-        nullptr);
+    g_signal_connect(object, "query-tooltip",
+                     G_CALLBACK(+[](GtkWidget* self, int, int, gboolean, GtkTooltip* tooltip,
+                                    GtkLabel* shown) -> gboolean {
+                       if (shown && !pango_layout_is_ellipsized(gtk_label_get_layout(shown)))
+                         return FALSE;
+                       gtk_tooltip_set_text(
+                           tooltip, static_cast<char*>(g_object_get_data(G_OBJECT(self), kText)));
+                       return TRUE;
+                     }),
+                     label ? const_cast<GtkLabel*>(label->gobj()) : nullptr);
   g_object_set_data_full(object, kText, g_strdup(text.c_str()), g_free);
   widget.set_has_tooltip(true);
 }

@@ -2,6 +2,7 @@
 
 #include <gtkmm/button.h>
 #include <gtkmm/image.h>
+#include <gtkmm/label.h>
 
 #include <string>
 #include <string_view>
@@ -29,8 +30,9 @@ class IconButton : public Gtk::Button {
 };
 
 // Gives a widget a tooltip that changes often, a row's say: the toolkit's own way asks the display
-// server where the pointer is, each time. `set_has_tooltip(false)` takes it away again.
-void setTooltip(Gtk::Widget& widget, const std::string& text);
+// server where the pointer is, each time. `set_has_tooltip(false)` takes it away again. It shows
+// only while `label`, which the widget holds for good, has no room for all it says; null: always.
+void setTooltip(Gtk::Widget& widget, const std::string& text, const Gtk::Label* label = nullptr);
 
 // Names a widget for assistive technology.
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);

@@ -24,8 +24,10 @@ class Workspace {
   virtual std::optional<ApplicationInfo> applicationToOpen(const URL& url) const = 0;
   // Hands the URL to that application. Fails silently.
   virtual void open(const URL& url) = 0;
-  // Opens the file with the user's application for its type. Fails silently.
-  virtual void openFile(const std::filesystem::path& file) = 0;
+  // Opens the file with the user's application for its type. Answers false on a later turn when
+  // there is no such application, or the file is not there.
+  virtual void openFile(const std::filesystem::path& file,
+                        std::function<void(bool isOpened)> answer) = 0;
   // Shows the file selected in the file manager.
   virtual void reveal(const std::filesystem::path& file) = 0;
   // This program is the user's handler of http and https.

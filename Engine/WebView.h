@@ -145,6 +145,8 @@ class WebView {
   // The view stands in a window and is mapped there: it is on screen.
   virtual bool isInWindow() const = 0;
   virtual void focus() = 0;
+  // The page's cursor is in a field or another part that can be edited.
+  virtual bool isEditing() const = 0;
   // Acts where the page's cursor or selection is.
   virtual void edit(EditingCommand command) = 0;
   // Takes the view out of its parent widget, if it is in one.

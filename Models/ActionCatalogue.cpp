@@ -46,8 +46,11 @@ constexpr ActionInfo kActions[] = {
     {ActionID::Delete, "Delete", {}, ""},
     {ActionID::SelectAll, "Select All", {Command, "a"}, "<Control>a", KeyReach::Elsewhere},
     {ActionID::Find, "Find…", {Command, "f"}, "<Control>f"},
-    {ActionID::FindNext, "Find Next", {Command, "g"}, "<Control>g"},
-    {ActionID::FindPrevious, "Find Previous", {Shift | Command, "g"}, "<Control><Shift>g"},
+    {ActionID::FindNext, "Find Next", {Command, "g"}, "<Control>g|F3"},
+    {ActionID::FindPrevious,
+     "Find Previous",
+     {Shift | Command, "g"},
+     "<Control><Shift>g|<Shift>F3"},
 
     {ActionID::ToggleSidebar, "Toggle Sidebar", {Command, "s"}, "<Control>s"},
     {ActionID::ToggleReader, "Show Reader", {Shift | Command, "r"}, "<Control><Shift>r"},

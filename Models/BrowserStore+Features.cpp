@@ -16,7 +16,12 @@ void BrowserStore::showUtilityWindow(UtilityWindow which) {
 }
 
 void BrowserStore::openDownloadsFolder() {
-  services_.desktop.workspace.openFile(services_.paths.downloads);
+  services_.desktop.workspace.openFile(services_.paths.downloads,
+                                       [weak = weak_from_this()](bool isOpened) {
+                                         const auto store = weak.lock();
+                                         if (store && !isOpened)
+                                           store->showToast("The downloads folder can’t be opened");
+                                       });
 }
 
 // Pictures

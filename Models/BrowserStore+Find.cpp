@@ -6,12 +6,16 @@ namespace orvel {
 void BrowserStore::showFindBar() {
   if (!activeSpace()->selectedTab()) return;
   animate(Spring::quick, [this] {
-    if (!find.peek()) find = FindState();
+    commandBar = std::nullopt;
+    auto state = find.peek().value_or(FindState());
+    ++state.calls;
+    find = std::move(state);
   });
 }
 
 void BrowserStore::hideFindBar() {
   animate(Spring::quick, [this] { find = std::nullopt; });
+  ++latestSearch_;
   endSearch();
   later([](BrowserStore& store) { store.focusWebView(); });
 }
@@ -19,23 +23,26 @@ void BrowserStore::hideFindBar() {
 void BrowserStore::findNext(BrowserTab::FindDirection direction) {
   const auto tab = activeSpace()->selectedTab();
   const auto& state = find.peek();
+  ++latestSearch_;
   if (!tab || !state || state->query.empty()) {
     endSearch();
     return setMatchFound(std::nullopt);
   }
   searchedTab_ = tab;
-  services_.scheduler.start(findInPage(weak_from_this(), tab, state->query, direction)).detach();
+  services_.scheduler
+      .start(findInPage(weak_from_this(), tab, state->query, direction, latestSearch_))
+      .detach();
 }
 
 Task<> BrowserStore::findInPage(std::weak_ptr<BrowserStore> weak, TabRef tab, std::string query,
-                                BrowserTab::FindDirection direction) {
+                                BrowserTab::FindDirection direction, uint64_t number) {
   Task<bool> search = tab->find(std::move(query), direction);
   const bool isFound = co_await std::move(search);
   const auto store = weak.lock();
   if (!store) co_return;
   // Ended before it was answered: what it has marked since goes, too.
   if (store->searchedTab_.lock() != tab) tab->endFind();
-  store->setMatchFound(isFound);
+  if (store->latestSearch_ == number) store->setMatchFound(isFound);
 }
 
 void BrowserStore::endSearch() {

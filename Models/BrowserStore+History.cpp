@@ -4,8 +4,10 @@
 namespace orvel {
 
 void BrowserStore::clearHistory() {
+  auto* asking = services_.desktop.application.keyWindow();
+  if (!asking && window && window->isVisible()) asking = window;
   services_.desktop.dialogs.showAlert(
-      window,
+      asking,
       {.messageText = "Clear all browsing history?",
        .informativeText = "Visited pages, and what the command bar learned you pick, are forgotten "
                           "in every profile. Open tabs, favorites and the archive stay.",

@@ -42,6 +42,8 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
                         },
                         [&](const suggestion::Command& chosen) {
                           if (chosen.command.perform) chosen.command.perform();
+                          // Unless what it opened has taken the keyboard.
+                          later([](BrowserStore& store) { store.focusWebView(); });
                         },
                         [&](const suggestion::Tab& chosen) { select(chosen.tab); },
                         [&](const suggestion::History& visit) { open(visit.entry.url, mode); },

@@ -339,7 +339,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   static Task<> saveSoon(std::weak_ptr<BrowserStore> store);
   static Task<> hideWindowButtons(std::weak_ptr<BrowserStore> store);
   static Task<> findInPage(std::weak_ptr<BrowserStore> store, TabRef tab, std::string query,
-                           BrowserTab::FindDirection direction);
+                           BrowserTab::FindDirection direction, uint64_t number);
   static Task<> forgetCopiedLink(std::weak_ptr<BrowserStore> store, Duration after);
   static Task<> copyPicture(std::weak_ptr<BrowserStore> store, TabRef tab,
                             std::optional<PageRect> rect);
@@ -416,6 +416,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   } swipe_;
   // What `find` has left its marks on.
   std::weak_ptr<BrowserTab> searchedTab_;
+  // Grows with each search and with the bar's end: earlier answers count no more.
+  uint64_t latestSearch_ = 0;
   TaskHandle saveTask_;
   TaskHandle toastTask_;
   TaskHandle peekTask_;

@@ -17,9 +17,7 @@ constexpr size_t kMostHistoryMatches = 5;
 constexpr size_t kShortestQuestion = 2;
 constexpr Duration kDebounce = 150ms;
 
-std::string initialText(const BrowserStore& store, CommandBarMode mode) {
-  const TabRef tab =
-      mode == CommandBarMode::CurrentTab ? store.activeSpace()->selectedTab() : nullptr;
+std::string addressOf(const TabRef& tab) {
   return tab && tab->url.peek() ? tab->url.peek()->text() : std::string();
 }
 
@@ -37,9 +35,14 @@ std::shared_ptr<CommandBar> CommandBar::make(BrowserStore& store, CommandBarMode
 
 CommandBar::CommandBar(BrowserStore& store, CommandBarMode barMode)
     : mode(barMode),
+      subject(untracked([&] { return subjectOf(store, barMode); })),
       store_(store),
       services_(store.services()),
-      text_(initialText(store, barMode)) {}
+      text_(addressOf(subject)) {}
+
+TabRef CommandBar::subjectOf(const BrowserStore& store, CommandBarMode mode) {
+  return mode == CommandBarMode::CurrentTab ? store.activeSpace()->selectedTab() : nullptr;
+}
 
 std::string_view CommandBar::symbol() const {
   return mode == CommandBarMode::NewTab ? "plus.magnifyingglass" : "magnifyingglass";

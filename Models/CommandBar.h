@@ -19,6 +19,10 @@ class CommandBar : public std::enable_shared_from_this<CommandBar> {
   [[nodiscard]] static std::shared_ptr<CommandBar> make(BrowserStore& store, CommandBarMode mode);
 
   const CommandBarMode mode;
+  // The tab that a bar for the present tab is about; null otherwise.
+  const TabRef subject;
+  // The `subject` of a bar that opens now. Read in an effect, it subscribes to the selection.
+  [[nodiscard]] static TabRef subjectOf(const BrowserStore& store, CommandBarMode mode);
   std::string_view symbol() const;
   std::string_view placeholder() const;
 

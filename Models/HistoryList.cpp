@@ -38,11 +38,14 @@ std::vector<HistorySection> historySections(std::vector<HistoryStore::Entry> ent
 
 void HistoryList::reload() {
   const UUID profile = store_.activeSpace()->profile->id;
+  removed_.clear();
   reading_ = store_.services().scheduler.start(
       read(profile, std::string(text::trimmedBlanks(query.peek()))));
 }
 
 Task<> HistoryList::read(UUID profile, std::string text) {
+  const bool wasOvertaken = co_await isCancelled();
+  if (wasOvertaken) co_return;
   const Date now = store_.services().scheduler.now();
   HistoryStore::Entries entries;
   if (store_.history) {
@@ -53,6 +56,9 @@ Task<> HistoryList::read(UUID profile, std::string text) {
   }
   const bool hasEnded = co_await isCancelled();
   if (hasEnded) co_return;
+  std::erase_if(entries, [this](const auto& entry) {
+    return std::ranges::find(removed_, entry.url) != removed_.end();
+  });
   shownProfile_ = profile;
   sections = historySections(std::move(entries), now);
   hasAnswer = true;
@@ -74,6 +80,7 @@ void HistoryList::remove(const HistoryStore::Entry& entry) {
       std::erase_if(section.entries, [&](const auto& one) { return one.url == url; });
     std::erase_if(all, [](const auto& section) { return section.entries.empty(); });
   });
+  removed_.push_back(url);
   if (store_.history) store_.history->remove(url, shownProfile_);
   store_.forgetChoices(shownProfile_, url);
 }

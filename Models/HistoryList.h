@@ -41,11 +41,14 @@ class HistoryList {
   void remove(const HistoryStore::Entry& entry);
 
  private:
+  // The list may have ended by the time of the answer: `isCancelled` tells.
   Task<> read(UUID profile, std::string text);
 
   BrowserStore& store_;
   HistorySearchField field_;
   UUID shownProfile_ = UUID::random();
+  // Removed while an answer is awaited, which may still hold them.
+  std::vector<URL> removed_;
   // Cancelled by the next question and by the list's end.
   TaskHandle reading_;
 };

@@ -20,6 +20,7 @@ enum class CommandBarMode { NewTab, CurrentTab, Quick };
 struct FindState {
   std::string query;
   std::optional<bool> matchFound;  // absent before the first answer
+  int calls = 0;                   // grows when the user asks for the bar again
 
   friend bool operator==(const FindState&, const FindState&) = default;
 };

@@ -39,6 +39,19 @@ GtkShortcut* makeShortcut(const std::shared_ptr<Context>& context, const ActionI
 
 }  // namespace
 
+bool worksUnderSheet(ActionID action) {
+  switch (action) {
+    case ActionID::Quit:
+    case ActionID::CloseWindow:
+    case ActionID::Minimize:
+    case ActionID::Zoom:
+    case ActionID::ToggleFullScreen:
+      return true;
+    default:
+      return false;
+  }
+}
+
 void installAccelerators(GtkWidget* window, BrowserStore& store,
                          std::function<std::optional<bool>(ActionID)> meansHere) {
   const auto context = std::make_shared<Context>(Context{store, std::move(meansHere)});

@@ -15,4 +15,8 @@ namespace orvel {
 void installAccelerators(GtkWidget* window, BrowserStore& store,
                          std::function<std::optional<bool>(ActionID)> meansHere = {});
 
+// What a window's keys do while a sheet stands on the main one: they end the program and move,
+// close and resize windows. All the others would act below the sheet.
+[[nodiscard]] bool worksUnderSheet(ActionID action);
+
 }  // namespace orvel

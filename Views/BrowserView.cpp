@@ -44,8 +44,8 @@ BrowserView::BrowserView(BrowserStore& store)
   page_.set_hexpand(true);
   page_.set_vexpand(true);
   const std::initializer_list<Gtk::Widget*> layers = {
-      &backdrop_, &content_, &upperStrip_, &sidebar_, &handle_,
-      &edge_,     &findBar_, &commandBar_, &toast_,   &sheet_};
+      &backdrop_, &content_, &upperStrip_, &findBar_, &sidebar_,
+      &handle_,   &edge_,    &commandBar_, &toast_,   &sheet_};
   for (auto* layer : layers) layer->set_parent(*this);
   watchPeeking(edge_);
   watchPeeking(sidebar_);
@@ -160,10 +160,9 @@ void BrowserView::switchRegion() {
   }
 }
 
-BrowserView::Placement BrowserView::placement(int width) const {
+BrowserView::Placement BrowserView::placement() const {
   if (isPageAlone_) return Placement::Hidden;
-  const bool isNarrow = width < kDockingWidth;
-  if (docked_.value() > 0.001) return isNarrow ? Placement::Floating : Placement::Docked;
+  if (docked_.value() > 0.001) return Placement::Docked;
   return floating_.value() > 0.001 ? Placement::Floating : Placement::Hidden;
 }
 
@@ -193,14 +192,14 @@ void BrowserView::place(Gtk::Widget& widget, const Area& area) {
 void BrowserView::size_allocate_vfunc(int width, int height, int) {
   const double w = width;
   const double h = height;
-  const auto where = placement(width);
-  const bool isNarrow = w < kDockingWidth;
+  const auto where = placement();
+  const bool isNarrow = w < kRoomyWidth;
   const double sidebarWidth =
       isNarrow ? kMinimumSidebarWidth : untracked([this] { return shownSidebarWidth(store_); });
-  const double dockedWidth = isNarrow ? 0 : sidebarWidth * docked_.value();
+  const double dockedWidth = sidebarWidth * docked_.value();
 
   place(backdrop_, {0, 0, w, h});
-  const double left = std::max(dockedWidth, kFrame * (1 - (isNarrow ? 0 : docked_.value())));
+  const double left = std::max(dockedWidth, kFrame * (1 - docked_.value()));
   const Area page =
       isPageAlone_ ? Area{0, 0, w, h} : Area{left, kFrame, w - left - kFrame, h - 2 * kFrame};
   place(content_, page);
@@ -211,15 +210,13 @@ void BrowserView::size_allocate_vfunc(int width, int height, int) {
   sidebar_.setStance(where == Placement::Floating ? SidebarView::Stance::Floating
                                                   : SidebarView::Stance::Docked);
   if (where == Placement::Floating) {
-    const double amount =
-        isNarrow ? std::max(docked_.value(), floating_.value()) : floating_.value();
-    const double x = kFloatingInset - (sidebarWidth + 4 * kFloatingInset) * (1 - amount);
+    const double x = kFloatingInset - (sidebarWidth + 4 * kFloatingInset) * (1 - floating_.value());
     place(sidebar_, {x, kFloatingInset, sidebarWidth, h - 2 * kFloatingInset});
   } else {
     place(sidebar_, {dockedWidth - sidebarWidth, 0, sidebarWidth, h});
   }
 
-  handle_.set_child_visible(where == Placement::Docked && docked_.value() > 0.99);
+  handle_.set_child_visible(where == Placement::Docked && !isNarrow && docked_.value() > 0.99);
   place(handle_,
         {dockedWidth - SidebarResizeHandle::kWidth + 2, 0, SidebarResizeHandle::kWidth, h});
   edge_.set_child_visible(!isSidebarVisible_ && !isPageAlone_);

@@ -43,7 +43,7 @@ class BrowserView final : public Gtk::Widget {
   };
   // Where the sidebar stands: beside the page, over it, or nowhere.
   enum class Placement { Docked, Floating, Hidden };
-  Placement placement(int width) const;
+  Placement placement() const;
   void place(Gtk::Widget& widget, const Area& area);
   // Over the page that fills `page`.
   void placeFindBar(const Area& page);

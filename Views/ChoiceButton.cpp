@@ -24,7 +24,8 @@ ChoiceButton::ChoiceButton(std::string name) : name_(std::move(name)) {
   signal_clicked().connect([this] {
     std::vector<MenuEntry> entries;
     for (size_t i = 0; i < titles_.size(); ++i)
-      entries.push_back({.title = titles_[i], .perform = [this, i] { choose(i); }});
+      entries.push_back(
+          {.title = titles_[i], .perform = [this, i] { choose(i); }, .isOn = i == chosen_});
     presentMenu(*this, 0, get_height(), std::move(entries));
   });
 }
@@ -35,6 +36,7 @@ void ChoiceButton::setChoices(std::vector<std::string> titles, size_t chosen) {
 }
 
 void ChoiceButton::setChosen(size_t index) {
+  chosen_ = index;
   const auto title = index < titles_.size() ? titles_[index] : std::string();
   title_.set_text(title);
   setAccessibleLabel(*this, name_ + ": " + title);

@@ -27,6 +27,7 @@ class ChoiceButton final : public Gtk::Button {
   std::string name_;
   Gtk::Label title_;
   std::vector<std::string> titles_;
+  size_t chosen_ = 0;
   std::function<void(size_t)> perform_;
 };
 

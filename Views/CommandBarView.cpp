@@ -149,10 +149,12 @@ void CommandBarView::installPointer() {
 void CommandBarView::follow(const Wake& wake) {
   const auto mode = store_.commandBar.get();
   const bool isWanted = mode && mode != CommandBarMode::Quick;
+  // A bar for the present tab begins anew with another one.
+  const TabRef subject = isWanted ? CommandBar::subjectOf(store_, *mode) : nullptr;
   untracked([&] {
     if (!isWanted)
       end();
-    else if (!bar_ || bar_->mode != *mode || bar_->isSpent())
+    else if (!bar_ || bar_->mode != *mode || bar_->isSpent() || bar_->subject != subject)
       begin(*mode);
   });
   const double target = isWanted ? 1 : 0;
@@ -209,7 +211,7 @@ void CommandBarView::showSelection() {
   const size_t index = bar_->selection.get();
   list_.setSelected(index);
   revealSelection();
-  auto* field = GTK_ACCESSIBLE(field_.entry().gobj());
+  auto* field = GTK_ACCESSIBLE(field_.accessible().gobj());
   if (index < list_.rowCount())
     gtk_accessible_update_relation(field, GTK_ACCESSIBLE_RELATION_ACTIVE_DESCENDANT,
                                    list_.row(index).Gtk::Widget::gobj(), -1);
@@ -280,8 +282,8 @@ void CommandBarView::size_allocate_vfunc(int width, int height, int) {
   gtk_widget_measure(card, GTK_ORIENTATION_VERTICAL, cardWidth, nullptr, &natural, nullptr,
                      nullptr);
   const double share = kTop * height;
-  const auto top = static_cast<int>(
-      std::lround(width < kDockingWidth ? std::min(share, kTopWhereNarrow) : share));
+  const auto top =
+      static_cast<int>(std::lround(width < kRoomyWidth ? std::min(share, kTopWhereNarrow) : share));
   scaleCard(cardWidth, std::max(std::min(natural, height - top - kMargin), 1),
             (width - cardWidth) / 2, top);
 }

@@ -80,8 +80,10 @@ void FindBar::follow(const Wake& wake) {
   notFound_.set_visible(wasNotFound);
   previous_.set_sensitive(!wasNotFound);
   next_.set_sensitive(!wasNotFound);
+  const bool isCalled = state && std::exchange(calls_, state->calls) != state->calls;
   if (state.has_value() == isShown_) {
-    if (isShown_ && tab != std::exchange(tab_, tab)) hideSoon();
+    if (isShown_ && tab != std::exchange(tab_, tab)) return hideSoon();
+    if (isCalled) field_.takeFocus();
     return;
   }
   isShown_ = state.has_value();

@@ -41,6 +41,7 @@ class FindBar final : public Gtk::Box {
   IconButton close_;
   SpringAnimation presence_;
   bool isShown_ = false;
+  int calls_ = 0;
   std::optional<UUID> tab_;  // the one that it was opened for
   Effect follow_;
 };

@@ -1,7 +1,6 @@
 #include "Views/FolderRow.h"
 
 #include <glib/gi18n.h>
-#include <glibmm/main.h>
 #include <gtkmm/eventcontrollerfocus.h>
 #include <gtkmm/eventcontrollerkey.h>
 
@@ -31,7 +30,11 @@ FolderRow::FolderRow(SidebarContext& context)
 
   entry_.signal_activate().connect([this] { endRenaming(Renaming::Keep); });
   auto focus = Gtk::EventControllerFocus::create();
-  focus->signal_leave().connect([this] { endRenaming(Renaming::Keep); });
+  focus->signal_leave().connect([this] {
+    // A window that rests keeps what is being typed in it.
+    auto* root = gtk_widget_get_root(entry_.Gtk::Widget::gobj());
+    if (GTK_IS_WINDOW(root) && gtk_window_is_active(GTK_WINDOW(root))) endRenaming(Renaming::Keep);
+  });
   entry_.add_controller(focus);
   auto keys = Gtk::EventControllerKey::create();
   keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
@@ -66,7 +69,7 @@ void FolderRow::show() {
   const bool isOpen = folder_->isExpanded;
   const auto name = shownText(folder_->name.get());
   name_.set_text(name);
-  setTooltip(*this, name);
+  setTooltip(*this, name, &name_);
   setAccessibleLabel(*this, name);
   gtk_accessible_update_state(GTK_ACCESSIBLE(Gtk::Widget::gobj()), GTK_ACCESSIBLE_STATE_EXPANDED,
                               isOpen, -1);
@@ -81,12 +84,7 @@ void FolderRow::showRenaming() {
       std::exchange(isRenaming_, context_.store.renamingFolderID.get() == folder_->id);
   name_.set_visible(!isRenaming_);
   entry_.set_visible(isRenaming_);
-  if (!isRenaming_ || wasRenaming) return;
-  entry_.set_text(folder_->name.peek());
-  // The row may be new and not laid out yet.
-  Glib::signal_idle().connect_once([this, folder = folder_] {
-    if (isRenaming_ && folder == folder_) entry_.grab_focus();
-  });
+  if (isRenaming_ && !wasRenaming) entry_.set_text(folder_->name.peek());
 }
 
 void FolderRow::endRenaming(Renaming renaming) {
@@ -101,7 +99,11 @@ void FolderRow::endRenaming(Renaming renaming) {
   if (renaming == Renaming::Keep) context_.store.rename(folder, name);
 }
 
-bool FolderRow::takeFocus() { return isRenaming_ ? entry_.grab_focus() : grab_focus(); }
+bool FolderRow::takeFocus() {
+  // Whoever asked for the renaming may be ahead of the row.
+  untracked([this] { showRenaming(); });
+  return isRenaming_ ? entry_.grab_focus() : grab_focus();
+}
 
 void FolderRow::activate() {
   if (!isRenaming_) context_.store.toggle(FolderRef(folder_));

@@ -2,7 +2,6 @@
 
 #include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerfocus.h>
-#include <gtkmm/eventcontrollermotion.h>
 
 #include "DesignSystem/ShownText.h"
 
@@ -42,10 +41,6 @@ HeadingRow::HeadingRow(SidebarContext& context)
   newFolder_.signal_clicked().connect([this] { context_.store.newFolder(); });
   clear_.signal_clicked().connect([this] { context_.store.clearToday(context_.space); });
 
-  auto motion = Gtk::EventControllerMotion::create();
-  motion->signal_enter().connect([this](double, double) { setActive(true); });
-  motion->signal_leave().connect([this] { setActive(false); });
-  add_controller(motion);
   auto focus = Gtk::EventControllerFocus::create();
   focus->signal_leave().connect([this] { setActive(false); });
   add_controller(focus);
@@ -60,23 +55,31 @@ void HeadingRow::bind(const SidebarRow& row) {
     setAccessibleLabel(*this, name);
     if (!isToday_) setIcon(*symbol_, context_.space->symbol.get());
   });
-  setActive(false);
+  isActive_ = false;
+  buttons_ = effect([this] { showButtons(); });
 }
 
 void HeadingRow::unbind() {
   look_.stop();
-  setActive(false);
+  buttons_.stop();
+  isActive_ = false;
 }
 
-// The button shows while the pointer or the keyboard is at the heading.
 void HeadingRow::setActive(bool isActive) {
-  clear_.set_visible(isActive && isToday_);
-  newFolder_.set_visible(isActive && !isToday_);
+  if (std::exchange(isActive_, isActive) != isActive) buttons_ = effect([this] { showButtons(); });
+}
+
+// The button shows while the pointer or the keyboard is at the heading, and there is something for
+// it to do.
+void HeadingRow::showButtons() {
+  clear_.set_visible(isActive_ && isToday_ && !context_.space->today.get().empty());
+  newFolder_.set_visible(isActive_ && !isToday_);
 }
 
 bool HeadingRow::takeFocus() {
   setActive(true);
-  return isToday_ ? clear_.grab_focus() : newFolder_.grab_focus();
+  auto& button = isToday_ ? static_cast<Gtk::Widget&>(clear_) : newFolder_;
+  return button.get_visible() && button.grab_focus();
 }
 
 NewTabRow::NewTabRow(SidebarContext& context) : context_(context) {

@@ -16,18 +16,22 @@ class HeadingRow final : public RowWidget {
   void bind(const SidebarRow& row) override;
   void unbind() override;
   bool takeFocus() override;
+  void setPointed(bool isPointed) override { setActive(isPointed); }
 
  private:
   void setActive(bool isActive);
+  void showButtons();
 
   SidebarContext& context_;
   bool isToday_ = false;
+  bool isActive_ = false;
   Gtk::Image* symbol_;
   Gtk::Label name_;
   Gtk::Box rule_;
   IconButton newFolder_;
   Gtk::Button clear_;
   Effect look_;
+  Effect buttons_;
 };
 
 // The row that opens a new tab.

@@ -60,6 +60,11 @@ HistoryContent::HistoryContent(BrowserStore& store)
   pageEffect_ = effect([this] { showPage(); });
 }
 
+bool HistoryContent::beginSearch() {
+  field_.takeFocus();
+  return true;
+}
+
 void HistoryContent::willShow() {
   history_.reload();
   field_.takeFocus();

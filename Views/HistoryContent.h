@@ -28,6 +28,7 @@ class HistoryContent final : public UtilityContent {
 
   Gtk::Widget& body() override { return box_; }
   void willShow() override;
+  bool beginSearch() override;
 
   KeyTextField& field() { return field_; }
   Gtk::ListView& list() { return listView_; }

@@ -1,7 +1,6 @@
 #include "Views/ItemRow.h"
 
 #include <gtkmm/eventcontrollerkey.h>
-#include <gtkmm/eventcontrollermotion.h>
 
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
@@ -20,11 +19,6 @@ ItemRow::ItemRow() : RowWidget(kSpacing) {
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST_ITEM);
   add_css_class("row");
   set_focusable(true);
-
-  auto motion = Gtk::EventControllerMotion::create();
-  motion->signal_enter().connect([this](double, double) { setHovered(true); });
-  motion->signal_leave().connect([this] { setHovered(false); });
-  add_controller(motion);
 
   auto click = Gtk::GestureClick::create();
   click->set_button(0);
@@ -61,13 +55,17 @@ void ItemRow::setDepth(size_t depth) {
 }
 
 void ItemRow::clearHover() {
-  isMenuOpen_ = false;
-  setHovered(false);
+  isMenuOpen_ = isPointed_ = false;
+  showHover();
   remove_css_class("pressed");
 }
 
-void ItemRow::setHovered(bool isHovered) {
-  isPointed_ = isHovered;
+void ItemRow::setPointed(bool isPointed) {
+  isPointed_ = isPointed;
+  showHover();
+}
+
+void ItemRow::showHover() {
   const bool isShown = isPointed_ || isMenuOpen_;
   if (has_css_class("hover") == isShown) return;
   setClass(Gtk::Widget::gobj(), "hover", isShown);
@@ -78,10 +76,10 @@ void ItemRow::showMenu(double x, double y) {
   auto entries = menu();
   if (entries.empty()) return;
   isMenuOpen_ = true;
-  setHovered(isPointed_);
+  showHover();
   presentMenu(*this, x, y, std::move(entries), [this] {
     isMenuOpen_ = false;
-    setHovered(isPointed_);
+    showHover();
   });
 }
 

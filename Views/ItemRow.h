@@ -33,8 +33,11 @@ class ItemRow : public RowWidget {
   void setDepth(size_t depth);
   void clearHover();
 
+ public:
+  void setPointed(bool isPointed) final;
+
  private:
-  void setHovered(bool isHovered);
+  void showHover();
   void showMenu(double x, double y);
   bool handleKey(guint key, Gdk::ModifierType state);
 

@@ -4,12 +4,15 @@
 #include <gtkmm/eventcontrollerlegacy.h>
 #include <gtkmm/window.h>
 
+#include <fmt/ranges.h>
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
 #include <limits>
 
 #include "BrowserCore/Characters.h"
+#include "BrowserCore/Text.h"
+#include "BrowserCore/URLInput.h"
 #include "DesignSystem/Icons.h"
 
 namespace orvel {
@@ -36,13 +39,38 @@ std::optional<Gtk::TextDirection> directionOf(const std::string& text) {
   return std::nullopt;
 }
 
+// A text in one line. An address that was broken into several is put together again, words are
+// kept apart.
+std::string inOneLine(const std::string& text) {
+  constexpr std::string_view kBreaks = "\n\r\t\v\f";
+  if (text.find_first_of(kBreaks) == std::string::npos) return text;
+  std::vector<std::string> parts;
+  for (size_t at = 0; at <= text.size();) {
+    const size_t end = std::min(text.find_first_of(kBreaks, at), text.size());
+    if (const auto part = text::trimmed(std::string_view(text).substr(at, end - at)); !part.empty())
+      parts.emplace_back(part);
+    at = end + 1;
+  }
+  const bool isAddress = !parts.empty() && URLInput::explicitURL(parts.front()) &&
+                         std::ranges::none_of(parts, [](const std::string& part) {
+                           return part.find(' ') != std::string::npos;
+                         });
+  return fmt::format("{}", fmt::join(parts, isAddress ? "" : " "));
+}
+
 }  // namespace
 
-KeyTextField::KeyTextField(Actions actions) : actions_(std::move(actions)) {
-  setAccessibleRole(entry_, GTK_ACCESSIBLE_ROLE_SEARCH_BOX);
-  entry_.set_hexpand(true);
+// The toolkit tells the text of an entry to assistive technology, and that of a bare field to
+// nobody.
+KeyTextField::KeyTextField(Actions actions)
+    : actions_(std::move(actions)),
+      entry_(*Glib::wrap(GTK_TEXT(gtk_editable_get_delegate(GTK_EDITABLE(frame_.gobj()))))) {
+  setAccessibleRole(frame_, GTK_ACCESSIBLE_ROLE_SEARCH_BOX);
+  frame_.add_css_class("bare");
+  frame_.set_has_frame(false);
+  frame_.set_hexpand(true);
   entry_.set_enable_undo(true);
-  append(entry_);
+  append(frame_);
   entry_.property_has_focus().signal_changed().connect([this] { align(); });
   entry_.signal_changed().connect(sigc::mem_fun(*this, &KeyTextField::changed));
   g_signal_connect(entry_.gobj(), "activate", G_CALLBACK(+[](GtkText*, gpointer self) {
@@ -93,7 +121,7 @@ void KeyTextField::setText(const std::string& text) {
 
 void KeyTextField::setPlaceholder(const std::string& placeholder) {
   entry_.set_placeholder_text(placeholder);
-  setAccessibleLabel(entry_, placeholder);
+  setAccessibleLabel(frame_, placeholder);
 }
 
 void KeyTextField::takeFocus() {
@@ -148,7 +176,14 @@ void KeyTextField::settle() {
 }
 
 void KeyTextField::settleChange() {
-  const std::string value = entry_.get_text();
+  const std::string given = entry_.get_text();
+  const std::string value = inOneLine(given);
+  if (value != given) {
+    isCompleting_ = true;
+    entry_.set_text(value);
+    entry_.set_position(-1);
+    isCompleting_ = false;
+  }
   const bool hasGrown = length(value) > length(typedText_);
   typedText_ = value;
   if (hasGrown && !isComposing_ && isCaretAtEnd()) insertCompletion(value);

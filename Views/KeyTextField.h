@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtkmm/box.h>
+#include <gtkmm/entry.h>
 #include <gtkmm/text.h>
 
 #include <functional>
@@ -37,6 +38,8 @@ class KeyTextField final : public Gtk::Box {
   // Takes the keyboard and selects everything, so that typing replaces it.
   void takeFocus();
   Gtk::Text& entry() { return entry_; }
+  // What assistive technology knows as the field.
+  Gtk::Widget& accessible() { return frame_; }
 
  private:
   void changed();
@@ -57,7 +60,8 @@ class KeyTextField final : public Gtk::Box {
   bool keyPressed(guint key, Gdk::ModifierType state);
 
   Actions actions_;
-  Gtk::Text entry_;
+  Gtk::Entry frame_;
+  Gtk::Text& entry_;
   std::string typedText_;      // the last that the person produced
   std::optional<int> tail_;    // where the selected completion begins, until the next key or click
   int restoreCount_ = 0;       // how often its selection has been restored

@@ -42,10 +42,11 @@ void LoadingBar::setTab(const TabRef& tab) {
 
 void LoadingBar::run(const std::optional<LoadingBarState::Step>& step) {
   if (!step) return;
+  opacity_.animateTo(step->isVisible ? 1 : 0, step->duration);
+  // Last: without motion the step ends here, and the next one follows at once.
   shown_.animateTo(step->shown, step->duration, [this, load = step->load] {
     if (load) run(state_.didEnd(*load));
   });
-  opacity_.animateTo(step->isVisible ? 1 : 0, step->duration);
 }
 
 void LoadingBar::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural,

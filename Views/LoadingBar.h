@@ -17,6 +17,8 @@ class LoadingBar final : public Gtk::Widget {
   // Null: there is no page.
   void setTab(const TabRef& tab);
   void setPalette(const Palette& palette);
+  // Zero: it is not to be seen.
+  double opacity() const { return opacity_.value(); }
 
  private:
   void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,

@@ -1,6 +1,7 @@
 #include "Views/MainWindow.h"
 
 #include "DesignSystem/ShownText.h"
+#include "Engine/WebView.h"
 #include "Views/Accelerators.h"
 #include "Views/BrowserView.h"
 #include "Views/HistoryContent.h"
@@ -26,7 +27,9 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       desktopWindow_(window_),
       view_(std::make_unique<BrowserView>(store)),
       utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())),
-      scroll_(std::make_unique<GtkScrollSource>(GTK_WIDGET(window_), *store.scrollMonitor)) {
+      scroll_(std::make_unique<GtkScrollSource>(
+          GTK_WIDGET(window_), *store.scrollMonitor,
+          [&store] { return !store.spaceDraft.peek() && !store.commandBar.peek(); })) {
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
   gtk_window_set_hide_on_close(window_, TRUE);
@@ -74,16 +77,28 @@ void MainWindow::present() { gtk_window_present(window_); }
 
 std::optional<bool> MainWindow::perform(ActionID action) {
   // A sheet keeps the keys for itself.
-  if (store_.spaceDraft.peek()) return false;
+  if (store_.spaceDraft.peek() && !worksUnderSheet(action)) return false;
   if (action == ActionID::MainMenu)
     toggleMainMenu();
   else if (action == ActionID::SwitchRegion)
     view_->switchRegion();
-  else if (action == ActionID::Find && store_.find.peek())
-    view_->findBar().field().takeFocus();
+  else if (action == ActionID::Undo && offersUndo())
+    store_.undoToast();
   else
     return std::nullopt;
   return true;
+}
+
+// A field has its own.
+bool MainWindow::offersUndo() const {
+  const auto& toast = store_.toast.peek();
+  if (!toast || !toast->undo || desktopWindow_.isTextEditorFocused()) return false;
+  const auto tab = store_.activeSpace()->selectedTab();
+  const auto view = tab ? tab->liveWebView() : nullptr;
+  auto* focus = gtk_window_get_focus(window_);
+  const bool isInPage = view && view->widget() && focus &&
+                        (focus == view->widget() || gtk_widget_is_ancestor(focus, view->widget()));
+  return !isInPage || !view->isEditing();
 }
 
 void MainWindow::toggleMainMenu() {

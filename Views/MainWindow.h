@@ -34,6 +34,8 @@ class MainWindow {
  private:
   std::optional<bool> perform(ActionID action);
   void toggleMainMenu();
+  // Whether the undo key means the toast's.
+  bool offersUndo() const;
 
   BrowserStore& store_;
   GtkWindow* window_;

@@ -100,15 +100,47 @@ void rewriteKeys(GtkWidget* widget, const std::map<std::string, std::string>& te
     rewriteKeys(child, texts);
 }
 
+// Takes the tooltips from where the pointer is, so that none comes up over the menu.
+class QuietTooltips {
+ public:
+  explicit QuietTooltips(GtkWidget* widget) {
+    for (auto* at = pointed(widget); at; at = gtk_widget_get_parent(at)) {
+      if (!gtk_widget_get_has_tooltip(at)) continue;
+      gtk_widget_set_has_tooltip(at, FALSE);
+      quiet_.push_back(GRef<GtkWidget>::retain(at));
+    }
+  }
+  void end() const {
+    for (const auto& one : quiet_) gtk_widget_set_has_tooltip(one.get(), TRUE);
+  }
+
+ private:
+  static GtkWidget* pointed(GtkWidget* widget) {
+    for (auto* child = gtk_widget_get_first_child(widget); child;
+         child = gtk_widget_get_next_sibling(child))
+      if ((gtk_widget_get_state_flags(child) & GTK_STATE_FLAG_PRELIGHT) != 0) return pointed(child);
+    return widget;
+  }
+
+  std::vector<GRef<GtkWidget>> quiet_;
+};
+
 // What a menu does when it closes.
 struct Closing {
   GtkWidget* popover;
+  QuietTooltips tooltips;
   GRef<GtkWidget> focus;  // what had the keyboard
   std::function<void()> closed;
 
+  // What was chosen may have given it to something else already.
+  bool hasKeyboard() const {
+    auto* now = focusBeside(popover);
+    return !now || now == popover || gtk_widget_is_ancestor(now, popover);
+  }
   void run() const {
+    tooltips.end();
     // Not grabbed: a field would select all its text.
-    if (focus && gtk_widget_get_mapped(focus.get()))
+    if (focus && gtk_widget_get_mapped(focus.get()) && hasKeyboard())
       gtk_root_set_focus(gtk_widget_get_root(focus.get()), focus.get());
     if (closed) closed();
     // The entry that was chosen runs after this: the menu goes a turn later.
@@ -139,7 +171,8 @@ GtkPopover* makePopover(Gtk::Widget& widget, const std::vector<MenuEntry>& entri
   g_signal_connect_data(
       native, "closed",
       G_CALLBACK(+[](GtkPopover*, gpointer data) { static_cast<Closing*>(data)->run(); }),
-      new Closing{native, GRef<GtkWidget>::retain(focus), std::move(closed)},
+      new Closing{native, QuietTooltips(widget.gobj()), GRef<GtkWidget>::retain(focus),
+                  std::move(closed)},
       [](gpointer data, GClosure*) { delete static_cast<Closing*>(data); },
       static_cast<GConnectFlags>(0));
   return GTK_POPOVER(native);

@@ -1,6 +1,7 @@
 #include <gdkmm/frameclock.h>
 
 #include "DesignSystem/StyleSheet.h"
+#include "Views/DroppedLink.h"
 #include "Views/RowList.h"
 
 // Drags over the list: gaps, folders that light up, and scrolling near the ends.
@@ -16,8 +17,11 @@ RowList& listOf(gpointer self) { return *static_cast<RowList*>(self); }
 }  // namespace
 
 void RowList::installDropTarget(const char* dragType) {
-  const char* types[] = {dragType};
-  auto* target = gtk_drop_target_async_new(gdk_content_formats_new(types, 1), GDK_ACTION_MOVE);
+  const char* types[] = {dragType, kLinkDragType};
+  auto* target = gtk_drop_target_async_new(
+      gdk_content_formats_new(types, 2),
+      static_cast<GdkDragAction>(GDK_ACTION_MOVE | GDK_ACTION_COPY | GDK_ACTION_LINK));
+  ownType_ = g_intern_string(dragType);
   g_signal_connect(target, "drag-enter", G_CALLBACK(&RowList::dragMotion), this);
   g_signal_connect(target, "drag-motion", G_CALLBACK(&RowList::dragMotion), this);
   g_signal_connect(target, "drag-leave", G_CALLBACK(&RowList::dragLeave), this);
@@ -25,11 +29,23 @@ void RowList::installDropTarget(const char* dragType) {
   gtk_widget_add_controller(gobj(), GTK_EVENT_CONTROLLER(target));
 }
 
-GdkDragAction RowList::dragMotion(GtkDropTargetAsync*, GdkDrop*, double x, double y,
+GdkDragAction RowList::dragMotion(GtkDropTargetAsync*, GdkDrop* drop, double x, double y,
                                   gpointer self) {
   auto& list = listOf(self);
+  const bool isOwn =
+      gdk_content_formats_contain_mime_type(gdk_drop_get_formats(drop), list.ownType_);
+  list.dragged_ = isOwn ? Dragged::Own : Dragged::Link;
   list.dragMoved(x, y);
-  return list.drop_ ? GDK_ACTION_MOVE : static_cast<GdkDragAction>(0);
+  return list.actionFor(drop);
+}
+
+GdkDragAction RowList::actionFor(GdkDrop* drop) const {
+  constexpr auto kNone = static_cast<GdkDragAction>(0);
+  if (!drop_) return kNone;
+  if (dragged_ == Dragged::Own) return GDK_ACTION_MOVE;
+  for (const auto action : {GDK_ACTION_LINK, GDK_ACTION_COPY, GDK_ACTION_MOVE})
+    if ((gdk_drop_get_actions(drop) & action) != 0) return action;
+  return kNone;
 }
 
 void RowList::dragLeave(GtkDropTargetAsync*, GdkDrop*, gpointer self) { listOf(self).dragLeft(); }
@@ -37,10 +53,24 @@ void RowList::dragLeave(GtkDropTargetAsync*, GdkDrop*, gpointer self) { listOf(s
 gboolean RowList::dragDrop(GtkDropTargetAsync*, GdkDrop* drop, double x, double y, gpointer self) {
   auto& list = listOf(self);
   const auto point = list.pointAt(x, y);
+  if (list.dragged_ == Dragged::Link) return point && list.dropLink(drop, *point);
   list.dragLeft();
   const bool isDone = point && list.delegate_.drop(*point);
   gdk_drop_finish(drop, isDone ? GDK_ACTION_MOVE : static_cast<GdkDragAction>(0));
   return isDone;
+}
+
+// The rows may be others when the link has been read: it lands at this height then.
+bool RowList::dropLink(GdkDrop* drop, const RowPoint& point) {
+  const auto action = actionFor(drop);
+  dragLeft();
+  readLink(drop, [this, alive = std::weak_ptr(alive_), point, action,
+                  held = GRef<GdkDrop>::retain(drop)](const std::optional<URL>& link) {
+    const bool isTaken = link && !alive.expired() && point.row < rows_.size();
+    if (isTaken) delegate_.dropLink(point, *link);
+    gdk_drop_finish(held.get(), isTaken ? action : static_cast<GdkDragAction>(0));
+  });
+  return true;
 }
 
 std::optional<RowPoint> RowList::pointAt(double x, double y) const {
@@ -59,7 +89,7 @@ std::optional<RowPoint> RowList::pointAt(double x, double y) const {
 void RowList::dragMoved(double x, double y) {
   pointer_ = {x, y};
   const auto point = pointAt(x, y);
-  setDrop(point ? delegate_.dropAt(*point) : std::nullopt);
+  setDrop(point ? delegate_.dropAt(*point, dragged_) : std::nullopt);
   updateAutoScroll(y);
 }
 

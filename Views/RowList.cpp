@@ -25,10 +25,12 @@ RowList::RowList(Delegate& delegate, const std::string& label, const char* dragT
     : Glib::ObjectBase("OrvelRowList"),
       delegate_(delegate),
       motion_(gobj(), 0, [this](double) { queue_allocate(); }),
+      ground_(std::make_unique<Gtk::Box>()),
       gap_(std::make_unique<Gtk::Box>()) {
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST);
   setAccessibleLabel(*this, label);
   add_css_class("row-list");
+  ground_->set_parent(*this);
   gap_->add_css_class("drop-gap");
   gap_->set_can_target(false);
   gap_->set_child_visible(false);
@@ -40,6 +42,7 @@ RowList::RowList(Delegate& delegate, const std::string& label, const char* dragT
   keys->signal_key_pressed().connect(
       [this](guint key, guint, Gdk::ModifierType state) { return keyPressed(key, state); }, false);
   add_controller(keys);
+  followPointer();
   installDropTarget(dragType);
 
   Gtk::Settings::get_default()->property_gtk_xft_dpi().signal_changed().connect([this] {
@@ -54,11 +57,15 @@ RowList::~RowList() {
   for (auto& pool : pools_)
     for (auto& widget : pool) widget->unparent();
   gap_->unparent();
+  ground_->unparent();
 }
 
 void RowList::setAdjustment(const Glib::RefPtr<Gtk::Adjustment>& adjustment) {
   adjustment_ = adjustment;
-  adjustment_->signal_value_changed().connect(sigc::mem_fun(*this, &RowList::sync));
+  adjustment_->signal_value_changed().connect([this] {
+    sync();
+    updatePointed();
+  });
   adjustment_->property_page_size().signal_changed().connect(
       sigc::mem_fun(*this, &RowList::syncLater));
   adjustment_->property_upper().signal_changed().connect([this] {
@@ -98,6 +105,7 @@ void RowList::layOut(const std::optional<Spring>& motion) {
     motion_.set(0);
   else
     moveFrom(former, *motion);
+  updatePointed();
   queue_resize();
 }
 
@@ -162,6 +170,7 @@ bool RowList::measure(SidebarRow::Kind kind) {
 
 void RowList::on_realize() {
   Gtk::Widget::on_realize();
+  followWindow();
   heights_.emplace();
   layOut(std::nullopt);
 }
@@ -284,6 +293,14 @@ std::optional<size_t> RowList::focusedRow() const {
   return std::nullopt;
 }
 
+GtkWidget* RowList::focusedMenu() const {
+  auto* self = const_cast<GtkWidget*>(gobj());
+  auto* focus = focusBeside(self);
+  if (!focus || !gtk_widget_is_ancestor(focus, self)) return nullptr;
+  auto* native = GTK_WIDGET(gtk_widget_get_native(focus));
+  return gtk_widget_is_ancestor(native, self) ? native : nullptr;
+}
+
 bool RowList::focusRow(size_t index) {
   if (index >= rows_.size() || !heights_) return false;
   scrollTo(rows_[index].key);
@@ -305,6 +322,7 @@ bool RowList::enterFocus() {
 gboolean RowList::focusInDirection(GtkWidget* widget, GtkDirectionType direction) {
   auto* list = dynamic_cast<RowList*>(Glib::wrap_auto(G_OBJECT(widget)));
   if (!list) return FALSE;
+  if (auto* menu = list->focusedMenu()) return gtk_widget_child_focus(menu, direction);
   const auto focused = list->focusedRow();
   if (!focused) return list->enterFocus();
   // What stands side by side in a row is reached within it.
@@ -321,11 +339,13 @@ bool RowList::moveFocus(size_t from, int step) {
 }
 
 bool RowList::keyPressed(guint key, Gdk::ModifierType state) {
-  const auto held = Gdk::ModifierType::CONTROL_MASK | Gdk::ModifierType::ALT_MASK;
+  using enum Gdk::ModifierType;
   const auto focused = focusedRow();
-  if (!focused || (state & held) != Gdk::ModifierType{}) return false;
-  // An entry in a row keeps its own keys.
-  if (GTK_IS_EDITABLE(focusBeside(gobj()))) return false;
+  // An entry in a row keeps its own keys, and so does a menu that is open on one.
+  if (!focused || GTK_IS_EDITABLE(focusBeside(gobj())) || focusedMenu()) return false;
+  const auto held = state & (CONTROL_MASK | ALT_MASK | SHIFT_MASK);
+  if (held == (ALT_MASK | SHIFT_MASK)) return moveRow(*focused, key);
+  if ((held & (CONTROL_MASK | ALT_MASK)) != Gdk::ModifierType{}) return false;
   switch (key) {
     case GDK_KEY_Down:
     case GDK_KEY_KP_Down:
@@ -344,6 +364,18 @@ bool RowList::keyPressed(guint key, Gdk::ModifierType state) {
   }
 }
 
+bool RowList::moveRow(size_t index, guint key) {
+  const bool isUp = key == GDK_KEY_Up || key == GDK_KEY_KP_Up;
+  if (!isUp && key != GDK_KEY_Down && key != GDK_KEY_KP_Down) return false;
+  const auto moved = rows_[index].key;
+  if (!delegate_.moveRow(index, isUp ? -1 : 1)) return false;
+  // The next key may be waiting already.
+  flushEffects();
+  toReach_ = moved;
+  syncLater();
+  return true;
+}
+
 Gtk::SizeRequestMode RowList::get_request_mode_vfunc() const {
   return Gtk::SizeRequestMode::CONSTANT_SIZE;
 }
@@ -355,7 +387,7 @@ void RowList::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int
       orientation == Gtk::Orientation::VERTICAL ? layout_.totalHeight() : kMinimumWidth);
 }
 
-void RowList::size_allocate_vfunc(int width, int, int) {
+void RowList::size_allocate_vfunc(int width, int height, int) {
   const int rowWidth = std::max(0, width - static_cast<int>(2 * kInset));
   const auto place = [rowWidth](Gtk::Widget& widget, double y, double height) {
     // GTK insists on having asked before it allocates.
@@ -366,6 +398,7 @@ void RowList::size_allocate_vfunc(int width, int, int) {
     gtk_widget_allocate(widget.gobj(), std::max(rowWidth, minimum), static_cast<int>(height), -1,
                         gsk_transform_translate(nullptr, &at));
   };
+  place(*ground_, 0, height);
   const double left = motion_.value();
   for (auto& [key, live] : live_) {
     place(*live.widget, shownTop(live), layout_.height(live.index));
@@ -374,6 +407,7 @@ void RowList::size_allocate_vfunc(int width, int, int) {
   const auto gap = layout_.gapTop();
   gap_->set_child_visible(gap.has_value());
   if (gap) place(*gap_, *gap, (*heights_)[static_cast<size_t>(SidebarRow::Kind::Tab)] - 2);
+  if (resting_ && motion_.value() == 0) pickLater();
 }
 
 void RowList::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {

@@ -10,6 +10,7 @@
 
 #include "Base/GRef.h"
 #include "Base/Spring.h"
+#include "BrowserCore/URL.h"
 #include "DesignSystem/SpringAnimation.h"
 #include "Views/RowLayout.h"
 #include "Views/RowWidget.h"
@@ -32,6 +33,9 @@ struct RowPoint {
   double y = 0;
 };
 
+// What is dragged over the list: something of this program's own, or a link.
+enum class Dragged { Own, Link };
+
 // A list of rows given as values and kept by key. Only the rows in view and half a screenful on
 // either side exist as widgets; these are pooled and bound again. Each kind of row has one height,
 // measured when it first occurs. Rows move to their new places by a spring where a change asks for
@@ -45,10 +49,14 @@ class RowList : public Gtk::Widget {
   class Delegate {
    public:
     virtual std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind kind) = 0;
-    // What a drop of the drag at this point does; absent where it is not taken.
-    virtual std::optional<RowDrop> dropAt(const RowPoint& point) = 0;
-    // The pointer was let go at a point that `dropAt` took. Answers whether something was done.
+    // What a drop at this point does; absent where it is not taken.
+    virtual std::optional<RowDrop> dropAt(const RowPoint& point, Dragged what) = 0;
+    // Our own was let go at a point that `dropAt` took. Answers whether something was done.
     virtual bool drop(const RowPoint& point) = 0;
+    // The same for a link.
+    virtual void dropLink(const RowPoint& point, const URL& link) = 0;
+    // The keys move a row up (-1) or down (1) by one place. Answers whether it moves.
+    virtual bool moveRow(size_t index, int step) = 0;
 
    protected:
     ~Delegate() = default;
@@ -60,7 +68,7 @@ class RowList : public Gtk::Widget {
     size_t bound = 0;  // bindings of a widget to a row
   };
 
-  // The delegate outlives the list. `dragType` is the type of the drags that are looked at.
+  // The delegate outlives the list. `dragType` is the type of our own drags.
   RowList(Delegate& delegate, const std::string& label, const char* dragType);
   ~RowList() override;
 
@@ -89,6 +97,7 @@ class RowList : public Gtk::Widget {
 
  protected:
   void on_realize() override;
+  void on_unrealize() override;
   Gtk::SizeRequestMode get_request_mode_vfunc() const override;
   void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
                      int& minimumBaseline, int& naturalBaseline) const override;
@@ -120,14 +129,28 @@ class RowList : public Gtk::Widget {
   double shownTop(const LiveRow& live) const;
   RowLayout::Range wantedRows() const;
   std::optional<size_t> focusedRow() const;
+  // The menu of a row that has the keyboard; null without one.
+  GtkWidget* focusedMenu() const;
   bool keyPressed(guint key, Gdk::ModifierType state);
   bool moveFocus(size_t from, int step);
+  bool moveRow(size_t index, guint key);
   bool enterFocus();
   static gboolean focusInDirection(GtkWidget* widget, GtkDirectionType direction);
+
+  // The row below the pointer
+  void followPointer();
+  void followWindow();
+  void pointerMoved(double x, double y);
+  void updatePointed();
+  void pickLater();
+  void pickAnew();
 
   // Drags
   void installDropTarget(const char* dragType);
   void dragMoved(double x, double y);
+  // The action for a drop here; none where it is not taken.
+  GdkDragAction actionFor(GdkDrop* drop) const;
+  bool dropLink(GdkDrop* drop, const RowPoint& point);
   void dragLeft();
   std::optional<RowPoint> pointAt(double x, double y) const;
   void setDrop(const std::optional<RowDrop>& drop);
@@ -148,16 +171,27 @@ class RowList : public Gtk::Widget {
   LiveRows live_;
   std::array<std::vector<std::unique_ptr<RowWidget>>, RowLayout::kKinds> pools_;
   Counters counters_;
+  // Where the pointer rests, in the window; absent while it is not over the list.
+  std::optional<std::pair<double, double>> resting_;
+  std::optional<SidebarRow::Key> pointed_;
   // What is left of the rows' present motion, from 1 to 0.
   SpringAnimation motion_;
   bool isSyncPlanned_ = false;
+  gulong picking_ = 0;  // waits for the end of the frame
+  gulong window_ = 0;   // looks at whether the window has the keyboard
   // To be scrolled to when there is room for it.
   std::optional<SidebarRow::Key> toReach_;
   // Where the keyboard was last.
   std::optional<SidebarRow::Key> lastFocused_;
 
+  // Lies below the rows, so that the pointer is never over the list itself.
+  std::unique_ptr<Gtk::Widget> ground_;
   std::unique_ptr<Gtk::Widget> gap_;
   std::optional<RowDrop> drop_;
+  Dragged dragged_ = Dragged::Own;
+  const char* ownType_ = nullptr;
+  // Outlived by links that are still being read.
+  std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
   std::optional<std::pair<double, double>> pointer_;
   double autoScrollSpeed_ = 0;
   bool isAutoScrolling_ = false;

@@ -16,6 +16,8 @@ class RowWidget : public Gtk::Box {
   virtual void unbind() = 0;
   // The keyboard comes to the row; answers whether something of it took the focus.
   virtual bool takeFocus() { return grab_focus(); }
+  // The pointer has come over the row, or has left it.
+  virtual void setPointed(bool /*isPointed*/) {}
 };
 
 }  // namespace orvel

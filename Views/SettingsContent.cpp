@@ -17,7 +17,7 @@ Gtk::Widget& makeExtensionsPage() {
 }  // namespace
 
 SettingsContent::SettingsContent(BrowserStore& store)
-    : general_(store), privacy_(store), links_(store) {
+    : tabs_(ChoiceRow::Kind::Tabs, _("Settings")), general_(store), privacy_(store), links_(store) {
   tabs_.set_valign(Gtk::Align::CENTER);
   addPage(Page::General, _("General"), general_);
   addPage(Page::Privacy, _("Privacy"), privacy_);
@@ -30,18 +30,14 @@ void SettingsContent::addPage(Page page, const char* title, Gtk::Widget& content
   pages_.add(content, title);
   auto* button = Gtk::make_managed<Gtk::ToggleButton>(title);
   button->add_css_class("settings-tab");
-  if (!buttons_.empty()) button->set_group(*buttons_.front());
-  button->signal_toggled().connect([this, button, page] {
-    if (button->get_active()) show(page);
-  });
-  tabs_.append(*button);
-  buttons_.push_back(button);
+  tabs_.add(*button, page == Page::General, [this, page] { show(page); });
+  titles_.emplace_back(title);
 }
 
 void SettingsContent::show(Page page) {
   const auto index = static_cast<size_t>(page);
-  buttons_[index]->set_active(true);
-  pages_.set_visible_child(buttons_[index]->get_label());
+  tabs_.setChosen(index);
+  pages_.set_visible_child(titles_[index]);
 }
 
 }  // namespace orvel

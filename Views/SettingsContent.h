@@ -1,8 +1,8 @@
 #pragma once
 
 #include <gtkmm/stack.h>
-#include <gtkmm/togglebutton.h>
 
+#include "Views/ChoiceRow.h"
 #include "Views/SettingsGeneral.h"
 #include "Views/SettingsLinks.h"
 #include "Views/SettingsPrivacy.h"
@@ -27,12 +27,12 @@ class SettingsContent final : public UtilityContent {
  private:
   void addPage(Page page, const char* title, Gtk::Widget& content);
 
-  Gtk::Box tabs_;
+  ChoiceRow tabs_;
   Gtk::Stack pages_;
   SettingsGeneral general_;
   SettingsPrivacy privacy_;
   SettingsLinks links_;
-  std::vector<Gtk::ToggleButton*> buttons_;
+  std::vector<std::string> titles_;
 };
 
 }  // namespace orvel

@@ -25,10 +25,10 @@ void showText(Gtk::Entry& entry, const std::string& text) {
 SettingsGeneral::ShortcutRow::ShortcutRow(Settings& settings, const UUID& id)
     : Gtk::Box(Gtk::Orientation::HORIZONTAL, 8), id(id), remove("xmark", _("Remove Shortcut"), 14) {
   add_css_class("setting");
-  const auto add = [&](Gtk::Entry& entry, const char* label, int characters,
+  const auto add = [&](Gtk::Entry& entry, const char* label, const char* prompt, int characters,
                        std::string SearchShortcut::*field) {
     entry.add_css_class("inline");
-    entry.set_placeholder_text(label);
+    entry.set_placeholder_text(prompt);
     entry.set_width_chars(characters);
     entry.set_max_width_chars(characters);
     entry.set_valign(Gtk::Align::CENTER);
@@ -42,10 +42,11 @@ SettingsGeneral::ShortcutRow::ShortcutRow(Settings& settings, const UUID& id)
     });
     append(entry);
   };
-  add(keyword, _("Keyword"), kKeywordCharacters, &SearchShortcut::keyword);
+  add(keyword, _("Keyword"), _("Keyword"), kKeywordCharacters, &SearchShortcut::keyword);
   keyword.add_css_class("mono");
-  add(name, _("Name"), kNameCharacters, &SearchShortcut::name);
-  add(urlTemplate, _("Address with %s"), 1, &SearchShortcut::urlTemplate);
+  add(name, _("Name"), "YouTube", kNameCharacters, &SearchShortcut::name);
+  add(urlTemplate, _("Search URL"), "https://site.com/search?q=%s", 1,
+      &SearchShortcut::urlTemplate);
   urlTemplate.set_hexpand(true);
   remove.signal_clicked().connect([&settings, id] {
     settings.searchShortcuts.update(
@@ -70,10 +71,7 @@ SettingsGeneral::SettingsGeneral(BrowserStore& store)
           _("Suggestions"), [this] { return settings_.searchSuggestions.get(); },
           [this](bool isOn) { settings_.searchSuggestions = isOn; }),
       archive_(_("Archive Today tabs after")),
-      pictureInPicture_(
-          _("Picture in picture when leaving a playing video"),
-          [this] { return settings_.autoPictureInPicture.get(); },
-          [this](bool isOn) { settings_.autoPictureInPicture = isOn; }),
+      pictureInPicture_(_("Picture in picture when leaving a playing video")),
       quickBar_(_("Quick search from any app")),
       shortcutList_(Gtk::Orientation::VERTICAL),
       shortcuts_(shortcutList_),
@@ -104,11 +102,14 @@ void SettingsGeneral::addBrowser() {
   makeDefault_.signal_clicked().connect([this] {
     makeDefault_.set_sensitive(false);
     store_.services().desktop.workspace.makeDefaultBrowser(
-        [alive = std::weak_ptr(alive_), this](bool) {
-          if (!alive.expired()) refresh();
+        [alive = std::weak_ptr(alive_), this](bool isDefault) {
+          if (alive.expired()) return;
+          refresh();
+          defaultNote_->set_visible(!isDefault);
         });
   });
-  addSetting(group, _("Default browser"), *browser);
+  defaultNote_ = &addSubtitle(addSetting(group, _("Default browser"), *browser),
+                              _("The desktop didn’t take Orvel: it isn’t installed."));
 
   std::vector<std::string> names;
   for (const SearchEngine engine : SearchEngine::allCases) names.emplace_back(engine.name());
@@ -134,9 +135,7 @@ void SettingsGeneral::addArchive() {
 
 void SettingsGeneral::addPictureInPicture() {
   addSetting(addGroup(), _("Picture in picture when leaving a playing video"), pictureInPicture_);
-  addNote(
-      _("The video floats over everything while you browse other tabs, and goes back into its page "
-        "when you return."));
+  addNote(_("Picture in picture isn’t available yet."));
 }
 
 void SettingsGeneral::addQuickBar() {
@@ -165,8 +164,10 @@ void SettingsGeneral::addShortcuts() {
     button->add_css_class("small");
     buttons->append(*button);
   }
-  addShortcut_.signal_clicked().connect(
-      [this] { settings_.searchShortcuts.update([](auto& list) { list.emplace_back(); }); });
+  addShortcut_.signal_clicked().connect([this] {
+    shortcuts_.focusNew();
+    settings_.searchShortcuts.update([](auto& list) { list.emplace_back(); });
+  });
   restore_.signal_clicked().connect(
       [this] { settings_.searchShortcuts = SearchShortcut::builtIn(); });
   add(*buttons);
@@ -177,6 +178,7 @@ void SettingsGeneral::refresh() {
   makeDefault_.set_sensitive(true);
   makeDefault_.set_visible(!isDefault);
   isDefault_.set_visible(isDefault);
+  defaultNote_->set_visible(false);
 }
 
 void SettingsGeneral::showEngine() {

@@ -44,6 +44,7 @@ class SettingsGeneral final : public SettingsPage {
   Settings& settings_;
   Gtk::Button makeDefault_;
   Gtk::Label isDefault_;
+  Gtk::Label* defaultNote_ = nullptr;  // shown when the desktop did not do it
   ChoiceButton engine_;
   SettingSwitch suggestions_;
   Gtk::Label* suggestionsTitle_ = nullptr;

@@ -107,6 +107,7 @@ SettingsLinks::SettingsLinks(BrowserStore& store)
   addRule_.add_css_class("small");
   addRule_.set_halign(Gtk::Align::START);
   addRule_.signal_clicked().connect([this] {
+    rules_.focusNew();
     store_.settings.linkRoutes.update(
         [this](auto& routes) { routes.push_back({.spaceID = store_.activeSpaceID()}); });
   });

@@ -1,5 +1,7 @@
 #include "Views/SettingsPage.h"
 
+#include <gdkmm/frameclock.h>
+
 #include "DesignSystem/Icons.h"
 
 namespace orvel {
@@ -48,14 +50,7 @@ Gtk::Label& addSetting(Gtk::Box& group, const std::string& title, Gtk::Widget& c
   label->set_xalign(0);
   label->set_ellipsize(Pango::EllipsizeMode::END);
   texts->append(*label);
-  if (!subtitle.empty()) {
-    auto* second = Gtk::make_managed<Gtk::Label>(subtitle);
-    second->set_xalign(0);
-    second->set_wrap(true);
-    second->add_css_class("small");
-    second->add_css_class("quiet");
-    texts->append(*second);
-  }
+  if (!subtitle.empty()) addSubtitle(*label, subtitle);
   row->append(*texts);
   control.set_valign(Gtk::Align::CENTER);
   row->append(control);
@@ -63,17 +58,41 @@ Gtk::Label& addSetting(Gtk::Box& group, const std::string& title, Gtk::Widget& c
   return *label;
 }
 
-void addRemark(Gtk::Box& group, const std::string& text) {
+Gtk::Label& addSubtitle(Gtk::Label& title, const std::string& text) {
+  auto* second = Gtk::make_managed<Gtk::Label>(text);
+  second->set_xalign(0);
+  second->set_wrap(true);
+  second->add_css_class("small");
+  second->add_css_class("quiet");
+  static_cast<Gtk::Box*>(title.get_parent())->append(*second);
+  return *second;
+}
+
+Gtk::Label& addRemark(Gtk::Box& group, const std::string& text) {
   auto* label = Gtk::make_managed<Gtk::Label>(text);
   label->set_xalign(0);
   label->set_wrap(true);
   label->add_css_class("setting");
   label->add_css_class("quiet");
   group.append(*label);
+  return *label;
 }
 
-void removeRows(Gtk::Box& group) {
-  while (auto* row = group.get_first_child()) group.remove(*row);
+void focusWhenPlaced(Gtk::Widget& widget) {
+  if (widget.get_height() > 0) {
+    widget.child_focus(Gtk::DirectionType::TAB_FORWARD);
+    return;
+  }
+  widget.add_tick_callback([&widget](const Glib::RefPtr<Gdk::FrameClock>&) {
+    if (widget.get_height() == 0) return true;
+    widget.child_focus(Gtk::DirectionType::TAB_FORWARD);
+    return false;
+  });
+}
+
+SettingSwitch::SettingSwitch(const std::string& name) {
+  setAccessibleLabel(*this, name);
+  set_sensitive(false);
 }
 
 SettingSwitch::SettingSwitch(const std::string& name, std::function<bool()> isOn,

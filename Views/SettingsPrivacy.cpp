@@ -21,17 +21,25 @@ std::string summaryOf(const std::map<std::string, bool>& permissions) {
   return summary;
 }
 
-void addSite(Gtk::Box& group, const std::string& site, const std::string& summary,
-             const char* action, std::function<void()> perform) {
+// What a row of a site shows.
+struct Site {
+  std::string id;
+  std::string summary;
+};
+
+}  // namespace
+
+SettingsPrivacy::SiteRow::SiteRow(const std::string& site, const char* action,
+                                  std::function<void()> perform)
+    : Gtk::Box(Gtk::Orientation::VERTICAL), id(site) {
   auto* button = Gtk::make_managed<Gtk::Button>(action);
   button->add_css_class("push");
   button->add_css_class("small");
   setAccessibleLabel(*button, std::string(action) + ": " + site);
   button->signal_clicked().connect(std::move(perform));
-  addSetting(group, shownText(site), *button, summary);
+  summary = &addSubtitle(addSetting(*this, shownText(site), *button));
+  summary->set_visible(false);
 }
-
-}  // namespace
 
 SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
     : store_(store),
@@ -42,7 +50,9 @@ SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
           _("Reject cookie pop-ups automatically"),
           [this] { return store_.contentBlocker.isCookieRejectionEnabled.get(); },
           [this](bool isOn) { store_.contentBlocker.setCookieRejectionEnabled(isOn); }),
-      clearHistory_(_("Clear History…")) {
+      clearHistory_(_("Clear History…")),
+      pausedSites_(pausedGroup_),
+      permissions_(permissionsGroup_) {
   auto& switches = addGroup();
   addSetting(switches, _("Block ads and trackers"), blocking_);
   addSetting(switches, _("Reject cookie pop-ups automatically"), cookies_);
@@ -50,9 +60,15 @@ SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
       _("Also always on: HTTPS-first browsing, tracking-parameter removal and the Global Privacy "
         "Control signal."));
   addHeading(_("Blocking paused"));
-  pausedSites_ = &addGroup();
+  pausedGroup_.add_css_class("card");
+  add(pausedGroup_);
+  noPausedSites_ = &addRemark(
+      pausedGroup_, _("No sites. Use the shield in the address bar to pause blocking on a site."));
   addHeading(_("Site permissions"));
-  permissions_ = &addGroup();
+  permissionsGroup_.add_css_class("card");
+  add(permissionsGroup_);
+  noPermissions_ =
+      &addRemark(permissionsGroup_, _("No sites. Sites you allow or block appear here."));
   clearHistory_.add_css_class("push");
   clearHistory_.add_css_class("small");
   clearHistory_.add_css_class("danger");
@@ -65,24 +81,38 @@ SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
 }
 
 void SettingsPrivacy::showPausedSites() {
-  const auto& sites = store_.contentBlocker.pausedSites.get();
-  removeRows(*pausedSites_);
-  if (sites.empty())
-    addRemark(*pausedSites_,
-              _("No sites. Use the shield in the address bar to pause blocking on a site."));
-  for (const auto& site : sites)
-    addSite(*pausedSites_, site, "", _("Resume"),
-            [this, site] { store_.contentBlocker.resume(site); });
+  std::vector<Site> sites;
+  for (const auto& site : store_.contentBlocker.pausedSites.get()) sites.push_back({site, ""});
+  noPausedSites_->set_visible(sites.empty());
+  untracked([&] {
+    pausedSites_.follow(
+        sites,
+        [this](const std::string& site) {
+          return new SiteRow(site, _("Resume"),
+                             [this, site] { store_.contentBlocker.resume(site); });
+        },
+        [](SiteRow&, const Site&) {});
+  });
 }
 
 void SettingsPrivacy::showPermissions() {
-  const auto& sites = store_.settings.sitePermissions.get();
-  removeRows(*permissions_);
-  if (sites.empty()) addRemark(*permissions_, _("No sites. Sites you allow or block appear here."));
-  for (const auto& [site, permissions] : sites)
-    addSite(*permissions_, site, summaryOf(permissions), _("Forget"), [this, name = site] {
-      store_.settings.sitePermissions.update([&](auto& all) { all.erase(name); });
-    });
+  std::vector<Site> sites;
+  for (const auto& [site, permissions] : store_.settings.sitePermissions.get())
+    sites.push_back({site, summaryOf(permissions)});
+  noPermissions_->set_visible(sites.empty());
+  untracked([&] {
+    permissions_.follow(
+        sites,
+        [this](const std::string& site) {
+          return new SiteRow(site, _("Forget"), [this, name = site] {
+            store_.settings.sitePermissions.update([&](auto& all) { all.erase(name); });
+          });
+        },
+        [](SiteRow& row, const Site& site) {
+          row.summary->set_text(site.summary);
+          row.summary->set_visible(true);
+        });
+  });
 }
 
 }  // namespace orvel

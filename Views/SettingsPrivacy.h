@@ -11,6 +11,14 @@ class SettingsPrivacy final : public SettingsPage {
   explicit SettingsPrivacy(BrowserStore& store);
 
  private:
+  // A site with what can be done about it.
+  struct SiteRow final : Gtk::Box {
+    SiteRow(const std::string& site, const char* action, std::function<void()> perform);
+
+    std::string id;
+    Gtk::Label* summary;
+  };
+
   void showPausedSites();
   void showPermissions();
 
@@ -18,8 +26,12 @@ class SettingsPrivacy final : public SettingsPage {
   SettingSwitch blocking_;
   SettingSwitch cookies_;
   Gtk::Button clearHistory_;
-  Gtk::Box* pausedSites_ = nullptr;
-  Gtk::Box* permissions_ = nullptr;
+  Gtk::Box pausedGroup_{Gtk::Orientation::VERTICAL};
+  Gtk::Label* noPausedSites_ = nullptr;
+  EditedRows<SiteRow> pausedSites_;
+  Gtk::Box permissionsGroup_{Gtk::Orientation::VERTICAL};
+  Gtk::Label* noPermissions_ = nullptr;
+  EditedRows<SiteRow> permissions_;
   Effect pausedEffect_;
   Effect permissionsEffect_;
 };

@@ -97,4 +97,27 @@ std::optional<SidebarDrop> sidebarDrop(std::span<const SidebarRow> rows, const R
   return SidebarDrop{behind(rows, point.row), {Place::Before, endOf(rows, point.row)}};
 }
 
+std::optional<TabDestination> sidebarMove(std::span<const SidebarRow> rows, size_t index,
+                                          int step) {
+  if (index >= rows.size() || rows[index].key.kind != Kind::Tab) return std::nullopt;
+  const auto& row = rows[index];
+  const size_t next = index + static_cast<size_t>(step);  // beyond the end above the first
+  if (next >= rows.size()) return std::nullopt;
+  const auto& other = rows[next];
+  const bool isSameSection = isItem(other) && other.section == row.section;
+  // From either end of a folder the way leads beside it first.
+  if (row.parent && (!isSameSection || other.depth < row.depth)) {
+    size_t folder = index;
+    while (rows[folder].folder != row.parent) --folder;
+    return step < 0 ? inFrontOf(rows[folder]) : behind(rows, folder);
+  }
+  if (isSameSection) {
+    if (step > 0) return sidebarDrop(rows, {next, 0.5, 0.9}, 1)->destination;
+    return other.depth > row.depth ? behind(rows, next) : inFrontOf(other);
+  }
+  if (other.key.heading != SidebarRow::Heading::Today) return std::nullopt;
+  if (step > 0) return topOfSection(rows, next).destination;
+  return PinnedDestination{};
+}
+
 }  // namespace orvel

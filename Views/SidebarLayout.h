@@ -12,8 +12,8 @@ inline constexpr double kSidebarInset = 8;
 // The narrowest and widest that the sidebar's edge can be dragged to.
 inline constexpr double kMinimumSidebarWidth = 200;
 inline constexpr double kMaximumSidebarWidth = 420;
-// A window narrower than this shows the sidebar over the page instead of beside it.
-inline constexpr double kDockingWidth = 720;
+// In a window narrower than this the sidebar is as narrow as it can be.
+inline constexpr double kRoomyWidth = 720;
 
 // The sidebar's width as it is shown; a stored one may be anything. Subscribes to it, as do the
 // others.

@@ -28,6 +28,14 @@ SidebarResizeHandle::SidebarResizeHandle(BrowserStore& store) : store_(store) {
   grip->set_hexpand(true);
   append(*grip);
 
+  auto* spoken = GTK_ACCESSIBLE(Gtk::Widget::gobj());
+  gtk_accessible_update_property(spoken, GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, kMinimumSidebarWidth,
+                                 GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, kMaximumSidebarWidth, -1);
+  width_ = effect([this, spoken] {
+    gtk_accessible_update_property(spoken, GTK_ACCESSIBLE_PROPERTY_VALUE_NOW,
+                                   shownSidebarWidth(store_), -1);
+  });
+
   auto gesture = Gtk::GestureDrag::create();
   auto* raw = gesture.get();
   gesture->signal_drag_begin().connect([this](double x, double) {

@@ -23,6 +23,7 @@ class SidebarResizeHandle final : public Gtk::Box {
   BrowserStore& store_;
   std::optional<double> startWidth_;  // absent outside of a drag
   double startX_ = 0;
+  Effect width_;
 };
 
 }  // namespace orvel

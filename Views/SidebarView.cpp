@@ -17,9 +17,9 @@ SidebarView::SidebarView(BrowserStore& store, const Observable<ColorScheme>& sch
       footTheme_(foot_.Gtk::Widget::gobj()),
       topBar_(store),
       pill_(store),
-      pager_(store, scheme),
+      pager_(store, drag_, scheme),
       tools_(store),
-      spaces_(store) {
+      spaces_(store, drag_) {
   set_child(ground_);
   add_overlay(column_);
   set_measure_overlay(column_, true);

@@ -41,6 +41,7 @@ class SidebarView final : public Gtk::Overlay {
   ThemeRoot footTheme_;
   SidebarTopBar topBar_;
   AddressPill pill_;
+  SidebarDrag drag_;
   SpacePager pager_;
   ToolsRow tools_;
   SpaceSwitcher spaces_;

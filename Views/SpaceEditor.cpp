@@ -5,6 +5,7 @@
 #include "BrowserCore/Text.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
+#include "Views/ChoiceRow.h"
 
 namespace orvel {
 
@@ -29,32 +30,12 @@ Gtk::Label* makeLabel(const std::string& text, const char* cssClass) {
   return label;
 }
 
-// A row of buttons of which one is chosen.
-class ChoiceRow {
- public:
-  explicit ChoiceRow(const char* cssClass) {
-    box_->add_css_class(cssClass);
-    box_->set_homogeneous(true);
-  }
-
-  // `chosen` runs when the user chooses the button.
-  void add(Gtk::ToggleButton& button, bool isChosen, std::function<void()> chosen) {
-    if (first_)
-      button.set_group(*first_);
-    else
-      first_ = &button;
-    button.set_active(isChosen);
-    button.signal_toggled().connect([&button, chosen = std::move(chosen)] {
-      if (button.get_active()) chosen();
-    });
-    box_->append(button);
-  }
-  Gtk::Widget& widget() { return *box_; }
-
- private:
-  Gtk::Box* box_ = Gtk::make_managed<Gtk::Box>();
-  Gtk::ToggleButton* first_ = nullptr;
-};
+ChoiceRow& makeRow(const char* cssClass, const std::string& name) {
+  auto* row = Gtk::make_managed<ChoiceRow>(ChoiceRow::Kind::Radio, name);
+  row->add_css_class(cssClass);
+  row->set_homogeneous(true);
+  return *row;
+}
 
 }  // namespace
 
@@ -102,7 +83,7 @@ void SpaceEditor::addName() {
 }
 
 void SpaceEditor::addColors() {
-  ChoiceRow row("wells");
+  auto& row = makeRow("wells", _("Color"));
   const auto& present = Theme::forHue(draft_.hue);
   for (const auto& theme : Theme::all) {
     auto* well = wells_.emplace_back(Gtk::make_managed<ColorWell>(theme));
@@ -112,11 +93,11 @@ void SpaceEditor::addColors() {
       store_.updateWindowAppearance();
     });
   }
-  addField(_("Color"), row.widget());
+  addField(_("Color"), row);
 }
 
 void SpaceEditor::addIcons() {
-  ChoiceRow row("symbols");
+  auto& row = makeRow("symbols", _("Icon"));
   for (const auto& [symbol, name] : kSpaceSymbols) {
     auto* button = Gtk::make_managed<Gtk::ToggleButton>();
     button->set_child(*makeIcon(symbol, kIcon));
@@ -126,11 +107,11 @@ void SpaceEditor::addIcons() {
     setAccessibleLabel(*button, _(name));
     row.add(*button, draft_.symbol == symbol, [this, chosen = symbol] { draft_.symbol = chosen; });
   }
-  addField(_("Icon"), row.widget());
+  addField(_("Icon"), row);
 }
 
 void SpaceEditor::addAppearance() {
-  ChoiceRow row("segmented");
+  auto& row = makeRow("segmented", _("Appearance"));
   for (const auto& choice : kAppearances) {
     auto* button = Gtk::make_managed<Gtk::ToggleButton>(_(choice.title));
     row.add(*button, draft_.appearance == choice.appearance,
@@ -140,7 +121,7 @@ void SpaceEditor::addAppearance() {
               store_.updateWindowAppearance();
             });
   }
-  addField(_("Appearance"), row.widget());
+  addField(_("Appearance"), row);
 }
 
 void SpaceEditor::addLogins() {

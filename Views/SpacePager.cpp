@@ -10,9 +10,11 @@
 
 namespace orvel {
 
-SpacePager::SpacePager(BrowserStore& store, const Observable<ColorScheme>& scheme)
+SpacePager::SpacePager(BrowserStore& store, SidebarDrag& drag,
+                       const Observable<ColorScheme>& scheme)
     : Glib::ObjectBase("OrvelSpacePager"),
       store_(store),
+      drag_(drag),
       scheme_(scheme),
       view_(gobj(), 0, [this](double) { queue_allocate(); }) {
   set_overflow(Gtk::Overflow::HIDDEN);

@@ -18,8 +18,8 @@ namespace orvel {
 // ahead, row by row while nothing else is to be done, so that a swipe begins without a halt.
 class SpacePager final : public Gtk::Widget {
  public:
-  // The store and the scheme outlive the pager.
-  SpacePager(BrowserStore& store, const Observable<ColorScheme>& scheme);
+  // All of these outlive the pager.
+  SpacePager(BrowserStore& store, SidebarDrag& drag, const Observable<ColorScheme>& scheme);
   ~SpacePager() override;
 
   // The active space's page.
@@ -64,8 +64,8 @@ class SpacePager final : public Gtk::Widget {
   bool prepare();
 
   BrowserStore& store_;
+  SidebarDrag& drag_;
   const Observable<ColorScheme>& scheme_;
-  SidebarDrag drag_;
   std::list<Page> pages_;
   // Pages that no space shows now, kept with their rows for the next one.
   std::list<Page> spares_;

@@ -30,6 +30,7 @@ void SpaceSection::show(std::shared_ptr<Space> space) {
   if (space == context_.space) return;
   rows_.stop();
   selection_.stop();
+  renaming_.stop();
   list_.setRows({});
   get_vadjustment()->set_value(0);
   context_.space = std::move(space);
@@ -42,11 +43,15 @@ void SpaceSection::show(std::shared_ptr<Space> space) {
     context_.space->selectedTabID.get();
     scrollToSelection();
   });
+  renaming_ = effect([this] { showRenaming(); });
 }
 
 void SpaceSection::showRows(const std::optional<Spring>& motion) {
   auto rows = sidebarRows(*context_.space, favoriteColumns(context_.store));
-  untracked([&] { list_.setRows(std::move(rows), motion); });
+  untracked([&] {
+    list_.setRows(std::move(rows), motion);
+    if (isRenamingAhead_) showRenaming();
+  });
 }
 
 void SpaceSection::scrollToSelection() {
@@ -55,6 +60,15 @@ void SpaceSection::scrollToSelection() {
   for (const auto& row : list_.rows())
     if (row.key.kind == SidebarRow::Kind::Tab && row.tabs.front()->id == *selected)
       return list_.scrollTo(row.key);
+}
+
+void SpaceSection::showRenaming() {
+  const auto& renamed = context_.store.renamingFolderID.get();
+  const auto row = std::ranges::find_if(
+      list_.rows(), [&](const SidebarRow& one) { return one.folder && one.folder->id == renamed; });
+  isRenamingAhead_ = renamed && row == list_.rows().end();
+  if (renamed && !isRenamingAhead_)
+    untracked([&] { list_.focusRow(static_cast<size_t>(row - list_.rows().begin())); });
 }
 
 std::unique_ptr<RowWidget> SpaceSection::makeRow(SidebarRow::Kind kind) {
@@ -77,8 +91,8 @@ size_t SpaceSection::columns() const {
   return untracked([this] { return favoriteColumns(context_.store); });
 }
 
-std::optional<RowDrop> SpaceSection::dropAt(const RowPoint& point) {
-  if (!context_.drag.tab) return std::nullopt;
+std::optional<RowDrop> SpaceSection::dropAt(const RowPoint& point, Dragged what) {
+  if (!context_.space || (what == Dragged::Own && !context_.drag.tab)) return std::nullopt;
   const auto drop = sidebarDrop(list_.rows(), point, columns());
   return drop ? std::optional(drop->place) : std::nullopt;
 }
@@ -90,6 +104,20 @@ bool SpaceSection::drop(const RowPoint& point) {
   if (!tab || !drop) return false;
   context_.store.move(tab, drop->destination, context_.space);
   return true;
+}
+
+void SpaceSection::dropLink(const RowPoint& point, const URL& link) {
+  const auto drop = sidebarDrop(list_.rows(), point, columns());
+  if (!drop || !context_.space) return;
+  const auto tab = context_.store.openTab(link, {.in = context_.space, .select = false});
+  context_.store.move(tab, drop->destination, context_.space);
+}
+
+bool SpaceSection::moveRow(size_t index, int step) {
+  const auto destination = sidebarMove(list_.rows(), index, step);
+  if (destination)
+    context_.store.move(TabRef(list_.rows()[index].tabs.front()), *destination, context_.space);
+  return destination.has_value();
 }
 
 }  // namespace orvel

@@ -20,16 +20,22 @@ class SpaceSection final : public Gtk::ScrolledWindow, private RowList::Delegate
 
  private:
   std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind kind) override;
-  std::optional<RowDrop> dropAt(const RowPoint& point) override;
+  std::optional<RowDrop> dropAt(const RowPoint& point, Dragged what) override;
   bool drop(const RowPoint& point) override;
+  void dropLink(const RowPoint& point, const URL& link) override;
+  bool moveRow(size_t index, int step) override;
   void showRows(const std::optional<Spring>& motion);
   void scrollToSelection();
+  // Brings the folder that is being renamed into view, with the keyboard.
+  void showRenaming();
   size_t columns() const;
 
   SidebarContext context_;
   RowList list_;
   Effect rows_;
   Effect selection_;
+  Effect renaming_;
+  bool isRenamingAhead_ = false;  // of the row that shows the folder
 };
 
 }  // namespace orvel

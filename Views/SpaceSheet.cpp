@@ -24,6 +24,9 @@ SpaceSheet::SpaceSheet(BrowserStore& store)
       }) {
   add_css_class("dimmed");
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_DIALOG);
+  gtk_accessible_update_property(GTK_ACCESSIBLE(Gtk::Widget::gobj()), GTK_ACCESSIBLE_PROPERTY_MODAL,
+                                 TRUE, -1);
+  setAccessibleHidden(*this, true);
   set_opacity(0);
   set_child_visible(false);
   card_.add_css_class("sheet-card");
@@ -60,6 +63,7 @@ void SpaceSheet::follow(const std::optional<SpaceDraft>& draft) {
   if (id == draftID_) return;
   draftID_ = id;
   set_can_target(draft.has_value());
+  setAccessibleHidden(*this, !draft);
   // An editor that fades away takes the keyboard no more.
   if (!draft) releaseKeyboard(Gtk::Widget::gobj());
   set_can_focus(draft.has_value());

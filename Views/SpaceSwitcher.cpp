@@ -1,7 +1,9 @@
 #include "Views/SpaceSwitcher.h"
 
+#include <gdkmm/frameclock.h>
 #include <glib/gi18n.h>
 #include <gtkmm/adjustment.h>
+#include <gtkmm/eventcontrollerscroll.h>
 
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
@@ -14,11 +16,13 @@ namespace {
 
 constexpr int kActiveIcon = 15;
 constexpr int kIcon = 16;
+constexpr double kFade = 12;       // of the seals at an end that goes on
+constexpr double kSealPitch = 32;  // by which a notch of the wheel moves them
 
 }  // namespace
 
-SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
-    : store_(store), newSpace_("plus", _("New Space (Ctrl+Shift+N)")) {
+SpaceSwitcher::SpaceSwitcher(BrowserStore& store, SidebarDrag& drag)
+    : store_(store), drag_(drag), newSpace_("plus", _("New Space (Ctrl+Shift+N)")) {
   add_css_class("spaces");
   row_.add_css_class("seals");
   row_.set_valign(Gtk::Align::CENTER);
@@ -32,6 +36,9 @@ SpaceSwitcher::SpaceSwitcher(BrowserStore& store)
       [this] { store_.showToast(_("Happy Towel Day. You know where your towel is.")); });
   newSpace_.signal_clicked().connect([this] { store_.beginNewSpace(); });
   append(newSpace_);
+  // Before they are laid out the seals have no place.
+  scroller_.get_hadjustment()->signal_changed().connect([this] { bringIntoViewLater(); });
+  addWheel();
   spaces_ = effect([this] { makeSeals(); });
   auto& scheduler = store_.services().scheduler;
   towel_.set_visible(TowelDay::isToday(scheduler.now()));
@@ -51,6 +58,7 @@ Task<> SpaceSwitcher::followDate(Scheduler& scheduler, SpaceSwitcher& switcher) 
 }
 
 void SpaceSwitcher::makeSeals() {
+  active_ = nullptr;
   for (auto& seal : seals_) row_.remove(seal->button);
   seals_.clear();
   const auto spaces = store_.spaces.get();
@@ -66,6 +74,7 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
   seal.button.add_css_class("seal");
   seal.button.signal_clicked().connect([this, space] { store_.switchTo(space); });
   installContextMenu(seal.button, [this, space] { return spaceMenu(store_, space); });
+  takeDrops(seal.button, space);
   row_.append(seal.button);
   seal.look = effect([this, space, icon, button = &seal.button] {
     const bool isActive = store_.activeSpace() == space;
@@ -75,15 +84,76 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
     button->set_tooltip_text(name);
     setAccessibleLabel(*button, name);
     setClass(button->Gtk::Widget::gobj(), "active", isActive);
-    if (isActive) bringIntoView(*button);
+    gtk_accessible_update_state(
+        GTK_ACCESSIBLE(button->Gtk::Widget::gobj()), GTK_ACCESSIBLE_STATE_PRESSED,
+        isActive ? GTK_ACCESSIBLE_TRISTATE_TRUE : GTK_ACCESSIBLE_TRISTATE_FALSE, -1);
+    if (!isActive) return;
+    active_ = button;
+    bringIntoView();
   });
 }
 
-void SpaceSwitcher::bringIntoView(Gtk::Widget& seal) {
+void SpaceSwitcher::bringIntoViewLater() {
+  if (std::exchange(isBringing_, true)) return;
+  add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>&) {
+    isBringing_ = false;
+    bringIntoView();
+    return false;
+  });
+}
+
+void SpaceSwitcher::bringIntoView() {
   double x = 0;
   double y = 0;
-  if (!seal.get_width() || !seal.translate_coordinates(row_, 0, 0, x, y)) return;
-  scroller_.get_hadjustment()->clamp_page(x, x + seal.get_width());
+  if (!active_ || !active_->get_width() || !active_->translate_coordinates(row_, 0, 0, x, y))
+    return;
+  // Clear of the fade at either end.
+  scroller_.get_hadjustment()->clamp_page(x - kFade, x + active_->get_width() + kFade);
+}
+
+// A wheel has but one direction.
+void SpaceSwitcher::addWheel() {
+  auto wheel = Gtk::EventControllerScroll::create();
+  wheel->set_flags(Gtk::EventControllerScroll::Flags::VERTICAL);
+  wheel->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
+  wheel->signal_scroll().connect(
+      [this, controller = wheel.get()](double, double dy) {
+        const auto adjustment = scroller_.get_hadjustment();
+        if (adjustment->get_upper() <= adjustment->get_page_size()) return false;
+        const bool isInPixels =
+            gtk_event_controller_scroll_get_unit(controller->gobj()) == GDK_SCROLL_UNIT_SURFACE;
+        adjustment->set_value(adjustment->get_value() + dy * (isInPixels ? 1 : kSealPitch));
+        return true;
+      },
+      false);
+  add_controller(wheel);
+}
+
+void SpaceSwitcher::takeDrops(Gtk::Widget& seal, const std::shared_ptr<Space>& space) {
+  struct Target {
+    BrowserStore& store;
+    SidebarDrag& drag;
+    std::shared_ptr<Space> space;
+  };
+  const char* types[] = {kTabDragType};
+  auto* controller = gtk_drop_target_async_new(gdk_content_formats_new(types, 1), GDK_ACTION_MOVE);
+  g_signal_connect_data(
+      controller, "drop",
+      G_CALLBACK(
+          +[](GtkDropTargetAsync*, GdkDrop* drop, double, double, Target* target) -> gboolean {
+            const auto tab = target->drag.tab;
+            if (tab) {
+              const auto& today = target->space->today.peek();
+              const auto first = today.empty() ? std::nullopt : std::optional(today.front()->id);
+              target->store.move(tab, TodayDestination{first}, target->space);
+            }
+            gdk_drop_finish(drop, tab ? GDK_ACTION_MOVE : static_cast<GdkDragAction>(0));
+            return tab != nullptr;
+          }),
+      new Target{store_, drag_, space},
+      [](gpointer data, GClosure*) { delete static_cast<Target*>(data); },
+      static_cast<GConnectFlags>(0));
+  gtk_widget_add_controller(seal.gobj(), GTK_EVENT_CONTROLLER(controller));
 }
 
 ToolsRow::ToolsRow(BrowserStore& store) : store_(store), menu_("menu", _("Main Menu (F10)")) {

@@ -76,7 +76,7 @@ void TabRow::unbind() {
 void TabRow::showPage() {
   const auto title = shownText(tab_->displayTitle());
   title_.set_text(title);
-  setTooltip(*this, title);
+  setTooltip(*this, title, &title_);
   setAccessibleLabel(*this, title);
   const auto& url = tab_->url.get();
   site_.set(tab_->favicon(), url ? displayHost(*url) : std::string());

@@ -41,6 +41,7 @@ ToastView::ToastView(BrowserStore& store)
     // A message that leaves keeps its words while it fades.
     if (toast) show(*toast);
     set_can_target(toast.has_value());
+    setAccessibleHidden(*this, !toast);
     action_.set_focusable(toast.has_value());
     if (wake.transaction)
       presence_.animateTo(toast ? 1 : 0, wake.transaction->spring);

@@ -121,11 +121,16 @@ class UtilityWindows::Window {
   }
 
   void addKeys(BrowserStore& store) {
-    installAccelerators(GTK_WIDGET(window_), store, [this](ActionID action) {
-      const bool closes = action == ActionID::CloseTab || action == ActionID::Stop;
-      if (closes) gtk_window_close(window_);
-      return closes ? std::optional(true) : std::nullopt;
-    });
+    installAccelerators(GTK_WIDGET(window_), store,
+                        [this, &store](ActionID action) -> std::optional<bool> {
+                          if (action == ActionID::CloseTab || action == ActionID::Stop) {
+                            gtk_window_close(window_);
+                            return true;
+                          }
+                          if (action == ActionID::Find && content_->beginSearch()) return true;
+                          if (store.spaceDraft.peek() && !worksUnderSheet(action)) return false;
+                          return std::nullopt;
+                        });
   }
 
   GtkWindow* window_;

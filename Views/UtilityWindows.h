@@ -21,6 +21,8 @@ class UtilityContent {
   virtual Gtk::Widget* header() { return nullptr; }
   // The window is about to be shown, for the first time or again.
   virtual void willShow() {}
+  // Gives the keyboard to the field that searches the content; answers whether there is one.
+  virtual bool beginSearch() { return false; }
 };
 
 // The program's small windows, one for each title. A window is made when it is first shown; closing

@@ -11,9 +11,11 @@ constexpr guint kBeforeCut = 100;
 
 }  // namespace
 
-GtkScrollSource::GtkScrollSource(GtkWidget* window, ScrollGestures& gestures)
+GtkScrollSource::GtkScrollSource(GtkWidget* window, ScrollGestures& gestures,
+                                 std::function<bool()> isOpen)
     : window_(window),
       gestures_(gestures),
+      isOpen_(std::move(isOpen)),
       scroll_(gtk_event_controller_scroll_new(GTK_EVENT_CONTROLLER_SCROLL_BOTH_AXES)),
       pointer_(gtk_event_controller_motion_new()) {
   g_signal_connect_swapped(scroll_, "scroll-begin",
@@ -49,6 +51,10 @@ GtkScrollSource::~GtkScrollSource() {
 void GtkScrollSource::begin() { hasBegun_ = true; }
 
 bool GtkScrollSource::scroll(double dx, double dy) {
+  if (!isOpen_()) {
+    end(ScrollEvent::Phase::Cancelled);
+    return false;
+  }
   // What the device is shows with its first movement only.
   if (std::exchange(hasBegun_, false) && isTouchpad()) {
     isActive_ = true;

@@ -2,6 +2,8 @@
 
 #include <gtk/gtk.h>
 
+#include <functional>
+
 #include "Desktop/ScrollGestures.h"
 
 namespace orvel {
@@ -11,8 +13,9 @@ namespace orvel {
 // which the window goes, is reported as cancelled.
 class GtkScrollSource {
  public:
-  // `window` and `gestures` outlive the source.
-  GtkScrollSource(GtkWidget* window, ScrollGestures& gestures);
+  // `window` and `gestures` outlive the source. While `isOpen` answers false nothing is reported,
+  // and what was under way is cancelled.
+  GtkScrollSource(GtkWidget* window, ScrollGestures& gestures, std::function<bool()> isOpen);
   GtkScrollSource(const GtkScrollSource&) = delete;
   ~GtkScrollSource();
 
@@ -30,6 +33,7 @@ class GtkScrollSource {
 
   GtkWidget* window_;
   ScrollGestures& gestures_;
+  std::function<bool()> isOpen_;
   GtkEventController* scroll_;
   GtkEventController* pointer_;
   double pointerX_ = 0;    // from the window's left edge

@@ -66,10 +66,16 @@ void GtkWorkspace::open(const URL& url) {
                                           nullptr, nullptr);
 }
 
-void GtkWorkspace::openFile(const std::filesystem::path& file) {
-  if (const GText uri = uriOf(file))
-    g_app_info_launch_default_for_uri_async(uri.get(), launchContext().get(), nullptr, nullptr,
-                                            nullptr);
+void GtkWorkspace::openFile(const std::filesystem::path& file, std::function<void(bool)> answer) {
+  using Answer = std::function<void(bool)>;
+  const GText uri = uriOf(file);
+  g_app_info_launch_default_for_uri_async(
+      uri ? uri.get() : "", launchContext().get(), nullptr,
+      [](GObject*, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
+        (*give)(g_app_info_launch_default_for_uri_finish(result, nullptr));
+      },
+      new Answer(std::move(answer)));
 }
 
 void GtkWorkspace::reveal(const std::filesystem::path& file) {

@@ -19,7 +19,7 @@ class GtkWorkspace final : public Workspace {
  public:
   std::optional<ApplicationInfo> applicationToOpen(const URL& url) const override;
   void open(const URL& url) override;
-  void openFile(const std::filesystem::path& file) override;
+  void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override;
   void reveal(const std::filesystem::path& file) override;
   bool isDefaultBrowser() const override;
   void makeDefaultBrowser(std::function<void(bool)> answer) override;

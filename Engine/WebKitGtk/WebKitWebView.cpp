@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "Engine/WebKitGtk/EmojiChooser.h"
 #include "Engine/WebKitGtk/EngineScripts.h"
 #include "Engine/WebKitGtk/HTTPSFirst.h"
 #include "Engine/WebKitGtk/LoadErrors.h"
@@ -56,6 +57,7 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
   // The opener's view was wanted for that alone.
   configuration_.opener = nullptr;
   applySettings();
+  keepEmojiToFields(view_.get());
   // An empty script starts the page's process, which is up by the time that something is to load.
   if (hasOwnProcess)
     webkit_web_view_evaluate_javascript(view_.get(), "", 0, nullptr, nullptr, nullptr, nullptr,
@@ -393,6 +395,12 @@ void WebKitWebView::edit(EditingCommand command) {
 }
 
 void WebKitWebView::focus() { gtk_widget_grab_focus(GTK_WIDGET(view_.get())); }
+
+// Pasting is possible in a field alone.
+bool WebKitWebView::isEditing() const {
+  return webkit_editor_state_is_paste_available(webkit_web_view_get_editor_state(view_.get())) !=
+         FALSE;
+}
 
 // A container that holds its child by name would keep a widget that was merely unparented.
 void WebKitWebView::removeFromParent() {

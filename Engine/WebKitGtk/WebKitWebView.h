@@ -59,6 +59,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void exitFullscreen() override;
   bool isInWindow() const override;
   void focus() override;
+  bool isEditing() const override;
   void edit(EditingCommand command) override;
   void removeFromParent() override;
   GtkWidget* widget() override { return GTK_WIDGET(view_.get()); }

@@ -95,6 +95,41 @@ class SpacesTest(SidebarTest):
         self.session_holds(lambda: len(self.program.session()["spaces"]) == 1, "one space")
         self.assertEqual(self.active_name(), first)
 
+    def test_a_tab_dropped_on_a_space_moves_there(self):
+        first = self.space()["name"]
+        # One that shares its logins.
+        self.keys("ctrl+shift+n")
+        self.set_text(self.find("Name", "text"), "Orchard")
+        self.click(self.find("Logins: Separate (new profile)", "push button"))
+        self.act(self.find("Shared with " + first, "menu item"))
+        time.sleep(0.3)
+        self.act(self.find("Create Space", "push button"))
+        self.session_holds(lambda: self.active_name() == "Orchard", "the new space")
+        self.click(self.find(first, "push button"))
+        self.session_holds(lambda: self.active_name() == first, "the first space")
+        time.sleep(0.5)
+        self.drag(self.find("One", "list item"), self.find("Orchard", "push button"))
+        self.session_holds(
+            lambda: [self.titles(self.space(i)["today"]) for i in (0, 1)] == [[], ["One"]], "moved"
+        )
+
+    def test_a_pages_link_is_dragged_to_the_sidebar(self):
+        self.web.serve(
+            "http://two.test/",
+            "<title>Two</title><a href='http://three.test/' draggable=true style='font-size:60px;"
+            "position:absolute;left:40px;top:40px'>Link</a>",
+        )
+        self.program.open_address("http://two.test/")
+        self.find("Two", "list item")
+        time.sleep(0.5)
+        x, y = self.middle(self.find("One", "list item"))
+        self.drag_to(360, 90, x, y + 8)
+        # It loads when it is looked at.
+        self.session_holds(
+            lambda: [tab["url"] for tab in self.space()["today"]]
+            == [f"http://{host}.test/" for host in ("two", "three", "one")], "a tab there"
+        )
+
     def test_tabs_are_pinned_filed_and_dragged(self):
         for name in ("two", "three"):
             self.program.open_address(f"http://{name}.test/")
@@ -167,7 +202,6 @@ class SpacesTest(SidebarTest):
         }
         switches = {
             "Show DuckDuckGo suggestions": "General",
-            "Picture in picture when leaving a playing video": "General",
             "Block ads and trackers": "Privacy",
             "Reject cookie pop-ups automatically": "Privacy",
         }

@@ -4,10 +4,11 @@
 import pathlib
 import subprocess
 import sys
+import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import Atspi, EndToEndTest, eventually  # noqa: E402
 
 
 class WindowTest(EndToEndTest):
@@ -75,6 +76,23 @@ class WindowTest(EndToEndTest):
         self.keys("ctrl+shift+z")
         self.find("<abc>")
 
+    def test_emoji_are_chosen_in_a_field_alone(self):
+        told = "<script>onkeydown = e => { if (e.key != 'Control') document.title += e.key }</script>"
+        self.web.serve("http://two.test/", f"<title>Two</title>{told}")
+        self.web.serve("http://three.test/", "<title>Three</title><input autofocus>")
+        self.program.open_address("http://two.test/")
+        self.find("Two")
+        self.keys("ctrl+period")
+        self.find("Two.")
+        # The page has the keyboard still.
+        time.sleep(0.5)
+        self.keys("x")
+        self.find("Two.x")
+        self.program.open_address("http://three.test/")
+        self.find("Three")
+        self.keys("ctrl+period")
+        self.find("Smileys & People")
+
     def test_no_key_of_a_burst_is_lost(self):
         for host in ("two", "three"):
             self.program.open_address(f"http://{host}.test/")
@@ -96,6 +114,62 @@ class WindowTest(EndToEndTest):
         # The middle button closes.
         self.click(self.find("Two", "list item"), button=2)
         self.session_is(["One"])
+
+    def open_three(self):
+        for host in ("two", "three"):
+            self.program.open_address(f"http://{host}.test/")
+            self.find(host.title())
+        self.session_is(["Three", "Two", "One"])
+
+    def test_tabs_close_one_after_another_under_a_resting_pointer(self):
+        self.open_three()
+        row = self.find("Three", "list item")
+        box = row.get_component_iface().get_extents(Atspi.CoordType.WINDOW)
+        x, y = self.middle(row)
+        self.pointer_to(x, y)
+        time.sleep(0.3)
+        self.pointer_to(x + box.width // 2 - 15, y)
+        for left in (["Two", "One"], ["One"], []):
+            time.sleep(0.6)  # what is below the pointer comes to rest
+            subprocess.run(["xdotool", "click", "1"], check=True)
+            self.session_is(left)
+
+    def test_a_rows_menu_by_keys(self):
+        self.open_three()
+        self.keys("F6")
+        self.keys("End", "Up")
+        self.keys("shift+F10")
+        self.find("Add to Favorites", "menu item")
+        time.sleep(0.3)
+        self.keys("Down", "Return")
+        eventually(
+            lambda: len(self.program.session()["spaces"][0]["pinned"]) == 1, "the pinned tab"
+        )
+
+    def test_a_toasts_undo_by_its_key(self):
+        field = "<input id=field oninput=\"document.title='<'+value+'>'\" autofocus>"
+        self.web.serve("http://two.test/", "<title>Two</title>" + field)
+        self.open_three()
+        self.keys("ctrl+d")
+        self.session_is(["Two", "One"])
+        self.keys("ctrl+z")
+        self.session_is(["Three", "Two", "One"])
+        # A field of the page has its own.
+        self.click(self.find("Two", "list item"))
+        self.burst(*"abc")
+        self.find("<abc>")
+        self.keys("ctrl+d")
+        self.session_is(["Three", "One"])
+        self.keys("ctrl+z")
+        self.find("<>")
+        self.session_is(["Three", "One"])
+
+    def test_the_find_field_tells_its_text(self):
+        self.keys("ctrl+f")
+        field = self.find("Find on page", "entry")
+        self.type("tide")
+        eventually(lambda: field.get_text_iface()
+                   and field.get_text_iface().get_text(0, -1) == "tide", "the field's text")
 
     def test_side_buttons_go_back_and_on_and_the_wheel_zooms(self):
         self.enter("http://two.test/")

@@ -148,11 +148,16 @@ class FakeDesktop final : public DesktopApplication,
     return found->second;
   }
   void open(const URL& url) override { opened.push_back(url); }
-  void openFile(const std::filesystem::path& file) override { openedFiles.push_back(file); }
+  void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override {
+    openedFiles.push_back(file);
+    answer(opensFiles);
+  }
+  bool opensFiles = true;
   void reveal(const std::filesystem::path&) override {}
-  bool isDefaultBrowser() const override { return false; }
+  bool isDefaultBrowser() const override { return isDefault; }
   void makeDefaultBrowser(std::function<void(bool)> answer) override {
-    scheduler_.post([answer = std::move(answer)] { answer(true); });
+    isDefault = isInstalled;
+    scheduler_.post([answer = std::move(answer), isDefault = isDefault] { answer(isDefault); });
   }
   void noteDownloadFinished(const std::filesystem::path& file) override {
     finishedDownloads.push_back(file);
@@ -162,6 +167,8 @@ class FakeDesktop final : public DesktopApplication,
   bool isMotionOn = false;
   int activateCount = 0;
   int terminateCount = 0;
+  bool isInstalled = true;  // or else the program cannot be the default browser
+  bool isDefault = false;
   DesktopWindow* key = nullptr;
 
   struct ShownAlert {

@@ -179,6 +179,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void setPageZoom(double zoom) override { zoom_ = zoom; }
   bool isInWindow() const override { return isOnScreen; }
   void focus() override { ++focusCount; }
+  bool isEditing() const override { return hasFocusedField; }
   void edit(EditingCommand command) override { edits.push_back(command); }
   void removeFromParent() override { isOnScreen = false; }
   GtkWidget* widget() override { return pageWidget; }
@@ -234,6 +235,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   // The page guards changes: the user is asked before it is left.
   bool guardsChanges = false;
   bool isFullscreen = false;
+  bool hasFocusedField = false;
   std::vector<EditingCommand> edits;
   int stopCount = 0;
   int pauseCount = 0;

@@ -310,6 +310,25 @@ TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
   settle();
   EXPECT_FALSE(store().find.peek());
   EXPECT_FALSE(world.view(tab)->hasMarks) << "it marked the page after the bar had gone";
+  // An answer tells nothing of another text, nor of a bar that was opened since.
+  const std::function<void()> overtaking[] = {
+      [&] {
+        store().find.update([](auto& state) { state->query = ""; });
+        search();
+      },
+      [&] {
+        store().hideFindBar();
+        store().showFindBar();
+      }};
+  for (const auto& overtake : overtaking) {
+    store().showFindBar();
+    store().find.update([](auto& state) { state->query = "nowhere"; });
+    search();
+    overtake();
+    settle();
+    EXPECT_EQ(store().find.peek()->matchFound, std::nullopt);
+  }
+  store().hideFindBar();
   store().close(tab);
   store().showFindBar();
   EXPECT_FALSE(store().find.peek()) << "without a tab there is nothing to search";

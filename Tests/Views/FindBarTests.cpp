@@ -38,6 +38,22 @@ TEST_F(FindBarTest, SearchesThePageWhileOneTypes) {
   EXPECT_FALSE(page().hasMarks);
 }
 
+TEST_F(FindBarTest, TakesTheKeyboardEachTimeItIsAskedFor) {
+  insert(bar().field(), "word");
+  store().focusWebView();
+  gtk_window_set_focus(window->native(), nullptr);
+  EXPECT_TRUE(store().performAction(ActionID::Find));
+  settle();
+  EXPECT_EQ(focus(), field());
+  store().showCommandBar(CommandBarMode::NewTab);
+  settle();
+  EXPECT_NE(focus(), field());
+  EXPECT_TRUE(store().performAction(ActionID::Find));
+  settle();
+  EXPECT_FALSE(store().commandBar.peek());
+  EXPECT_EQ(focus(), field());
+}
+
 TEST_F(FindBarTest, GoesThroughTheMatches) {
   insert(bar().field(), "word");
   page().searches.clear();

@@ -1,3 +1,4 @@
+#include "Base/GRef.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/SettingsContent.h"
 #include "Views/SidebarMenus.h"
@@ -10,13 +11,16 @@ namespace {
 struct FormTest : ShownWindow {
   SpaceEditor& editor() { return *window->view().sheet().editor(); }
 
-  // Turns the switch of the row with this title.
-  static void turn(GtkWidget* root, const char* title) {
+  // The switch of the row with this title; null without one.
+  static GtkWidget* controlOf(GtkWidget* root, const char* title) {
     auto* label = labelOf(root, title);
-    ASSERT_NE(label, nullptr) << title;
+    if (!label) return nullptr;
     auto* row = gtk_widget_get_parent(gtk_widget_get_parent(label));
-    auto* control = findWidget(row, [](GtkWidget* one) { return GTK_IS_SWITCH(one); });
-    ASSERT_NE(control, nullptr);
+    return findWidget(row, [](GtkWidget* one) { return GTK_IS_SWITCH(one); });
+  }
+  static void turn(GtkWidget* root, const char* title) {
+    auto* control = controlOf(root, title);
+    ASSERT_NE(control, nullptr) << title;
     gtk_switch_set_active(GTK_SWITCH(control), !gtk_switch_get_active(GTK_SWITCH(control)));
   }
   // Types into the last entry on screen of this style class.
@@ -117,9 +121,6 @@ TEST_F(FormTest, SettingsFollowAndWriteTheModel) {
   settle();
   turn(form, "Show DuckDuckGo suggestions");
   EXPECT_TRUE(settings.searchSuggestions.peek());
-  turn(form, "Picture in picture when leaving a playing video");
-  EXPECT_FALSE(settings.autoPictureInPicture.peek());
-
   // A row that is typed in stays while what it says is written.
   EXPECT_FALSE(gtk_widget_is_sensitive(buttonOf(form, "Restore Defaults")));
   click(buttonOf(form, "Add Shortcut"));
@@ -128,6 +129,184 @@ TEST_F(FormTest, SettingsFollowAndWriteTheModel) {
   EXPECT_EQ(settings.searchShortcuts.peek().back().keyword, "ti");
   click(buttonOf(form, "Restore Defaults"));
   EXPECT_EQ(settings.searchShortcuts.peek(), SearchShortcut::builtIn());
+}
+
+TEST_F(FormTest, SettingsPromiseNothingThatIsNotThere) {
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* form = settingsWindow();
+  auto* picture = controlOf(form, "Picture in picture when leaving a playing video");
+  ASSERT_NE(picture, nullptr);
+  EXPECT_FALSE(gtk_switch_get_active(GTK_SWITCH(picture)));
+  EXPECT_FALSE(gtk_widget_is_sensitive(picture));
+  EXPECT_TRUE(labelOf(form, "Picture in picture isn’t available yet."));
+  EXPECT_TRUE(store().settings.autoPictureInPicture.peek()) << "the choice is kept for then";
+
+  constexpr const char* kRefused = "The desktop didn’t take Orvel: it isn’t installed.";
+  sample.world.desktop.isInstalled = false;
+  click(buttonOf(form, "Make Default"));
+  EXPECT_TRUE(labelOf(form, kRefused));
+  sample.world.desktop.isInstalled = true;
+  click(buttonOf(form, "Make Default"));
+  EXPECT_FALSE(labelOf(form, kRefused));
+  EXPECT_TRUE(labelOf(form, "Orvel is your default browser"));
+}
+
+TEST_F(FormTest, AShortcutsRowSaysWhatItWants) {
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* form = settingsWindow();
+  const struct {
+    const char* name;
+    const char* prompt;
+  } fields[] = {
+      {"Keyword", "Keyword"}, {"Name", "YouTube"}, {"Search URL", "https://site.com/search?q=%s"}};
+  std::vector<GtkWidget*> entries;
+  forEachWidget(form, [&](GtkWidget* one) {
+    if (GTK_IS_ENTRY(one) && gtk_widget_get_mapped(one)) entries.push_back(one);
+  });
+  ASSERT_EQ(entries.size(), 3 * SearchShortcut::builtIn().size());
+  for (size_t i = 0; i < std::size(fields); ++i) {
+    EXPECT_STREQ(gtk_entry_get_placeholder_text(GTK_ENTRY(entries[i])), fields[i].prompt);
+    const GText difference(gtk_test_accessible_check_property(
+        GTK_ACCESSIBLE(entries[i]), GTK_ACCESSIBLE_PROPERTY_LABEL, fields[i].name));
+    EXPECT_EQ(difference, nullptr) << difference.get();
+  }
+}
+
+TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
+  store().beginNewSpace();
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  const struct {
+    GtkWidget* root;
+    GtkWidget* chosen;
+    const char* next;
+    GtkAccessibleRole group;
+    GtkAccessibleRole role;
+  } rows[] = {
+      {root(), buttonOf(root(), "Automatic"), "Light", GTK_ACCESSIBLE_ROLE_RADIO_GROUP,
+       GTK_ACCESSIBLE_ROLE_RADIO},
+      {settingsWindow(), buttonOf(settingsWindow(), "General"), "Privacy",
+       GTK_ACCESSIBLE_ROLE_TAB_LIST, GTK_ACCESSIBLE_ROLE_TAB},
+  };
+  for (const auto& row : rows) {
+    auto* group = gtk_widget_get_parent(row.chosen);
+    EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(group)), row.group);
+    EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(row.chosen)), row.role);
+    const auto stops = [&] {
+      std::vector<GtkWidget*> found;
+      forEachWidget(group, [&](GtkWidget* one) {
+        if (GTK_IS_TOGGLE_BUTTON(one) && gtk_widget_get_focusable(one)) found.push_back(one);
+      });
+      return found;
+    };
+    EXPECT_THAT(stops(), ElementsAre(row.chosen));
+    gtk_widget_grab_focus(row.chosen);
+    EXPECT_TRUE(pressKey(group, GDK_KEY_Right));
+    settle();
+    auto* next = buttonOf(row.root, row.next);
+    EXPECT_TRUE(gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(next)));
+    EXPECT_EQ(gtk_window_get_focus(GTK_WINDOW(gtk_widget_get_root(next))), next);
+    EXPECT_THAT(stops(), ElementsAre(next));
+    EXPECT_TRUE(pressKey(group, GDK_KEY_Home));
+    EXPECT_FALSE(pressKey(group, GDK_KEY_Tab));
+  }
+  EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Auto);
+  auto* well = withTooltip(root(), "Claret");
+  EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(gtk_widget_get_parent(well))),
+            GTK_ACCESSIBLE_ROLE_RADIO_GROUP);
+}
+
+TEST_F(FormTest, WhatIsChosenAlreadyCanBeTriedToo) {
+  space().appearance = Space::Appearance::Light;
+  store().beginEditing(space());
+  settle();
+  const std::string present(Theme::forHue(space().hue).name);
+  click(withTooltip(root(), present.c_str()));
+  EXPECT_TRUE(store().previewTheme.peek());
+  click(buttonOf(root(), "Light"));
+  EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Light);
+}
+
+TEST_F(FormTest, ListsKeepTheKeyboard) {
+  auto& settings = store().settings;
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* form = settingsWindow();
+  const auto focusIn = [form] { return gtk_window_get_focus(GTK_WINDOW(form)); };
+  const auto isInView = [&](GtkWidget* widget) {
+    auto* scroller = gtk_widget_get_ancestor(widget, GTK_TYPE_SCROLLED_WINDOW);
+    double x = 0;
+    double y = -1;
+    gtk_widget_translate_coordinates(widget, scroller, 0, 0, &x, &y);
+    return y >= 0 && y < gtk_widget_get_height(scroller);
+  };
+  // A new row takes it, in view.
+  click(buttonOf(form, "Add Shortcut"));
+  ASSERT_TRUE(runUntil([&] { return focusIn() && GTK_IS_TEXT(focusIn()); }));
+  EXPECT_TRUE(runUntil([&] { return isInView(focusIn()); }));
+  g_signal_emit_by_name(focusIn(), "insert-at-cursor", "ti");
+  settle();
+  EXPECT_EQ(settings.searchShortcuts.peek().back().keyword, "ti");
+  // A row keeps it while another goes or comes.
+  auto* typed = focusIn();
+  settings.searchShortcuts.update([](auto& list) { list.erase(list.begin()); });
+  settle();
+  EXPECT_EQ(focusIn(), typed);
+  EXPECT_TRUE(gtk_widget_get_mapped(typed));
+  // Of a row that goes the neighbor has it next.
+  click(findWidget(gtk_widget_get_ancestor(typed, GTK_TYPE_BOX), [](GtkWidget* one) {
+    return g_strcmp0(gtk_widget_get_tooltip_text(one), "Remove Shortcut") == 0;
+  }));
+  ASSERT_NE(focusIn(), nullptr);
+  EXPECT_TRUE(gtk_widget_get_mapped(focusIn()));
+
+  window->settings().show(SettingsContent::Page::Privacy);
+  for (const char* site : {"https://loud.example/", "https://shout.example/"})
+    store().contentBlocker.togglePause(*URL::parse(site));
+  settle();
+  auto* resume = buttonOf(form, "Resume");
+  gtk_widget_grab_focus(resume);
+  click(resume);
+  ASSERT_NE(focusIn(), nullptr);
+  EXPECT_EQ(focusIn(), buttonOf(form, "Resume"));
+
+  window->settings().show(SettingsContent::Page::Links);
+  settle();
+  click(buttonOf(form, "Add Rule"));
+  EXPECT_TRUE(runUntil([&] { return focusIn() && GTK_IS_TEXT(focusIn()); }));
+}
+
+TEST_F(FormTest, APickerMarksWhatIsChosen) {
+  store().settings.archiveAfter = ArchiveInterval::Week;
+  store().showUtilityWindow(UtilityWindow::Settings);
+  settle();
+  auto* label = labelOf(settingsWindow(), "7 days");
+  ASSERT_NE(label, nullptr);
+  click(gtk_widget_get_ancestor(label, GTK_TYPE_BUTTON));
+  int marked = 0;
+  for (const auto& row : menuRows(settingsWindow())) {
+    gboolean isActive = FALSE;
+    g_object_get(row.widget, "active", &isActive, nullptr);
+    EXPECT_EQ(isActive != FALSE, row.title == "7 days") << row.title;
+    marked += isActive;
+  }
+  EXPECT_EQ(marked, 1);
+}
+
+TEST_F(FormTest, AQuestionStandsOnTheWindowThatAsks) {
+  auto& desktop = sample.world.desktop;
+  store().showUtilityWindow(UtilityWindow::History);
+  settle();
+  FakeWindow history;
+  desktop.key = &history;
+  gtk_widget_set_visible(root(), FALSE);
+  store().clearHistory();
+  EXPECT_EQ(desktop.alerts.back().parent, &history);
+  desktop.key = nullptr;
+  store().clearHistory();
+  EXPECT_EQ(desktop.alerts.back().parent, nullptr) << "the main window is hidden";
 }
 
 TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {

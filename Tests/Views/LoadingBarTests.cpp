@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "Views/LoadingBarState.h"
+#include "Tests/Models/World.h"
+#include "Views/LoadingBar.h"
 
 namespace orvel {
 namespace {
@@ -44,6 +45,21 @@ TEST(LoadingBar, AnotherPageTakesNothingOver) {
   EXPECT_EQ(bar.appear(false, 0), (Step{0, false, 0, {}}));
   EXPECT_EQ(bar.didEnd(*finish->load), std::nullopt);
   EXPECT_EQ(bar.setLoading(false, 0), std::nullopt);
+}
+
+// No window is on screen, so that nothing takes time.
+TEST(LoadingBar, GoesAtTheEndWithoutMotion) {
+  test::World world;
+  world.launch();
+  const auto tab = world.open("https://a.example/");
+  world.scheduler.settle();
+  tab->isLoading = true;
+  LoadingBar bar;
+  bar.setTab(tab);
+  EXPECT_EQ(bar.opacity(), 1);
+  tab->isLoading = false;
+  world.scheduler.settle();
+  EXPECT_EQ(bar.opacity(), 0);
 }
 
 }  // namespace

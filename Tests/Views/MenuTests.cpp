@@ -8,11 +8,12 @@ namespace {
 struct MenuViewTest : ShownWindow {
   // Presses what the catalogue lists for the action; answers whether the window took it. The
   // toolkit lists a global shortcut twice.
-  bool press(ActionID action) {
+  bool press(ActionID action) { return press(root(), action); }
+  bool press(GtkWidget* root, ActionID action) {
     const auto wanted = GRef<GtkShortcutTrigger>::adopt(
         gtk_shortcut_trigger_parse_string(std::string(actionInfo(action).keys).c_str()));
     bool isTaken = false;
-    forEachController(root(), [&](GtkEventController* controller) {
+    forEachController(root, [&](GtkEventController* controller) {
       if (!GTK_IS_SHORTCUT_CONTROLLER(controller)) return;
       auto* shortcuts = G_LIST_MODEL(controller);
       for (guint n = 0; n < g_list_model_get_n_items(shortcuts) && !isTaken; ++n) {
@@ -21,7 +22,7 @@ struct MenuViewTest : ShownWindow {
         if (gtk_shortcut_trigger_equal(gtk_shortcut_get_trigger(shortcut.get()), wanted.get()))
           isTaken =
               gtk_shortcut_action_activate(gtk_shortcut_get_action(shortcut.get()),
-                                           GTK_SHORTCUT_ACTION_EXCLUSIVE, root(), nullptr) != FALSE;
+                                           GTK_SHORTCUT_ACTION_EXCLUSIVE, root, nullptr) != FALSE;
       }
     });
     settle();
@@ -83,6 +84,24 @@ TEST_F(MenuViewTest, TheMenuGivesTheKeyboardBack) {
   EXPECT_EQ(focus(), former);
 }
 
+TEST_F(MenuViewTest, TheMenuOfARowHasTheKeysToItself) {
+  auto& list = window->view().sidebar().section().list();
+  gtk_widget_child_focus(list.Gtk::Widget::gobj(), GTK_DIR_TAB_FORWARD);
+  ASSERT_TRUE(pressKey(list.Gtk::Widget::gobj(), GDK_KEY_End));
+  ASSERT_TRUE(pressKey(list.Gtk::Widget::gobj(), GDK_KEY_Up));
+  auto* row = focus();
+  ASSERT_TRUE(pressKey(row, GDK_KEY_Menu));
+  settle();
+  auto* inMenu = focus();
+  ASSERT_NE(inMenu, row);
+  ASSERT_TRUE(gtk_widget_is_ancestor(inMenu, row));
+  for (const guint key : {GDK_KEY_Down, GDK_KEY_Up, GDK_KEY_End}) {
+    EXPECT_FALSE(pressKey(list.Gtk::Widget::gobj(), key));
+    EXPECT_FALSE(pressKey(row, key));
+    EXPECT_EQ(focus(), inMenu);
+  }
+}
+
 TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
   store().toggleSidebar();
   settle();
@@ -99,6 +118,20 @@ TEST_F(MenuViewTest, ASheetKeepsTheKeysForItself) {
   EXPECT_FALSE(press(ActionID::ToggleSidebar));
   EXPECT_FALSE(press(ActionID::MainMenu));
   EXPECT_TRUE(store().isSidebarVisible.peek());
+  // Another window's keys are the same store's.
+  store().showUtilityWindow(UtilityWindow::History);
+  settle();
+  auto* history = GTK_WIDGET(window->utilityWindows().native(UtilityWindow::History));
+  const auto draft = store().spaceDraft.peek()->id;
+  for (const auto action : {ActionID::NewSpace, ActionID::NewTab, ActionID::ToggleSidebar})
+    EXPECT_FALSE(press(history, action));
+  EXPECT_EQ(store().spaceDraft.peek()->id, draft);
+  EXPECT_EQ(store().commandBar.peek(), std::nullopt);
+  EXPECT_TRUE(press(history, ActionID::CloseTab));
+  // What ends the program or moves a window stays.
+  EXPECT_TRUE(press(ActionID::Minimize));
+  EXPECT_TRUE(press(ActionID::Quit));
+  EXPECT_EQ(sample.world.desktop.terminateCount, 1);
   store().spaceDraft = std::nullopt;
   settle();
   EXPECT_TRUE(press(ActionID::ToggleSidebar));

@@ -51,6 +51,29 @@ struct PagerTest : ShownWindow {
   Theme::Backdrop backdrop() { return window->view().sidebar().ground().shown(); }
 };
 
+TEST_F(PagerTest, NothingIsSwipedBelowALayer) {
+  const std::function<void(bool)> layers[] = {
+      [this](bool isShown) {
+        isShown ? store().beginNewSpace() : void(store().spaceDraft = std::nullopt);
+      },
+      [this](bool isShown) {
+        isShown ? store().showCommandBar(CommandBarMode::NewTab) : store().dismissCommandBar();
+      }};
+  for (const auto& layer : layers) {
+    layer(true);
+    settle();
+    begin();
+    move(6);
+    EXPECT_EQ(store().spaceSwipeOffset.peek(), 0);
+    end();
+    layer(false);
+    settle();
+  }
+  begin();
+  move(6);
+  EXPECT_NE(store().spaceSwipeOffset.peek(), 0);
+}
+
 TEST_F(PagerTest, ThePagesFollowTheFingers) {
   EXPECT_EQ(pager().sectionOf(spaces[1]), nullptr);
   begin();

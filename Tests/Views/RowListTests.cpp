@@ -30,8 +30,10 @@ struct RowListTest : testing::Test, RowList::Delegate {
   std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind) override {
     return std::make_unique<PlainRow>();
   }
-  std::optional<RowDrop> dropAt(const RowPoint&) override { return std::nullopt; }
+  std::optional<RowDrop> dropAt(const RowPoint&, Dragged) override { return std::nullopt; }
   bool drop(const RowPoint&) override { return false; }
+  void dropLink(const RowPoint&, const URL&) override {}
+  bool moveRow(size_t, int) override { return false; }
 
   static SidebarRow row(uint32_t ordinal) {
     return {.key = {.kind = SidebarRow::Kind::Tab, .ordinal = ordinal}};

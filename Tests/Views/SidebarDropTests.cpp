@@ -42,18 +42,21 @@ struct SidebarDrops : testing::Test {
       if (known == *id) return name;
     return "?";
   }
+  std::string describe(const std::optional<TabDestination>& destination) const {
+    if (!destination) return "none";
+    if (const auto* favorites = std::get_if<FavoritesDestination>(&*destination))
+      return "favorites " + nameOf(favorites->before);
+    if (const auto* today = std::get_if<TodayDestination>(&*destination))
+      return "today " + nameOf(today->before);
+    const auto& pinned = std::get<PinnedDestination>(*destination);
+    return (pinned.folder ? "folder " : "pinned ") + nameOf(pinned.before);
+  }
   std::string describe(const RowPoint& point) const {
     const auto drop = sidebarDrop(rows, point, 4);
     if (!drop) return "none";
-    std::string text;
-    if (const auto* favorites = std::get_if<FavoritesDestination>(&drop->destination))
-      text = "favorites " + nameOf(favorites->before);
-    if (const auto* today = std::get_if<TodayDestination>(&drop->destination))
-      text = "today " + nameOf(today->before);
-    if (const auto* pinned = std::get_if<PinnedDestination>(&drop->destination))
-      text = (pinned->folder ? "folder " : "pinned ") + nameOf(pinned->before);
     const bool isGap = drop->place.place == RowDrop::Place::Before;
-    return text + (isGap ? " gap " : " into ") + std::to_string(drop->place.row);
+    return describe(std::optional(drop->destination)) + (isGap ? " gap " : " into ") +
+           std::to_string(drop->place.row);
   }
 };
 
@@ -87,6 +90,26 @@ TEST_F(SidebarDrops, MeanThePlaceUnderThePointer) {
   for (const auto& one : cases)
     EXPECT_EQ(describe(one.point), one.meaning)
         << "row " << one.point.row << " at " << one.point.x << ", " << one.point.y;
+}
+
+TEST_F(SidebarDrops, KeysMoveATabByOnePlace) {
+  // As above; a folder is left at either of its ends.
+  const struct {
+    size_t row;
+    int step;
+    const char* meaning;
+  } cases[] = {
+      {4, -1, "pinned folder"}, {4, 1, "folder end"}, {5, -1, "folder in1"}, {5, 1, "pinned p1"},
+      {6, -1, "folder end"},    {6, 1, "today t1"},   {8, -1, "pinned end"}, {8, 1, "today end"},
+      {9, -1, "today t1"},      {9, 1, "none"},       {3, 1, "none"},        {0, 1, "none"},
+  };
+  for (const auto& one : cases)
+    EXPECT_EQ(describe(sidebarMove(rows, one.row, one.step)), one.meaning)
+        << "row " << one.row << " by " << one.step;
+  world.store->toggle(folder);
+  rows = sidebarRows(world.space(), 4);
+  EXPECT_EQ(describe(sidebarMove(rows, 4, -1)), "pinned folder") << "past one that is closed";
+  EXPECT_EQ(describe(sidebarMove({}, 0, 1)), "none");
 }
 
 TEST_F(SidebarDrops, WithoutFavoritesTheirPlaceIsAboveTheFirstHeading) {

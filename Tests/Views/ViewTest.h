@@ -17,6 +17,21 @@ void forEachController(GtkWidget* widget, const std::function<void(GtkEventContr
 // Presses a key on the widget's own key controllers; answers whether one used it.
 bool pressKey(GtkWidget* widget, guint key, GdkModifierType state = GdkModifierType(0));
 
+// Whether assistive technology is told this: nothing but a state or a property's value as C passes
+// it.
+template <class Value>
+bool hasState(GtkWidget* widget, GtkAccessibleState state, Value value) {
+  char* difference = gtk_test_accessible_check_state(GTK_ACCESSIBLE(widget), state, value);
+  g_free(difference);
+  return !difference;
+}
+template <class Value>
+bool hasProperty(GtkWidget* widget, GtkAccessibleProperty property, Value value) {
+  char* difference = gtk_test_accessible_check_property(GTK_ACCESSIBLE(widget), property, value);
+  g_free(difference);
+  return !difference;
+}
+
 // Every widget below this one, itself first.
 void forEachWidget(GtkWidget* root, const std::function<void(GtkWidget*)>& visit);
 // The first of them of which the condition holds; null without one.

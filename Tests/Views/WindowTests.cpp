@@ -1,6 +1,7 @@
 #include "Base/GRef.h"
 #include "DesignSystem/Paint.h"
 #include "Tests/Views/ShownWindow.h"
+#include "Views/Menu.h"
 #include "Views/SidebarLayout.h"
 #include "Views/UtilityWindows.h"
 
@@ -71,6 +72,140 @@ TEST_F(WindowTest, AFolderIsRenamedInPlace) {
   EXPECT_EQ(folder->name.peek(), "Voyages");
 }
 
+TEST_F(WindowTest, AFolderMadeOutOfSightTakesTheKeyboard) {
+  for (int i = 0; i < 60; ++i)
+    sample.world.open("https://page" + std::to_string(i) + ".example/", false);
+  settle();
+  auto adjustment = window->view().sidebar().section().get_vadjustment();
+  adjustment->set_value(adjustment->get_upper());
+  settle();
+  store().newFolder();
+  settle();
+  ASSERT_TRUE(runUntil([this] { return focus() && GTK_IS_TEXT(focus()); }));
+  auto* field = gtk_widget_get_parent(focus());
+  EXPECT_STREQ(gtk_editable_get_text(GTK_EDITABLE(field)), "New Folder");
+  double x = 0;
+  double y = -1;
+  gtk_widget_translate_coordinates(field, list().Gtk::Widget::gobj(), 0, 0, &x, &y);
+  settle();
+  EXPECT_GE(y, adjustment->get_value());
+  EXPECT_LT(y, adjustment->get_value() + adjustment->get_page_size());
+}
+
+TEST_F(WindowTest, ClearShowsBelowThePointerWhileThereIsSomethingToClear) {
+  auto* heading = gtk_widget_get_parent(labelOf(root(), "Today"));
+  auto* clear = buttonOf(heading, "Clear");
+  ASSERT_NE(clear, nullptr);
+  const auto point = [&](bool isOver) {
+    double x = 0;
+    double y = 0;
+    gtk_widget_translate_coordinates(heading, list().Gtk::Widget::gobj(), 20, 20, &x, &y);
+    pointAt(list().Gtk::Widget::gobj(), isOver ? std::optional(std::pair(x, y)) : std::nullopt);
+  };
+  EXPECT_FALSE(gtk_widget_get_visible(clear));
+  point(true);
+  EXPECT_TRUE(gtk_widget_get_visible(clear));
+  point(false);
+  EXPECT_FALSE(gtk_widget_get_visible(clear));
+
+  // A dialog takes the pointer away without a word.
+  point(true);
+  Gtk::Window dialog;
+  gtk_window_set_transient_for(dialog.gobj(), window->native());
+  dialog.set_modal(true);
+  dialog.present();
+  EXPECT_TRUE(runUntil([&] { return !gtk_widget_get_visible(clear); }));
+  dialog.set_visible(false);
+  window->present();
+  ASSERT_TRUE(runUntil([&] { return gtk_window_is_active(window->native()); }));
+
+  store().clearToday(store().activeSpace());
+  settle();
+  point(true);
+  EXPECT_FALSE(gtk_widget_get_visible(clear));
+}
+
+TEST_F(WindowTest, ThePeekingSidebarLiesOverTheFindBar) {
+  gtk_window_set_default_size(window->native(), 730, 500);
+  store().sidebarWidth = kMaximumSidebarWidth;
+  store().isSidebarVisible = false;
+  store().isSidebarPeeking = true;
+  store().showFindBar();
+  settle();
+  auto* bar = window->view().findBar().Gtk::Widget::gobj();
+  auto* sidebar = window->view().sidebar().Gtk::Widget::gobj();
+  ASSERT_TRUE(
+      runUntil([&] { return gtk_widget_get_mapped(bar) && gtk_widget_get_mapped(sidebar); }));
+  runFrames();
+  double x = 0;
+  double y = 0;
+  gtk_widget_translate_coordinates(bar, root(), 20, 20, &x, &y);
+  ASSERT_LT(x, kMaximumSidebarWidth);
+  auto* seen = gtk_widget_pick(root(), x, y, GTK_PICK_INSENSITIVE);
+  EXPECT_TRUE(gtk_widget_is_ancestor(seen, sidebar)) << G_OBJECT_TYPE_NAME(seen);
+}
+
+TEST_F(WindowTest, ManySpacesScrollToTheActiveOne) {
+  auto spaces = store().spaces.peek();
+  for (int i = 0; i < 11; ++i)
+    spaces.push_back(std::make_shared<Space>(UUID::random(), spaces.front()->profile,
+                                             "More " + std::to_string(i), "leaf.fill", 0.3));
+  store().spaces = spaces;
+  settle();
+  const auto isInView = [&](const char* name) {
+    auto* seal = withTooltip(root(), name);
+    auto* viewport = gtk_widget_get_ancestor(seal, GTK_TYPE_SCROLLED_WINDOW);
+    double x = 0;
+    double y = 0;
+    gtk_widget_translate_coordinates(seal, viewport, 0, 0, &x, &y);
+    return x >= 0 && x + gtk_widget_get_width(seal) <= gtk_widget_get_width(viewport);
+  };
+  EXPECT_TRUE(isInView("Personal"));
+  store().switchTo(spaces.back());
+  settle();
+  EXPECT_TRUE(runUntil([&] { return isInView("More 10"); }));
+  EXPECT_FALSE(isInView("Personal"));
+  // Also where nothing has a width before the window is shown.
+  window = std::make_unique<MainWindow>(nullptr, store());
+  window->present();
+  settle();
+  EXPECT_TRUE(runUntil([&] { return isInView("More 10"); }));
+
+  auto* viewport =
+      gtk_widget_get_ancestor(withTooltip(root(), "Personal"), GTK_TYPE_SCROLLED_WINDOW);
+  gboolean isUsed = FALSE;
+  for (int notch = 0; notch < 20; ++notch)
+    forEachController(gtk_widget_get_parent(viewport), [&](GtkEventController* one) {
+      if (GTK_IS_EVENT_CONTROLLER_SCROLL(one))
+        g_signal_emit_by_name(one, "scroll", 0.0, -1.0, &isUsed);
+    });
+  EXPECT_TRUE(isUsed);
+  EXPECT_TRUE(runUntil([&] { return isInView("Personal"); }));
+}
+
+TEST_F(WindowTest, ATooltipTellsWhatCannotBeReadAndCoversNoMenu) {
+  const auto tells = [&](const TabRef& tab) {
+    auto* row = list().widgetFor(keyOf(list(), tab))->Gtk::Widget::gobj();
+    const auto tip = GRef<GtkTooltip>::adopt(GTK_TOOLTIP(g_object_new(GTK_TYPE_TOOLTIP, nullptr)));
+    gboolean isShown = FALSE;
+    g_signal_emit_by_name(row, "query-tooltip", 20, 10, FALSE, tip.get(), &isShown);
+    return isShown != FALSE;
+  };
+  sample.radio->title = std::string("Radio");
+  settle();
+  EXPECT_FALSE(tells(sample.radio));
+  EXPECT_TRUE(tells(sample.reading)) << "its title is cut";
+
+  auto* row = list().widgetFor(keyOf(list(), sample.reading));
+  EXPECT_TRUE(row->takeFocus());
+  EXPECT_TRUE(row->get_has_tooltip());
+  EXPECT_TRUE(press(*row, GDK_KEY_Menu));
+  EXPECT_FALSE(row->get_has_tooltip());
+  EXPECT_TRUE(dismissMenu(*row));
+  settle();
+  EXPECT_TRUE(row->get_has_tooltip());
+}
+
 TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {
   EXPECT_TRUE(window->view().page().showsPage());
   EXPECT_EQ(gtk_window_get_title(window->native()), sample.reading->displayTitle());
@@ -103,6 +238,62 @@ TEST_F(WindowTest, AToastOffersItsUndo) {
   click(undo);
   EXPECT_TRUE(isUndone);
   EXPECT_TRUE(runUntil([&] { return !gtk_widget_get_mapped(undo); }));
+}
+
+TEST_F(WindowTest, AssistiveToolsHearWhatIsThere) {
+  const auto isHidden = [](Gtk::Widget& widget) {
+    return hasState(widget.gobj(), GTK_ACCESSIBLE_STATE_HIDDEN, TRUE);
+  };
+  auto& view = window->view();
+  auto* sheet = view.sheet().Gtk::Widget::gobj();
+  auto* toast = gtk_widget_get_parent(buttonOf(root(), "Undo"));
+  EXPECT_TRUE(isHidden(view.sheet()));
+  EXPECT_TRUE(hasState(toast, GTK_ACCESSIBLE_STATE_HIDDEN, TRUE));
+  EXPECT_TRUE(hasProperty(sheet, GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE));
+  store().showToast("Closed 5 tabs", {.undo = [] {}});
+  store().beginNewSpace();
+  settle();
+  EXPECT_FALSE(isHidden(view.sheet()));
+  EXPECT_FALSE(hasState(toast, GTK_ACCESSIBLE_STATE_HIDDEN, TRUE));
+  store().spaceDraft = std::nullopt;
+  settle();
+  EXPECT_TRUE(isHidden(view.sheet()));
+
+  const auto isPressed = [this](const char* name) {
+    return hasState(withTooltip(root(), name), GTK_ACCESSIBLE_STATE_PRESSED,
+                    GTK_ACCESSIBLE_TRISTATE_TRUE);
+  };
+  EXPECT_TRUE(isPressed("Personal"));
+  store().switchTo(store().spaces.peek()[1]);
+  settle();
+  EXPECT_TRUE(isPressed("Studio"));
+  EXPECT_FALSE(isPressed("Personal"));
+
+  auto* handle = findWidget(
+      root(), [](GtkWidget* one) { return gtk_widget_has_css_class(one, "sidebar-edge"); });
+  store().sidebarWidth = 300;
+  settle();
+  EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, kMinimumSidebarWidth));
+  EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, kMaximumSidebarWidth));
+  EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, 300.0));
+}
+
+TEST_F(WindowTest, KeysMoveTheRowThatHasThem) {
+  auto& today = space().today;
+  const auto first = today.peek().front();
+  auto* row = list().widgetFor(keyOf(list(), first));
+  ASSERT_TRUE(row->takeFocus());
+  auto* native = list().Gtk::Widget::gobj();
+  const auto held = static_cast<GdkModifierType>(GDK_ALT_MASK | GDK_SHIFT_MASK);
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Down, held));
+  settle();
+  EXPECT_EQ(today.peek()[1], first);
+  EXPECT_EQ(focus(), row->Gtk::Widget::gobj());
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Up, held));
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Up, held));
+  settle();
+  EXPECT_FALSE(contains(today, *first));
+  EXPECT_EQ(focus(), row->Gtk::Widget::gobj());
 }
 
 TEST_F(WindowTest, WhatTakesTheKeyboardHasAName) {
@@ -159,8 +350,9 @@ TEST_F(WindowTest, TheToolkitsColorsChangeOnceTheThemeHasStayed) {
   EXPECT_TRUE(runUntil([&] { return isOf("sage"); }));
 }
 
-TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
+TEST_F(WindowTest, ANarrowWindowHasANarrowSidebarBesideThePage) {
   const double width = store().sidebarWidth.peek();
+  auto& sidebar = window->view().sidebar();
   auto* page = window->view().page().Gtk::Widget::gobj();
   const auto pageX = [&] {
     double x = 0;
@@ -170,11 +362,22 @@ TEST_F(WindowTest, ANarrowWindowShowsTheSidebarOverThePage) {
   };
   EXPECT_NEAR(pageX(), width, 1);
   gtk_window_set_default_size(window->native(), 640, 420);
-  EXPECT_TRUE(
-      runUntil([&] { return gtk_widget_get_width(root()) < kDockingWidth && pageX() < 10; }));
-  EXPECT_TRUE(window->view().sidebar().has_css_class("floating"));
-  EXPECT_TRUE(store().isSidebarVisible.peek());
+  EXPECT_TRUE(runUntil([&] { return gtk_widget_get_width(root()) < kRoomyWidth; }));
+  EXPECT_NEAR(pageX(), kMinimumSidebarWidth, 1);
+  EXPECT_EQ(sidebar.get_width(), kMinimumSidebarWidth);
+  EXPECT_FALSE(sidebar.has_css_class("floating"));
   EXPECT_EQ(store().sidebarWidth.peek(), width);
+
+  // Hidden it floats when it is called, and leaves the page where it is.
+  store().toggleSidebar();
+  settle();
+  EXPECT_TRUE(runUntil([&] { return !sidebar.get_mapped() && pageX() < 10; }));
+  store().setSidebarPeeking(true);
+  sample.world.scheduler.advance(200ms);
+  settle();
+  EXPECT_TRUE(runUntil([&] { return sidebar.get_mapped(); }));
+  EXPECT_TRUE(sidebar.has_css_class("floating"));
+  EXPECT_LT(pageX(), 10);
 }
 
 TEST_F(WindowTest, TheSidebarHidesAndPeeks) {
