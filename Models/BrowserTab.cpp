@@ -24,7 +24,9 @@ BrowserTab::BrowserTab(const Services& services, Values values)
       store_(std::move(values.store)),
       stateFile_(values.stateFile == Values::StateFile::MayExist ? StateFile::Unread
                                                                  : StateFile::Stale),
-      pendingConfiguration_(std::move(values.configuration)) {}
+      pendingConfiguration_(std::move(values.configuration)) {
+  if (values.schemeSource == SchemeSource::Supplied) suppliedAddress_ = url.peek();
+}
 
 BrowserTab::~BrowserTab() {
   // Nobody may ask a delegate that is gone.
@@ -136,7 +138,7 @@ WebViewConfiguration BrowserTab::prepareConfiguration() {
         if (const auto tab = weak.lock()) tab->mediaDidChange(message.frame);
       });
   contentController_->addScriptMessageHandler(
-      "orvelHide", ContentWorld::named("OrvelHiddenItems"),
+      "orvelHide", ContentWorld::hiddenItems(),
       [weak = weak_from_this()](const ScriptMessage& message) {
         if (const auto tab = weak.lock()) tab->itemWasHidden(message);
       });
@@ -175,7 +177,7 @@ void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
   waitingState_ = savedState();
   setSavedState(std::nullopt);
   auto restore = [weakTab = weak_from_this(), weak = std::weak_ptr(view), state = waitingState_,
-                  address = url.peek()] {
+                  request = url.peek() ? std::optional(requestFor(*url.peek())) : std::nullopt] {
     const auto tab = weakTab.lock();
     const auto live = weak.lock();
     if (!live) return;
@@ -184,8 +186,8 @@ void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
     if (live->url() || live->isLoading()) return;
     if (state)
       live->setInteractionState(*state);
-    else if (address)
-      live->load({.url = *address});
+    else if (request)
+      live->load(*request);
   };
   const auto store = store_.lock();
   const bool waitsForRules = store && store->contentBlocker.holdsFirstLoads();

@@ -40,6 +40,8 @@ class BrowserTab final : public NavigationDelegate,
     std::optional<Date> lastActiveAt;
     // For a window that a page opened: the engine navigates the view itself.
     std::optional<WebViewConfiguration> configuration;
+    // Who chose the scheme of `url`.
+    SchemeSource schemeSource = SchemeSource::Given;
     // Whether a former run may have left a page state file.
     enum class StateFile { None, MayExist } stateFile = StateFile::None;
   };
@@ -94,7 +96,7 @@ class BrowserTab final : public NavigationDelegate,
   // The live view's, or else the saved one.
   std::optional<std::string> currentState() const;
 
-  void load(const URL& address);
+  void load(const URL& address, SchemeSource scheme = SchemeSource::Given);
   void reload(ReloadSource source = ReloadSource::Cache);
   // Ends the page of a pinned tab, which returns to its home.
   void unload();
@@ -161,6 +163,7 @@ class BrowserTab final : public NavigationDelegate,
   void didCommit(WebView& view) override;
   void didFinish(WebView& view) override;
   void didFailProvisionalNavigation(WebView& view, const LoadError& error) override;
+  void didFail(WebView& view, const LoadError& error) override;
   void webContentProcessDidTerminate(WebView& view) override;
   void didReceiveAuthenticationChallenge(
       WebView& view, const AuthenticationChallenge& challenge,
@@ -197,11 +200,14 @@ class BrowserTab final : public NavigationDelegate,
   void restorePage(const std::shared_ptr<WebView>& view);
   void observe(WebView& view);
   void reopen(const URL& address);
+  URLRequest requestFor(const URL& address) const;
   // What takes the place of a navigation of the main frame; empty: it goes on.
   std::function<void()> insteadOf(WebView& view, const NavigationAction& action);
   bool opensInPeek(const WebView& view, const NavigationAction& action,
                    const BrowserStore& store) const;
   void openInAnotherApplication(const WebView& view, const NavigationAction& action);
+  // Asks whether to open an address that belongs to another application; false for any other.
+  bool handOver(const WebView& view, const NavigationAction& action);
   // Asks first. Does nothing without an application for the address.
   void confirmOpeningApp(const WebView& view, const URL& address);
   void sync(const WebView& view);
@@ -245,6 +251,8 @@ class BrowserTab final : public NavigationDelegate,
   std::vector<Observation> observations_;
   // The base address of the extension that the view was made for.
   std::optional<URL> extensionBaseURL_;
+  // The address whose scheme the program supplied, until a page commits.
+  std::optional<URL> suppliedAddress_;
   // The last address that was loaded in place of one with tracking parameters, until a page
   // finishes.
   std::optional<URL> lastStrippedURL_;
