@@ -193,7 +193,7 @@ class SpacesTest(SidebarTest):
         )
 
     def show_page(self, title):
-        self.act(self.find(title, "push button"))
+        self.act(self.find(title, "page tab"))
         time.sleep(0.5)
 
     def choose(self, setting, choice):
