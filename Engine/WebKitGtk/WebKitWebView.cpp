@@ -66,7 +66,7 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
   // The opener's view was wanted for that alone.
   configuration_.opener = nullptr;
   applySettings();
-  keepEmojiToFields(view_.get());
+  installEmojiChooser(view_.get());
   // An empty script starts the page's process, which is up by the time that something is to load.
   if (hasOwnProcess)
     webkit_web_view_evaluate_javascript(view_.get(), "", 0, nullptr, nullptr, nullptr, nullptr,

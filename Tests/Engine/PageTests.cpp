@@ -156,6 +156,19 @@ TEST_F(PageTest, KnowsOfSoundOutsideOfThePageAndOfAPageThatHangs) {
   EXPECT_EQ(state(), MediaPlaybackState::None) << "the answer of a failure";
 }
 
+TEST_F(PageTest, TellsWhetherTheCursorIsInAField) {
+  const auto view = page(
+      "<title>x</title><input id=field><div id=note contenteditable>n</div><button "
+      "id=other>b</button>");
+  view->focus();
+  EXPECT_FALSE(view->isEditing());
+  for (const char* id : {"field", "other", "note", "other"}) {
+    evaluate(*view, std::string("document.getElementById('") + id + "').focus(); 1");
+    const bool isField = std::string_view(id) != "other";
+    EXPECT_TRUE(eventually([&] { return view->isEditing() == isField; })) << id;
+  }
+}
+
 TEST_F(PageTest, CallsAsyncFunctionsWithArguments) {
   const auto view = page("<title>x</title>");
   std::optional<ScriptResult> result;
