@@ -41,6 +41,8 @@ void BrowserStore::move(TabRef tab, const TabDestination& destination,
   // A menu may outlive the tab that it was opened on.
   if (before == tab->id || tab->isDiscarded.peek()) return;
   if (!space) space = activeSpace();
+  // A row on its way out still takes drops.
+  if (spaceWithID(space->id) != space) return;
   if (space->profile != tab->profile || !hasFolderOf(*space, destination)) return;
   const auto pin = [&] {
     if (!tab->pinnedURL.peek()) tab->pinnedURL = tab->url.peek();

@@ -71,7 +71,7 @@ std::shared_ptr<Profile> BrowserStore::profileFor(const std::optional<UUID>& id,
 void BrowserStore::switchTo(std::shared_ptr<Space> space, const Spring& animation) {
   requireMainThread();
   const UUID former = activeSpaceID_.peek();
-  if (space->id == former) return;
+  if (space->id == former || spaceWithID(space->id) != space) return;
   const auto& list = spaces.peek();
   spaceSwitchForward =
       indexOfSpace(list, former).value_or(0) < indexOfSpace(list, space->id).value_or(0);

@@ -30,6 +30,7 @@ WebExtensionController* BrowserStore::extensionsKnowing(const BrowserTab& tab) c
 TabRef BrowserStore::openTab(const std::optional<URL>& url, OpenOptions options) {
   requireMainThread();
   std::shared_ptr<Space> space = std::move(options.in);
+  if (space && spaceWithID(space->id) != space) space = nullptr;
   if (!space && options.after) space = spaceContaining(*options.after);
   if (!space && options.after) space = spaceOn(*options.after->profile);
   if (!space) space = activeSpace();
@@ -66,8 +67,8 @@ void BrowserStore::select(TabRef tab, std::shared_ptr<Space> space) {
   requireMainThread();
   if (!space) space = spaceContaining(*tab);
   if (!space) space = spaceOn(*tab->profile);
-  // Whoever chose it may have done so before it was closed.
-  if (!space || !contains(space->allTabs(), *tab)) return;
+  // Whoever chose it may have done so before it was closed, or its space deleted.
+  if (!space || spaceWithID(space->id) != space || !contains(space->allTabs(), *tab)) return;
   const TabRef prior = space->selectedTab();
   const Date now = services_.scheduler.now();
   if (prior) leaveTab(prior, tab, *space, now);
@@ -174,7 +175,7 @@ void BrowserStore::close(TabRef tab) {
 
 void BrowserStore::clearToday(std::shared_ptr<Space> space) {
   const TabList tabs = space->today.peek();
-  if (tabs.empty()) return;
+  if (tabs.empty() || spaceWithID(space->id) != space) return;
   const TabRef selected = space->selectedTab();
   const bool losesSelection = selected && contains(tabs, *selected);
   for (const TabRef& tab : tabs) {

@@ -38,7 +38,7 @@ namespace orvel {
 //
 // Rules that every operation keeps: there is always a space; each space's profile is a member of
 // `profiles`; a selection that names no tab reads as none. Operations take what they work on by
-// value, so that it may stand in a list that they change.
+// value, so that it may stand in a list that they change, and do nothing in a space that has gone.
 class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
  public:
   // Restores the session and starts the background loops.
@@ -200,7 +200,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
 
   // Tabs.
   struct OpenOptions {
-    std::shared_ptr<Space> in;  // null: after's space, or else the active one
+    std::shared_ptr<Space> in;  // null or gone: after's space, or else the active one
     TabRef after;
     bool select = true;
     std::optional<WebViewConfiguration> configuration;

@@ -65,6 +65,12 @@ TEST_F(Tab, NamesAVisitWhoseTitleComesLate) {
   EXPECT_THAT(visits(tab->profile->id), ElementsAre("https://a/ "));
   for (const char* title : {"", "Late", "Later"}) world.view(tab)->setTitle(title);
   EXPECT_THAT(visits(tab->profile->id), ElementsAre("https://a/ Late"));
+  world.engine.pages["https://b/"] = {.title = ""};
+  advance(1s);
+  const TabRef other = load("https://b/");
+  world.view(other)->setURL("https://b/#moved");
+  world.view(other)->setTitle("Of another address");
+  EXPECT_THAT(visits(tab->profile->id), ElementsAre("https://b/ ", "https://a/ Late"));
 }
 
 TEST_F(Tab, MirrorsItsPageAndSaves) {
@@ -88,6 +94,9 @@ TEST_F(Tab, MirrorsItsPageAndSaves) {
   settle();
   EXPECT_TRUE(tab->canGoBack);
   EXPECT_FALSE(tab->canGoForward);
+  tab->goBack();
+  settle();
+  EXPECT_TRUE(tab->canGoForward);
 }
 
 TEST_F(Tab, TheIconChangesWithTheHost) {
@@ -139,6 +148,7 @@ TEST_F(Tab, WithoutAStateOfItsOwnThePageIsLoadedAfresh) {
       {"what the engine refuses", whole},
       {"cut in the address", whole.substr(0, whole.find("https") + 5)},
       {"no state", "x"},
+      {"no heading", "A" + PageState::encoded(*load("https://a/")->currentState()).substr(1)},
       {"no address", "Orvel page state 1\n\nbytes"}};
   for (const auto& [name, bytes] : files) {
     SCOPED_TRACE(name);
@@ -209,8 +219,13 @@ TEST_F(Tab, TeardownGivesEverythingBackButWhatTheSidebarShows) {
   settle();
   EXPECT_NE(tab->thumbnail.peek(), nullptr);
   tab->isMuted = true;
+  tab->load(address("https://b/"));
+  settle();
+  tab->load(address("https://a/"));
+  EXPECT_TRUE(tab->canGoBack && tab->isLoading);
   tab->teardown();
   tab->teardown();
+  EXPECT_FALSE(tab->canGoBack || tab->isLoading);
   EXPECT_EQ(view->observerCount(), 0u);
   EXPECT_EQ(view->stopCount, 1);
   EXPECT_EQ(view->pauseCount, 1);
@@ -236,6 +251,15 @@ TEST_F(Tab, AMutedTabIsSilentOnEveryPage) {
   EXPECT_TRUE(world.view(tab)->isMuted) << "a page made later";
   tab->toggleMute();
   EXPECT_FALSE(world.view(tab)->isMuted || tab->isMuted.peek());
+}
+
+TEST_F(Tab, ASitesZoomHoldsInEveryTab) {
+  const TabRef tab = load("https://a/");
+  tab->setZoom(1.5);
+  EXPECT_EQ(load("https://a/b")->webView()->pageZoom(), 1.5);
+  tab->load(address("https://b/"));
+  settle();
+  EXPECT_EQ(tab->webView()->pageZoom(), 1);
 }
 
 TEST_F(Tab, ADiscardedTabMakesNoViewAgain) {
@@ -270,6 +294,8 @@ TEST_F(Tab, APrivateTabLeavesNoTrace) {
   advance(10s);
   EXPECT_EQ(tab->url.peek(), address("https://other/"));
   EXPECT_FALSE(tab->webView()->configuration().websiteDataStore->isPersistent());
+  tab->setZoom(2);
+  EXPECT_EQ(store().settings.zoom(tab->url.peek()), 1);
   EXPECT_THAT(visits(tab->profile->id), IsEmpty());
   EXPECT_THAT(visits(space().profile->id), IsEmpty());
   EXPECT_THAT(world.told, IsEmpty());

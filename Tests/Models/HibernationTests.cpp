@@ -82,12 +82,17 @@ TEST_F(Hibernation, WhatIsInUseStays) {
 }
 
 TEST_F(Hibernation, ATabSelectedDuringTheQuestionStays) {
-  const Date now = world.scheduler.now();
-  world.scheduler.start(store().hibernateIdleTabs(Duration::zero(), now)).detach();
-  world.scheduler.turn();
-  store().select(tabs[0]);
-  settle();
-  EXPECT_TRUE(isLive(0));
+  for (int turns = 0; turns < 5; ++turns) {
+    store().select(tabs[2]);
+    tabs[0]->webView();
+    settle();
+    const Date now = world.scheduler.now();
+    world.scheduler.start(store().hibernateIdleTabs(Duration::zero(), now)).detach();
+    for (int turn = 0; turn < turns; ++turn) world.scheduler.turn();
+    store().select(tabs[0]);
+    settle();
+    EXPECT_TRUE(isLive(0)) << "after " << turns;
+  }
 }
 
 TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
@@ -95,15 +100,25 @@ TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
   saveStates(Background);
   const TabRef closed = tabs[0];
   store().close(closed);
-  world.disk->put("/data/Orvel/TabStates/stray.state", "x");
+  for (const char* stray : {"stray.state", "stray.state.new"})
+    world.disk->put(world.services.paths.tabStates() / stray, "x");
   EXPECT_FALSE(stateFile(closed).empty()) << "until the next pass";
   pass(Duration::zero());
+  saveStates(Now);
+  // May belong to a write that is under way.
+  world.disk->put(tabs[1]->pageState.file().string() + ".new", "x");
   for (const auto writing : {Now, Background}) {
     saveStates(writing);
-    EXPECT_EQ(world.disk->list("/data/Orvel/TabStates").size(), 2u);
+    EXPECT_EQ(world.disk->list("/data/Orvel/TabStates").size(), 3u);
     EXPECT_TRUE(stateFile(closed).empty());
     EXPECT_FALSE(stateFile(tabs[1]).empty() || stateFile(tabs[2]).empty());
   }
+  store().clearToday(store().activeSpace());
+  saveStates(Now);
+  EXPECT_TRUE(stateFile(tabs[1]).empty());
+  store().undoToast();
+  saveStates(Now);
+  EXPECT_FALSE(stateFile(tabs[1]).empty()) << "it is back";
 }
 
 TEST_F(Hibernation, UnreadFilesAreCarriedOverUntouched) {
@@ -120,6 +135,9 @@ TEST_F(Hibernation, UnreadFilesAreCarriedOverUntouched) {
   EXPECT_EQ(again.disk->stepCount() - before, 4) << "only the page on screen is written";
   EXPECT_EQ(stateFile(tabs[0]), unread);
   EXPECT_FALSE(unread.empty());
+  again.store->clearToday(again.store->activeSpace());
+  again.store->undoToast();
+  EXPECT_TRUE(again.space().tab(tabs[0]->id)->pageState.saved()) << "the file still counts";
 }
 
 // What is on the disk at some moment brings each page back as the session has it then.
@@ -161,6 +179,10 @@ TEST_F(Hibernation, AStateThatCouldNotBeWrittenIsTriedAgain) {
   EXPECT_TRUE(stateFile(tabs[0]).empty());
   saveStates(BrowserStore::StateWriting::Background);
   EXPECT_FALSE(stateFile(tabs[0]).empty());
+  world.disk->put(tabs[0]->pageState.file(), "written once");
+  store().scheduleSave();
+  advance(1100ms);
+  EXPECT_EQ(stateFile(tabs[0]), "written once");
 }
 
 }  // namespace

@@ -57,6 +57,14 @@ struct ModelTest : testing::Test {
     settle();
     return tab;
   }
+  // A tab in none of the lists, whose page has loaded.
+  TabRef loadAside(const std::string& url) {
+    const TabRef tab = BrowserTab::make(
+        world.services, {.profile = space().profile, .store = world.store, .url = address(url)});
+    tab->webView();
+    settle();
+    return tab;
+  }
   std::shared_ptr<Profile> privateProfile() {
     return std::make_shared<Profile>(world.engine, UUID::random(), "Private",
                                      Profile::Privacy::Private);

@@ -128,6 +128,12 @@ TEST_F(Session, AVersion1FileIsUpgradedSavedAndKept) {
   EXPECT_EQ(countLogged(Log::Level::Default, "Upgrading the session from version 1 to 2"), 1u);
   world.scheduler.advance(1100ms);
   EXPECT_EQ(json::parse(world.sessionFile())["schemaVersion"], 2);
+  json idle = v1;
+  idle["profiles"][0].erase("selectedTabID");
+  World quiet;
+  quiet.disk->put(kSessionFile, idle.dump());
+  quiet.launch().scheduler.advance(1100ms);
+  EXPECT_EQ(json::parse(quiet.sessionFile())["schemaVersion"], 2) << "by the upgrade alone";
 }
 
 TEST_F(Session, PartsThatNameNothingAreTolerated) {

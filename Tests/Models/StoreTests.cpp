@@ -231,12 +231,14 @@ TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
   store().closeSelectedTab();
   store().close(store().littleWindows.front()->tab());
   EXPECT_THAT(store().littleWindows, IsEmpty());
+  const SpaceRef home = store().activeSpace();
+  store().commit({.name = "Away"});
   store().settings.linkRoutes =
       std::vector<LinkRoute>{{.pattern = "routed.org", .spaceID = UUID::random()},
-                             {.pattern = "routed.org", .spaceID = space().id}};
+                             {.pattern = "routed.org", .spaceID = home->id}};
   lifecycle.open({address("https://c/"), address("https://routed.org/")});
   EXPECT_EQ(shown, 2);
-  EXPECT_THAT(urls(space().today), ElementsAre("https://routed.org/"));
+  EXPECT_THAT(urls(home->today), ElementsAre("https://routed.org/"));
 }
 
 TEST_F(Lifecycle, TheEndSavesWhatIsLessThanASecondOld) {
