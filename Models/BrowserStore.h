@@ -260,8 +260,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // Answers whether the main window is to come forward.
   bool openExternal(const URL& url);
   // Null profile: the active space's. Null when a private tab has no window to go to.
-  TabRef openLittleWindow(const std::optional<URL>& url,
-                          std::shared_ptr<Profile> profile = nullptr,
+  TabRef openLittleWindow(const std::optional<URL>& url, std::shared_ptr<Profile> profile = nullptr,
                           std::optional<WebViewConfiguration> configuration = std::nullopt,
                           SchemeSource scheme = SchemeSource::Given);
   void littleWindowDidClose(const LittleWindow& closed);
