@@ -167,6 +167,7 @@ void WebKitWebView::loadChanged(WebKitLoadEvent event) {
       return awaitAnswer();
     case WEBKIT_LOAD_COMMITTED:
       hasCommitted_ = true;
+      committedURL_ = nativeURL();
       endWaiting();
       hasShownPage_ = true;
       if (isBlank_) awaitDrawing();
@@ -222,8 +223,7 @@ Observation WebKitWebView::observe(WebViewProperty property, std::function<void(
 }
 
 FrameInfo WebKitWebView::mainFrame() const {
-  const auto address = url();
-  const auto host = address ? address->host() : std::nullopt;
+  const auto host = committedURL_ ? committedURL_->host() : std::nullopt;
   return {0, true, std::string(host.value_or(std::string_view()))};
 }
 
@@ -338,10 +338,14 @@ std::optional<std::string> WebKitWebView::title() const {
   return title;
 }
 
+std::optional<URL> WebKitWebView::nativeURL() const {
+  const char* uri = webkit_web_view_get_uri(view_.get());
+  return uri ? URL::parse(uri) : std::nullopt;
+}
+
 std::optional<URL> WebKitWebView::url() const {
   if (waitingLoad_) return waitingLoad_;
-  const char* uri = webkit_web_view_get_uri(view_.get());
-  if (uri && *uri) return URL::parse(uri);
+  if (auto shown = nativeURL()) return shown;
   // Right after a restore the view itself knows no address yet.
   auto* list = webkit_web_view_get_back_forward_list(view_.get());
   auto* current = webkit_back_forward_list_get_current_item(list);

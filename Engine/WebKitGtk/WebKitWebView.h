@@ -113,6 +113,9 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // No answer will come any more.
   void endFinding();
   void notify(WebViewProperty property);
+  // The engine's own address of the view: of the latest load, also before it is answered.
+  std::optional<URL> nativeURL() const;
+  // The main frame as it is shown: what is still being loaded has no part in its origin.
   FrameInfo mainFrame() const;
 
   // Process
@@ -193,6 +196,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // Who waits to hear whether the page may be closed; empty when nobody does.
   std::function<void(bool)> closing_;
   TaskHandle closingTimer_;
+  // Of the page that is shown; the view's own address is already that of the next one.
+  std::optional<URL> committedURL_;
   Finding finding_;
 };
 

@@ -43,6 +43,18 @@ TEST_F(PageTest, AsksForEachScriptDialogAndTakesItsAnswer) {
                           "prompt: name [me]", "prompt: name []"));
 }
 
+TEST_F(PageTest, QuestionsCarryTheOriginOfThePageThatIsShown) {
+  server.serve("http://bank.test/", {.body = "<title>Bank</title>", .delay = 30});
+  server.serve("http://localhost/out",
+               {.status = 302, .headers = {{"Location", "http://bank.test/"}}});
+  const auto view = page("<title>Evil</title>", "http://localhost/");
+  evaluate(*view, "location = '/out'; 1");
+  ASSERT_TRUE(eventually([&] { return view->url() == URL::parse("http://bank.test/"); }));
+  evaluate(*view, "alert('pay'); navigator.geolocation.getCurrentPosition(() => {}); 1");
+  EXPECT_TRUE(eventually([&] { return delegate.panels.size() == 2; }));
+  EXPECT_THAT(delegate.panels, ElementsAre("alert localhost: pay", "location localhost"));
+}
+
 TEST_F(PageTest, OpensAWindowThatTheEngineNavigates) {
   server.serve("http://page.test/popup", "<title>Popup</title>");
   std::shared_ptr<WebView> popup;
