@@ -2,12 +2,16 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "BrowserCore/Text.h"
 #include "Engine/WebKitGtk/EngineScripts.h"
 #include "Engine/WebKitGtk/HTTPSFirst.h"
+#include "Engine/WebKitGtk/ReportedURL.h"
 #include "Engine/WebKitGtk/SealedRuleListStore.h"
 #include "Engine/WebKitGtk/WebKitContentController.h"
 #include "Engine/WebKitGtk/WebKitDataStore.h"
+#include "Engine/WebKitGtk/WebKitDownload.h"
 #include "Engine/WebKitGtk/WebKitWebView.h"
 
 namespace orvel {
@@ -43,14 +47,33 @@ std::shared_ptr<WebsiteDataStore> WebKitEngine::dataStoreForIdentifier(const UUI
   auto& known = dataStores_[identifier];
   if (auto store = known.lock()) return store;
   const std::string folder = identifier.text();
-  auto store = std::make_shared<WebKitDataStore>(options_.dataFolder / folder,
-                                                 options_.cacheFolder / "WebKit" / folder);
+  auto store = followed(std::make_shared<WebKitDataStore>(
+      options_.dataFolder / folder, options_.cacheFolder / "WebKit" / folder));
   known = store;
   return store;
 }
 
 std::shared_ptr<WebsiteDataStore> WebKitEngine::nonPersistentDataStore() {
-  return std::make_shared<WebKitDataStore>();
+  return followed(std::make_shared<WebKitDataStore>());
+}
+
+std::shared_ptr<WebKitDataStore> WebKitEngine::followed(std::shared_ptr<WebKitDataStore> store) {
+  g_signal_connect(store->session(), "download-started",
+                   G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, gpointer self) {
+                     static_cast<WebKitEngine*>(self)->downloadStarted(download);
+                   }),
+                   this);
+  return store;
+}
+
+void WebKitEngine::addView(WebKitWebView& view) { views_[view.native()] = &view; }
+void WebKitEngine::removeView(const WebKitWebView& view) { views_.erase(view.native()); }
+
+void WebKitEngine::downloadStarted(WebKitDownload* download) {
+  if (const auto view = views_.find(webkit_download_get_web_view(download)); view != views_.end())
+    view->second->downloadStarted(download);
+  else
+    WebKitDownloadAdapter::follow(download)->setDelegate(downloadDelegate_);
 }
 
 void WebKitEngine::removeDataStoreForIdentifier(
@@ -112,6 +135,14 @@ void WebKitEngine::setURLSchemeHandler(const std::string& scheme, URLSchemeHandl
     if (context) registerScheme(context.get(), scheme);
 }
 
+bool WebKitEngine::canLoad(const URL& url) const {
+  constexpr std::string_view kSchemes[] = {"http", "https", "about",     "blob",
+                                           "data", "file",  "javascript"};
+  return std::ranges::any_of(kSchemes,
+                             [&](std::string_view scheme) { return url.hasScheme(scheme); }) ||
+         schemeHandlers_.contains(text::lowerASCII(url.scheme()));
+}
+
 void WebKitEngine::registerScheme(WebKitWebContext* context, const std::string& scheme) {
   webkit_web_context_register_uri_scheme(context, scheme.c_str(), &WebKitEngine::serve, this,
                                          nullptr);
@@ -124,7 +155,7 @@ void WebKitEngine::registerScheme(WebKitWebContext* context, const std::string& 
 void WebKitEngine::serve(WebKitURISchemeRequest* raw, gpointer self) {
   auto* engine = static_cast<WebKitEngine*>(self);
   const auto request = GRef<WebKitURISchemeRequest>::retain(raw);
-  const auto url = URL::parse(webkit_uri_scheme_request_get_uri(raw));
+  const auto url = reportedURL(webkit_uri_scheme_request_get_uri(raw));
   const auto handler =
       engine->schemeHandlers_.find(std::string_view(webkit_uri_scheme_request_get_scheme(raw)));
   if (!url || handler == engine->schemeHandlers_.end()) {

@@ -26,6 +26,7 @@ void WebKitWebView::connectProcess() {
         const auto self = static_cast<Self*>(data)->shared_from_this();
         self->endFinding();
         self->committedURL_.reset();
+        self->isSubstituteComing_ = false;
         self->answerClosing(true);
         self->setBlank(true);
         if (self->navigation_ && !self->isEndingProcess_)
