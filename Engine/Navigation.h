@@ -31,6 +31,8 @@ struct URLRequest {
   // Upper case, as HTTP writes it.
   std::string method = "GET";
   std::vector<std::pair<std::string, std::string>> headers;
+  // What a page sends along to a scheme of the program's own. The program's own loads have none.
+  std::string body;
   // How long the server may take to answer, after each redirect anew. A later answer counts as a
   // failure.
   Duration timeout = 60s;

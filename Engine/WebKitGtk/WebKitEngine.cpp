@@ -25,6 +25,39 @@ std::filesystem::path ruleCompiler(const WebKitEngineOptions& options) {
          "orvel-rule-compiler";
 }
 
+// Reads `input`, which may be null, to its end. What comes before an error counts.
+void readAll(GInputStream* input, std::function<void(std::string)> done) {
+  if (!input) return done("");
+  const auto stream = GRef<GInputStream>::adopt(input);
+  const auto memory = GRef<GOutputStream>::adopt(g_memory_output_stream_new_resizable());
+  g_output_stream_splice_async(
+      memory.get(), stream.get(), G_OUTPUT_STREAM_SPLICE_NONE, G_PRIORITY_DEFAULT, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::function<void(std::string)>> give(
+            static_cast<std::function<void(std::string)>*>(data));
+        auto* read = G_MEMORY_OUTPUT_STREAM(source);
+        g_output_stream_splice_finish(G_OUTPUT_STREAM(source), result, nullptr);
+        (*give)({static_cast<const char*>(g_memory_output_stream_get_data(read)),
+                 g_memory_output_stream_get_data_size(read)});
+      },
+      new std::function<void(std::string)>(std::move(done)));
+}
+
+void finish(WebKitURISchemeRequest* request, const SchemeResponse& response) {
+  auto bytes = g_bytes_new(response.body.data(), response.body.size());
+  const auto stream = GRef<GInputStream>::adopt(g_memory_input_stream_new_from_bytes(bytes));
+  g_bytes_unref(bytes);
+  const auto result = GRef<WebKitURISchemeResponse>::adopt(
+      webkit_uri_scheme_response_new(stream.get(), static_cast<gint64>(response.body.size())));
+  webkit_uri_scheme_response_set_status(result.get(), static_cast<guint>(response.status), nullptr);
+  webkit_uri_scheme_response_set_content_type(result.get(), response.mimeType.c_str());
+  auto* headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
+  for (const auto& [name, value] : response.headers)
+    soup_message_headers_append(headers, name.c_str(), value.c_str());
+  webkit_uri_scheme_response_set_http_headers(result.get(), headers);
+  webkit_uri_scheme_request_finish_with_response(request, result.get());
+}
+
 }  // namespace
 
 WebKitEngine::WebKitEngine(Scheduler& scheduler, WebKitEngineOptions options)
@@ -164,20 +197,17 @@ void WebKitEngine::serve(WebKitURISchemeRequest* raw, gpointer self) {
   }
   URLRequest asked{.url = *url};
   if (const char* method = webkit_uri_scheme_request_get_http_method(raw)) asked.method = method;
-  handler->second(asked, [request](SchemeResponse response) {
-    auto bytes = g_bytes_new(response.body.data(), response.body.size());
-    const auto stream = GRef<GInputStream>::adopt(g_memory_input_stream_new_from_bytes(bytes));
-    g_bytes_unref(bytes);
-    const auto result = GRef<WebKitURISchemeResponse>::adopt(
-        webkit_uri_scheme_response_new(stream.get(), static_cast<gint64>(response.body.size())));
-    webkit_uri_scheme_response_set_status(result.get(), static_cast<guint>(response.status),
-                                          nullptr);
-    webkit_uri_scheme_response_set_content_type(result.get(), response.mimeType.c_str());
-    auto* headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
-    for (const auto& [name, value] : response.headers)
-      soup_message_headers_append(headers, name.c_str(), value.c_str());
-    webkit_uri_scheme_response_set_http_headers(result.get(), headers);
-    webkit_uri_scheme_request_finish_with_response(request.get(), result.get());
+  if (auto* headers = webkit_uri_scheme_request_get_http_headers(raw))
+    soup_message_headers_foreach(
+        headers,
+        [](const char* name, const char* value, gpointer into) {
+          static_cast<URLRequest*>(into)->headers.emplace_back(name, value);
+        },
+        &asked);
+  readAll(webkit_uri_scheme_request_get_http_body(raw), [asked, request, handle = handler->second](
+                                                            std::string body) mutable {
+    asked.body = std::move(body);
+    handle(asked, [request](const SchemeResponse& response) { finish(request.get(), response); });
   });
 }
 

@@ -317,6 +317,21 @@ TEST_F(PageTest, ADownloadWithoutAPageIsFollowedAllTheSame) {
   engine->setDownloadDelegate({});
 }
 
+TEST_F(PageTest, ASchemeOfTheProgramsOwnGetsTheWholeRequest) {
+  std::vector<URLRequest> requests;
+  engine->setURLSchemeHandler("orvel-test", [&](const URLRequest& request, const auto& answer) {
+    requests.push_back(request);
+    answer({.mimeType = "text/html", .body = "<title>Own</title>"});
+  });
+  const auto view = makeView();
+  load(*view, "orvel-test://host/");
+  evaluate(*view, "fetch('/x', {method: 'POST', headers: {'X-Word': 'yes'}, body: 'said'}); 1");
+  ASSERT_TRUE(eventually([&] { return requests.size() == 2; }));
+  EXPECT_EQ(requests[1].method, "POST");
+  EXPECT_EQ(requests[1].body, "said");
+  EXPECT_THAT(requests[1].headers, testing::Contains(testing::Pair("X-Word", "yes")));
+}
+
 TEST_F(PageTest, AnAddressWithBlanksIsDecidedOnLikeAnyOther) {
   page("<iframe src='data:text/html,<b>two words</b>'></iframe>");
   ASSERT_TRUE(eventually([&] { return delegate.responses.size() == 2; }));
