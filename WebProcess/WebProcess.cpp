@@ -19,18 +19,17 @@ std::unordered_map<guint64, std::vector<WebKitFrame*>>& framesByPage() {
   return *frames;
 }
 
-void frameDied(gpointer page, GObject* frame) {
-  auto& frames = framesByPage()[reinterpret_cast<guint64>(page)];
-  std::erase(frames, reinterpret_cast<WebKitFrame*>(frame));
+void frameDied(gpointer, GObject* frame) {
+  for (auto& [page, frames] : framesByPage())
+    std::erase(frames, reinterpret_cast<WebKitFrame*>(frame));
 }
 
 void windowObjectCleared(WebKitScriptWorld*, WebKitWebPage* page, WebKitFrame* frame, gpointer) {
-  const guint64 id = webkit_web_page_get_id(page);
-  auto& frames = framesByPage()[id];
+  auto& frames = framesByPage()[webkit_web_page_get_id(page)];
   for (const WebKitFrame* known : frames)
     if (known == frame) return;
   frames.push_back(frame);
-  g_object_weak_ref(G_OBJECT(frame), &frameDied, reinterpret_cast<gpointer>(id));
+  g_object_weak_ref(G_OBJECT(frame), &frameDied, nullptr);
 }
 
 using FrameRef = std::unique_ptr<WebKitFrame, decltype(&g_object_unref)>;

@@ -188,7 +188,6 @@ void WebKitWebView::loadChanged(WebKitLoadEvent event) {
       hasShownPage_ = true;
       if (isBlank_) awaitDrawing();
       plainRequest_.reset();
-      suppliedPlain_.reset();
       restoredAddress_.reset();
       undecided_.clear();
       allowedURL_.reset();
@@ -216,6 +215,7 @@ void WebKitWebView::endWaiting() {
 void WebKitWebView::stopWaiting() {
   awaited_.reset();
   answerTimer_.cancel();
+  suppliedPlain_.reset();
 }
 
 Task<> WebKitWebView::endUnanswered(std::weak_ptr<WebKitWebView> weak, Duration after) {
@@ -267,14 +267,14 @@ void WebKitWebView::load(const URLRequest& request) {
     self->waitingLoad_.reset();
     const auto native =
         GRef<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.text().c_str()));
-    self->suppliedPlain_ = request.schemeSource == SchemeSource::Supplied
-                               ? plainForm(webkit_uri_request_get_uri(native.get()))
-                               : std::nullopt;
     if (auto* headers = webkit_uri_request_get_http_headers(native.get()))
       for (const auto& [name, value] : request.headers)
         soup_message_headers_append(headers, name.c_str(), value.c_str());
     self->stopWaiting();
     self->awaited_ = Awaited{request.timeout};
+    self->suppliedPlain_ = request.schemeSource == SchemeSource::Supplied
+                               ? plainForm(webkit_uri_request_get_uri(native.get()))
+                               : std::nullopt;
     self->navigate([view = self.get(), native] {
       // In the engine's own words: a bare host has got its slash.
       view->noteProgramLoad(webkit_uri_request_get_uri(native.get()));
@@ -304,7 +304,6 @@ void WebKitWebView::reload(ReloadSource source) {
 void WebKitWebView::stopLoading() {
   // The failure of an upgrade may be on its way already: it starts nothing any more.
   plainRequest_.reset();
-  suppliedPlain_.reset();
   waitingLoad_.reset();
   restoredAddress_.reset();
   forgetNavigation();

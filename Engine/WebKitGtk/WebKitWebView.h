@@ -210,7 +210,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // Who waits to hear whether the page may be closed; empty when nobody does.
   std::function<void(bool)> closing_;
   TaskHandle closingTimer_;
-  // The http address of the program's latest load, whose https the program supplied.
+  // The http address of the awaited load, where the program supplied its https.
   std::optional<URL> suppliedPlain_;
   // The latest navigations that were put to the delegate as a sub-frame's for want of knowledge.
   std::deque<NavigationAction> undecided_;
