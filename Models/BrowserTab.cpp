@@ -162,8 +162,7 @@ void BrowserTab::observe(WebView& view) {
 }
 
 void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
-  auto restore = [weakTab = weak_from_this(), weak = std::weak_ptr(view), address = url.peek(),
-                  request = url.peek() ? std::optional(requestFor(*url.peek())) : std::nullopt] {
+  auto restore = [weakTab = weak_from_this(), weak = std::weak_ptr(view), address = url.peek()] {
     const auto tab = weakTab.lock();
     const auto live = weak.lock();
     if (!tab || !live || tab->webView_.peek() != live) return;
@@ -171,7 +170,7 @@ void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
     // Something newer has navigated the view while the action waited.
     if (live->url() || live->isLoading()) return;
     const bool isRestored = state && live->setInteractionState(*state);
-    if (!isRestored && request) live->load(*request);
+    if (!isRestored && address) live->load(tab->requestFor(*address));
   };
   const auto store = store_.lock();
   const bool waitsForRules = store && store->contentBlocker.holdsFirstLoads();

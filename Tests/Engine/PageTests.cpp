@@ -2,7 +2,6 @@
 
 #include <fstream>
 
-#include "Base/FileSystem.h"
 #include "Engine/WebKitGtk/WebKitDataStore.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Engine/RecordingDelegate.h"
@@ -326,7 +325,8 @@ TEST_F(PageTest, ADownloadWithoutAPageIsFollowedAllTheSame) {
   const auto download = GRef<WebKitDownload>::adopt(
       webkit_network_session_download_uri(session, "http://files.test/data.bin"));
   EXPECT_TRUE(eventually([&] { return saving->isFinished; }));
-  EXPECT_EQ(FileSystem::disk()->read(saving->destination), "bytes");
+  std::ifstream file(saving->destination);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "bytes");
   engine->setDownloadDelegate({});
 }
 
