@@ -18,7 +18,7 @@ struct Alert {
   std::string informativeText;
   // In order of importance: the first is the default, the last of several is what Escape means.
   std::vector<std::string> buttons;
-  // The first button does something that cannot be undone.
+  // The first button does something that cannot be undone: the last is the default then.
   bool isDestructive = false;
   ImageRef icon;
   // A text field with this text in it, secret when so marked.

@@ -47,10 +47,12 @@ class NavigationDelegate {
 
   // The first bytes of a new page have arrived: the address is the new one, scripts run from here.
   virtual void didCommit(WebView& view) = 0;
-  // The page and what it embeds have loaded.
+  // The page and what it embeds have loaded. Not told of a page that stands in for another.
   virtual void didFinish(WebView& view) = 0;
   // A main-frame load failed before its commit.
   virtual void didFailProvisionalNavigation(WebView& view, const LoadError& error) = 0;
+  // The main frame's load broke off after its commit: what has come of the page stays.
+  virtual void didFail(WebView& view, const LoadError& error) = 0;
   virtual void webContentProcessDidTerminate(WebView& view) = 0;
 
   // Absent: go on without credentials, and show the server's refusal.

@@ -45,6 +45,9 @@ class Engine {
   // Null when the engine has none here; blocking is then off.
   virtual std::shared_ptr<ContentRuleListStore> contentRuleListStore() = 0;
 
+  // Takes the downloads whose page has gone before they began; without it they are refused.
+  virtual void setDownloadDelegate(std::weak_ptr<DownloadDelegate> delegate) = 0;
+
   // Serves `scheme` from now on, in views made after this call. Its pages have an origin a host,
   // are a secure context, and cannot be framed or navigated to by pages of the web.
   virtual void setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) = 0;

@@ -22,18 +22,25 @@ struct FrameInfo {
   friend bool operator==(const FrameInfo&, const FrameInfo&) = default;
 };
 
+// Who chose an address's scheme. An https that the program supplied is a try: where a view tries
+// https first, a host that does not serve it is asked over http, like one that was upgraded.
+enum class SchemeSource { Given, Supplied };
+
 struct URLRequest {
   URL url;
   // Upper case, as HTTP writes it.
   std::string method = "GET";
   std::vector<std::pair<std::string, std::string>> headers;
+  // What a page sends along to a scheme of the program's own. The program's own loads have none.
+  std::string body;
   // How long the server may take to answer, after each redirect anew. A later answer counts as a
   // failure.
   Duration timeout = 60s;
+  SchemeSource schemeSource = SchemeSource::Given;
 };
 
 enum class NavigationType {
-  Other = -1,  // scripts, redirects, the program
+  Other = -1,  // scripts, their clicks too, redirects, the program
   LinkActivated = 0,
   FormSubmitted = 1,
   BackForward = 2,
@@ -65,7 +72,8 @@ struct NavigationAction {
   std::optional<FrameInfo> sourceFrame;
   // The frame to be navigated; absent for a request for a new window. Where the engine could not
   // tell a sub-frame from the main frame in time this is the cautious answer, a sub-frame, and the
-  // main frame's own question follows when it is known.
+  // main frame's own question follows when it is known, before the page commits. Addresses that the
+  // engine cannot load are asked about only when it is known.
   std::optional<FrameInfo> targetFrame;
   ModifierFlags modifierFlags;
   MouseButton buttonNumber = MouseButton::None;
@@ -86,7 +94,7 @@ struct NavigationResponse {
 
 using PolicyHandler = std::function<void(NavigationPolicy)>;
 
-// Why a load failed before anything was committed.
+// Why a load failed.
 struct LoadError {
   enum class Kind {
     Cancelled,          // a newer load, the user or the program stopped it

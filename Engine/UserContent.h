@@ -19,7 +19,7 @@ struct ContentWorld {
   // The world of the program's own scripts.
   static ContentWorld defaultClient() { return {"orvel"}; }
   // The world of the scripts that hide what the user picked.
-  static ContentWorld hiddenItems() { return {"orvel-hidden-items"}; }
+  static ContentWorld hiddenItems() { return {"OrvelHiddenItems"}; }
   // Any other world. Scripts run in it and post from it; only the worlds above can be evaluated in
   // frames other than the main one.
   static ContentWorld named(std::string name) { return {std::move(name)}; }
@@ -45,6 +45,7 @@ struct ScriptMessage {
   std::string name;
   // The body as JSON text; "null" for what JSON cannot express.
   std::string body;
+  // Nothing is known of a message from the page's own world: a sub-frame, the cautious answer.
   FrameInfo frame;
 };
 using ScriptMessageHandler = std::function<void(const ScriptMessage&)>;

@@ -48,7 +48,7 @@ struct PageRect {
 struct SnapshotRequest {
   // Absent: the whole visible part.
   std::optional<PageRect> rect;
-  // Scales the picture to this width, keeping its shape; absent: one pixel a device pixel.
+  // Scales the picture down to this width in CSS pixels, keeping its shape; absent: as it is shown.
   std::optional<int> width;
 };
 
@@ -82,7 +82,8 @@ struct InteractionState {
 // A live page: the engine's view with its web process.
 //
 // All operations belong to the main thread. Answers of asynchronous operations come on a later
-// turn, exactly once, also when the view has died meanwhile (with the answer of a failure).
+// turn, exactly once, also when the view has died meanwhile (with the answer of a failure). A page
+// that hangs has failed after some seconds, where all its frames are asked.
 // Destroying the view ends its page; the process goes when no view uses it.
 class WebView {
  public:
@@ -96,8 +97,9 @@ class WebView {
   // Loading. What the program asks for here reaches the page also while it hangs: a process that
   // does not take it up within some seconds is replaced.
   virtual void load(const URLRequest& request) = 0;
-  // Shows `html` as the page of `baseURL`: the address reads so, relative links resolve against it,
-  // and reloading loads that address. Without one the address is about:blank.
+  // Shows `html` in the place of the page of `baseURL`: the address reads so, relative links
+  // resolve against it, and reloading loads that address. Without one the address is about:blank.
+  // The delegate is told of its commit and of no finish.
   virtual void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) = 0;
   virtual void reload(ReloadSource source) = 0;
   virtual void stopLoading() = 0;

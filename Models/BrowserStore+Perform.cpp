@@ -36,7 +36,9 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
                         [&](const suggestion::Shortcut& chosen) {
                           openIfAny(chosen.shortcut.url(chosen.query));
                         },
-                        [&](const suggestion::Address& address) { open(address.url, mode); },
+                        [&](const suggestion::Address& address) {
+                          open(address.url, mode, address.schemeSource);
+                        },
                         [&](const suggestion::Search& search) {
                           openIfAny(settings.searchEngine.peek().searchURL(search.text));
                         },
@@ -51,19 +53,19 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
              suggestion);
 }
 
-void BrowserStore::open(const URL& url, CommandBarMode mode) {
+void BrowserStore::open(const URL& url, CommandBarMode mode, SchemeSource scheme) {
   if (mode == CommandBarMode::Quick) {
-    openLittleWindow(url);
+    openLittleWindow(url, nullptr, std::nullopt, scheme);
     services_.desktop.application.activate();
     return;
   }
   const TabRef selected =
       mode == CommandBarMode::CurrentTab ? activeSpace()->selectedTab() : nullptr;
   if (!selected) {
-    openTab(url);
+    openTab(url, {.schemeSource = scheme});
     return;
   }
-  selected->load(url);
+  selected->load(url, scheme);
   later([](BrowserStore& store) { store.focusWebView(); });
 }
 

@@ -20,17 +20,20 @@ bool BrowserStore::openExternal(const URL& url) {
 
 TabRef BrowserStore::openLittleWindow(const std::optional<URL>& url,
                                       std::shared_ptr<Profile> profile,
-                                      std::optional<WebViewConfiguration> configuration) {
+                                      std::optional<WebViewConfiguration> configuration,
+                                      SchemeSource scheme) {
   if (!makeLittleWindow) {
     // The sidebar is saved: nothing private may stand in it.
     if (profile && profile->isPrivate) return nullptr;
     return openTab(url, {.in = profile ? spaceOn(*profile) : nullptr,
-                         .configuration = std::move(configuration)});
+                         .configuration = std::move(configuration),
+                         .schemeSource = scheme});
   }
   TabRef tab = BrowserTab::make(services_, {.profile = profile ? profile : activeSpace()->profile,
                                             .store = weak_from_this(),
                                             .url = url,
-                                            .configuration = std::move(configuration)});
+                                            .configuration = std::move(configuration),
+                                            .schemeSource = scheme});
   littleWindows.push_back(makeLittleWindow(tab));
   tab->webView();
   return tab;

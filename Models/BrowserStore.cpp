@@ -42,6 +42,7 @@ void BrowserStore::start() {
   installSplitFocusMonitor();
   installSpaceSwipeMonitor();
   installTabSwitcherMonitor();
+  services_.engine.setDownloadDelegate(services_.downloads);
   services_.downloads->onFinish = [weak = weak_from_this()](const std::string& name) {
     if (const auto store = weak.lock()) store->showToast("Downloaded " + name);
   };

@@ -204,6 +204,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
     TabRef after;
     bool select = true;
     std::optional<WebViewConfiguration> configuration;
+    SchemeSource schemeSource = SchemeSource::Given;  // who chose the scheme of the address
   };
   TabRef openTab(const std::optional<URL>& url, OpenOptions options);
   TabRef openTab(const std::optional<URL>& url) { return openTab(url, OpenOptions()); }
@@ -260,7 +261,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   bool openExternal(const URL& url);
   // Null profile: the active space's. Null when a private tab has no window to go to.
   TabRef openLittleWindow(const std::optional<URL>& url, std::shared_ptr<Profile> profile = nullptr,
-                          std::optional<WebViewConfiguration> configuration = std::nullopt);
+                          std::optional<WebViewConfiguration> configuration = std::nullopt,
+                          SchemeSource scheme = SchemeSource::Given);
   void littleWindowDidClose(const LittleWindow& closed);
   std::shared_ptr<LittleWindow> keyLittleWindow() const;
   // The tab that commands act on: the key little window's, or else the selected one.
@@ -379,7 +381,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void animate(const Spring& spring, const std::function<void()>& change,
                std::function<void()> completion = {});
   bool areWindowButtonsHidden() const;
-  void open(const URL& url, CommandBarMode mode);
+  void open(const URL& url, CommandBarMode mode, SchemeSource scheme = SchemeSource::Given);
 
   void addTabCommands(std::vector<PaletteCommand>& commands, const TabRef& tab);
   void addSpaceCommands(std::vector<PaletteCommand>& commands);

@@ -9,17 +9,24 @@
 // What the tab asks of its view and what it mirrors of it.
 namespace orvel {
 
-void BrowserTab::load(const URL& address) {
+void BrowserTab::load(const URL& address, SchemeSource scheme) {
   requireMainThread();
+  suppliedAddress_ = scheme == SchemeSource::Supplied ? std::optional(address) : std::nullopt;
   setAddress(address);
   if (const auto store = store_.lock()) store->scheduleSave();
   if (const auto& view = webView_.peek()) {
     scriptDialogs_.leave();
-    view->load({.url = address});
+    view->load(requestFor(address));
     return;
   }
   pageState.set(std::nullopt);
   webView();
+}
+
+URLRequest BrowserTab::requestFor(const URL& address) const {
+  return {
+      .url = address,
+      .schemeSource = address == suppliedAddress_ ? SchemeSource::Supplied : SchemeSource::Given};
 }
 
 void BrowserTab::reload(ReloadSource source) {

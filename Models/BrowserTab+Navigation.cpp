@@ -115,6 +115,12 @@ void BrowserTab::openInAnotherApplication(const WebView& view, const NavigationA
   }
 }
 
+bool BrowserTab::handOver(const WebView& view, const NavigationAction& action) {
+  if (!action.request || isHandledInside(action.request->url)) return false;
+  confirmOpeningApp(view, action.request->url);
+  return true;
+}
+
 void BrowserTab::confirmOpeningApp(const WebView& view, const URL& address) {
   const auto application = services_.desktop.workspace.applicationToOpen(address);
   // A script may ask again and again: one question at a time.
@@ -152,6 +158,7 @@ void BrowserTab::didCommit(WebView& view) {
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
   pageDidChange();
   namelessVisit_.reset();
+  suppliedAddress_.reset();
   scriptDialogs_.pageDidChange();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
@@ -214,6 +221,9 @@ void BrowserTab::didFailProvisionalNavigation(WebView& view, const LoadError& er
   Log::navigation.error("Couldn't load {}: {} {}", Masked{label}, error.domain, error.code);
   showErrorPage(view, error, address);
 }
+
+// What has come of the page stays as it is.
+void BrowserTab::didFail(WebView& view, const LoadError&) { sync(view); }
 
 void BrowserTab::webContentProcessDidTerminate(WebView& view) {
   constexpr Duration kCrashMemory = 10s;

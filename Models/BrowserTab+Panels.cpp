@@ -30,11 +30,11 @@ DesktopWindow* BrowserTab::panelParent() const {
   return store ? store->window : nullptr;
 }
 
-std::shared_ptr<WebView> BrowserTab::createWebView(WebView&,
+std::shared_ptr<WebView> BrowserTab::createWebView(WebView& opener,
                                                    const WebViewConfiguration& configuration,
                                                    const NavigationAction& action) {
   const auto store = store_.lock();
-  if (!store) return nullptr;
+  if (!store || handOver(opener, action)) return nullptr;
   if (profile->isPrivate) {
     const TabRef opened = store->openLittleWindow(std::nullopt, profile, configuration);
     return opened ? opened->webView() : nullptr;

@@ -23,7 +23,9 @@ BrowserTab::BrowserTab(const Services& services, Values values)
       pageState(services.files.files(), services.paths.tabState(id), values.stateFile),
       services_(services),
       store_(std::move(values.store)),
-      pendingConfiguration_(std::move(values.configuration)) {}
+      pendingConfiguration_(std::move(values.configuration)) {
+  if (values.schemeSource == SchemeSource::Supplied) suppliedAddress_ = url.peek();
+}
 
 BrowserTab::~BrowserTab() {
   // Nobody may ask a delegate that is gone.
@@ -124,7 +126,7 @@ WebViewConfiguration BrowserTab::prepareConfiguration() {
         if (const auto tab = weak.lock()) tab->mediaDidChange(message.frame);
       });
   contentController_->addScriptMessageHandler(
-      "orvelHide", ContentWorld::named("OrvelHiddenItems"),
+      "orvelHide", ContentWorld::hiddenItems(),
       [weak = weak_from_this()](const ScriptMessage& message) {
         if (const auto tab = weak.lock()) tab->itemWasHidden(message);
       });
@@ -168,7 +170,7 @@ void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
     // Something newer has navigated the view while the action waited.
     if (live->url() || live->isLoading()) return;
     const bool isRestored = state && live->setInteractionState(*state);
-    if (!isRestored && address) live->load({.url = *address});
+    if (!isRestored && address) live->load(tab->requestFor(*address));
   };
   const auto store = store_.lock();
   const bool waitsForRules = store && store->contentBlocker.holdsFirstLoads();

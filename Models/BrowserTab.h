@@ -41,6 +41,8 @@ class BrowserTab final : public NavigationDelegate,
     std::optional<Date> lastActiveAt;
     // For a window that a page opened: the engine navigates the view itself.
     std::optional<WebViewConfiguration> configuration;
+    // Who chose the scheme of `url`.
+    SchemeSource schemeSource = SchemeSource::Given;
     PageState::FormerFile stateFile = PageState::FormerFile::None;
   };
   [[nodiscard]] static TabRef make(const Services& services, Values values);
@@ -95,7 +97,7 @@ class BrowserTab final : public NavigationDelegate,
   // Ends the view and keeps the way back to its page.
   void hibernate();
 
-  void load(const URL& address);
+  void load(const URL& address, SchemeSource scheme = SchemeSource::Given);
   void reload(ReloadSource source = ReloadSource::Cache);
   // Ends the page of a pinned tab, which returns to its home.
   void unload();
@@ -148,6 +150,7 @@ class BrowserTab final : public NavigationDelegate,
   void didCommit(WebView& view) override;
   void didFinish(WebView& view) override;
   void didFailProvisionalNavigation(WebView& view, const LoadError& error) override;
+  void didFail(WebView& view, const LoadError& error) override;
   void webContentProcessDidTerminate(WebView& view) override;
   void didReceiveAuthenticationChallenge(
       WebView& view, const AuthenticationChallenge& challenge,
@@ -184,11 +187,14 @@ class BrowserTab final : public NavigationDelegate,
   void restorePage(const std::shared_ptr<WebView>& view);
   void observe(WebView& view);
   void reopen(const URL& address);
+  URLRequest requestFor(const URL& address) const;
   // What takes the place of a navigation of the main frame; empty: it goes on.
   std::function<void()> insteadOf(WebView& view, const NavigationAction& action);
   bool opensInPeek(const WebView& view, const NavigationAction& action,
                    const BrowserStore& store) const;
   void openInAnotherApplication(const WebView& view, const NavigationAction& action);
+  // Asks whether to open an address that belongs to another application; false for any other.
+  bool handOver(const WebView& view, const NavigationAction& action);
   // Asks first. Does nothing without an application for the address.
   void confirmOpeningApp(const WebView& view, const URL& address);
   void sync(const WebView& view);
@@ -228,6 +234,8 @@ class BrowserTab final : public NavigationDelegate,
   std::vector<Observation> observations_;
   // The base address of the extension that the view was made for.
   std::optional<URL> extensionBaseURL_;
+  // The address whose scheme the program supplied, until a page commits.
+  std::optional<URL> suppliedAddress_;
   // The last address that was loaded in place of one with tracking parameters, until a page
   // finishes.
   std::optional<URL> lastStrippedURL_;

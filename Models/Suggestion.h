@@ -10,6 +10,7 @@
 #include "BrowserCore/SearchShortcut.h"
 #include "BrowserCore/Session/TabRecord.h"
 #include "BrowserCore/URL.h"
+#include "Engine/Navigation.h"
 #include "Models/Profile.h"
 #include "Support/HistoryStore.h"
 
@@ -37,6 +38,7 @@ struct Shortcut {
 };
 struct Address {
   URL url;
+  SchemeSource schemeSource = SchemeSource::Given;  // whether its scheme was typed
 };
 struct Search {
   std::string text;

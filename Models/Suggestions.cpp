@@ -45,7 +45,10 @@ void addTypedRows(const SuggestionSources& sources, const std::string& query, Ro
     rows.push_back(suggestion::Answer{std::move(answer->question), std::move(answer->answer)});
   if (auto match = SearchShortcut::match(query, sources.shortcuts))
     rows.push_back(suggestion::Shortcut{std::move(match->shortcut), std::move(match->query)});
-  if (auto url = URLInput::explicitURL(query)) rows.push_back(suggestion::Address{std::move(*url)});
+  if (auto url = URLInput::explicitURL(query)) {
+    const auto scheme = url->text() == query ? SchemeSource::Given : SchemeSource::Supplied;
+    rows.push_back(suggestion::Address{std::move(*url), scheme});
+  }
   rows.push_back(suggestion::Search{query});
   addFirst(
       kMostCompletions, sources.engineSuggestions, rows,

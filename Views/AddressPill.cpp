@@ -23,6 +23,7 @@ AddressPill::AddressPill(BrowserStore& store)
   glyph_.set_transition_type(Gtk::StackTransitionType::CROSSFADE);
   glyph_.set_transition_duration(160);
   host_.set_xalign(0);
+  host_.set_ellipsize(Pango::EllipsizeMode::END);
   address_.set_child(host_);
   address_.add_css_class("host");
   address_.set_hexpand(true);
@@ -55,9 +56,6 @@ void AddressPill::showAddress() {
   const std::string prompt = _("Search or enter address");
   const std::string text = wasCopied ? _("Copied") : url ? shownText(displayHost(*url)) : prompt;
   host_.set_text(text);
-  // The end of a host says whose it is.
-  const bool isHost = url && !wasCopied;
-  host_.set_ellipsize(isHost ? Pango::EllipsizeMode::START : Pango::EllipsizeMode::END);
   const bool isPrompt = !url && !wasCopied;
   setClass(address_.Gtk::Widget::gobj(), "prompt", isPrompt);
   setClass(host_.Gtk::Widget::gobj(), "quiet", isPrompt);

@@ -75,7 +75,7 @@ void HistoryRow::show(const Glib::RefPtr<HistoryItem>& item) {
   title_.set_text(title);
   site_.set_text(site);
   const bool isLong = g_utf8_strlen(site.c_str(), -1) > kLongestSite;
-  site_.set_ellipsize(isLong ? Pango::EllipsizeMode::START : Pango::EllipsizeMode::NONE);
+  site_.set_ellipsize(isLong ? Pango::EllipsizeMode::END : Pango::EllipsizeMode::NONE);
   time_.set_text(time);
   setTooltip(entry_, title + "\n" + shownText(entry.url.text()));
   // The list's own widget around the row has the keyboard, and is what is read out.

@@ -12,6 +12,7 @@
 
 #include "Base/GRef.h"
 #include "DesignSystem/Icons.h"
+#include "DesignSystem/StyleSheet.h"
 #include "Models/ActionCatalogue.h"
 #include "Views/Keyboard.h"
 
@@ -78,6 +79,17 @@ class MenuBuilder {
   int count_ = 0;
 };
 
+// The rows of a menu, without those of the menus that they open.
+void forEachRow(GtkWidget* widget, const std::function<void(GtkWidget*)>& visit) {
+  for (auto* child = gtk_widget_get_first_child(widget); child;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (g_strcmp0(gtk_widget_get_css_name(child), "modelbutton") == 0)
+      visit(child);
+    else
+      forEachRow(child, visit);
+  }
+}
+
 // The toolkit shows an entry's icon or its title; a list of things has both.
 void showIcons(GtkWidget* widget) {
   const bool isEntry = g_strcmp0(gtk_widget_get_css_name(widget), "modelbutton") == 0;
@@ -125,6 +137,30 @@ class QuietTooltips {
   std::vector<GRef<GtkWidget>> quiet_;
 };
 
+// Of a row and the menu that it has opened one alone is filled: the row is, until something of the
+// menu is chosen.
+void followSubmenu(GtkWidget* submenu, GtkWidget* opener) {
+  const auto chosen = +[](GtkWidget* row, GtkStateFlags, GtkWidget* passed) {
+    bool isPassed = false;
+    for (auto* one = gtk_widget_get_first_child(gtk_widget_get_parent(row)); one && !isPassed;
+         one = gtk_widget_get_next_sibling(one))
+      isPassed = (gtk_widget_get_state_flags(one) & GTK_STATE_FLAG_SELECTED) != 0;
+    setClass(passed, "passed", isPassed);
+  };
+  forEachRow(submenu, [&](GtkWidget* row) {
+    g_signal_connect_object(row, "state-flags-changed", G_CALLBACK(chosen), opener,
+                            static_cast<GConnectFlags>(0));
+  });
+}
+
+void followSubmenus(GtkWidget* widget) {
+  for (auto* child = gtk_widget_get_first_child(widget); child;
+       child = gtk_widget_get_next_sibling(child)) {
+    if (GTK_IS_POPOVER_MENU(child)) followSubmenu(child, widget);
+    followSubmenus(child);
+  }
+}
+
 // What a menu does when it closes.
 struct Closing {
   GtkWidget* popover;
@@ -166,6 +202,7 @@ GtkPopover* makePopover(Gtk::Widget& widget, const std::vector<MenuEntry>& entri
                           G_CONNECT_SWAPPED);
   rewriteKeys(native, builder.shownKeysByLabel);
   showIcons(native);
+  followSubmenus(native);
   gtk_popover_set_has_arrow(GTK_POPOVER(native), FALSE);
   auto* focus = focusBeside(widget.gobj());
   g_signal_connect_data(

@@ -18,6 +18,8 @@ constexpr double kInset = 8;  // room at the sides, where the rows' shadows and 
 // What is built before the window has told its height.
 constexpr double kFirstHeight = 800;
 constexpr double kMinimumWidth = 120;
+// The list fades so far at an end that goes on.
+constexpr double kFade = 12;
 
 }  // namespace
 
@@ -275,7 +277,7 @@ void RowList::scrollTo(const SidebarRow::Key& key) {
   const double bottom = layout_.top(*index) + layout_.height(*index);
   // The viewport learns of new rows with the next layout.
   toReach_ = bottom > adjustment_->get_upper() ? std::optional(key) : std::nullopt;
-  adjustment_->clamp_page(layout_.top(*index), bottom);
+  adjustment_->clamp_page(layout_.top(*index) - kFade, bottom + kFade);
 }
 
 RowWidget* RowList::widgetFor(const SidebarRow::Key& key) const {

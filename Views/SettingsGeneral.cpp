@@ -48,6 +48,7 @@ SettingsGeneral::ShortcutRow::ShortcutRow(Settings& settings, const UUID& id)
   add(urlTemplate, _("Search URL"), "https://site.com/search?q=%s", 1,
       &SearchShortcut::urlTemplate);
   urlTemplate.set_hexpand(true);
+  urlTemplate.add_css_class("address");
   remove.signal_clicked().connect([&settings, id] {
     settings.searchShortcuts.update(
         [&](auto& list) { std::erase_if(list, [&](const auto& one) { return one.id == id; }); });

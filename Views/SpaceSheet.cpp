@@ -40,7 +40,10 @@ SpaceSheet::SpaceSheet(BrowserStore& store)
   card_.set_halign(Gtk::Align::CENTER);
   card_.set_valign(Gtk::Align::CENTER);
   card_.set_margin(kMargin);
-  append(card_);
+  // The sheet lies over what moves the window otherwise.
+  handle_.set_hexpand(true);
+  handle_.set_child(card_);
+  append(handle_);
 
   auto keys = Gtk::EventControllerKey::create();
   keys->signal_key_pressed().connect(

@@ -2,6 +2,7 @@
 
 #include <gtkmm/box.h>
 #include <gtkmm/scrolledwindow.h>
+#include <gtkmm/windowhandle.h>
 
 #include "DesignSystem/SpringAnimation.h"
 #include "DesignSystem/StyleSheet.h"
@@ -25,6 +26,7 @@ class SpaceSheet final : public Gtk::Box {
 
   BrowserStore& store_;
   ThemeRoot theme_;
+  Gtk::WindowHandle handle_;
   Gtk::ScrolledWindow card_;
   std::unique_ptr<SpaceEditor> editor_;
   std::optional<UUID> draftID_;

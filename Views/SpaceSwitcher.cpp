@@ -141,7 +141,9 @@ void SpaceSwitcher::takeDrops(Gtk::Widget& seal, const std::shared_ptr<Space>& s
       controller, "drop",
       G_CALLBACK(
           +[](GtkDropTargetAsync*, GdkDrop* drop, double, double, Target* target) -> gboolean {
-            const auto tab = target->drag.tab;
+            const auto dragged = target->drag.tab;
+            // It may have closed on its way.
+            const auto tab = dragged ? target->store.tab(TabDrag{dragged->id}) : nullptr;
             if (tab) {
               const auto& today = target->space->today.peek();
               const auto first = today.empty() ? std::nullopt : std::optional(today.front()->id);

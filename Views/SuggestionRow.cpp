@@ -92,7 +92,7 @@ void SuggestionRow::showTexts() {
   subtitle_.set_text(subtitle);
   subtitle_.set_visible(!subtitle.empty());
   const bool isLong = g_utf8_strlen(subtitle.c_str(), -1) > kLongestSubtitle;
-  subtitle_.set_ellipsize(isLong ? Pango::EllipsizeMode::START : Pango::EllipsizeMode::NONE);
+  subtitle_.set_ellipsize(isLong ? Pango::EllipsizeMode::END : Pango::EllipsizeMode::NONE);
   setClass(Gtk::Widget::gobj(), "answer", isAnswer);
   setClass(title_.Gtk::Widget::gobj(), "serif", isAnswer);
   texts_.set_orientation(isAnswer ? Gtk::Orientation::VERTICAL : Gtk::Orientation::HORIZONTAL);

@@ -123,6 +123,8 @@ Task<> ContentBlocker::loadLists() {
     const std::string name = sources[i].name;
     CompiledRules known;
     if (lookups[i]) known = co_await std::move(*lookups[i]);
+    hasEnded = co_await isCancelled();
+    if (hasEnded) co_return;
     auto loading = loadRuleList(scheduler_, store, available, std::move(sources[i]), known.list);
     auto list = co_await std::move(loading);
     hasEnded = co_await isCancelled();

@@ -4,6 +4,7 @@
 #include <webkit/webkit-web-process-extension.h>
 
 #include <cstring>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -18,18 +19,27 @@ std::unordered_map<guint64, std::vector<WebKitFrame*>>& framesByPage() {
   return *frames;
 }
 
-void frameDied(gpointer page, GObject* frame) {
-  auto& frames = framesByPage()[reinterpret_cast<guint64>(page)];
-  std::erase(frames, reinterpret_cast<WebKitFrame*>(frame));
+void frameDied(gpointer, GObject* frame) {
+  for (auto& [page, frames] : framesByPage())
+    std::erase(frames, reinterpret_cast<WebKitFrame*>(frame));
 }
 
 void windowObjectCleared(WebKitScriptWorld*, WebKitWebPage* page, WebKitFrame* frame, gpointer) {
-  const guint64 id = webkit_web_page_get_id(page);
-  auto& frames = framesByPage()[id];
+  auto& frames = framesByPage()[webkit_web_page_get_id(page)];
   for (const WebKitFrame* known : frames)
     if (known == frame) return;
   frames.push_back(frame);
-  g_object_weak_ref(G_OBJECT(frame), &frameDied, reinterpret_cast<gpointer>(id));
+  g_object_weak_ref(G_OBJECT(frame), &frameDied, nullptr);
+}
+
+using FrameRef = std::unique_ptr<WebKitFrame, decltype(&g_object_unref)>;
+
+// Held, as a script may take other frames out of the page.
+std::vector<FrameRef> framesOf(WebKitWebPage* page) {
+  std::vector<FrameRef> held;
+  for (WebKitFrame* frame : framesByPage()[webkit_web_page_get_id(page)])
+    held.emplace_back(WEBKIT_FRAME(g_object_ref(frame)), &g_object_unref);
+  return held;
 }
 
 // The worlds by name; empty is the page's own. Made at start, before scripts of these names arrive:
@@ -62,11 +72,10 @@ gboolean messageReceived(WebKitWebPage* page, WebKitUserMessage* message, gpoint
   g_variant_get(webkit_user_message_get_parameters(message), "(&s&s)", &worldName, &script);
   GVariantBuilder results;
   g_variant_builder_init(&results, G_VARIANT_TYPE("as"));
-  const std::vector<WebKitFrame*> frames = framesByPage()[webkit_web_page_get_id(page)];
   const auto world = worlds().find(worldName);
-  for (WebKitFrame* frame : frames)
-    if (world != worlds().end())
-      g_variant_builder_add(&results, "s", evaluate(frame, world->second, script).c_str());
+  if (world != worlds().end())
+    for (const FrameRef& frame : framesOf(page))
+      g_variant_builder_add(&results, "s", evaluate(frame.get(), world->second, script).c_str());
   webkit_user_message_send_reply(
       message, webkit_user_message_new("evaluated", g_variant_builder_end(&results)));
   return TRUE;

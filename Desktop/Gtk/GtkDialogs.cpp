@@ -34,12 +34,12 @@ class AlertDialog {
     // The default stands at the end of the row.
     for (size_t i = alert.buttons.size(); i-- > 0;)
       adw_message_dialog_add_response(dialog_, std::to_string(i).c_str(), alert.buttons[i].c_str());
+    const std::string escape = buttonCount_ > 1 ? std::to_string(buttonCount_ - 1) : kClosed;
     if (buttonCount_ > 0) {
-      adw_message_dialog_set_default_response(dialog_, "0");
+      adw_message_dialog_set_default_response(dialog_, alert.isDestructive ? escape.c_str() : "0");
       adw_message_dialog_set_response_appearance(
           dialog_, "0", alert.isDestructive ? ADW_RESPONSE_DESTRUCTIVE : ADW_RESPONSE_SUGGESTED);
     }
-    const std::string escape = buttonCount_ > 1 ? std::to_string(buttonCount_ - 1) : kClosed;
     adw_message_dialog_set_close_response(dialog_, escape.c_str());
     addExtras(alert);
     g_signal_connect(dialog_, "response", G_CALLBACK(&AlertDialog::responded), this);

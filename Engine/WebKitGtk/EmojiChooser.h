@@ -4,8 +4,8 @@
 
 namespace orvel {
 
-// Keeps the engine's chooser of emoji, which has a key everywhere, to where one can be entered: it
-// comes up over a page without a field, too, and takes the keyboard from the page.
-void keepEmojiToFields(::WebKitWebView* view);
+// Makes the key for emoji bring up a chooser where one can be entered, and nothing elsewhere. The
+// engine's own comes up over every page and enters what is picked nowhere.
+void installEmojiChooser(::WebKitWebView* view);
 
 }  // namespace orvel

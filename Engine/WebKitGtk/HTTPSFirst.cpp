@@ -66,6 +66,7 @@ void HTTPSFirst::compile() {
                     // It names hosts, also those of private tabs: loaded, it needs no file.
                     if (!exceptions_.empty()) store_->remove(kWithExceptions, [](const auto&) {});
                     if (generation != generation_) return;
+                    hasFailed_ = !result.list;
                     if (result.list) list_ = result.list;
                     isReady_ = true;
                     for (const auto& [key, changed] : std::vector(listeners_)) changed();
@@ -73,14 +74,21 @@ void HTTPSFirst::compile() {
                   });
 }
 
-void HTTPSFirst::addException(const URL& url, std::function<void()> done) {
-  const auto host = url.host();
-  if (!host) return done();
+void HTTPSFirst::addException(const URL& url, std::function<void(bool)> done) {
+  if (!url.host()) return done(false);
+  const std::string host = text::lowerASCII(*url.host());
   if (exceptions_.size() >= kMostExceptions) exceptions_.clear();
-  exceptions_.insert(text::lowerASCII(*host));
+  exceptions_.insert(host);
   isReady_ = false;
-  waiting_.push_back(std::move(done));
+  waiting_.push_back([this, host, done = std::move(done)] {
+    if (hasFailed_) exceptions_.erase(host);
+    done(!hasFailed_);
+  });
   compile();
+}
+
+bool HTTPSFirst::isException(const URL& url) const {
+  return url.host() && exceptions_.contains(text::lowerASCII(*url.host()));
 }
 
 void HTTPSFirst::addListener(const void* key, std::function<void()> changed) {

@@ -27,8 +27,11 @@ class HTTPSFirst {
   // Null until it is ready, and when it could not be compiled.
   const std::shared_ptr<ContentRuleList>& rules() const { return list_; }
 
-  // Makes the host of `url` an exception and runs `done` when the rule is in force.
-  void addException(const URL& url, std::function<void()> done);
+  // Makes the host of `url` an exception and tells `done` when the rule is in force, or that it
+  // could not be made.
+  void addException(const URL& url, std::function<void(bool isInForce)> done);
+  // The host of `url` is tried over http at once.
+  bool isException(const URL& url) const;
 
   // Is told of each new rule, to put it in the place of the old one. `key` names the listener.
   void addListener(const void* key, std::function<void()> changed);
@@ -44,6 +47,7 @@ class HTTPSFirst {
   std::vector<std::function<void()>> waiting_;
   std::vector<std::pair<const void*, std::function<void()>>> listeners_;
   bool isReady_ = false;
+  bool hasFailed_ = false;
   int generation_ = 0;
   // Keeps answers that come after the end from touching this.
   std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);

@@ -4,6 +4,7 @@
 #include <webkit/webkit.h>
 
 #include "BrowserCore/Text.h"
+#include "Engine/WebKitGtk/ReportedURL.h"
 
 namespace orvel {
 
@@ -56,7 +57,7 @@ Kind kindOf(const GError& error, bool isSecure) {
 
 LoadError loadError(const GError& error, const char* failingURL) {
   LoadError result;
-  result.failingURL = failingURL ? URL::parse(failingURL) : std::nullopt;
+  result.failingURL = reportedURL(failingURL);
   result.kind = kindOf(error, result.failingURL && result.failingURL->hasScheme("https"));
   result.domain = g_quark_to_string(error.domain);
   result.code = error.code;

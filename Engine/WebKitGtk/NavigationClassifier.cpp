@@ -6,7 +6,7 @@ namespace orvel {
 
 namespace {
 
-constexpr Duration kReportLifetime = 2s;
+constexpr Duration kLifetime = 2s;
 constexpr size_t kMostReports = 32;
 
 }  // namespace
@@ -16,20 +16,23 @@ void NavigationClassifier::noteReport(NavigationReport report, Instant now) {
   if (reports_.size() > kMostReports) reports_.pop_front();
 }
 
-void NavigationClassifier::noteProgramLoad(std::string address) {
-  programLoad_ = std::move(address);
+void NavigationClassifier::noteProgramLoad(std::string address, Instant now) {
+  programLoad_ = ProgramLoad{std::move(address), now};
 }
 
 NavigationClassifier::Verdict NavigationClassifier::classify(const Question& question,
                                                              Instant now) {
-  if (question.isRedirect)
-    return {question.address == question.viewAddress ? Target::MainFrame : Target::SubFrame, {}};
-  if (question.isHistory) return {Target::MainFrame, {}};
-  if (programLoad_ == question.address) {
+  if (question.isRedirect) {
+    const bool isMainFrame =
+        question.isMainFrameWaiting && question.address == question.viewAddress;
+    return {isMainFrame ? Target::MainFrame : Target::SubFrame, {}};
+  }
+  if (programLoad_ && now - programLoad_->time > kLifetime) programLoad_.reset();
+  if (programLoad_ && programLoad_->address == question.address) {
     programLoad_.reset();
     return {Target::MainFrame, {}};
   }
-  while (!reports_.empty() && now - reports_.front().time > kReportLifetime) reports_.pop_front();
+  while (!reports_.empty() && now - reports_.front().time > kLifetime) reports_.pop_front();
   for (auto entry = reports_.begin(); entry != reports_.end(); ++entry) {
     if (entry->report.target != question.address) continue;
     const NavigationReport report = std::move(entry->report);

@@ -11,7 +11,8 @@ namespace orvel {
 
 // Tells which frame a navigation is for, which the engine does not say before its response: from
 // the clicks that the page's frames reported, from what the program itself loads, and from
-// redirects, which are the main frame's exactly when they are to the view's own address.
+// redirects, which are the main frame's exactly when they are to the view's own address. A frame
+// can reload itself and step through the history, too, so that these tell nothing.
 class NavigationClassifier {
  public:
   enum class Target { MainFrame, SubFrame, NewWindow, Unknown };
@@ -24,14 +25,13 @@ class NavigationClassifier {
     std::string address;
     std::string viewAddress;
     bool isRedirect = false;
-    bool isLoading = false;
-    bool hasUserGesture = false;
-    // A load by the program, in history, or a reload: always the main frame's.
-    bool isHistory = false;
+    // The main frame waits for an answer.
+    bool isMainFrameWaiting = false;
   };
 
   void noteReport(NavigationReport report, Instant now);
-  void noteProgramLoad(std::string address);
+  // A load, a reload or a step in the history that the program asked for.
+  void noteProgramLoad(std::string address, Instant now);
 
   // Uses the report or load up that it is decided by.
   Verdict classify(const Question& question, Instant now);
@@ -42,7 +42,11 @@ class NavigationClassifier {
     Instant time;
   };
   std::deque<Entry> reports_;
-  std::optional<std::string> programLoad_;
+  struct ProgramLoad {
+    std::string address;
+    Instant time;
+  };
+  std::optional<ProgramLoad> programLoad_;
 };
 
 }  // namespace orvel

@@ -76,7 +76,9 @@ void SealedRuleListStore::lookUp(const std::string& identifier, Answer answer) {
   if (const auto known = parts_->ahead.extract(identifier)) {
     parts_->scheduler.start(readThrough(parts_, identifier)).detach();
     Ahead& ahead = *known.mapped();
-    if (ahead.rules) return answer(std::move(*ahead.rules));
+    if (ahead.rules)
+      return parts_->scheduler.post(
+          [answer = std::move(answer), rules = std::move(*ahead.rules)] { answer(rules); });
     ahead.answer = std::move(answer);
     return;
   }

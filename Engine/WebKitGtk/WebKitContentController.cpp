@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Engine/WebKitGtk/EngineScripts.h"
+#include "Engine/WebKitGtk/ReportedURL.h"
 #include "Engine/WebKitGtk/WebKitRuleListStore.h"
 
 namespace orvel {
@@ -36,7 +37,9 @@ std::optional<NavigationReport> navigationReport(const ScriptMessage& message) {
     return std::nullopt;
   const std::string destination = body.value("destination", std::string());
   using Destination = NavigationReport::Destination;
-  return NavigationReport{body["address"].get<std::string>(),
+  const auto address = reportedURL(body["address"].get_ref<const std::string&>().c_str());
+  if (!address) return std::nullopt;
+  return NavigationReport{address->text(),
                           destination == "main"  ? Destination::MainFrame
                           : destination == "new" ? Destination::NewWindow
                                                  : Destination::SubFrame,
@@ -60,7 +63,8 @@ struct WebKitContentController::Handler {
     const GText text(handler.world.name.empty() ? jsc_value_to_json(value, 0)
                                                 : jsc_value_to_string(value));
     if (!text || std::string_view(text.get()).size() > kLongestMessage) return;
-    if (handler.world.name.empty()) return handler.handle({handler.name, text.get(), {}});
+    if (handler.world.name.empty())
+      return handler.handle({handler.name, text.get(), FrameInfo{.isMainFrame = false}});
     if (const auto message = signedMessage(handler.name, text.get())) handler.handle(*message);
   }
 };
@@ -108,7 +112,7 @@ void WebKitContentController::addScriptMessageHandler(const std::string& name,
       std::find(ownScripts_.begin(), ownScripts_.end(), script) != ownScripts_.end())
     return;
   ownScripts_.insert(ownScripts_.begin(), script);
-  add(script);
+  addAllAnew();
 }
 
 void WebKitContentController::add(const UserScript& script) {
@@ -127,15 +131,20 @@ void WebKitContentController::add(const UserScript& script) {
   webkit_user_script_unref(native);
 }
 
-void WebKitContentController::addUserScript(const UserScript& script) { add(script); }
-
-void WebKitContentController::removeAllUserScripts() {
-  webkit_user_content_manager_remove_all_scripts(manager_.get());
-  addOwnScripts();
+void WebKitContentController::addUserScript(const UserScript& script) {
+  scripts_.push_back(script);
+  add(script);
 }
 
-void WebKitContentController::addOwnScripts() {
+void WebKitContentController::removeAllUserScripts() {
+  scripts_.clear();
+  addAllAnew();
+}
+
+void WebKitContentController::addAllAnew() {
+  webkit_user_content_manager_remove_all_scripts(manager_.get());
   for (const UserScript& script : ownScripts_) add(script);
+  for (const UserScript& script : scripts_) add(script);
 }
 
 void WebKitContentController::addContentRuleList(std::shared_ptr<ContentRuleList> list) {

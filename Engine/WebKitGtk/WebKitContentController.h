@@ -44,12 +44,14 @@ class WebKitContentController final : public UserContentController {
 
  private:
   struct Handler;
-  void addOwnScripts();
+  // The order in which scripts are added is the order in which they run.
+  void addAllAnew();
   void add(const UserScript& script);
 
   GRef<WebKitUserContentManager> manager_;
   std::map<std::pair<std::string, std::string>, std::unique_ptr<Handler>> handlers_;
   std::vector<UserScript> ownScripts_;
+  std::vector<UserScript> scripts_;  // the model's
   std::function<void(NavigationReport)> reporter_;
   std::shared_ptr<ContentRuleList> engineRules_;
 };

@@ -1,6 +1,7 @@
 #include "Engine/WebKitGtk/WebKitDownload.h"
 
 #include "Engine/WebKitGtk/LoadErrors.h"
+#include "Engine/WebKitGtk/ReportedURL.h"
 
 namespace orvel {
 
@@ -23,8 +24,7 @@ WebKitDownloadAdapter::~WebKitDownloadAdapter() {
 }
 
 std::optional<URL> WebKitDownloadAdapter::originalURL() const {
-  const char* uri = webkit_uri_request_get_uri(webkit_download_get_request(download_.get()));
-  return uri ? URL::parse(uri) : std::nullopt;
+  return reportedURL(webkit_uri_request_get_uri(webkit_download_get_request(download_.get())));
 }
 
 double WebKitDownloadAdapter::fractionCompleted() const {
@@ -32,9 +32,10 @@ double WebKitDownloadAdapter::fractionCompleted() const {
 }
 
 Observation WebKitDownloadAdapter::observeProgress(std::function<void()> changed) {
-  progressChanged_ = std::move(changed);
-  return Observation([weak = weak_from_this()] {
-    if (const auto self = weak.lock()) self->progressChanged_ = nullptr;
+  const uint64_t id = ++lastObserver_;
+  observers_[id] = std::move(changed);
+  return Observation([weak = weak_from_this(), id] {
+    if (const auto self = weak.lock()) self->observers_.erase(id);
   });
 }
 
@@ -61,8 +62,8 @@ gboolean WebKitDownloadAdapter::decideDestination(WebKitDownload*, const char* s
 }
 
 void WebKitDownloadAdapter::progressed(WebKitDownload*, GParamSpec*, gpointer data) {
-  const auto& changed = static_cast<WebKitDownloadAdapter*>(data)->progressChanged_;
-  if (changed) changed();
+  for (const auto& [id, changed] : std::map(static_cast<WebKitDownloadAdapter*>(data)->observers_))
+    changed();
 }
 
 void WebKitDownloadAdapter::failed(WebKitDownload*, GError* error, gpointer data) {

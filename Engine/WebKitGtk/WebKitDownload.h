@@ -2,6 +2,9 @@
 
 #include <webkit/webkit.h>
 
+#include <cstdint>
+#include <map>
+
 #include "Base/GRef.h"
 #include "Engine/Download.h"
 
@@ -29,7 +32,8 @@ class WebKitDownloadAdapter final : public Download,
 
   GRef<WebKitDownload> download_;
   std::weak_ptr<DownloadDelegate> delegate_;
-  std::function<void()> progressChanged_;
+  std::map<uint64_t, std::function<void()>> observers_;
+  uint64_t lastObserver_ = 0;
   std::optional<LoadError> failure_;
   // Cleared when the transfer has ended.
   std::shared_ptr<WebKitDownloadAdapter> self_;

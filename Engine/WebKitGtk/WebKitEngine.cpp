@@ -2,12 +2,16 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "BrowserCore/Text.h"
 #include "Engine/WebKitGtk/EngineScripts.h"
 #include "Engine/WebKitGtk/HTTPSFirst.h"
+#include "Engine/WebKitGtk/ReportedURL.h"
 #include "Engine/WebKitGtk/SealedRuleListStore.h"
 #include "Engine/WebKitGtk/WebKitContentController.h"
 #include "Engine/WebKitGtk/WebKitDataStore.h"
+#include "Engine/WebKitGtk/WebKitDownload.h"
 #include "Engine/WebKitGtk/WebKitWebView.h"
 
 namespace orvel {
@@ -19,6 +23,39 @@ std::filesystem::path ruleCompiler(const WebKitEngineOptions& options) {
   std::error_code ignored;
   return std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path() /
          "orvel-rule-compiler";
+}
+
+// Reads `input`, which may be null, to its end. What comes before an error counts.
+void readAll(GInputStream* input, std::function<void(std::string)> done) {
+  if (!input) return done("");
+  const auto stream = GRef<GInputStream>::adopt(input);
+  const auto memory = GRef<GOutputStream>::adopt(g_memory_output_stream_new_resizable());
+  g_output_stream_splice_async(
+      memory.get(), stream.get(), G_OUTPUT_STREAM_SPLICE_NONE, G_PRIORITY_DEFAULT, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::function<void(std::string)>> give(
+            static_cast<std::function<void(std::string)>*>(data));
+        auto* read = G_MEMORY_OUTPUT_STREAM(source);
+        g_output_stream_splice_finish(G_OUTPUT_STREAM(source), result, nullptr);
+        (*give)({static_cast<const char*>(g_memory_output_stream_get_data(read)),
+                 g_memory_output_stream_get_data_size(read)});
+      },
+      new std::function<void(std::string)>(std::move(done)));
+}
+
+void finish(WebKitURISchemeRequest* request, const SchemeResponse& response) {
+  auto bytes = g_bytes_new(response.body.data(), response.body.size());
+  const auto stream = GRef<GInputStream>::adopt(g_memory_input_stream_new_from_bytes(bytes));
+  g_bytes_unref(bytes);
+  const auto result = GRef<WebKitURISchemeResponse>::adopt(
+      webkit_uri_scheme_response_new(stream.get(), static_cast<gint64>(response.body.size())));
+  webkit_uri_scheme_response_set_status(result.get(), static_cast<guint>(response.status), nullptr);
+  webkit_uri_scheme_response_set_content_type(result.get(), response.mimeType.c_str());
+  auto* headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
+  for (const auto& [name, value] : response.headers)
+    soup_message_headers_append(headers, name.c_str(), value.c_str());
+  webkit_uri_scheme_response_set_http_headers(result.get(), headers);
+  webkit_uri_scheme_request_finish_with_response(request, result.get());
 }
 
 }  // namespace
@@ -43,14 +80,33 @@ std::shared_ptr<WebsiteDataStore> WebKitEngine::dataStoreForIdentifier(const UUI
   auto& known = dataStores_[identifier];
   if (auto store = known.lock()) return store;
   const std::string folder = identifier.text();
-  auto store = std::make_shared<WebKitDataStore>(options_.dataFolder / folder,
-                                                 options_.cacheFolder / "WebKit" / folder);
+  auto store = followed(std::make_shared<WebKitDataStore>(
+      options_.dataFolder / folder, options_.cacheFolder / "WebKit" / folder));
   known = store;
   return store;
 }
 
 std::shared_ptr<WebsiteDataStore> WebKitEngine::nonPersistentDataStore() {
-  return std::make_shared<WebKitDataStore>();
+  return followed(std::make_shared<WebKitDataStore>());
+}
+
+std::shared_ptr<WebKitDataStore> WebKitEngine::followed(std::shared_ptr<WebKitDataStore> store) {
+  g_signal_connect(store->session(), "download-started",
+                   G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, gpointer self) {
+                     static_cast<WebKitEngine*>(self)->downloadStarted(download);
+                   }),
+                   this);
+  return store;
+}
+
+void WebKitEngine::addView(WebKitWebView& view) { views_[view.native()] = &view; }
+void WebKitEngine::removeView(const WebKitWebView& view) { views_.erase(view.native()); }
+
+void WebKitEngine::downloadStarted(WebKitDownload* download) {
+  if (const auto view = views_.find(webkit_download_get_web_view(download)); view != views_.end())
+    view->second->downloadStarted(download);
+  else
+    WebKitDownloadAdapter::follow(download)->setDelegate(downloadDelegate_);
 }
 
 void WebKitEngine::removeDataStoreForIdentifier(
@@ -112,6 +168,14 @@ void WebKitEngine::setURLSchemeHandler(const std::string& scheme, URLSchemeHandl
     if (context) registerScheme(context.get(), scheme);
 }
 
+bool WebKitEngine::canLoad(const URL& url) const {
+  constexpr std::string_view kSchemes[] = {"http", "https", "about",     "blob",
+                                           "data", "file",  "javascript"};
+  return std::ranges::any_of(kSchemes,
+                             [&](std::string_view scheme) { return url.hasScheme(scheme); }) ||
+         schemeHandlers_.contains(text::lowerASCII(url.scheme()));
+}
+
 void WebKitEngine::registerScheme(WebKitWebContext* context, const std::string& scheme) {
   webkit_web_context_register_uri_scheme(context, scheme.c_str(), &WebKitEngine::serve, this,
                                          nullptr);
@@ -124,7 +188,7 @@ void WebKitEngine::registerScheme(WebKitWebContext* context, const std::string& 
 void WebKitEngine::serve(WebKitURISchemeRequest* raw, gpointer self) {
   auto* engine = static_cast<WebKitEngine*>(self);
   const auto request = GRef<WebKitURISchemeRequest>::retain(raw);
-  const auto url = URL::parse(webkit_uri_scheme_request_get_uri(raw));
+  const auto url = reportedURL(webkit_uri_scheme_request_get_uri(raw));
   const auto handler =
       engine->schemeHandlers_.find(std::string_view(webkit_uri_scheme_request_get_scheme(raw)));
   if (!url || handler == engine->schemeHandlers_.end()) {
@@ -133,20 +197,17 @@ void WebKitEngine::serve(WebKitURISchemeRequest* raw, gpointer self) {
   }
   URLRequest asked{.url = *url};
   if (const char* method = webkit_uri_scheme_request_get_http_method(raw)) asked.method = method;
-  handler->second(asked, [request](SchemeResponse response) {
-    auto bytes = g_bytes_new(response.body.data(), response.body.size());
-    const auto stream = GRef<GInputStream>::adopt(g_memory_input_stream_new_from_bytes(bytes));
-    g_bytes_unref(bytes);
-    const auto result = GRef<WebKitURISchemeResponse>::adopt(
-        webkit_uri_scheme_response_new(stream.get(), static_cast<gint64>(response.body.size())));
-    webkit_uri_scheme_response_set_status(result.get(), static_cast<guint>(response.status),
-                                          nullptr);
-    webkit_uri_scheme_response_set_content_type(result.get(), response.mimeType.c_str());
-    auto* headers = soup_message_headers_new(SOUP_MESSAGE_HEADERS_RESPONSE);
-    for (const auto& [name, value] : response.headers)
-      soup_message_headers_append(headers, name.c_str(), value.c_str());
-    webkit_uri_scheme_response_set_http_headers(result.get(), headers);
-    webkit_uri_scheme_request_finish_with_response(request.get(), result.get());
+  if (auto* headers = webkit_uri_scheme_request_get_http_headers(raw))
+    soup_message_headers_foreach(
+        headers,
+        [](const char* name, const char* value, gpointer into) {
+          static_cast<URLRequest*>(into)->headers.emplace_back(name, value);
+        },
+        &asked);
+  readAll(webkit_uri_scheme_request_get_http_body(raw), [asked, request, handle = handler->second](
+                                                            std::string body) mutable {
+    asked.body = std::move(body);
+    handle(asked, [request](const SchemeResponse& response) { finish(request.get(), response); });
   });
 }
 

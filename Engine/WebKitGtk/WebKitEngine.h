@@ -45,7 +45,17 @@ class WebKitEngine final : public Engine {
   std::shared_ptr<UserContentController> makeUserContentController() override;
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::shared_ptr<ContentRuleListStore> contentRuleListStore() override;
+  void setDownloadDelegate(std::weak_ptr<DownloadDelegate> delegate) override {
+    downloadDelegate_ = std::move(delegate);
+  }
   void setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) override;
+
+  // Each view's downloads are handed to it between these.
+  void addView(WebKitWebView& view);
+  void removeView(const WebKitWebView& view);
+
+  // The engine itself, or a handler of the program's, has pages of this scheme.
+  bool canLoad(const URL& url) const;
 
   Scheduler& scheduler() { return scheduler_; }
   HTTPSFirst& httpsFirst() { return *httpsFirst_; }
@@ -58,6 +68,10 @@ class WebKitEngine final : public Engine {
   void registerScheme(WebKitWebContext* context, const std::string& scheme);
   static void serve(WebKitURISchemeRequest* request, gpointer self);
 
+  // The store, with its downloads followed.
+  std::shared_ptr<WebKitDataStore> followed(std::shared_ptr<WebKitDataStore> store);
+  void downloadStarted(WebKitDownload* download);
+
   Scheduler& scheduler_;
   WebKitEngineOptions options_;
   GRef<WebKitWebContext> contexts_[2];
@@ -65,6 +79,8 @@ class WebKitEngine final : public Engine {
   std::map<UUID, std::weak_ptr<WebKitDataStore>> dataStores_;
   std::shared_ptr<ContentRuleListStore> ruleStore_;
   std::map<std::string, URLSchemeHandler, std::less<>> schemeHandlers_;
+  std::map<const void*, WebKitWebView*> views_;  // by the engine's own
+  std::weak_ptr<DownloadDelegate> downloadDelegate_;
 };
 
 }  // namespace orvel

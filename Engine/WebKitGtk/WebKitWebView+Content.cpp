@@ -54,6 +54,23 @@ void called(GObject* source, GAsyncResult* result, gpointer data) {
     scriptResult(value, error);
 }
 
+// A script that was sent to all frames of a page, until they have answered.
+struct FrameQuestion {
+  std::function<void(std::vector<std::string>)> answer;
+  TaskHandle limit;
+
+  void end(std::vector<std::string> values) {
+    limit.cancel();
+    if (const auto give = std::exchange(answer, nullptr)) give(std::move(values));
+  }
+};
+
+Task<> endUnansweredQuestion(std::weak_ptr<FrameQuestion> weak, Duration after) {
+  const SleepResult result = co_await sleep(after);
+  const auto question = weak.lock();
+  if (question && result == SleepResult::Done) question->end({});
+}
+
 const char* worldName(const ContentWorld& world) {
   return world.name.empty() ? nullptr : world.name.c_str();
 }
@@ -113,7 +130,7 @@ ImageRef imageFrom(GdkTexture* texture, const SnapshotRequest& request, int scal
     std::swap(pixels[i], pixels[i + 2]);
     pixels[i + 3] = 255;
   }
-  const int width = request.width ? std::min(*request.width, crop.width) : crop.width;
+  const int width = request.width ? std::min(*request.width * scale, crop.width) : crop.width;
   const int height = std::max(1, crop.height * width / crop.width);
   return Image::make(width, height, scaled(pixels, fullWidth * 4, crop, width, height));
 }
@@ -153,13 +170,18 @@ void WebKitWebView::evaluateJavaScript(const std::string& script, const ContentW
 
 void WebKitWebView::evaluateEverywhere(const std::string& script, const ContentWorld& world,
                                        std::function<void(std::vector<std::string>)> answer) {
-  using Answer = std::function<void(std::vector<std::string>)>;
+  // A page that hangs never answers.
+  constexpr Duration kLongestWait = 5s;
+  auto question = std::make_shared<FrameQuestion>();
+  question->answer = std::move(answer);
+  question->limit = engine_.scheduler().start(endUnansweredQuestion(question, kLongestWait));
   const auto message = GRef<WebKitUserMessage>::retain(webkit_user_message_new(
       "evaluate", g_variant_new("(ss)", world.name.c_str(), script.c_str())));
   webkit_web_view_send_message_to_page(
       view_.get(), message.get(), nullptr,
       [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
+        const std::unique_ptr<std::shared_ptr<FrameQuestion>> asked(
+            static_cast<std::shared_ptr<FrameQuestion>*>(data));
         const auto reply = GRef<WebKitUserMessage>::adopt(
             webkit_web_view_send_message_to_page_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
         std::vector<std::string> values;
@@ -170,9 +192,9 @@ void WebKitWebView::evaluateEverywhere(const std::string& script, const ContentW
           g_variant_iter_init(&iterator, parameters);
           while (g_variant_iter_next(&iterator, "&s", &value)) values.emplace_back(value);
         }
-        if (*give) (*give)(std::move(values));
+        (*asked)->end(std::move(values));
       },
-      boxed(std::move(answer)));
+      boxed(std::move(question)));
 }
 
 void WebKitWebView::callAsyncJavaScript(const std::string& body, const std::string& arguments,
@@ -337,13 +359,18 @@ void WebKitWebView::requestMediaPlaybackState(std::function<void(MediaPlaybackSt
   const std::string script =
       fmt::format("({}) ? 2 : ({}) ? 1 : 0", kPlayingScript, kHasMediaScript);
   evaluateEverywhere(script, ContentWorld::named(engine_scripts::kWorld),
-                     [answer = std::move(answer)](const std::vector<std::string>& values) {
+                     [weak = weak_from_this(),
+                      answer = std::move(answer)](const std::vector<std::string>& values) {
+                       // What a script plays without an element in the page is only heard.
+                       const auto self = weak.lock();
+                       const bool isHeard =
+                           self && webkit_web_view_is_playing_audio(self->view_.get());
                        const auto any = [&values](const char* value) {
                          return std::find(values.begin(), values.end(), value) != values.end();
                        };
-                       answer(any("2")   ? MediaPlaybackState::Playing
-                              : any("1") ? MediaPlaybackState::Paused
-                                         : MediaPlaybackState::None);
+                       answer(isHeard || any("2") ? MediaPlaybackState::Playing
+                              : any("1")          ? MediaPlaybackState::Paused
+                                                  : MediaPlaybackState::None);
                      });
 }
 

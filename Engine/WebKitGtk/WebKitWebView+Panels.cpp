@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "Engine/WebKitGtk/ReportedURL.h"
 #include "Engine/WebKitGtk/WebKitWebView.h"
 #include "Engine/WebKitGtk/WebKitWindowOpener.h"
 
@@ -27,6 +28,23 @@ CaptureDeviceType deviceType(WebKitUserMediaPermissionRequest* request) {
   const bool video = webkit_user_media_permission_is_for_video_device(request);
   if (audio && video) return CaptureDeviceType::CameraAndMicrophone;
   return audio ? CaptureDeviceType::Microphone : CaptureDeviceType::Camera;
+}
+
+// A server may ask for a certificate instead; nobody has one here, so it goes on without.
+bool wantsPassword(WebKitAuthenticationRequest* request) {
+  const auto scheme = webkit_authentication_request_get_scheme(request);
+  return scheme != WEBKIT_AUTHENTICATION_SCHEME_CLIENT_CERTIFICATE_REQUESTED &&
+         scheme != WEBKIT_AUTHENTICATION_SCHEME_CLIENT_CERTIFICATE_PIN_REQUESTED;
+}
+
+// By who asks, whatever page it is asked for. The engine does not say how a proxy is spoken to,
+// which nearly always is in the open.
+bool isInsecure(WebKitAuthenticationRequest* request) {
+  if (webkit_authentication_request_is_for_proxy(request)) return true;
+  auto* origin = webkit_authentication_request_get_security_origin(request);
+  const std::string protocol = textOf(webkit_security_origin_get_protocol(origin));
+  webkit_security_origin_unref(origin);
+  return protocol != "https";
 }
 
 void runFileChooser(WebKitWebView& view, UIDelegate& ui, WebKitFileChooserRequest* raw) {
@@ -87,8 +105,8 @@ void WebKitWebView::connectPanels() {
         configuration.userContentController = nullptr;
         configuration.opener = std::make_shared<WebKitWindowOpener>(native, self->processUsers_);
         NavigationAction action;
-        if (const auto url =
-                URL::parse(webkit_uri_request_get_uri(webkit_navigation_action_get_request(asked))))
+        if (const auto url = reportedURL(
+                webkit_uri_request_get_uri(webkit_navigation_action_get_request(asked))))
           action.request = URLRequest{.url = *url};
         action.sourceFrame = self->mainFrame();
         action.hasUserGesture = webkit_navigation_action_is_user_gesture(asked);
@@ -139,14 +157,17 @@ void WebKitWebView::connectPanels() {
         // The server has answered, and the user may think.
         self->endWaiting();
         if (!self->navigation_) return FALSE;
+        if (!wantsPassword(raw)) {
+          webkit_authentication_request_authenticate(raw, nullptr);
+          return TRUE;
+        }
         AuthenticationChallenge challenge;
         challenge.host = textOf(webkit_authentication_request_get_host(raw));
         challenge.port = static_cast<uint16_t>(webkit_authentication_request_get_port(raw));
         challenge.realm = textOf(webkit_authentication_request_get_realm(raw));
         challenge.isProxy = webkit_authentication_request_is_for_proxy(raw);
         challenge.isRetry = webkit_authentication_request_is_retry(raw);
-        const auto url = self->url();
-        challenge.isInsecure = !url || !url->hasScheme("https");
+        challenge.isInsecure = isInsecure(raw);
         self->navigation_->didReceiveAuthenticationChallenge(
             *self, challenge,
             [request = GRef<WebKitAuthenticationRequest>::retain(raw)](

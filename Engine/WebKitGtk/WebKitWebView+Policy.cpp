@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <utility>
 
 #include "BrowserCore/Text.h"
 #include "Engine/WebKitGtk/HTTPSFirst.h"
 #include "Engine/WebKitGtk/LoadErrors.h"
+#include "Engine/WebKitGtk/ReportedURL.h"
 #include "Engine/WebKitGtk/WebKitDownload.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
 #include "Engine/WebKitGtk/WebKitWebView.h"
@@ -11,7 +13,7 @@ namespace orvel {
 
 namespace {
 
-constexpr size_t kMostUndecided = 64;
+constexpr size_t kMostUndecided = 256;
 
 NavigationType typeOf(WebKitNavigationAction* action) {
   switch (webkit_navigation_action_get_navigation_type(action)) {
@@ -51,7 +53,7 @@ ModifierFlags modifiersOf(WebKitNavigationAction* action) {
 }
 
 std::optional<URLRequest> requestOf(WebKitURIRequest* request) {
-  auto url = URL::parse(webkit_uri_request_get_uri(request));
+  auto url = reportedURL(webkit_uri_request_get_uri(request));
   if (!url) return std::nullopt;
   URLRequest result{.url = *url};
   if (const char* method = webkit_uri_request_get_http_method(request)) result.method = method;
@@ -90,18 +92,19 @@ void WebKitWebView::connectPolicy() {
       });
   connect(
       "load-failed",
-      +[](::WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error,
+      +[](::WebKitWebView*, WebKitLoadEvent event, const char* uri, GError* error,
           gpointer data) -> gboolean {
         const auto self = static_cast<Self*>(data)->shared_from_this();
-        return self->loadFailed(uri, *error);
+        return self->loadFailed(event, uri, *error);
       });
-  g_signal_connect(webkit_web_view_get_network_session(view_.get()), "download-started",
-                   G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, gpointer data) {
-                     auto* self = static_cast<Self*>(data);
-                     if (webkit_download_get_web_view(download) == self->native())
-                       self->downloadStarted(download);
-                   }),
-                   this);
+  connect(
+      "resource-load-started", +[](::WebKitWebView* view, WebKitWebResource* resource,
+                                   WebKitURIRequest* request, gpointer data) {
+        if (webkit_web_view_get_main_resource(view) != resource) return;
+        const auto self = static_cast<Self*>(data)->shared_from_this();
+        if (const auto url = reportedURL(webkit_uri_request_get_uri(request)))
+          self->mainFrameRequests(*url);
+      });
 }
 
 bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNewWindow) {
@@ -121,35 +124,90 @@ bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNew
 
   NavigationClassifier::Question question;
   question.address = action.request ? action.request->url.text() : std::string();
-  const char* viewAddress = webkit_web_view_get_uri(view_.get());
-  question.viewAddress = viewAddress ? viewAddress : "";
+  const auto viewURL = nativeURL();
+  question.viewAddress = viewURL ? viewURL->text() : std::string();
   question.isRedirect = webkit_navigation_action_is_redirect(native);
-  question.hasUserGesture = action.hasUserGesture;
-  question.isHistory = action.navigationType == NavigationType::BackForward ||
-                       action.navigationType == NavigationType::Reload ||
-                       restoredAddress_ == question.address;
+  question.isMainFrameWaiting = phase_ == Phase::Started;
   const auto verdict = classifier_.classify(question, engine_.scheduler().instant());
-  if (verdict.source) action.sourceFrame = verdict.source;
+  // The user's clicks are reported. A script's click is one without a button.
+  if (verdict.source)
+    action.sourceFrame = verdict.source;
+  else if (action.navigationType == NavigationType::LinkActivated &&
+           action.buttonNumber == MouseButton::None)
+    action.navigationType = NavigationType::Other;
 
   using Target = NavigationClassifier::Target;
   const bool isMainFrame = !isNewWindow && verdict.target == Target::MainFrame;
   if (!isNewWindow) action.targetFrame = FrameInfo{isMainFrame ? 0u : 1u, isMainFrame, {}};
   if (isMainFrame && !action.sourceFrame) action.sourceFrame = mainFrame();
 
-  if (action.request && !isNewWindow) {
-    if (action.request->url.hasScheme("http") && verdict.target != Target::SubFrame)
-      plainRequest_ = PlainRequest{action.request->url, question.isHistory};
-    if (verdict.target == Target::Unknown && undecided_.size() < kMostUndecided)
-      undecided_[question.address] = action;
-    else
-      undecided_.erase(question.address);
+  if (action.request && isMainFrame) notePlainRequest(action);
+  if (action.request && !isNewWindow && verdict.target == Target::Unknown) {
+    if (undecided_.size() == kMostUndecided) undecided_.pop_front();
+    undecided_.push_back(action);
+    // Nothing comes of it, in whichever frame; in the main frame the question follows.
+    if (!engine_.canLoad(action.request->url)) {
+      webkit_policy_decision_use(WEBKIT_POLICY_DECISION(raw));
+      return true;
+    }
   }
   if (!navigation_) return false;
   navigation_->decidePolicyForAction(
       *this, action,
-      [decision = GRef<WebKitPolicyDecision>::retain(WEBKIT_POLICY_DECISION(raw))](
-          NavigationPolicy policy) { settle(decision.get(), policy); });
+      [weak = weak_from_this(), asked = isMainFrame ? action.request : std::nullopt,
+       decision = GRef<WebKitPolicyDecision>::retain(WEBKIT_POLICY_DECISION(raw))](
+          NavigationPolicy policy) {
+        const auto self = weak.lock();
+        if (self && asked && policy == NavigationPolicy::Allow) self->allowedURL_ = asked->url;
+        settle(decision.get(), policy);
+      });
   return true;
+}
+
+void WebKitWebView::notePlainRequest(const NavigationAction& action) {
+  const URL& url = action.request->url;
+  plainRequest_.reset();
+  if (url.hasScheme("http"))
+    plainRequest_ = PlainRequest{url, action.navigationType == NavigationType::BackForward ||
+                                          action.navigationType == NavigationType::Reload ||
+                                          restoredAddress_ == url.text()};
+  else if (suppliedPlain_ && isUpgrade(url, *suppliedPlain_))
+    plainRequest_ = PlainRequest{*suppliedPlain_};
+}
+
+void WebKitWebView::mainFrameRequests(const URL& address) {
+  const auto isMeant = [&](const URL& asked) {
+    return isSameDocument(asked, address) || isUpgrade(address, asked);
+  };
+  const auto former = std::exchange(requestedURL_, address);
+  const auto allowed = std::exchange(allowedURL_, std::nullopt);
+  if (isSubstitute_ || (allowed && isMeant(*allowed)) || (former && isMeant(*former))) return;
+  const auto found =
+      std::find_if(undecided_.rbegin(), undecided_.rend(),
+                   [&](const NavigationAction& action) { return isMeant(action.request->url); });
+  NavigationAction action{.request = URLRequest{.url = address}};
+  if (found != undecided_.rend()) {
+    action = std::move(*found);
+    undecided_.erase(std::next(found).base());
+  }
+  notePlainRequest(action);
+  askLate(std::move(action));
+}
+
+// Refusing it leaves the old page in place.
+void WebKitWebView::askLate(NavigationAction action) {
+  if (!navigation_) return;
+  action.targetFrame = FrameInfo{};
+  if (!action.sourceFrame) action.sourceFrame = mainFrame();
+  const auto question = lateQuestion_ = std::make_shared<LateQuestion>();
+  navigation_->decidePolicyForAction(
+      *this, action, [weak = weak_from_this(), question](NavigationPolicy policy) {
+        question->policy = policy;
+        if (const auto waiting = std::exchange(question->waiting, nullptr)) return waiting(policy);
+        const auto self = weak.lock();
+        if (policy == NavigationPolicy::Cancel && self && self->lateQuestion_ == question)
+          webkit_web_view_stop_loading(self->view_.get());
+      });
 }
 
 bool WebKitWebView::decideResponse(WebKitResponsePolicyDecision* raw) {
@@ -158,9 +216,13 @@ bool WebKitWebView::decideResponse(WebKitResponsePolicyDecision* raw) {
   const bool isMainFrame = webkit_response_policy_decision_is_main_frame_main_resource(raw);
   const char* asked = webkit_uri_request_get_uri(request);
   const char* answered = webkit_uri_response_get_uri(native);
-  const auto url = URL::parse(answered ? answered : asked);
+  const auto url = reportedURL(answered ? answered : asked);
   if (isMainFrame) endWaiting();
-  if (!navigation_ || !url) return false;
+  if (!navigation_) return false;
+  if (!url) {
+    webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(raw));
+    return true;
+  }
 
   NavigationResponse response{.url = *url, .isForMainFrame = isMainFrame};
   response.status = static_cast<int>(webkit_uri_response_get_status_code(native));
@@ -171,21 +233,16 @@ bool WebKitWebView::decideResponse(WebKitResponsePolicyDecision* raw) {
       response.contentDisposition = value;
 
   const auto decision = GRef<WebKitPolicyDecision>::retain(WEBKIT_POLICY_DECISION(raw));
-  // What could not be told before is known now: the main frame's navigation is put to the delegate
-  // after all. Refusing it here leaves the old page in place.
-  const auto late = isMainFrame ? undecided_.extract(asked) : decltype(undecided_)::node_type();
-  if (late.empty()) {
-    answerResponse(decision, response);
-    return true;
-  }
-  NavigationAction action = late.mapped();
-  action.targetFrame = FrameInfo{};
-  if (!action.sourceFrame) action.sourceFrame = mainFrame();
-  navigation_->decidePolicyForAction(
-      *this, action, [weak = weak_from_this(), decision, response](NavigationPolicy policy) {
-        if (policy != NavigationPolicy::Allow) return settle(decision.get(), policy);
-        if (const auto self = weak.lock()) self->answerResponse(decision, response);
-      });
+  const auto answer = [weak = weak_from_this(), decision, response](NavigationPolicy policy) {
+    if (policy != NavigationPolicy::Allow) return settle(decision.get(), policy);
+    if (const auto self = weak.lock()) self->answerResponse(decision, response);
+  };
+  if (!isMainFrame || !lateQuestion_)
+    answer(NavigationPolicy::Allow);
+  else if (lateQuestion_->policy)
+    answer(*lateQuestion_->policy);
+  else
+    lateQuestion_->waiting = answer;
   return true;
 }
 
@@ -196,14 +253,19 @@ void WebKitWebView::answerResponse(GRef<WebKitPolicyDecision> decision,
       *this, response, [decision](NavigationPolicy policy) { settle(decision.get(), policy); });
 }
 
-bool WebKitWebView::loadFailed(const char* uri, const GError& raw) {
+bool WebKitWebView::loadFailed(WebKitLoadEvent event, const char* uri, const GError& raw) {
   endWaiting();
-  const LoadError error =
-      std::exchange(hasTimedOut_, false) ? timeoutError(uri) : loadError(raw, uri);
-  if (fallBackToHTTP(error)) return true;
-  hasCommitted_ = false;
-  if (navigation_) navigation_->didFailProvisionalNavigation(*this, error);
+  phase_ = Phase::Ended;
+  LoadError error = std::exchange(hasTimedOut_, false) ? timeoutError(uri) : loadError(raw, uri);
   // The engine's own error page is never shown.
+  if (event == WEBKIT_LOAD_COMMITTED) {
+    if (navigation_) navigation_->didFail(*this, error);
+    return true;
+  }
+  if (lateQuestion_ && lateQuestion_->policy == NavigationPolicy::Cancel)
+    error.kind = LoadError::Kind::PolicyInterrupted;
+  if (fallBackToHTTP(error)) return true;
+  if (navigation_) navigation_->didFailProvisionalNavigation(*this, error);
   return true;
 }
 
@@ -211,7 +273,7 @@ WebKitBackForwardListItem* WebKitWebView::historyItem(const URL& url) const {
   auto* list = webkit_web_view_get_back_forward_list(view_.get());
   const auto itemAt = [&](int offset) -> WebKitBackForwardListItem* {
     auto* item = webkit_back_forward_list_get_nth_item(list, offset);
-    return item && url.text() == webkit_back_forward_list_item_get_uri(item) ? item : nullptr;
+    return item && url == reportedURL(webkit_back_forward_list_item_get_uri(item)) ? item : nullptr;
   };
   const auto length = static_cast<int>(webkit_back_forward_list_get_length(list));
   for (int offset = 0; offset < length; ++offset)
@@ -225,28 +287,35 @@ WebKitBackForwardListItem* WebKitWebView::historyItem(const URL& url) const {
 bool WebKitWebView::fallBackToHTTP(const LoadError& error) {
   using Kind = LoadError::Kind;
   if (error.kind == Kind::Cancelled || error.kind == Kind::PolicyInterrupted) return false;
-  if (!plainRequest_ || !error.failingURL || !error.failingURL->hasScheme("https")) return false;
-  const std::string_view plain = plainRequest_->url.text();
-  const std::string_view failed = error.failingURL->text();
-  if (plain.substr(plain.find(':')) != failed.substr(failed.find(':'))) return false;
+  if (!plainRequest_ || !error.failingURL || !isUpgrade(*error.failingURL, plainRequest_->url))
+    return false;
   const PlainRequest request = *std::exchange(plainRequest_, std::nullopt);
+  // What leads back to https although it was asked over http has no other way.
+  if (engine_.httpsFirst().isException(request.url)) return false;
   waitingLoad_ = request.url;
   // The engine has just told that nothing loads.
   notify(WebViewProperty::IsLoading);
-  engine_.httpsFirst().addException(request.url, [weak = weak_from_this(), request] {
-    const auto self = weak.lock();
-    if (!self || self->waitingLoad_ != request.url) return;
-    auto* item = request.isHistory ? self->historyItem(request.url) : nullptr;
-    if (!item) return self->load({.url = request.url});
-    self->waitingLoad_.reset();
-    webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item);
-  });
+  engine_.httpsFirst().addException(
+      request.url, [weak = weak_from_this(), request, error](bool isInForce) {
+        const auto self = weak.lock();
+        if (!self || self->waitingLoad_ != request.url) return;
+        if (!isInForce) return self->giveUp(error);
+        auto* item = request.isHistory ? self->historyItem(request.url) : nullptr;
+        if (!item) return self->load({.url = request.url});
+        self->waitingLoad_.reset();
+        self->goTo(item);
+      });
   return true;
 }
 
+void WebKitWebView::giveUp(const LoadError& error) {
+  waitingLoad_.reset();
+  notify(WebViewProperty::IsLoading);
+  if (navigation_) navigation_->didFailProvisionalNavigation(*this, error);
+}
+
 void WebKitWebView::downloadStarted(WebKitDownload* download) {
-  auto adapter = WebKitDownloadAdapter::follow(download);
-  if (navigation_) navigation_->didBecomeDownload(*this, adapter);
+  if (navigation_) navigation_->didBecomeDownload(*this, WebKitDownloadAdapter::follow(download));
 }
 
 }  // namespace orvel

@@ -25,6 +25,8 @@ void WebKitWebView::connectProcess() {
       +[](::WebKitWebView*, WebKitWebProcessTerminationReason, gpointer data) {
         const auto self = static_cast<Self*>(data)->shared_from_this();
         self->endFinding();
+        self->committedURL_.reset();
+        self->isSubstituteComing_ = false;
         self->answerClosing(true);
         self->setBlank(true);
         if (self->navigation_ && !self->isEndingProcess_)

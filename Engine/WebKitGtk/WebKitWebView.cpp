@@ -9,6 +9,7 @@
 #include "Engine/WebKitGtk/EngineScripts.h"
 #include "Engine/WebKitGtk/HTTPSFirst.h"
 #include "Engine/WebKitGtk/LoadErrors.h"
+#include "Engine/WebKitGtk/ReportedURL.h"
 #include "Engine/WebKitGtk/WebKitContentController.h"
 #include "Engine/WebKitGtk/WebKitDataStore.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
@@ -38,6 +39,14 @@ GRef<::WebKitWebView> makeNative(WebKitWebContext* context,
   return GRef<::WebKitWebView>::retain(WEBKIT_WEB_VIEW(object));
 }
 
+// The http address that `text`, one of https on its usual port, is the upgrade of; absent for any
+// other.
+std::optional<URL> plainForm(const char* text) {
+  const auto url = reportedURL(text);
+  if (!url || !url->hasScheme("https") || url->portText()) return std::nullopt;
+  return URL::parse("http" + url->text().substr(url->scheme().size()));
+}
+
 }  // namespace
 
 WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
@@ -57,7 +66,7 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
   // The opener's view was wanted for that alone.
   configuration_.opener = nullptr;
   applySettings();
-  keepEmojiToFields(view_.get());
+  installEmojiChooser(view_.get());
   // An empty script starts the page's process, which is up by the time that something is to load.
   if (hasOwnProcess)
     webkit_web_view_evaluate_javascript(view_.get(), "", 0, nullptr, nullptr, nullptr, nullptr,
@@ -67,8 +76,7 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
 WebKitWebView::~WebKitWebView() {
   engine_.httpsFirst().removeListener(this);
   controller().setNavigationReporter(nullptr);
-  auto* session = webkit_web_view_get_network_session(view_.get());
-  g_signal_handlers_disconnect_by_data(session, this);
+  engine_.removeView(*this);
   g_signal_handlers_disconnect_by_data(webkit_web_view_get_back_forward_list(view_.get()), this);
   g_signal_handlers_disconnect_by_data(webkit_web_view_get_find_controller(view_.get()), this);
   g_signal_handlers_disconnect_by_data(view_.get(), this);
@@ -99,6 +107,7 @@ void WebKitWebView::applySettings() {
 }
 
 void WebKitWebView::start() {
+  engine_.addView(*this);
   connectGestures();
   connectLoading();
   connectPolicy();
@@ -160,43 +169,59 @@ void WebKitWebView::loadChanged(WebKitLoadEvent event) {
   stoppedAddress_.reset();
   switch (event) {
     case WEBKIT_LOAD_STARTED:
-      hasCommitted_ = false;
+      phase_ = Phase::Started;
+      isSubstitute_ = std::exchange(isSubstituteComing_, false);
+      requestedURL_.reset();
+      lateQuestion_.reset();
       hasTimedOut_ = false;
+      if (awaited_) awaited_->hasStarted = true;
       return awaitAnswer();
     case WEBKIT_LOAD_REDIRECTED:
       return awaitAnswer();
     case WEBKIT_LOAD_COMMITTED:
-      hasCommitted_ = true;
+      phase_ = Phase::Committed;
+      // A page that was kept in memory is not requested.
+      if (!requestedURL_)
+        if (const auto shown = nativeURL()) mainFrameRequests(*shown);
+      committedURL_ = requestedURL_;
       endWaiting();
       hasShownPage_ = true;
       if (isBlank_) awaitDrawing();
       plainRequest_.reset();
       restoredAddress_.reset();
       undecided_.clear();
+      allowedURL_.reset();
+      lateQuestion_.reset();
       if (navigation_) navigation_->didCommit(*this);
       return;
     case WEBKIT_LOAD_FINISHED:
       endWaiting();
       // A failed load finishes too; it has been reported as failed.
-      if (hasCommitted_ && navigation_) navigation_->didFinish(*this);
+      if (std::exchange(phase_, Phase::Ended) != Phase::Committed || isSubstitute_) return;
+      if (navigation_) navigation_->didFinish(*this);
       return;
   }
 }
 
 void WebKitWebView::awaitAnswer() {
-  if (answerTimeout_)
-    answerTimer_ = engine_.scheduler().start(endUnanswered(weak_from_this(), *answerTimeout_));
+  if (awaited_)
+    answerTimer_ = engine_.scheduler().start(endUnanswered(weak_from_this(), awaited_->timeout));
 }
 
 void WebKitWebView::endWaiting() {
-  answerTimeout_.reset();
+  if (!awaited_ || awaited_->hasStarted) stopWaiting();
+}
+
+void WebKitWebView::stopWaiting() {
+  awaited_.reset();
   answerTimer_.cancel();
+  suppliedPlain_.reset();
 }
 
 Task<> WebKitWebView::endUnanswered(std::weak_ptr<WebKitWebView> weak, Duration after) {
   const SleepResult result = co_await sleep(after);
   const auto self = weak.lock();
-  if (!self || result == SleepResult::Cancelled || !self->answerTimeout_) co_return;
+  if (!self || result == SleepResult::Cancelled || !self->awaited_) co_return;
   self->hasTimedOut_ = true;
   webkit_web_view_stop_loading(self->view_.get());
 }
@@ -222,12 +247,16 @@ Observation WebKitWebView::observe(WebViewProperty property, std::function<void(
 }
 
 FrameInfo WebKitWebView::mainFrame() const {
-  const auto address = url();
-  const auto host = address ? address->host() : std::nullopt;
+  const auto host = committedURL_ ? committedURL_->host() : std::nullopt;
   return {0, true, std::string(host.value_or(std::string_view()))};
 }
 
 // Loading
+
+void WebKitWebView::noteProgramLoad(const char* address) {
+  if (const auto url = reportedURL(address))
+    classifier_.noteProgramLoad(url->text(), engine_.scheduler().instant());
+}
 
 void WebKitWebView::load(const URLRequest& request) {
   stoppedAddress_.reset();
@@ -236,35 +265,39 @@ void WebKitWebView::load(const URLRequest& request) {
     const auto self = weak.lock();
     if (!self || self->waitingLoad_ != request.url) return;
     self->waitingLoad_.reset();
-    self->classifier_.noteProgramLoad(request.url.text());
     const auto native =
         GRef<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.text().c_str()));
     if (auto* headers = webkit_uri_request_get_http_headers(native.get()))
       for (const auto& [name, value] : request.headers)
         soup_message_headers_append(headers, name.c_str(), value.c_str());
-    self->endWaiting();
-    self->answerTimeout_ = request.timeout;
-    self->navigate(
-        [view = self->view_.get(), native] { webkit_web_view_load_request(view, native.get()); });
+    self->stopWaiting();
+    self->awaited_ = Awaited{request.timeout};
+    self->suppliedPlain_ = request.schemeSource == SchemeSource::Supplied
+                               ? plainForm(webkit_uri_request_get_uri(native.get()))
+                               : std::nullopt;
+    self->navigate([view = self.get(), native] {
+      // In the engine's own words: a bare host has got its slash.
+      view->noteProgramLoad(webkit_uri_request_get_uri(native.get()));
+      webkit_web_view_load_request(view->native(), native.get());
+    });
   });
 }
 
 void WebKitWebView::loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) {
   waitingLoad_.reset();
-  const char* base = baseURL ? baseURL->text().c_str() : nullptr;
-  if (base)
-    webkit_web_view_load_alternate_html(view_.get(), html.c_str(), base, base);
-  else
-    webkit_web_view_load_html(view_.get(), html.c_str(), nullptr);
+  const char* base = baseURL ? baseURL->text().c_str() : "about:blank";
+  isSubstituteComing_ = true;
+  webkit_web_view_load_alternate_html(view_.get(), html.c_str(), base, base);
 }
 
 void WebKitWebView::reload(ReloadSource source) {
   stoppedAddress_.reset();
-  navigate([view = view_.get(), source] {
+  navigate([this, source] {
+    noteProgramLoad(webkit_web_view_get_uri(view_.get()));
     if (source == ReloadSource::Origin)
-      webkit_web_view_reload_bypass_cache(view);
+      webkit_web_view_reload_bypass_cache(view_.get());
     else
-      webkit_web_view_reload(view);
+      webkit_web_view_reload(view_.get());
   });
 }
 
@@ -274,7 +307,7 @@ void WebKitWebView::stopLoading() {
   waitingLoad_.reset();
   restoredAddress_.reset();
   forgetNavigation();
-  endWaiting();
+  stopWaiting();
   webkit_web_view_stop_loading(view_.get());
   // A load whose decision is still to be asked for is forgotten by its page's process, and the
   // engine would show it as loading for ever.
@@ -284,12 +317,21 @@ void WebKitWebView::stopLoading() {
   notify(WebViewProperty::IsLoading);
 }
 
+void WebKitWebView::goTo(WebKitBackForwardListItem* item) {
+  if (!item) return;
+  navigate([this, held = GRef<WebKitBackForwardListItem>::retain(item)] {
+    noteProgramLoad(webkit_back_forward_list_item_get_uri(held.get()));
+    webkit_web_view_go_to_back_forward_list_item(view_.get(), held.get());
+  });
+}
+
 void WebKitWebView::goBack() {
-  if (canGoBack()) navigate([view = view_.get()] { webkit_web_view_go_back(view); });
+  goTo(webkit_back_forward_list_get_back_item(webkit_web_view_get_back_forward_list(view_.get())));
 }
 
 void WebKitWebView::goForward() {
-  if (canGoForward()) navigate([view = view_.get()] { webkit_web_view_go_forward(view); });
+  goTo(webkit_back_forward_list_get_forward_item(
+      webkit_web_view_get_back_forward_list(view_.get())));
 }
 
 std::optional<InteractionState> WebKitWebView::interactionState() const {
@@ -325,7 +367,7 @@ bool WebKitWebView::setInteractionState(const std::string& text) {
     const auto self = weak.lock();
     if (!self || self->restoredAddress_ != webkit_back_forward_list_item_get_uri(item.get()))
       return;
-    webkit_web_view_go_to_back_forward_list_item(self->view_.get(), item.get());
+    self->goTo(item.get());
   });
   return true;
 }
@@ -338,15 +380,19 @@ std::optional<std::string> WebKitWebView::title() const {
   return title;
 }
 
+std::optional<URL> WebKitWebView::nativeURL() const {
+  return reportedURL(webkit_web_view_get_uri(view_.get()));
+}
+
 std::optional<URL> WebKitWebView::url() const {
   if (waitingLoad_) return waitingLoad_;
-  const char* uri = webkit_web_view_get_uri(view_.get());
-  if (uri && *uri) return URL::parse(uri);
+  // A redirect to another application's address is no address of a page.
+  if (auto shown = nativeURL()) return engine_.canLoad(*shown) ? shown : committedURL_;
   // Right after a restore the view itself knows no address yet.
   auto* list = webkit_web_view_get_back_forward_list(view_.get());
   auto* current = webkit_back_forward_list_get_current_item(list);
   const char* restored = current ? webkit_back_forward_list_item_get_uri(current) : nullptr;
-  return restored ? URL::parse(restored) : std::nullopt;
+  return reportedURL(restored);
 }
 
 bool WebKitWebView::isLoading() const {

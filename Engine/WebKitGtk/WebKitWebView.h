@@ -83,6 +83,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   CaptureState microphoneCaptureState() const override;
 
   ::WebKitWebView* native() const { return view_.get(); }
+  void downloadStarted(WebKitDownload* download);
 
  private:
   // The latest search, and who waits for an answer, the first asked first: the engine answers each
@@ -102,9 +103,14 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void connectLoading();
   void connectPolicy();
   void loadChanged(WebKitLoadEvent event);
+  // The program is about to have the engine load `address` in the main frame.
+  void noteProgramLoad(const char* address);
   // Gives the program's load up unless it is answered in time.
   void awaitAnswer();
+  // The load that is under way needs no more waiting; one that has not begun goes on to.
   void endWaiting();
+  void stopWaiting();
+  void goTo(WebKitBackForwardListItem* item);
   static Task<> endUnanswered(std::weak_ptr<WebKitWebView> view, Duration after);
   void connectPanels();
   void runScriptDialog(WebKitScriptDialog* dialog);
@@ -113,6 +119,9 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // No answer will come any more.
   void endFinding();
   void notify(WebViewProperty property);
+  // The engine's own address of the view: of the latest load, also before it is answered.
+  std::optional<URL> nativeURL() const;
+  // The main frame as it is shown: what is still being loaded has no part in its origin.
   FrameInfo mainFrame() const;
 
   // Process
@@ -134,12 +143,19 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   bool decideAction(WebKitNavigationPolicyDecision* decision, bool isNewWindow);
   bool decideResponse(WebKitResponsePolicyDecision* decision);
   void answerResponse(GRef<WebKitPolicyDecision> decision, const NavigationResponse& response);
-  bool loadFailed(const char* uri, const GError& error);
+  // The request for the main frame's document goes out: which of the navigations that could not be
+  // told apart it is for is known now.
+  void mainFrameRequests(const URL& address);
+  void askLate(NavigationAction action);
+  // What the main frame asks for may have to be asked over http instead.
+  void notePlainRequest(const NavigationAction& action);
+  bool loadFailed(WebKitLoadEvent event, const char* uri, const GError& error);
   bool fallBackToHTTP(const LoadError& error);
+  // The load that waited for a way back to http has none.
+  void giveUp(const LoadError& error);
   // The entry of the history with this address that is nearest to the present one; null without
   // one.
   WebKitBackForwardListItem* historyItem(const URL& url) const;
-  void downloadStarted(WebKitDownload* download);
 
   // Content
   // Evaluates in every frame of the page; answers the values' JSON texts.
@@ -166,8 +182,12 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   std::optional<URL> waitingLoad_;
   // A load that was stopped and has not ended yet; one that is decided on only now is refused.
   std::optional<std::string> stoppedAddress_;
-  // How long the answer to the program's latest load may take; absent once it has come.
-  std::optional<Duration> answerTimeout_;
+  // The answer to the program's latest load; absent once it has come.
+  struct Awaited {
+    Duration timeout;
+    bool hasStarted = false;
+  };
+  std::optional<Awaited> awaited_;
   TaskHandle answerTimer_;
   // The load has been stopped for want of an answer, which the engine reports as cancelled.
   bool hasTimedOut_ = false;
@@ -179,9 +199,6 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
     bool isHistory = false;
   };
   std::optional<PlainRequest> plainRequest_;
-  // Addresses that were put to the delegate as a sub-frame's for want of knowledge.
-  std::map<std::string, NavigationAction> undecided_;
-  bool hasCommitted_ = false;
   bool isBlank_;
   // A page has been shown since the view was made.
   bool hasShownPage_ = false;
@@ -193,6 +210,28 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // Who waits to hear whether the page may be closed; empty when nobody does.
   std::function<void(bool)> closing_;
   TaskHandle closingTimer_;
+  // The http address of the awaited load, where the program supplied its https.
+  std::optional<URL> suppliedPlain_;
+  // The latest navigations that were put to the delegate as a sub-frame's for want of knowledge.
+  std::deque<NavigationAction> undecided_;
+  // What the delegate has allowed the main frame to load, until it is requested.
+  std::optional<URL> allowedURL_;
+  // A question that was put when the request was under way already, and who waits for its answer.
+  struct LateQuestion {
+    std::optional<NavigationPolicy> policy;
+    PolicyHandler waiting;
+  };
+  std::shared_ptr<LateQuestion> lateQuestion_;
+  // Where the main frame's latest load has got to.
+  enum class Phase { Started, Committed, Ended };
+  Phase phase_ = Phase::Ended;
+  // The page stands in for another one: that which comes next, or the one under way.
+  bool isSubstituteComing_ = false;
+  bool isSubstitute_ = false;
+  // What the main frame has asked for since its load began.
+  std::optional<URL> requestedURL_;
+  // Of the page that is shown; the view's own address is already that of the next one.
+  std::optional<URL> committedURL_;
   Finding finding_;
 };
 

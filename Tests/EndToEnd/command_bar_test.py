@@ -83,6 +83,12 @@ class CommandBarTest(EndToEndTest):
         self.keys("Return")
         eventually(lambda: self.today() == ["Page three", "Page one"], "the address in the tab")
 
+        # Tried over https, which the host does not serve.
+        self.web.serve("http://router.test/", "<title>Router</title>")
+        self.web.control("refuse", {"host": "router.test", "port": 443})
+        self.pick("router.test", "https://router.test")
+        eventually(lambda: self.selected() == "Router", "a host without https")
+
         for text, row, address in (
             ("spring tides", "spring tides", "https://www.google.com/search?q="),
             ("yt lofi", "lofi", "https://www.youtube.com/results?search_query="),

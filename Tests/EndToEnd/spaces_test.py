@@ -89,6 +89,17 @@ class SpacesTest(SidebarTest):
         self.act(self.find("Save", "push button"))
         self.session_holds(lambda: self.space(1)["name"] == "Orchard", "the new name")
 
+        # What cannot be undone is not what Return means.
+        self.menu(self.find("Orchard", "push button"), "Delete Space…")
+        self.find("Delete Space Delete Space", "push button")
+        time.sleep(0.3)
+        self.keys("Return")
+        eventually(lambda: not self.accessible("Delete Space Delete Space"), "the dialog gone")
+        self.keys("ctrl+shift+n")
+        self.find("Create Space", "push button")
+        self.keys("Escape")
+        self.assertEqual(len(self.program.session()["spaces"]), 2)
+
         self.menu(self.find("Orchard", "push button"), "Delete Space…")
         # A dialog's button is named by its label and by itself.
         self.act(self.find("Delete Space Delete Space", "push button"))
@@ -182,7 +193,7 @@ class SpacesTest(SidebarTest):
         )
 
     def show_page(self, title):
-        self.act(self.find(title, "push button"))
+        self.act(self.find(title, "page tab"))
         time.sleep(0.5)
 
     def choose(self, setting, choice):

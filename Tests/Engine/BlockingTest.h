@@ -37,6 +37,9 @@ class EngineWithStore final : public Engine {
     return engine_.makeWebView(configuration);
   }
   std::shared_ptr<ContentRuleListStore> contentRuleListStore() override { return store_; }
+  void setDownloadDelegate(std::weak_ptr<DownloadDelegate> delegate) override {
+    engine_.setDownloadDelegate(std::move(delegate));
+  }
   void setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) override {
     engine_.setURLSchemeHandler(scheme, std::move(handler));
   }

@@ -238,6 +238,18 @@ TEST_F(CompiledListTest, IsCompiledAgainWhenItsFileIsNotWhatWasWritten) {
   EXPECT_TRUE(blocks("one"));
 }
 
+TEST_F(CompiledListTest, IsAnsweredOnALaterTurnHoweverSoonItWasLoaded) {
+  ship("easylist", "||one.test^\n");
+  start();
+  SealedRuleListStore store(scheduler, rules, script);
+  turnFor(kQuiet);
+  bool isAnswered = false;
+  store.lookUp(identifier(),
+               [&](const CompiledRules& found) { isAnswered = found.list != nullptr; });
+  EXPECT_FALSE(isAnswered);
+  EXPECT_TRUE(eventually([&] { return isAnswered; }));
+}
+
 TEST_F(CompiledListTest, LosesItsSealWhenReadingItThroughFindsDamage) {
   ship("easylist", "||one.test^\n");
   start();

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <set>
 
+#include "Engine/WebKitGtk/HTTPSFirst.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Engine/RecordingDelegate.h"
 
@@ -95,6 +96,7 @@ TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
 
 TEST_F(LoadingTest, ReportsFailuresWithTheirKindAndShowsPagesUnderTheirAddress) {
   server.refuse("closed.test", 80);
+  server.serve("http://one.test/", "<title>One</title>");
   const auto view = makeView();
   delegate.attachTo(*view);
   view->load({.url = *URL::parse("http://closed.test/path?a=1")});
@@ -102,8 +104,25 @@ TEST_F(LoadingTest, ReportsFailuresWithTheirKindAndShowsPagesUnderTheirAddress) 
   EXPECT_EQ(delegate.errors.front().failingURL, URL::parse("http://closed.test/path?a=1"));
   EXPECT_NE(delegate.errors.front().kind, LoadError::Kind::Cancelled);
   view->loadHTMLString("<title>Sorry</title>", URL::parse("http://closed.test/path?a=1"));
-  EXPECT_TRUE(eventually([&] { return view->title() == "Sorry"; }));
+  EXPECT_TRUE(eventually([&] { return view->title() == "Sorry" && !view->isLoading(); }));
   EXPECT_EQ(view->url(), URL::parse("http://closed.test/path?a=1"));
+  EXPECT_EQ(delegate.commits, 1);
+  load(*view, "http://one.test/");
+  EXPECT_TRUE(eventually([&] { return view->title() == "One"; }));
+  EXPECT_EQ(delegate.finishes, 1) << "a page that stands in for another finishes no load";
+}
+
+TEST_F(LoadingTest, KeepsWhatCameOfAPageThatBrokeOff) {
+  server.serve("http://torn.test/",
+               {.body = "<title>Torn</title>" + std::string(100000, 'x'), .truncate = 60000});
+  const auto view = makeView();
+  delegate.attachTo(*view);
+  view->load({.url = *URL::parse("http://torn.test/")});
+  ASSERT_TRUE(eventually([&] { return delegate.commits == 1 && !view->isLoading(); }));
+  EXPECT_TRUE(eventually([&] { return delegate.breaks.size() == 1; }));
+  EXPECT_TRUE(delegate.errors.empty());
+  EXPECT_EQ(delegate.finishes, 0);
+  EXPECT_EQ(evaluate(*view, "document.title"), "\"Torn\"");
 }
 
 TEST_F(LoadingTest, GivesAServerUpThatDoesNotAnswerInTime) {
@@ -119,6 +138,21 @@ TEST_F(LoadingTest, GivesAServerUpThatDoesNotAnswerInTime) {
   EXPECT_EQ(delegate.errors.front().kind, LoadError::Kind::TimedOut);
   EXPECT_EQ(delegate.errors.front().failingURL, URL::parse("http://slow.test/?again"));
   EXPECT_FALSE(view->isLoading());
+
+  // A load that takes the place of a refused redirect has a limit of its own.
+  delegate.errors.clear();
+  server.serve("http://one.test/", {.status = 302, .headers = {{"Location", "/?tracked"}}});
+  server.serve("http://slow.test/", {.body = "<title>Slow</title>", .delay = 30});
+  delegate.decide = [&](const NavigationAction& action) {
+    if (action.request->url != URL::parse("http://one.test/?tracked"))
+      return NavigationPolicy::Allow;
+    view->load({.url = *URL::parse("http://slow.test/?clean"), .timeout = 300ms});
+    return NavigationPolicy::Cancel;
+  };
+  view->load({.url = *URL::parse("http://one.test/"), .timeout = 60s});
+  EXPECT_TRUE(eventually([&] {
+    return !delegate.errors.empty() && delegate.errors.back().kind == LoadError::Kind::TimedOut;
+  }));
 }
 
 TEST_F(LoadingTest, TellsOfADeadPageProcessAndComesBackOnReload) {
@@ -242,13 +276,47 @@ TEST_F(HTTPSFirstTest, ARestoredPageFallsBackToItsPlace) {
   EXPECT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "777"; }));
 }
 
-TEST_F(HTTPSFirstTest, AnAddressAskedForOverHTTPSNeverFallsBack) {
-  server.serve("http://old.test/", "<title>Old</title>");
-  server.refuse("old.test", 443);
-  const auto view = makeUpgradingView();
-  view->load({.url = *URL::parse("https://old.test/")});
-  ASSERT_TRUE(eventually([&] { return !delegate.errors.empty(); }));
-  EXPECT_EQ(server.requestCount("http://old.test/"), 0);
+TEST_F(HTTPSFirstTest, AnAddressGoesWithoutHTTPSUnlessThatWasAskedFor) {
+  for (const auto& [host, scheme] :
+       {std::pair("given.test", SchemeSource::Given), {"router.test", SchemeSource::Supplied}}) {
+    const std::string plain = fmt::format("http://{}/", host);
+    server.serve(plain, "<title>Old</title>");
+    server.refuse(host, 443);
+    const auto view = makeUpgradingView();
+    delegate.errors.clear();
+    view->load({.url = *URL::parse(fmt::format("https://{}", host)), .schemeSource = scheme});
+    EXPECT_TRUE(eventually([&] { return !delegate.errors.empty() || view->title() == "Old"; }));
+    EXPECT_EQ(server.requestCount(plain), scheme == SchemeSource::Supplied) << host;
+    EXPECT_EQ(delegate.errors.empty(), scheme == SchemeSource::Supplied) << host;
+  }
+}
+
+// Over http the host leads back to https, which cannot be had: once is enough.
+TEST_F(HTTPSFirstTest, EndsWhereBothWaysLeadToHTTPS) {
+  for (const char* host : {"expired.loop.test", "closed.loop.test"}) {
+    const std::string plain = fmt::format("http://{}/", host);
+    server.serve(plain,
+                 {.status = 302, .headers = {{"Location", fmt::format("https://{}/", host)}}});
+    if (std::string_view(host).starts_with("closed")) server.refuse(host, 443);
+    const auto view = makeUpgradingView();
+    delegate.errors.clear();
+    view->load({.url = *URL::parse(plain)});
+    EXPECT_TRUE(eventually([&] { return !delegate.errors.empty(); })) << host;
+    turnFor(200ms);
+    EXPECT_EQ(server.requestCount(plain), 1) << host;
+    EXPECT_EQ(delegate.errors.size(), 1u) << host;
+    EXPECT_FALSE(view->isLoading()) << host;
+  }
+}
+
+TEST_F(HTTPSFirstTest, TellsOfAnExceptionThatCannotBeMade) {
+  std::ofstream(folder.path / "file") << "in the way";
+  HTTPSFirst rules(folder.path / "file" / "rules");
+  std::optional<bool> isInForce;
+  rules.addException(*URL::parse("http://old.test/"), [&](bool is) { isInForce = is; });
+  EXPECT_TRUE(eventually([&] { return isInForce.has_value(); }));
+  EXPECT_EQ(isInForce, false);
+  EXPECT_FALSE(rules.isException(*URL::parse("http://old.test/")));
 }
 
 // However far it got: asked over https, refused there, waiting for its exception, asked again.

@@ -2,6 +2,7 @@
 
 #include <fstream>
 
+#include "Engine/WebKitGtk/WebKitDataStore.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Engine/RecordingDelegate.h"
 
@@ -41,6 +42,18 @@ TEST_F(PageTest, AsksForEachScriptDialogAndTakesItsAnswer) {
   EXPECT_THAT(delegate.panels,
               ElementsAre("alert page.test: hello", "confirm: sure?", "confirm: sure?",
                           "prompt: name [me]", "prompt: name []"));
+}
+
+TEST_F(PageTest, QuestionsCarryTheOriginOfThePageThatIsShown) {
+  server.serve("http://bank.test/", {.body = "<title>Bank</title>", .delay = 30});
+  server.serve("http://localhost/out",
+               {.status = 302, .headers = {{"Location", "http://bank.test/"}}});
+  const auto view = page("<title>Evil</title>", "http://localhost/");
+  evaluate(*view, "location = '/out'; 1");
+  ASSERT_TRUE(eventually([&] { return view->url() == URL::parse("http://bank.test/"); }));
+  evaluate(*view, "alert('pay'); navigator.geolocation.getCurrentPosition(() => {}); 1");
+  EXPECT_TRUE(eventually([&] { return delegate.panels.size() == 2; }));
+  EXPECT_THAT(delegate.panels, ElementsAre("alert localhost: pay", "location localhost"));
 }
 
 TEST_F(PageTest, OpensAWindowThatTheEngineNavigates) {
@@ -88,6 +101,71 @@ TEST_F(PageTest, ScriptsOfAnIsolatedWorldSignTheirMessagesWithTheFrame) {
   EXPECT_EQ(inFrame->value, "\"inner.test\"");
   EXPECT_EQ(evaluate(*view, "typeof marker"), "\"undefined\"") << "worlds are apart";
   EXPECT_EQ(evaluate(*view, "typeof window.webkit?.messageHandlers?.probe"), "\"undefined\"");
+}
+
+TEST_F(PageTest, MessagesAreSignedWhoeverComesFirstAndNotInThePagesName) {
+  server.serve("http://page.test/",
+               "<script>webkit.messageHandlers.open.postMessage('claim')</script>");
+  auto controller = engine->makeUserContentController();
+  std::vector<ScriptMessage> messages;
+  const auto note = [&](const ScriptMessage& message) { messages.push_back(message); };
+  controller->addUserScript({.source = "webkit.messageHandlers.early.postMessage('first')",
+                             .world = ContentWorld::hiddenItems()});
+  controller->addScriptMessageHandler("early", ContentWorld::hiddenItems(), note);
+  controller->addScriptMessageHandler("open", ContentWorld::page(), note);
+  const auto view = makeView({.userContentController = controller});
+  load(*view, "http://page.test/");
+  ASSERT_TRUE(eventually([&] { return messages.size() == 2; }));
+  EXPECT_EQ(messages[0].body, "\"first\"");
+  EXPECT_TRUE(messages[0].frame.isMainFrame);
+  EXPECT_EQ(messages[1].name, "open");
+  EXPECT_FALSE(messages[1].frame.isMainFrame);
+}
+
+// Half a second of sound, made by the page.
+constexpr const char* kSound = R"js(
+  const rate = 8000, count = rate / 2, bytes = new DataView(new ArrayBuffer(44 + count));
+  [...'RIFF....WAVEfmt '].forEach((c, i) => bytes.setUint8(i, c.charCodeAt(0)));
+  [...'data'].forEach((c, i) => bytes.setUint8(36 + i, c.charCodeAt(0)));
+  [[4, 36 + count], [16, 16], [24, rate], [28, rate], [40, count]].forEach(
+      ([at, value]) => bytes.setUint32(at, value, true));
+  [[20, 1], [22, 1], [32, 1], [34, 8]].forEach(([at, value]) => bytes.setUint16(at, value, true));
+  for (let i = 0; i < count; ++i) bytes.setUint8(44 + i, 128 + 100 * Math.sin(i / 3));
+  window.sound = new Audio(URL.createObjectURL(new Blob([bytes], {type: 'audio/wav'})));
+  sound.loop = true;
+  sound.play();
+  1
+)js";
+
+TEST_F(PageTest, KnowsOfSoundOutsideOfThePageAndOfAPageThatHangs) {
+  const auto view = page("<title>x</title>");
+  const auto state = [&] {
+    std::optional<MediaPlaybackState> given;
+    view->requestMediaPlaybackState([&](MediaPlaybackState is) { given = is; });
+    eventually([&] { return given.has_value(); }, 15s);
+    return given;
+  };
+  EXPECT_EQ(state(), MediaPlaybackState::None);
+  evaluate(*view, kSound);
+  EXPECT_TRUE(eventually([&] { return state() == MediaPlaybackState::Playing; }));
+  evaluate(*view, "sound.pause(); 1");
+  EXPECT_TRUE(eventually([&] { return state() == MediaPlaybackState::None; }, 10s));
+  evaluate(*view, "setTimeout(() => { for (;;); }); 1");
+  turnFor(100ms);
+  EXPECT_EQ(state(), MediaPlaybackState::None) << "the answer of a failure";
+}
+
+TEST_F(PageTest, TellsWhetherTheCursorIsInAField) {
+  const auto view = page(
+      "<title>x</title><input id=field><div id=note contenteditable>n</div><button "
+      "id=other>b</button>");
+  view->focus();
+  EXPECT_FALSE(view->isEditing());
+  for (const char* id : {"field", "other", "note", "other"}) {
+    evaluate(*view, std::string("document.getElementById('") + id + "').focus(); 1");
+    const bool isField = std::string_view(id) != "other";
+    EXPECT_TRUE(eventually([&] { return view->isEditing() == isField; })) << id;
+  }
 }
 
 TEST_F(PageTest, CallsAsyncFunctionsWithArguments) {
@@ -171,14 +249,51 @@ TEST_F(PageTest, AsksForNameAndPasswordAndGoesOnWithoutThem) {
       << "the server's refusal shows";
 }
 
+TEST_F(PageTest, TellsWhoAsksForAPasswordAndWhetherItTravelsInTheOpen) {
+  webkit_network_session_set_tls_errors_policy(static_cast<WebKitDataStore&>(*store).session(),
+                                               WEBKIT_TLS_ERRORS_POLICY_IGNORE);
+  for (const char* url : {"https://safe.test/", "http://plain.test/"})
+    server.serve(url, {.body = "<title>Locked</title>",
+                       .status = 401,
+                       .headers = {{"WWW-Authenticate", "Basic realm=\"Vault\""}}});
+  server.serve("https://certified.test/", "<title>Locked</title>");
+  const struct {
+    const char* url;
+    bool isAsked;
+    bool isProxy;
+    bool isInsecure;
+  } cases[] = {{"https://safe.test/", true, false, false},
+               {"http://plain.test/", true, false, true},
+               {"https://behind.test/", true, true, true},
+               // Asks for a certificate, which nobody has.
+               {"https://certified.test/", false, false, false}};
+  for (const auto& test : cases) {
+    const auto view = makeView();
+    delegate.attachTo(*view);
+    delegate.challenges.clear();
+    view->load({.url = *URL::parse(test.url)});
+    EXPECT_TRUE(eventually([&] {
+      return view->title() == "Locked" || (test.isProxy && !delegate.challenges.empty());
+    })) << test.url;
+    ASSERT_EQ(!delegate.challenges.empty(), test.isAsked) << test.url;
+    if (!test.isAsked) continue;
+    EXPECT_EQ(delegate.challenges.front().isProxy, test.isProxy) << test.url;
+    EXPECT_EQ(delegate.challenges.front().isInsecure, test.isInsecure) << test.url;
+  }
+}
+
 struct SavingDelegate final : DownloadDelegate {
   std::filesystem::path destination;
   std::string suggested;
   bool isFinished = false;
+  bool hears[2] = {};
+  std::vector<Observation> watches;
   void decideDestination(
-      const std::shared_ptr<Download>&, const std::string& name,
+      const std::shared_ptr<Download>& download, const std::string& name,
       std::function<void(std::optional<std::filesystem::path>)> answer) override {
     suggested = name;
+    for (bool& isHeard : hears)
+      watches.push_back(download->observeProgress([&isHeard] { isHeard = true; }));
     answer(destination);
   }
   void didFinish(const std::shared_ptr<Download>&) override { isFinished = true; }
@@ -196,8 +311,44 @@ TEST_F(PageTest, TurnsAResponseItCannotShowIntoADownload) {
   view->load({.url = *URL::parse("http://files.test/data.bin")});
   ASSERT_TRUE(eventually([&] { return saving->isFinished; }));
   EXPECT_EQ(saving->suggested, "data.bin");
+  EXPECT_THAT(saving->hears, testing::Each(true)) << "each observer";
   std::ifstream file(saving->destination);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "bytes");
+}
+
+TEST_F(PageTest, ADownloadWithoutAPageIsFollowedAllTheSame) {
+  server.serve("http://files.test/data.bin", "bytes");
+  const auto saving = std::make_shared<SavingDelegate>();
+  saving->destination = folder.path / "orphan.bin";
+  engine->setDownloadDelegate(saving);
+  auto* session = static_cast<WebKitDataStore&>(*store).session();
+  const auto download = GRef<WebKitDownload>::adopt(
+      webkit_network_session_download_uri(session, "http://files.test/data.bin"));
+  EXPECT_TRUE(eventually([&] { return saving->isFinished; }));
+  std::ifstream file(saving->destination);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "bytes");
+  engine->setDownloadDelegate({});
+}
+
+TEST_F(PageTest, ASchemeOfTheProgramsOwnGetsTheWholeRequest) {
+  std::vector<URLRequest> requests;
+  engine->setURLSchemeHandler("orvel-test", [&](const URLRequest& request, const auto& answer) {
+    requests.push_back(request);
+    answer({.mimeType = "text/html", .body = "<title>Own</title>"});
+  });
+  const auto view = makeView();
+  load(*view, "orvel-test://host/");
+  evaluate(*view, "fetch('/x', {method: 'POST', headers: {'X-Word': 'yes'}, body: 'said'}); 1");
+  ASSERT_TRUE(eventually([&] { return requests.size() == 2; }));
+  EXPECT_EQ(requests[1].method, "POST");
+  EXPECT_EQ(requests[1].body, "said");
+  EXPECT_THAT(requests[1].headers, testing::Contains(testing::Pair("X-Word", "yes")));
+}
+
+TEST_F(PageTest, AnAddressWithBlanksIsDecidedOnLikeAnyOther) {
+  page("<iframe src='data:text/html,<b>two words</b>'></iframe>");
+  ASSERT_TRUE(eventually([&] { return delegate.responses.size() == 2; }));
+  EXPECT_EQ(delegate.responses[1].url, URL::parse("data:text/html,<b>two%20words</b>"));
 }
 
 TEST_F(PageTest, BlocksAndRestoresByContentRules) {

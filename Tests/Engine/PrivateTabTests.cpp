@@ -101,5 +101,35 @@ TEST_F(PrivateTabTest, LeavesNothingThatATwinLeaves) {
   }
 }
 
+// What the history knows of the profile's pages, "address title".
+Task<> readHistory(Future<HistoryStore::Entries> pages, std::vector<std::string>& lines) {
+  const auto entries = co_await std::move(pages);
+  lines.clear();
+  for (const auto& page : entries) lines.push_back(page.url.text() + " " + page.title);
+}
+
+TEST_F(PrivateTabTest, AFailedLoadIsNoVisitAndRenamesNone) {
+  const TemporaryFolder files("failed");
+  Program program(scheduler, *engine, files.path);
+  const auto& profile = program.store->activeSpace()->profile;
+  const TabRef tab = visit(program, profile, "known-harbour.test");
+  EXPECT_TRUE(eventually([&] { return !tab->isLoading.peek(); }));
+  server.refuse("known-harbour.test", 80);
+  for (const char* address : {"http://known-harbour.test/", "https://unknown-harbour.test/"}) {
+    server.refuse("unknown-harbour.test", 443);
+    tab->load(*URL::parse(address));
+    EXPECT_TRUE(eventually([&] {
+      return tab->title.peek().starts_with("Can’t open") &&
+             tab->url.peek() == URL::parse(address) && !tab->isLoading.peek();
+    })) << address;
+  }
+  turnFor(200ms);
+  std::vector<std::string> known;
+  scheduler.start(readHistory(program.store->history->recent(profile->id, 10), known)).detach();
+  EXPECT_TRUE(eventually([&] { return !known.empty(); }));
+  EXPECT_THAT(known, testing::ElementsAre("http://known-harbour.test/ At known-harbour.test"));
+  tab->teardown();
+}
+
 }  // namespace
 }  // namespace orvel::test

@@ -20,6 +20,7 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   void decidePolicyForAction(WebView&, const NavigationAction& action,
                              PolicyHandler answer) override {
     actions.push_back(action);
+    if (hold && hold(action, answer)) return;
     answer(decide ? decide(action) : NavigationPolicy::Allow);
   }
   void decidePolicyForResponse(WebView&, const NavigationResponse& response,
@@ -36,6 +37,7 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   void didFailProvisionalNavigation(WebView&, const LoadError& error) override {
     errors.push_back(error);
   }
+  void didFail(WebView&, const LoadError& error) override { breaks.push_back(error); }
   void webContentProcessDidTerminate(WebView&) override { ++terminations; }
   void didReceiveAuthenticationChallenge(
       WebView&, const AuthenticationChallenge& challenge,
@@ -88,6 +90,8 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   void fullscreenDidChange(WebView&, bool) override {}
 
   std::function<NavigationPolicy(const NavigationAction&)> decide;
+  // Takes the answer to give it later.
+  std::function<bool(const NavigationAction&, PolicyHandler)> hold;
   std::function<std::shared_ptr<WebView>(const WebViewConfiguration&)> makeWindow;
   std::weak_ptr<DownloadDelegate> downloadDelegate;
   std::optional<Credential> credential;
@@ -98,7 +102,8 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   std::vector<NavigationAction> actions;
   std::vector<NavigationResponse> responses;
   std::vector<std::shared_ptr<Download>> downloads;
-  std::vector<LoadError> errors;
+  std::vector<LoadError> errors;  // before the commit
+  std::vector<LoadError> breaks;  // after it
   std::vector<AuthenticationChallenge> challenges;
   std::vector<NavigationAction> windowRequests;
   std::vector<std::string> panels;

@@ -15,6 +15,7 @@ void FakeRuleStore::getAvailableIdentifiers(std::function<void(std::vector<std::
 
 void FakeRuleStore::lookUp(const std::string& identifier,
                            std::function<void(CompiledRules)> answer) {
+  if (willLookUp) willLookUp();
   CompiledRules result;
   if (const auto found = lists.find(identifier);
       found != lists.end() && !damaged.contains(identifier))
@@ -196,15 +197,29 @@ void FakeWebView::commit(const URL& url, const FakePage& page) {
   if (navigation_) navigation_->didCommit(*this);
   setTitle(page.title);
   setLoading(false, 1);
-  if (navigation_) navigation_->didFinish(*this);
+  if (!navigation_) return;
+  if (page.load == FakePage::Load::BreakOff)
+    navigation_->didFail(*this, page.error);
+  else
+    navigation_->didFinish(*this);
 }
 
 void FakeWebView::loadHTMLString(const std::string& text, const std::optional<URL>& baseURL) {
-  ++generation_;
   html = text;
   url_ = baseURL ? *baseURL : *URL::parse("about:blank");
-  setLoading(false, 1);
   notify(WebViewProperty::URL);
+  setLoading(true, 0.1);
+  engine_.scheduler().post([weak = weak_from_this(), generation = ++generation_] {
+    const auto self = weak.lock();
+    if (!self || generation != self->generation_) return;
+    if (self->navigation_) self->navigation_->didCommit(*self);
+    constexpr std::string_view kTitle = "<title>";
+    if (const size_t at = self->html.find(kTitle); at != std::string::npos) {
+      const size_t begin = at + kTitle.size();
+      self->setTitle(self->html.substr(begin, self->html.find('<', begin) - begin));
+    }
+    self->setLoading(false, 1);
+  });
 }
 
 void FakeWebView::reload(ReloadSource) {

@@ -19,7 +19,7 @@ class FakeWebView;
 
 // What the engine does with an address.
 struct FakePage {
-  enum class Load { Finish, Fail };
+  enum class Load { Finish, Fail, BreakOff };  // before the commit, after it
   Load load = Load::Finish;
   std::string title;
   // The page's own redirect: the address that is committed in place of the asked one.
@@ -76,6 +76,8 @@ class FakeRuleStore final : public ContentRuleListStore {
   Duration compileTime{0};
   std::vector<std::string> compiled;
   std::set<std::string> damaged;
+  // Runs before a list is looked up.
+  std::function<void()> willLookUp;
 
  private:
   Scheduler& scheduler_;
@@ -113,9 +115,10 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
   std::optional<URL> originalURL() const override { return url_; }
   double fractionCompleted() const override { return fraction_; }
   Observation observeProgress(std::function<void()> changed) override {
-    progressChanged_ = std::move(changed);
-    return Observation([weak = weak_from_this()] {
-      if (const auto self = weak.lock()) self->progressChanged_ = nullptr;
+    const uint64_t id = ++lastObserver_;
+    observers_[id] = std::move(changed);
+    return Observation([weak = weak_from_this(), id] {
+      if (const auto self = weak.lock()) self->observers_.erase(id);
     });
   }
   void cancel() override { fail({LoadError::Kind::Cancelled, "Fake", 1, "Cancelled", url_}); }
@@ -130,7 +133,7 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
   }
   void setProgress(double fraction) {
     fraction_ = fraction;
-    if (progressChanged_) progressChanged_();
+    for (const auto& [id, changed] : std::map(observers_)) changed();
   }
   void finish() {
     if (const auto delegate = delegate_.lock()) delegate->didFinish(shared_from_this());
@@ -144,7 +147,8 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
  private:
   std::optional<URL> url_;
   double fraction_ = 0;
-  std::function<void()> progressChanged_;
+  std::map<uint64_t, std::function<void()>> observers_;
+  uint64_t lastObserver_ = 0;
   std::weak_ptr<DownloadDelegate> delegate_;
 };
 
@@ -308,6 +312,9 @@ class FakeEngine final : public Engine {
     if (!hasRuleStore) return nullptr;
     return {&ruleStore, [](ContentRuleListStore*) {}};
   }
+  void setDownloadDelegate(std::weak_ptr<DownloadDelegate> delegate) override {
+    downloadDelegate = std::move(delegate);
+  }
   void setURLSchemeHandler(const std::string&, URLSchemeHandler) override {}
 
   Scheduler& scheduler() { return scheduler_; }
@@ -323,6 +330,7 @@ class FakeEngine final : public Engine {
   // Every view that was ever made, in order; gone ones are expired.
   std::vector<std::weak_ptr<FakeWebView>> views;
   std::vector<std::shared_ptr<FakeDownload>> downloads;
+  std::weak_ptr<DownloadDelegate> downloadDelegate;
 
  private:
   Scheduler& scheduler_;

@@ -12,7 +12,8 @@ its own (CA.pem in the folder given). What it serves is told over its control ad
   POST refuse    {"host", "port"}  connections to it are closed at once
 
 An address that nobody described answers 404. Certificates of hosts that begin with "expired." have
-expired. Prints its port, and ends when its standard input closes.
+expired; those that begin with "certified." ask for a certificate; before those that begin with
+"behind." the proxy wants a password. Prints its port, and ends when its standard input closes.
 """
 
 import base64
@@ -104,6 +105,9 @@ class Authority:
             file.write(leaf.public_bytes(PEM) + self.certificate.public_bytes(PEM) + key)
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(path)
+        if host.startswith("certified."):
+            context.verify_mode = ssl.CERT_OPTIONAL
+            context.load_verify_locations(os.path.join(self.folder, "CA.pem"))
         context.set_alpn_protocols(["http/1.1"])
         return context
 
@@ -130,6 +134,9 @@ class Handler(BaseHTTPRequestHandler):
         if (host, int(port)) in self.server.state.refused:
             self.close_connection = True
             return
+        if host.startswith("behind."):
+            headers = {"Proxy-Authenticate": 'Basic realm="Gate"'}
+            return self.answer({"status": 407, "headers": headers})
         self.send_response(200, "Connection established")
         self.end_headers()
         self.close_connection = True

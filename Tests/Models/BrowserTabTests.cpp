@@ -371,6 +371,10 @@ TEST_F(Tab, AFailedLoadShowsTheErrorPageUnlessItWasNoFailure) {
     EXPECT_THAT(html, AllOf(HasSubstr("No luck."), HasSubstr("href=\"https://bad/?a&amp;b\"")));
     EXPECT_EQ(tab->url.peek(), address("https://bad/?a&b"));
   }
+  world.engine.pages["https://torn/"] = {.load = FakePage::Load::BreakOff, .title = "Torn"};
+  const TabRef torn = makeLoaded({.url = address("https://torn/")});
+  EXPECT_EQ(torn->title.peek(), "Torn");
+  EXPECT_EQ(world.view(torn)->html, "") << "what has come of a page stays";
 }
 
 TEST_F(Tab, CrashesAreAnsweredByPlaceAndTime) {

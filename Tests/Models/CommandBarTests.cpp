@@ -192,6 +192,17 @@ TEST_F(CommandBarTest, ReturnCarriesTheChosenRowOutAndLearnsIt) {
   bar->submit();
   EXPECT_EQ(selected()->url.peek()->text(), "https://tides.test/today");
   EXPECT_EQ(store().everyTab().size(), count);
+  for (const auto mode : {CommandBarMode::CurrentTab, CommandBarMode::NewTab})
+    for (const auto& [typed, scheme] : {std::pair("tides.test", SchemeSource::Supplied),
+                                        {" router.test/ ", SchemeSource::Supplied},
+                                        {"https://tides.test/a", SchemeSource::Given}}) {
+      show(mode);
+      bar->setText(typed);
+      bar->submit();
+      selected()->webView();
+      EXPECT_EQ(world.view(selected())->requests.back().schemeSource, scheme) << typed;
+      settle();
+    }
 
   show(CommandBarMode::CurrentTab);
   bar->setText("");

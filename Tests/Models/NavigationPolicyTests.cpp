@@ -67,6 +67,11 @@ TEST_F(Policy, OtherApplicationsAreOpenedByClicksAndAskedForByScripts) {
     EXPECT_EQ(world.desktop.alerts.size(), test.outcome == Outcome::Asks) << test.url;
     for (const auto& answer : std::exchange(world.desktop.openAlerts, {})) answer({.button = 1});
   }
+  world.desktop.alerts.clear();
+  const size_t tabs = space().today.peek().size();
+  EXPECT_EQ(view->openWindow("mailto:x@y.org"), nullptr);
+  EXPECT_EQ(world.desktop.alerts.size(), 1u);
+  EXPECT_EQ(space().today.peek().size(), tabs) << "no empty tab stays behind";
 }
 
 TEST_F(Policy, TheQuestionBeforeAnotherApplicationOpens) {

@@ -84,6 +84,22 @@ TEST_F(MenuViewTest, TheMenuGivesTheKeyboardBack) {
   EXPECT_EQ(focus(), former);
 }
 
+TEST_F(MenuViewTest, OneRowAloneHasTheFill) {
+  EXPECT_TRUE(press(ActionID::MainMenu));
+  auto* file = row("File").widget;
+  g_signal_emit_by_name(file, "clicked");
+  settle();
+  ASSERT_TRUE(gtk_widget_get_mapped(row("New Tab").widget));
+  auto* inside = row("Open Location…").widget;
+  ASSERT_NE(inside, nullptr);
+  gtk_widget_set_state_flags(inside, GTK_STATE_FLAG_SELECTED, FALSE);
+  EXPECT_TRUE(gtk_widget_has_css_class(file, "passed"));
+  EXPECT_FALSE(gtk_widget_has_css_class(row("Edit").widget, "passed"));
+  for (const auto* title : {"New Tab", "Open Location…"})
+    gtk_widget_unset_state_flags(row(title).widget, GTK_STATE_FLAG_SELECTED);
+  EXPECT_FALSE(gtk_widget_has_css_class(file, "passed"));
+}
+
 TEST_F(MenuViewTest, TheMenuOfARowHasTheKeysToItself) {
   auto& list = window->view().sidebar().section().list();
   gtk_widget_child_focus(list.Gtk::Widget::gobj(), GTK_DIR_TAB_FORWARD);

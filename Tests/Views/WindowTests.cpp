@@ -92,6 +92,32 @@ TEST_F(WindowTest, AFolderMadeOutOfSightTakesTheKeyboard) {
   EXPECT_LT(y, adjustment->get_value() + adjustment->get_page_size());
 }
 
+TEST_F(WindowTest, WhatIsScrolledToIsClearOfTheFade) {
+  constexpr double kFade = 12;
+  for (int i = 0; i < 60; ++i)
+    sample.world.open("https://page" + std::to_string(i) + ".example/", false);
+  settle();
+  const auto adjustment = window->view().sidebar().section().get_vadjustment();
+  for (const size_t place : {55, 5, 30}) {
+    const auto tab = space().today.peek()[place];
+    list().scrollTo(keyOf(list(), tab));
+    runFrames(20);
+    auto* row = list().widgetFor(keyOf(list(), tab));
+    ASSERT_NE(row, nullptr);
+    double x = 0;
+    double y = 0;
+    row->translate_coordinates(list(), 0, 0, x, y);
+    EXPECT_GE(y - adjustment->get_value(), kFade);
+    EXPECT_LE(y + row->get_height() - adjustment->get_value(), adjustment->get_page_size() - kFade);
+  }
+}
+
+TEST_F(WindowTest, AHostIsCutAtItsEnd) {
+  auto* host = labelOf(root(), "tidewater-almanac.example");
+  ASSERT_NE(host, nullptr);
+  EXPECT_EQ(gtk_label_get_ellipsize(GTK_LABEL(host)), PANGO_ELLIPSIZE_END);
+}
+
 TEST_F(WindowTest, ClearShowsBelowThePointerWhileThereIsSomethingToClear) {
   auto* heading = gtk_widget_get_parent(labelOf(root(), "Today"));
   auto* clear = buttonOf(heading, "Clear");

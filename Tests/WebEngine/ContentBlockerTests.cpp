@@ -288,15 +288,31 @@ TEST_F(ContentBlockerTest, ForgetsControllersThatAreGone) {
 }
 
 TEST_F(ContentBlockerTest, EndsInTheMiddleOfLoading) {
-  engine.ruleStore.compileTime = 2s;
   bool isHandled = false;
-  blocker->readyHandlers.push_back([&] { isHandled = true; });
-  blocker->start();
+  const auto begin = [&] {
+    blocker->readyHandlers.push_back([&] { isHandled = true; });
+    blocker->start();
+  };
+  const auto expectTheEnd = [&] {
+    scheduler.advance(20s);
+    EXPECT_FALSE(isHandled);
+    EXPECT_EQ(scheduler.liveTaskCount(), 0u);
+  };
+  engine.ruleStore.compileTime = 2s;
+  begin();
   scheduler.advance(3ms);
   blocker.reset();
-  scheduler.advance(20s);
-  EXPECT_FALSE(isHandled);
-  EXPECT_EQ(scheduler.liveTaskCount(), 0u);
+  expectTheEnd();
+
+  engine.ruleStore.compileTime = {};
+  restart();
+  engine.ruleStore.compiled.clear();
+  for (const std::string& stale : stored()) engine.ruleStore.damaged.insert(stale);
+  engine.ruleStore.willLookUp = [this] { scheduler.post([this] { blocker.reset(); }); };
+  makeBlocker();
+  begin();
+  expectTheEnd();
+  EXPECT_THAT(engine.ruleStore.compiled, IsEmpty()) << "it was gone by the answer";
 }
 
 }  // namespace

@@ -1,0 +1,90 @@
+#include <cmath>
+
+#include "Base/GRef.h"
+#include "Tests/Views/ShownWindow.h"
+
+namespace orvel::test {
+namespace {
+
+struct LetterTileTest : ShownWindow {
+  // What the pixels of a widget show.
+  struct Glyph {
+    double contrast = 1;
+    double middle = 0;  // of its height, from the widget's top
+    double height = 0;
+    int size = 0;
+  };
+
+  static double luminance(const guchar* pixel) {
+    const auto linear = [](guchar channel) {
+      const double value = channel / 255.0;
+      return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.0722 * linear(pixel[0]) + 0.7152 * linear(pixel[1]) + 0.2126 * linear(pixel[2]);
+  }
+
+  static Glyph read(GtkWidget* root, GtkWidget* tile) {
+    const auto paintable = GRef<GdkPaintable>::adopt(gtk_widget_paintable_new(root));
+    const int width = gdk_paintable_get_intrinsic_width(paintable.get());
+    const int height = gdk_paintable_get_intrinsic_height(paintable.get());
+    auto* snapshot = gtk_snapshot_new();
+    gdk_paintable_snapshot(paintable.get(), snapshot, width, height);
+    auto* node = gtk_snapshot_free_to_node(snapshot);
+    const graphene_rect_t area = {{0, 0}, {float(width), float(height)}};
+    auto* renderer = gtk_native_get_renderer(gtk_widget_get_native(root));
+    const auto texture =
+        GRef<GdkTexture>::adopt(gsk_renderer_render_texture(renderer, node, &area));
+    gsk_render_node_unref(node);
+    const auto stride = static_cast<size_t>(width) * 4;
+    std::vector<guchar> pixels(stride * static_cast<size_t>(height));
+    gdk_texture_download(texture.get(), pixels.data(), stride);
+
+    double left = 0;
+    double top = 0;
+    gtk_widget_translate_coordinates(tile, root, 0, 0, &left, &top);
+    Glyph glyph{.size = gtk_widget_get_height(tile)};
+    const auto at = [&](int x, int y) {
+      return luminance(&pixels[static_cast<size_t>(y + std::lround(top)) * stride +
+                               static_cast<size_t>(x + std::lround(left)) * 4]);
+    };
+    const double ground = at(glyph.size / 2, 1);
+    int first = glyph.size;
+    int last = 0;
+    for (int y = 2; y < glyph.size - 2; ++y)
+      for (int x = 2; x < glyph.size - 2; ++x) {
+        const double contrast = (ground + 0.05) / (at(x, y) + 0.05);
+        glyph.contrast = std::max(glyph.contrast, contrast);
+        if (contrast < 1.5) continue;
+        first = std::min(first, y);
+        last = std::max(last, y);
+      }
+    glyph.middle = (first + last + 1) / 2.0;
+    glyph.height = last + 1 - first;
+    return glyph;
+  }
+};
+
+TEST_F(LetterTileTest, IsReadWhileATabSleepsAndForADigit) {
+  auto& list = window->view().sidebar().section().list();
+  for (const char* url : {"http://127.0.0.1/", "https://kelp.test/"}) {
+    const auto tab = sample.world.open(url, false);
+    settle();
+    SidebarRow::Key key;
+    for (const auto& row : list.rows())
+      if (row.key.kind == SidebarRow::Kind::Tab && row.tabs.front() == tab) key = row.key;
+    list.scrollTo(key);
+    runFrames(20);
+    auto* row = list.widgetFor(key)->Gtk::Widget::gobj();
+    gtk_widget_add_css_class(row, "asleep");
+    runFrames(4);
+    auto* tile = findWidget(
+        row, [](GtkWidget* one) { return gtk_widget_has_css_class(one, "letter-tile"); });
+    const auto glyph = read(window->view().gobj(), gtk_widget_get_parent(tile));
+    EXPECT_GE(glyph.contrast, 3) << url;
+    EXPECT_GE(glyph.height, 6) << url;
+    EXPECT_NEAR(glyph.middle, glyph.size / 2.0, 1) << url;
+  }
+}
+
+}  // namespace
+}  // namespace orvel::test
