@@ -101,6 +101,7 @@ TEST_F(Session, EverythingComesBack) {
   second.launch();
   EXPECT_EQ(second.space().record(), before);
   EXPECT_EQ(second.space().profile->favorites.peek().front()->title.peek(), "A “quoted” title");
+  EXPECT_EQ(second.space().appearance.peek(), Space::Appearance::Dark);
   EXPECT_FALSE(second.store->isSidebarVisible);
   EXPECT_EQ(second.store->sidebarWidth.peek(), 311);
   EXPECT_EQ(second.engine.views.size(), 1u) << "only the page on screen gets a view";

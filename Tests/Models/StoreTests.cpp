@@ -36,6 +36,19 @@ TEST_F(Store, AToastOfTheSameKindIsUpdatedInPlaceAndOfAnotherIsNew) {
   }
 }
 
+TEST_F(Store, WhatComesLaterIsNotEndedByWhatWasBefore) {
+  store().showToast("First");
+  advance(1s);
+  store().showToast("Second");
+  advance(1s);
+  EXPECT_EQ(toast(), "Second");
+  store().toggleSidebar();
+  store().setSidebarPeeking(true);
+  store().toggleSidebar();
+  advance(1s);
+  EXPECT_FALSE(store().isSidebarPeeking) << "it has docked meanwhile";
+}
+
 TEST_F(Store, UndoRunsOnceAfterTheToastIsGone) {
   std::vector<std::string> shownAtUndo;
   store().showToast("text", {.undo = [&] { shownAtUndo.push_back(toast()); }});
