@@ -117,7 +117,11 @@ void BrowserStore::focusWebView() {
     const auto store = weak.lock();
     if (!store || (store->window && store->window->isTextEditorFocused())) return;
     const TabRef selected = store->activeSpace()->selectedTab();
-    if (const auto view = selected ? selected->liveWebView() : nullptr) view->focus();
+    if (!selected) return;
+    if (selected->questions.current.peek())
+      selected->questions.calls = selected->questions.calls.peek() + 1;
+    else if (const auto view = selected->liveWebView())
+      view->focus();
   });
 }
 

@@ -36,6 +36,8 @@ class PageQuestions {
 
   // The one on screen; absent without any.
   Observable<std::optional<PageQuestion>> current;
+  // Grows when the page that is asked about is to have the keyboard: the question means it then.
+  Observable<int> calls = 0;
 
   // Gives the question its id, which is answered. `answer` is called exactly once.
   uint64_t ask(PageQuestion question, Answer answer);

@@ -96,6 +96,10 @@ PageQuestionView::PageQuestionView()
 void PageQuestionView::setTab(const TabRef& tab) {
   if (tab == tab_) return;
   tab_ = tab;
+  calls_ = effect([this] {
+    const bool isCalled = tab_ && tab_->questions.calls.get() > 0;
+    if (isCalled && shown_) takeKeyboard();
+  });
   bool isFirst = true;
   follow_ = effect([this, isFirst]() mutable {
     if (tab_) tab_->questions.current.get();
@@ -126,7 +130,7 @@ void PageQuestionView::follow(Appearing appearing) {
   else
     presence_.animateTo(presence, question ? Spring::entry : Spring::quick);
   if (question)
-    takeKeyboard(appearing);
+    takeKeyboardFromPage(appearing);
   else if (const auto view = tab_ && hadKeyboard ? tab_->liveWebView() : nullptr)
     view->focus();
 }
@@ -249,12 +253,17 @@ void PageQuestionView::addButtons(Gtk::Box& box, const PageQuestion& question) {
 
 // The keyboard is taken from the page, and from whom the user left for the page; never from someone
 // who types.
-void PageQuestionView::takeKeyboard(Appearing appearing) {
+void PageQuestionView::takeKeyboardFromPage(Appearing appearing) {
   auto* focus = focusBeside(Gtk::Widget::gobj());
   const bool isPages =
       !focus || gtk_widget_is_ancestor(focus, get_parent() ? get_parent()->gobj() : nullptr);
   if (isTyping(focus) && !isPages) return;
   if (!isPages && appearing == Appearing::Fading) return;
+  takeKeyboard();
+}
+
+void PageQuestionView::takeKeyboard() {
+  // What is not on screen takes no keyboard.
   set_visible(true);
   if (!fields_.empty()) {
     fields_.front()->grab_focus();

@@ -31,7 +31,9 @@ class PageQuestionView final : public Gtk::Box {
   void addProgramWords(const PageQuestion& question);
   void addFields(Gtk::Box& box, const Alert& alert);
   void addButtons(Gtk::Box& box, const PageQuestion& question);
-  void takeKeyboard(Appearing appearing);
+  void takeKeyboardFromPage(Appearing appearing);
+  // For the question's field, or else its default button.
+  void takeKeyboard();
   void answer(std::optional<size_t> button);
 
   TabRef tab_;
@@ -43,6 +45,7 @@ class PageQuestionView final : public Gtk::Box {
   Gtk::CheckButton* suppression_ = nullptr;
   SpringAnimation presence_;
   Effect follow_;
+  Effect calls_;
 };
 
 }  // namespace orvel

@@ -22,6 +22,8 @@ PAGES = {
     "film": "<title>Film</title><body style='margin:0'><div id=f style='background:#246;"
             "width:700px;height:500px'></div><script>f.onclick = () => f.requestFullscreen();"
             "(onresize = () => document.title = innerWidth < 1440 ? 'Film' : 'Whole film')()</script>",
+    "prompt": "<title>Prompt</title><body style='margin:0'><div id=d style='height:600px'></div>"
+              "<script>d.onclick = () => document.title = prompt('Your name?', 'none')</script>",
     "fine": "<title>Fine</title><p>All is well",
 }
 PAGE = (600, 300)
@@ -63,6 +65,15 @@ class PageQuestionsTest(EndToEndTest):
         self.picture("unresponsive")
         self.keys("ctrl+w")
         self.is_gone("loop.test")
+
+    def test_a_question_gets_the_keyboard_that_is_meant_for_its_page(self):
+        self.open("prompt", "Prompt")
+        self.click_page()
+        self.find("OK")
+        self.keys("ctrl+l", "Escape")
+        self.type("Ada")
+        self.keys("Return")
+        self.find("Ada")
 
     def test_another_address_leads_away_from_a_page_that_alerts_without_end(self):
         self.open("loop", "OK")
