@@ -4,6 +4,7 @@
 
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/Symbols.h"
+#include "DesignSystem/TextScale.h"
 
 namespace orvel {
 
@@ -58,7 +59,7 @@ std::string iconName(std::string_view symbol) {
 
 Gtk::Image* makeIcon(std::string_view symbol, int size) {
   auto* image = Gtk::make_managed<Gtk::Image>();
-  image->set_pixel_size(size);
+  setIconSize(*image, size);
   // Filling more room than it has pixels it may come to lie between two of them.
   image->set_halign(Gtk::Align::CENTER);
   image->set_valign(Gtk::Align::CENTER);

@@ -13,7 +13,7 @@ namespace orvel {
 // drawing, or the toolkit's nearest where ours is not installed.
 [[nodiscard]] std::string iconName(std::string_view symbol);
 
-// An icon of `size` pixels.
+// An icon of `size` pixels, which grows with the size of the desktop's text.
 [[nodiscard]] Gtk::Image* makeIcon(std::string_view symbol, int size = 16);
 void setIcon(Gtk::Image& image, std::string_view symbol);
 

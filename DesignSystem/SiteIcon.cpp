@@ -4,6 +4,7 @@
 
 #include "Base/GRef.h"
 #include "DesignSystem/Icons.h"
+#include "DesignSystem/TextScale.h"
 #include "Desktop/Gtk/Textures.h"
 
 namespace orvel {
@@ -21,13 +22,14 @@ std::string initialOf(const std::string& name) {
 }
 
 SiteIcon::SiteIcon(int size) {
-  set_size_request(size, size);
   set_halign(Gtk::Align::CENTER);
   set_valign(Gtk::Align::CENTER);
   // The letter fills the tile; the tile does not fill its row.
   set_hexpand(false);
   set_vexpand(false);
-  image_.set_pixel_size(size);
+  setIconSize(image_, size);
+  for (const char* side : {"width-request", "height-request"})
+    g_object_bind_property(image_.gobj(), "pixel-size", gobj(), side, G_BINDING_SYNC_CREATE);
   letter_.add_css_class("letter-tile");
   letter_.set_hexpand(true);
   letter_.set_vexpand(true);

@@ -7,6 +7,7 @@
 
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "DesignSystem/TextScale.h"
 #include "Views/MainMenuView.h"
 #include "Views/SidebarMenus.h"
 
@@ -79,7 +80,7 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
   seal.look = effect([this, space, icon, button = &seal.button] {
     const bool isActive = store_.activeSpace() == space;
     setIcon(*icon, space->symbol.get());
-    icon->set_pixel_size(isActive ? kActiveIcon : kIcon);
+    setIconSize(*icon, isActive ? kActiveIcon : kIcon);
     const auto name = shownText(space->name.get());
     button->set_tooltip_text(name);
     setAccessibleLabel(*button, name);

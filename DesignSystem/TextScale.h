@@ -1,0 +1,17 @@
+#pragma once
+
+#include <gtkmm/image.h>
+
+namespace orvel {
+
+// How many times larger than ordinary the desktop's text is; at least 1.
+[[nodiscard]] double textScale();
+
+// A length of the ordinary size of text at the present one, in whole pixels.
+[[nodiscard]] int scaledWithText(int pixels);
+
+// Makes an icon `size` pixels large, and as much larger as the desktop's text, also when that
+// changes.
+void setIconSize(Gtk::Image& image, int size);
+
+}  // namespace orvel
