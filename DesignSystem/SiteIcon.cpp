@@ -4,7 +4,6 @@
 
 #include "Base/GRef.h"
 #include "DesignSystem/Icons.h"
-#include "DesignSystem/TextScale.h"
 #include "Desktop/Gtk/Textures.h"
 
 namespace orvel {
@@ -21,13 +20,13 @@ std::string initialOf(const std::string& name) {
   return {};
 }
 
-SiteIcon::SiteIcon(int size) {
+SiteIcon::SiteIcon(int size, IconPlace place) {
   set_halign(Gtk::Align::CENTER);
   set_valign(Gtk::Align::CENTER);
   // The letter fills the tile; the tile does not fill its row.
   set_hexpand(false);
   set_vexpand(false);
-  setIconSize(image_, size);
+  setIconSize(image_, size, place);
   for (const char* side : {"width-request", "height-request"})
     g_object_bind_property(image_.gobj(), "pixel-size", gobj(), side, G_BINDING_SYNC_CREATE);
   letter_.add_css_class("letter-tile");

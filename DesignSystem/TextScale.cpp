@@ -4,16 +4,21 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace orvel {
 
 namespace {
 
 constexpr const char* kSize = "orvel-icon-size";
+constexpr const char* kMost = "orvel-icon-most";
+constexpr double kMostInButton = 1.5;
 
 void showSize(GtkImage* image) {
-  const int size = GPOINTER_TO_INT(g_object_get_data(G_OBJECT(image), kSize));
-  gtk_image_set_pixel_size(image, scaledWithText(size));
+  const auto kept = [image](const char* name) {
+    return GPOINTER_TO_INT(g_object_get_data(G_OBJECT(image), name));
+  };
+  gtk_image_set_pixel_size(image, std::min(scaledWithText(kept(kSize)), kept(kMost)));
 }
 
 }  // namespace
@@ -27,10 +32,14 @@ double textScale() {
 
 int scaledWithText(int pixels) { return static_cast<int>(std::lround(pixels * textScale())); }
 
-void setIconSize(Gtk::Image& image, int size) {
+void setIconSize(Gtk::Image& image, int size, IconPlace place) {
   auto* object = G_OBJECT(image.gobj());
   const bool isNew = !g_object_get_data(object, kSize);
+  const int most = place == IconPlace::InButton
+                       ? static_cast<int>(std::lround(size * kMostInButton))
+                       : std::numeric_limits<int>::max();
   g_object_set_data(object, kSize, GINT_TO_POINTER(size));
+  g_object_set_data(object, kMost, GINT_TO_POINTER(most));
   showSize(image.gobj());
   if (isNew)
     g_signal_connect_object(gtk_settings_get_default(), "notify::gtk-xft-dpi", G_CALLBACK(showSize),

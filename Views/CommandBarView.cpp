@@ -8,7 +8,6 @@
 #include <cmath>
 
 #include "DesignSystem/Icons.h"
-#include "DesignSystem/TextScale.h"
 #include "Views/Keyboard.h"
 #include "Views/SidebarLayout.h"
 

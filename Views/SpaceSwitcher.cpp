@@ -7,7 +7,6 @@
 
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
-#include "DesignSystem/TextScale.h"
 #include "Views/MainMenuView.h"
 #include "Views/SidebarMenus.h"
 
@@ -80,7 +79,7 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
   seal.look = effect([this, space, icon, button = &seal.button] {
     const bool isActive = store_.activeSpace() == space;
     setIcon(*icon, space->symbol.get());
-    setIconSize(*icon, isActive ? kActiveIcon : kIcon);
+    setIconSize(*icon, isActive ? kActiveIcon : kIcon, IconPlace::InButton);
     const auto name = shownText(space->name.get());
     button->set_tooltip_text(name);
     setAccessibleLabel(*button, name);

@@ -100,7 +100,8 @@ TEST_F(LetterTileTest, IconsGrowWithTheText) {
   };
   EXPECT_EQ(sizes(), std::pair(16, 16));
   g_object_set(settings, "gtk-xft-dpi", 192 * 1024, nullptr);
-  EXPECT_TRUE(runUntil([&] { return sizes() == std::pair(32, 32); })) << sizes().second;
+  EXPECT_TRUE(runUntil([&] { return sizes() == std::pair(24, 32); }))
+      << "in its button, and in a row";
   g_object_set(settings, "gtk-xft-dpi", ordinary, nullptr);
 }
 
