@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "DesignSystem/Paint.h"
+#include "DesignSystem/TextScale.h"
 
 namespace orvel {
 
@@ -51,13 +52,15 @@ bool CompassNeedle::swing() {
 
 void CompassNeedle::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural,
                                   int& minimumBaseline, int& naturalBaseline) const {
-  minimum = natural = kSize;
+  minimum = natural = scaledWithText(kSize);
   minimumBaseline = naturalBaseline = -1;
 }
 
 void CompassNeedle::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
-  const auto area = bounds(0, 0, kSize, kSize);
+  const int size = scaledWithText(kSize);
+  const auto area = bounds(0, 0, size, size);
   auto* cairo = gtk_snapshot_append_cairo(snapshot->gobj(), &area);
+  cairo_scale(cairo, textScale(), textScale());
   cairo_set_line_width(cairo, 1);
   setSource(cairo, ink_, 0.3);
   cairo_arc(cairo, 8, 8, 6.9, 0, 2 * std::numbers::pi);

@@ -56,9 +56,9 @@ std::string iconName(std::string_view symbol) {
   return std::string(fallback == std::end(kFallbacks) ? kUnknown : fallback->name);
 }
 
-Gtk::Image* makeIcon(std::string_view symbol, int size) {
+Gtk::Image* makeIcon(std::string_view symbol, int size, IconPlace place) {
   auto* image = Gtk::make_managed<Gtk::Image>();
-  image->set_pixel_size(size);
+  setIconSize(*image, size, place);
   // Filling more room than it has pixels it may come to lie between two of them.
   image->set_halign(Gtk::Align::CENTER);
   image->set_valign(Gtk::Align::CENTER);
@@ -81,7 +81,7 @@ void setIcon(Gtk::Image& image, std::string_view symbol) {
 }
 
 IconButton::IconButton(std::string_view symbol, const std::string& help, int size)
-    : image_(makeIcon(symbol, size)) {
+    : image_(makeIcon(symbol, size, IconPlace::InButton)) {
   add_css_class("icon");
   set_child(*image_);
   set_valign(Gtk::Align::CENTER);

@@ -7,14 +7,17 @@
 #include <string>
 #include <string_view>
 
+#include "DesignSystem/TextScale.h"
+
 namespace orvel {
 
 // The name of the symbolic icon for one of the system's symbols, "arrow.left" for example: our own
 // drawing, or the toolkit's nearest where ours is not installed.
 [[nodiscard]] std::string iconName(std::string_view symbol);
 
-// An icon of `size` pixels.
-[[nodiscard]] Gtk::Image* makeIcon(std::string_view symbol, int size = 16);
+// An icon of `size` pixels, which grows with the size of the desktop's text.
+[[nodiscard]] Gtk::Image* makeIcon(std::string_view symbol, int size = 16,
+                                   IconPlace place = IconPlace::BesideText);
 void setIcon(Gtk::Image& image, std::string_view symbol);
 
 // A button that is only an icon, `size` pixels large. Its tooltip is `help`, which names it for

@@ -20,14 +20,15 @@ std::string initialOf(const std::string& name) {
   return {};
 }
 
-SiteIcon::SiteIcon(int size) {
-  set_size_request(size, size);
+SiteIcon::SiteIcon(int size, IconPlace place) {
   set_halign(Gtk::Align::CENTER);
   set_valign(Gtk::Align::CENTER);
   // The letter fills the tile; the tile does not fill its row.
   set_hexpand(false);
   set_vexpand(false);
-  image_.set_pixel_size(size);
+  setIconSize(image_, size, place);
+  for (const char* side : {"width-request", "height-request"})
+    g_object_bind_property(image_.gobj(), "pixel-size", gobj(), side, G_BINDING_SYNC_CREATE);
   letter_.add_css_class("letter-tile");
   letter_.set_hexpand(true);
   letter_.set_vexpand(true);

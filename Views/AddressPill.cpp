@@ -6,6 +6,7 @@
 #include "BrowserCore/URLInput.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "DesignSystem/TextScale.h"
 
 namespace orvel {
 
@@ -67,7 +68,7 @@ void AddressPill::showAddress() {
                  : url->hasScheme("https") ? "lock.fill"
                  : url->hasScheme("http")  ? "lock.open"
                                            : "globe");
-  icon_.set_pixel_size(!url ? 16 : url->hasScheme("https") ? 13 : 15);
+  setIconSize(icon_, !url ? 16 : url->hasScheme("https") ? 13 : 15);
   const bool isLoading = tab && tab->isLoading;
   needle_.setSwinging(isLoading);
   glyph_.set_visible_child(isLoading ? static_cast<Gtk::Widget&>(needle_) : icon_);

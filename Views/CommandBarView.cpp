@@ -30,13 +30,6 @@ constexpr int kCapGap = 6;
 // Below this the pointer has not moved; the toolkit tells of a pointer at rest, too.
 constexpr double kStill = 0.5;
 
-double textScale() {
-  constexpr double kOrdinary = 96 * 1024;
-  int resolution = 0;
-  g_object_get(gtk_settings_get_default(), "gtk-xft-dpi", &resolution, nullptr);
-  return resolution > 0 ? std::max(resolution / kOrdinary, 1.0) : 1.0;
-}
-
 Gtk::Box* keyHint(const char* key, const char* meaning) {
   auto* hint = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kCapGap);
   auto* cap = Gtk::make_managed<Gtk::Label>(key);
@@ -102,7 +95,7 @@ void CommandBarView::buildCard() {
   card_.set_overflow(Gtk::Overflow::HIDDEN);
   card_.set_parent(*this);
   header_.add_css_class("bar-field");
-  symbol_.set_pixel_size(kSymbolSize);
+  setIconSize(symbol_, kSymbolSize);
   symbol_.add_css_class("quiet");
   setAccessibleRole(symbol_, GTK_ACCESSIBLE_ROLE_PRESENTATION);
   field_.set_hexpand(true);

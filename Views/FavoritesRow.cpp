@@ -17,7 +17,8 @@ constexpr size_t kMostColumns = 4;
 
 }  // namespace
 
-FavoriteTile::FavoriteTile(SidebarContext& context) : context_(context), site_(kIconSize) {
+FavoriteTile::FavoriteTile(SidebarContext& context)
+    : context_(context), site_(kIconSize, IconPlace::InButton) {
   add_css_class("tile");
   set_child(site_);
   signal_clicked().connect([this] {

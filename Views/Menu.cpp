@@ -153,10 +153,17 @@ void followSubmenu(GtkWidget* submenu, GtkWidget* opener) {
   });
 }
 
+constexpr int kRowEnd = 6;   // of a menu, from its rows
+constexpr int kOverlap = 2;  // of a submenu over its menu
+
 void followSubmenus(GtkWidget* widget) {
   for (auto* child = gtk_widget_get_first_child(widget); child;
        child = gtk_widget_get_next_sibling(child)) {
-    if (GTK_IS_POPOVER_MENU(child)) followSubmenu(child, widget);
+    if (GTK_IS_POPOVER_MENU(child)) {
+      followSubmenu(child, widget);
+      // The toolkit has it begin at the end of the row that opens it.
+      gtk_popover_set_offset(GTK_POPOVER(child), kRowEnd - kOverlap, 0);
+    }
     followSubmenus(child);
   }
 }
@@ -200,6 +207,7 @@ GtkPopover* makePopover(Gtk::Widget& widget, const std::vector<MenuEntry>& entri
   gtk_widget_set_parent(native, widget.gobj());
   g_signal_connect_object(widget.gobj(), "destroy", G_CALLBACK(gtk_widget_unparent), native,
                           G_CONNECT_SWAPPED);
+  setClass(native, "drawn", iconName("checkmark").starts_with("orvel-"));
   rewriteKeys(native, builder.shownKeysByLabel);
   showIcons(native);
   followSubmenus(native);

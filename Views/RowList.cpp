@@ -3,7 +3,6 @@
 #include <gdkmm/frameclock.h>
 #include <gtkmm/box.h>
 #include <gtkmm/eventcontrollerkey.h>
-#include <gtkmm/settings.h>
 #include <gtkmm/snapshot.h>
 
 #include "DesignSystem/Icons.h"
@@ -47,14 +46,18 @@ RowList::RowList(Delegate& delegate, const std::string& label, const char* dragT
   followPointer();
   installDropTarget(dragType);
 
-  Gtk::Settings::get_default()->property_gtk_xft_dpi().signal_changed().connect([this] {
-    if (!heights_) return;
-    heights_.emplace();
-    layOut(std::nullopt);
-  });
+  // Once the icons in the rows know it too.
+  const auto measureAnew = +[](GtkSettings*, GParamSpec*, RowList* list) {
+    if (!list->heights_) return;
+    list->heights_.emplace();
+    list->layOut(std::nullopt);
+  };
+  textSize_ = g_signal_connect_data(gtk_settings_get_default(), "notify::gtk-xft-dpi",
+                                    G_CALLBACK(measureAnew), this, nullptr, G_CONNECT_AFTER);
 }
 
 RowList::~RowList() {
+  g_signal_handler_disconnect(gtk_settings_get_default(), textSize_);
   for (auto& [key, live] : live_) live.widget->unparent();
   for (auto& pool : pools_)
     for (auto& widget : pool) widget->unparent();

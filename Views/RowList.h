@@ -168,6 +168,7 @@ class RowList : public Gtk::Widget {
   // Absent until the list is realized: only then do its window's styles hold, and nothing is laid
   // out before. Zero for a kind that has not been measured.
   std::optional<RowLayout::Heights> heights_;
+  gulong textSize_ = 0;  // the handler that follows it
   LiveRows live_;
   std::array<std::vector<std::unique_ptr<RowWidget>>, RowLayout::kKinds> pools_;
   Counters counters_;

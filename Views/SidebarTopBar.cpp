@@ -34,7 +34,7 @@ SidebarTopBar::SidebarTopBar(BrowserStore& store)
   for (size_t i = 0; i < windowButtons_.size(); ++i) {
     auto& button = windowButtons_[i];
     const auto& control = kControls[i];
-    button.set_child(*makeIcon(control.symbol, kControlIcon));
+    button.set_child(*makeIcon(control.symbol, kControlIcon, IconPlace::InButton));
     button.add_css_class("window-control");
     button.set_valign(Gtk::Align::CENTER);
     button.set_focusable(false);

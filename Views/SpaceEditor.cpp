@@ -100,7 +100,7 @@ void SpaceEditor::addIcons() {
   auto& row = makeRow("symbols", _("Icon"));
   for (const auto& [symbol, name] : kSpaceSymbols) {
     auto* button = Gtk::make_managed<Gtk::ToggleButton>();
-    button->set_child(*makeIcon(symbol, kIcon));
+    button->set_child(*makeIcon(symbol, kIcon, IconPlace::InButton));
     button->add_css_class("symbol");
     button->set_halign(Gtk::Align::CENTER);
     button->set_tooltip_text(_(name));

@@ -79,7 +79,7 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
   seal.look = effect([this, space, icon, button = &seal.button] {
     const bool isActive = store_.activeSpace() == space;
     setIcon(*icon, space->symbol.get());
-    icon->set_pixel_size(isActive ? kActiveIcon : kIcon);
+    setIconSize(*icon, isActive ? kActiveIcon : kIcon, IconPlace::InButton);
     const auto name = shownText(space->name.get());
     button->set_tooltip_text(name);
     setAccessibleLabel(*button, name);

@@ -5,6 +5,7 @@
 #include "BrowserCore/URLInput.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "DesignSystem/TextScale.h"
 #include "Views/SidebarMenus.h"
 
 namespace orvel {
@@ -28,13 +29,18 @@ TabRow::TabRow(SidebarContext& context)
   append(title_);
   append(ends_);
 
-  setIcon(split_, "rectangle.split.2x1");
-  split_.set_pixel_size(15);
-  split_.add_css_class("split-mark");
-  split_.add_css_class("quiet");
-  setTooltip(split_, _("In split view"));
+  const auto addSign = [this](Gtk::Image& sign, const char* symbol, const char* help) {
+    setIcon(sign, symbol);
+    setIconSize(sign, 15);
+    sign.add_css_class("sign");
+    sign.add_css_class("quiet");
+    setTooltip(sign, help);
+    setAccessibleLabel(sign, help);
+    ends_.append(sign);
+  };
+  addSign(unresponsive_, "hourglass", _("This page isn’t answering"));
   ends_.append(mute_);
-  ends_.append(split_);
+  addSign(split_, "rectangle.split.2x1", _("In split view"));
   for (auto* button : {&mute_, &home_, &close_}) {
     button->add_css_class("mark");
     // The row's own keys and menu do what they do; Tab goes from row to row.
@@ -99,10 +105,11 @@ void TabRow::showButtons() {
   mute_.setSymbol(isMuted ? "speaker.slash.fill" : "speaker.wave.2.fill");
   mute_.setHelp(isMuted ? _("Unmute Tab") : _("Mute Tab"));
   split_.set_visible(context_.space->isInSplit(*tab_));
+  unresponsive_.set_visible(tab_->isUnresponsive);
   home_.set_visible(isHovered_ && tab_->hasWanderedFromPin());
   close_.set_visible(isHovered_);
-  const auto children = {mute_.get_visible(), split_.get_visible(), home_.get_visible(),
-                         isHovered_};
+  const auto children = {unresponsive_.get_visible(), mute_.get_visible(), split_.get_visible(),
+                         home_.get_visible(), isHovered_};
   ends_.set_visible(std::ranges::any_of(children, std::identity()));
 }
 

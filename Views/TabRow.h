@@ -32,6 +32,7 @@ class TabRow final : public ItemRow {
   SiteIcon site_;
   Gtk::Label title_;
   Gtk::Box ends_;
+  Gtk::Image unresponsive_;
   IconButton mute_;
   Gtk::Image split_;
   IconButton home_;

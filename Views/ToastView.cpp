@@ -11,8 +11,7 @@ constexpr int kSpacing = 10;
 }  // namespace
 
 ToastView::ToastView(BrowserStore& store)
-    : Gtk::Box(Gtk::Orientation::HORIZONTAL, kSpacing),
-      theme_(Gtk::Widget::gobj()),
+    : theme_(Gtk::Widget::gobj()),
       symbol_(makeIcon("checkmark", 17)),
       presence_(Gtk::Widget::gobj(), 0, [this](double presence) {
         set_opacity(std::clamp(presence, 0.0, 1.0));
@@ -24,16 +23,20 @@ ToastView::ToastView(BrowserStore& store)
   set_opacity(0);
   message_.set_ellipsize(Pango::EllipsizeMode::END);
   message_.set_max_width_chars(44);
-  message_.set_hexpand(true);
   message_.set_xalign(0);
   divider_.add_css_class("divider");
   divider_.set_valign(Gtk::Align::CENTER);
   action_.set_label(Toast().actionTitle);
   action_.set_valign(Gtk::Align::CENTER);
-  append(*symbol_);
-  append(message_);
-  append(divider_);
-  append(action_);
+  // In a toast of the least width its words stand in the middle.
+  auto* words = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kSpacing);
+  words->set_hexpand(true);
+  words->set_halign(Gtk::Align::CENTER);
+  words->append(*symbol_);
+  words->append(message_);
+  words->append(divider_);
+  words->append(action_);
+  append(*words);
   action_.signal_clicked().connect([&store] { store.undoToast(); });
 
   follow_ = effect([this, &store](const Wake& wake) {

@@ -41,7 +41,7 @@ Place placeOf(UtilityWindow which) {
 
 Gtk::Button& makeControl(const char* symbol, const char* action, const char* name) {
   auto* control = Gtk::make_managed<Gtk::Button>();
-  control->set_child(*makeIcon(symbol, kControlIcon));
+  control->set_child(*makeIcon(symbol, kControlIcon, IconPlace::InButton));
   control->add_css_class("window-control");
   control->set_valign(Gtk::Align::CENTER);
   control->set_tooltip_text(name);

@@ -86,5 +86,24 @@ TEST_F(LetterTileTest, IsReadWhileATabSleepsAndForADigit) {
   }
 }
 
+TEST_F(LetterTileTest, IconsGrowWithTheText) {
+  auto* settings = gtk_settings_get_default();
+  int ordinary = 0;
+  g_object_get(settings, "gtk-xft-dpi", &ordinary, nullptr);
+  const auto sizes = [this] {
+    auto* button = withTooltip(root(), "Main Menu (F10)");
+    auto* tile = findWidget(root(), [](GtkWidget* one) {
+      return gtk_widget_has_css_class(one, "site") && gtk_widget_get_mapped(one);
+    });
+    return std::pair(gtk_widget_get_width(gtk_button_get_child(GTK_BUTTON(button))),
+                     gtk_widget_get_height(tile));
+  };
+  EXPECT_EQ(sizes(), std::pair(16, 16));
+  g_object_set(settings, "gtk-xft-dpi", 192 * 1024, nullptr);
+  EXPECT_TRUE(runUntil([&] { return sizes() == std::pair(24, 32); }))
+      << "in its button, and in a row";
+  g_object_set(settings, "gtk-xft-dpi", ordinary, nullptr);
+}
+
 }  // namespace
 }  // namespace orvel::test

@@ -2,7 +2,7 @@
 //
 //   view-preview [light|dark] [empty|long|loading|contrast|toast|peek|hidden|narrow|edit|rtl|menu|
 //                paused|main-menu|bar|bar-current|bar=TEXT|down=ROWS|space|space-edit|swipe|towel|
-//                large|tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
+//                large=SCALE|spaces=MORE|tab-menu|submenu-menu|folder-menu|space-menu|settings=PAGE|
 //                find=TEXT|history|history=TEXT|no-history]
 //                [theme=NAME] [many] [shoot=FILE]
 
@@ -62,8 +62,9 @@ struct Preview {
     if (state == "peek") store.isSidebarPeeking = true;
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
-    if (state == "large")
-      g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 144 * 1024, nullptr);
+    if (state.starts_with("large="))
+      g_object_set(gtk_settings_get_default(), "gtk-xft-dpi",
+                   std::lround(std::stod(state.substr(6)) * 96 * 1024), nullptr);
     if (state == "bar" || state.starts_with("bar=")) store.showCommandBar(CommandBarMode::NewTab);
     if (state == "bar-current") store.showCommandBar(CommandBarMode::CurrentTab);
     if (state.starts_with("bar=")) typed = state.substr(4);
@@ -104,6 +105,13 @@ struct Preview {
     if (state == "many")
       for (int i = 0; i < 300; ++i)
         sample.world.open("https://page" + std::to_string(i) + ".example/", false);
+    if (state.starts_with("spaces=")) {
+      auto spaces = store.spaces.peek();
+      for (int i = 0; i < std::stoi(state.substr(7)); ++i)
+        spaces.push_back(std::make_shared<Space>(UUID::random(), space->profile, "More",
+                                                 std::string(kSpaceSymbols[i % 12].symbol), 0.3));
+      store.spaces = spaces;
+    }
     if (state.starts_with("theme="))
       if (const auto* theme = Theme::withID(state.substr(6))) space->hue = theme->hue;
     if (state.starts_with("shoot=")) picture = state.substr(6);
@@ -217,7 +225,7 @@ struct Preview {
 
   void run(const std::vector<std::string>& states) {
     for (const auto& state : states) {
-      if (state == "rtl" || state == "large") apply(state);
+      if (state == "rtl" || state.starts_with("large=")) apply(state);
       using namespace std::chrono;
       if (state == "towel") sample.world.scheduler.setDate(sys_days(2026y / May / 25) + hours(12));
     }

@@ -272,7 +272,8 @@ TEST_F(WindowTest, AssistiveToolsHearWhatIsThere) {
   };
   auto& view = window->view();
   auto* sheet = view.sheet().Gtk::Widget::gobj();
-  auto* toast = gtk_widget_get_parent(buttonOf(root(), "Undo"));
+  auto* toast =
+      findWidget(root(), [](GtkWidget* one) { return gtk_widget_has_css_class(one, "toast"); });
   EXPECT_TRUE(isHidden(view.sheet()));
   EXPECT_TRUE(hasState(toast, GTK_ACCESSIBLE_STATE_HIDDEN, TRUE));
   EXPECT_TRUE(hasProperty(sheet, GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE));

@@ -1,0 +1,105 @@
+#include "Tests/Views/ShownWindow.h"
+
+namespace orvel::test {
+namespace {
+
+struct PageQuestionTest : ShownWindow {
+  std::shared_ptr<FakeWebView> page;
+  std::vector<std::string> given;  // the answers that the page got
+
+  void SetUp() override {
+    ShownWindow::SetUp();
+    page = sample.world.view(sample.reading);
+    page->isOnScreen = true;
+    gtk_window_set_focus(window->native(), nullptr);
+  }
+  void confirm(const char* words) {
+    page->uiDelegate()->runJavaScriptConfirmPanel(
+        *page, words, {.securityOriginHost = "kelp.test"},
+        [this](bool isSure) { given.emplace_back(isSure ? "OK" : "Cancel"); });
+    settle();
+  }
+  void askToLeave() {
+    page->uiDelegate()->runBeforeUnloadPanel(
+        *page, {}, [this](bool leaves) { given.emplace_back(leaves ? "Leave" : "Stay"); });
+    settle();
+  }
+  PageQuestionView& question() { return window->view().page().question(); }
+  bool hasKeyboard() {
+    return focus() && gtk_widget_is_ancestor(focus(), GTK_WIDGET(question().gobj()));
+  }
+};
+
+TEST_F(PageQuestionTest, APagesDialogStandsUnderItsHostAndGivesTheKeyboardBack) {
+  confirm("Sure?");
+  EXPECT_TRUE(gtk_widget_has_css_class(labelOf(root(), "kelp.test"), "host"));
+  EXPECT_NE(labelOf(root(), "Sure?"), nullptr);
+  EXPECT_FALSE(labelOf(root(), "Don’t let this page show more messages")) << "the first";
+  ASSERT_EQ(focus(), GTK_WIDGET(question().button(0)->gobj()));
+  const int focusCount = page->focusCount;
+  gtk_widget_activate(focus());
+  EXPECT_TRUE(runUntil([this] { return given.size() == 1; }));
+  settle();
+  EXPECT_FALSE(hasKeyboard());
+  EXPECT_EQ(page->focusCount, focusCount + 1) << "the page has the keyboard again";
+
+  confirm("Really?");
+  EXPECT_TRUE(press(question(), GDK_KEY_Escape));
+  EXPECT_THAT(given, ElementsAre("OK", "Cancel"));
+
+  confirm("Really now?");
+  auto* silence = findWidget(GTK_WIDGET(question().gobj()),
+                             [](GtkWidget* one) { return GTK_IS_CHECK_BUTTON(one); });
+  gtk_check_button_set_active(GTK_CHECK_BUTTON(silence), TRUE);
+  press(question(), GDK_KEY_Escape);
+  EXPECT_TRUE(runUntil([this] { return !question().get_visible(); }));
+  confirm("And now?");
+  EXPECT_FALSE(question().isShown());
+  EXPECT_THAT(given, ElementsAre("OK", "Cancel", "Cancel", "Cancel"));
+}
+
+TEST_F(PageQuestionTest, TheProgramsQuestionKeepsThePage) {
+  askToLeave();
+  EXPECT_TRUE(gtk_widget_has_css_class(labelOf(root(), "Leave this page?"), "serif"));
+  EXPECT_EQ(focus(), buttonOf(root(), "Stay"));
+  EXPECT_TRUE(press(question(), GDK_KEY_Escape));
+  askToLeave();
+  click(buttonOf(root(), "Leave"));
+  EXPECT_THAT(given, ElementsAre("Stay", "Leave"));
+}
+
+TEST_F(PageQuestionTest, WhoTypesKeepsTheKeyboard) {
+  for (const bool isSearching : {true, false}) {
+    if (isSearching)
+      store().showFindBar();
+    else
+      store().showCommandBar(CommandBarMode::NewTab);
+    settle();
+    auto* typing = focus();
+    ASSERT_TRUE(GTK_IS_TEXT(typing));
+    confirm("Sure?");
+    EXPECT_TRUE(question().isShown());
+    EXPECT_EQ(focus(), typing);
+    sample.reading->questions.withdrawAll();
+    settle();
+  }
+}
+
+TEST_F(PageQuestionTest, TheRowOfAPageThatDoesNotAnswerSaysSo) {
+  const auto hasSign = [this] {
+    return findWidget(root(), [](GtkWidget* one) {
+             return GTK_IS_IMAGE(one) && gtk_widget_get_mapped(one) &&
+                    hasProperty(one, GTK_ACCESSIBLE_PROPERTY_LABEL, "This page isn’t answering");
+           }) != nullptr;
+  };
+  EXPECT_FALSE(hasSign());
+  page->setResponsive(false);
+  settle();
+  EXPECT_TRUE(hasSign());
+  page->setResponsive(true);
+  settle();
+  EXPECT_FALSE(hasSign());
+}
+
+}  // namespace
+}  // namespace orvel::test
