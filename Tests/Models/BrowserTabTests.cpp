@@ -541,11 +541,16 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
   give(0);
   settle();
   EXPECT_EQ(world.desktop.terminateCount, 0);
+  // Leaving one page is leaving all.
+  world.view(other)->guardsChanges = true;
   store().pageClosing.quit();
   settle();
-  give(1);
+  for (const TabRef& asked : {tab, other})
+    if (const auto& open = asked->questions.current.peek())
+      asked->questions.answer(open->id, {.button = 1});
   settle();
   EXPECT_EQ(world.desktop.terminateCount, 1);
+  world.view(other)->guardsChanges = false;
 
   store().pageClosing.close(tab);
   give(1);
@@ -570,6 +575,15 @@ TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
     EXPECT_FALSE(view->isFullscreen);
     EXPECT_FALSE(world.window.isFull);
   }
+  // A window that filled the screen before goes on doing so, and only the tab itself ends it.
+  const auto second = world.viewOnScreen(other);
+  world.window.isFull = true;
+  store().select(other);
+  second->enterFullscreen();
+  store().pageFullscreen.didChange(tab, false);
+  EXPECT_EQ(store().pageFullscreen.tab.peek(), other);
+  store().close(other);
+  EXPECT_TRUE(world.window.isFull);
 }
 
 TEST_F(Panels, FilesAreChosenOrNot) {
