@@ -19,7 +19,7 @@ void PageClosing::close(TabRef tab) {
 }
 
 void PageClosing::quit() {
-  if (std::exchange(isQuitting_, true)) return;
+  if (askedToQuit_) return store_.select(askedToQuit_);
   store_.services().scheduler.start(quitAfterAsking(store_.weak_from_this())).detach();
 }
 
@@ -28,13 +28,12 @@ Task<> PageClosing::quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
   if (!store) co_return;
   for (const TabRef& tab : store->everyTab()) {
     auto [future, resolve] = makeFuture<Answer>();
+    store->pageClosing.askedToQuit_ = tab;
     tab->requestClose(resolve);
     const Answer answer = co_await std::move(future);
+    store->pageClosing.askedToQuit_ = nullptr;
     if (answer == Answer::Leave) break;
-    if (answer == Answer::Stay) {
-      store->pageClosing.isQuitting_ = false;
-      co_return;
-    }
+    if (answer == Answer::Stay) co_return;
   }
   store->services().desktop.application.terminate();
 }

@@ -16,7 +16,8 @@ class PageClosing {
 
   // Closes the tab unless the user stays on its page; at once where nothing is guarded.
   void close(TabRef tab);
-  // Ends the program unless the user stays on one of its pages. Leaving one is leaving all.
+  // Ends the program unless the user stays on one of its pages. Leaving one is leaving all. Asked for
+  // again, it shows the page that waits for an answer.
   void quit();
 
  private:
@@ -25,7 +26,8 @@ class PageClosing {
   BrowserStore& store_;
   // Those whose answer is awaited.
   std::unordered_set<TabRef> asked_;
-  bool isQuitting_ = false;
+  // The one that is asked whether the program may end; null while it goes on.
+  TabRef askedToQuit_;
 };
 
 }  // namespace orvel

@@ -538,6 +538,9 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
 
   store().pageClosing.quit();
   settle();
+  store().select(other);
+  store().pageClosing.quit();
+  EXPECT_EQ(store().activeSpace()->selectedTab(), tab) << "the page that waits is shown again";
   give(0);
   settle();
   EXPECT_EQ(world.desktop.terminateCount, 0);
