@@ -121,7 +121,8 @@ enum class KeyReach {
   Elsewhere,    // the page and the fields alone; they are only told
 };
 
-struct ActionInfo {
+// In the order in which the table reads.
+struct ActionInfo {  // NOLINT(clang-analyzer-optin.performance.Padding)
   ActionID id;
   std::string_view title;
   KeyEquivalent equivalent;

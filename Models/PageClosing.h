@@ -16,8 +16,8 @@ class PageClosing {
 
   // Closes the tab unless the user stays on its page; at once where nothing is guarded.
   void close(TabRef tab);
-  // Ends the program unless the user stays on one of its pages. Leaving one is leaving all. Asked for
-  // again, it shows the page that waits for an answer.
+  // Ends the program unless the user stays on one of its pages. Leaving one is leaving all. Asked
+  // for again, it shows the page that waits for an answer.
   void quit();
 
  private:
