@@ -35,12 +35,12 @@ TabRef BrowserStore::openTab(const std::optional<URL>& url, OpenOptions options)
   if (!space && options.after) space = spaceOn(*options.after->profile);
   if (!space) space = activeSpace();
 
-  const TabRef tab = BrowserTab::make(services_, {.profile = space->profile,
-                                                  .store = weak_from_this(),
-                                                  .url = url,
-                                                  .lastActiveAt = services_.scheduler.now(),
-                                                  .configuration = std::move(options.configuration),
-                                                  .schemeSource = options.schemeSource});
+  TabRef tab = BrowserTab::make(services_, {.profile = space->profile,
+                                            .store = weak_from_this(),
+                                            .url = url,
+                                            .lastActiveAt = services_.scheduler.now(),
+                                            .configuration = std::move(options.configuration),
+                                            .schemeSource = options.schemeSource});
   const auto neighbour =
       options.after ? indexOf(space->today.peek(), *options.after) : std::nullopt;
   const auto index = static_cast<TabList::difference_type>(neighbour ? *neighbour + 1 : 0);
