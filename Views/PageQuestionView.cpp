@@ -96,15 +96,14 @@ PageQuestionView::PageQuestionView()
 void PageQuestionView::setTab(const TabRef& tab) {
   if (tab == tab_) return;
   tab_ = tab;
-  calls_ = effect([this] {
-    const bool isCalled = tab_ && tab_->questions.calls.get() > 0;
-    if (isCalled && shown_) takeKeyboard();
-  });
-  bool isFirst = true;
-  follow_ = effect([this, isFirst]() mutable {
+  follow_ = effect([this, isFirst = true]() mutable {
     if (tab_) tab_->questions.current.get();
     const auto appearing = std::exchange(isFirst, false) ? Appearing::AtOnce : Appearing::Fading;
     untracked([&] { follow(appearing); });
+  });
+  calls_ = effect([this, isFirst = true]() mutable {
+    if (tab_) tab_->questions.calls.get();
+    if (!std::exchange(isFirst, false) && shown_) takeKeyboard();
   });
 }
 
@@ -114,7 +113,8 @@ Gtk::Button* PageQuestionView::button(size_t index) {
 
 void PageQuestionView::follow(Appearing appearing) {
   const auto question = tab_ ? tab_->questions.current.peek() : std::nullopt;
-  if (question == shown_) return;
+  // Each tab counts its own: another tab's question may have the same number.
+  if (appearing == Appearing::Fading && question == shown_) return;
   const bool hadKeyboard = [this] {
     auto* focus = focusBeside(Gtk::Widget::gobj());
     return focus && gtk_widget_is_ancestor(focus, Gtk::Widget::gobj());

@@ -79,6 +79,9 @@ void WebKitWebView::runScriptDialog(WebKitScriptDialog* raw) {
     case WEBKIT_SCRIPT_DIALOG_CONFIRM:
       return ui_->runJavaScriptConfirmPanel(*this, message, frame, confirm);
     case WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM:
+      // The page answers, and the user may think.
+      closingTimer_.cancel();
+      forgetNavigation();
       return ui_->runBeforeUnloadPanel(*this, frame,
                                        [confirm, weak = weak_from_this()](bool isLeaving) {
                                          confirm(isLeaving);
@@ -117,8 +120,6 @@ void WebKitWebView::connectPanels() {
       "script-dialog",
       +[](::WebKitWebView*, WebKitScriptDialog* dialog, gpointer data) -> gboolean {
         const auto self = static_cast<Self*>(data)->shared_from_this();
-        // The page answers, and the user may think.
-        self->closingTimer_.cancel();
         if (self->ui_) self->runScriptDialog(dialog);
         return TRUE;
       });

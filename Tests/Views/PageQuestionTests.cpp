@@ -68,6 +68,20 @@ TEST_F(PageQuestionTest, TheProgramsQuestionKeepsThePage) {
   EXPECT_THAT(given, ElementsAre("Stay", "Leave"));
 }
 
+TEST_F(PageQuestionTest, EachTabHasItsOwnQuestion) {
+  const auto ask = [](BrowserTab& tab, const char* host) {
+    tab.questions.ask({.alert = {.messageText = host, .buttons = {"OK"}}}, [](AlertAnswer) {});
+  };
+  ask(*sample.reading, "reading.test");
+  ask(*sample.radio, "radio.test");
+  settle();
+  EXPECT_NE(labelOf(root(), "reading.test"), nullptr);
+  store().select(sample.radio);
+  settle();
+  EXPECT_NE(labelOf(root(), "radio.test"), nullptr);
+  EXPECT_EQ(labelOf(root(), "reading.test"), nullptr);
+}
+
 TEST_F(PageQuestionTest, WhoTypesKeepsTheKeyboard) {
   for (const bool isSearching : {true, false}) {
     if (isSearching)
