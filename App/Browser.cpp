@@ -4,9 +4,9 @@
 #include <sys/utsname.h>
 
 #include "App/WindowController.h"
-#include "BrowserCore/Endpoints.h"
+#include "BrowserCore/Addresses/Endpoints.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Models/MainMenu.h"
+#include "Models/Commands/MainMenu.h"
 
 namespace orvel {
 

@@ -10,7 +10,7 @@
 #include "Base/GLibScheduler.h"
 #include "Desktop/Gtk/GtkDesktop.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
-#include "Models/ApplicationLifecycle.h"
+#include "Models/Store/ApplicationLifecycle.h"
 
 namespace orvel {
 

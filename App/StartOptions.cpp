@@ -8,7 +8,7 @@
 #include <string>
 
 #include "Base/GRef.h"
-#include "BrowserCore/URLInput.h"
+#include "BrowserCore/Addresses/URLInput.h"
 
 namespace orvel {
 

@@ -3,7 +3,7 @@
 #include <variant>
 #include <vector>
 
-#include "BrowserCore/URL.h"
+#include "BrowserCore/Addresses/URL.h"
 
 namespace orvel {
 

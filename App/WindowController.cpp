@@ -1,6 +1,6 @@
 #include "App/WindowController.h"
 
-#include "Views/UtilityWindows.h"
+#include "Views/Window/UtilityWindows.h"
 
 namespace orvel {
 

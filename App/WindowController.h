@@ -3,10 +3,10 @@
 #include <vector>
 
 #include "Desktop/Gtk/GtkDesktop.h"
-#include "Models/ApplicationLifecycle.h"
-#include "Support/UserDefaults.h"
-#include "Views/MainWindow.h"
-#include "Views/WindowFrame.h"
+#include "Models/Store/ApplicationLifecycle.h"
+#include "Support/Stores/UserDefaults.h"
+#include "Views/Window/MainWindow.h"
+#include "Views/Window/WindowFrame.h"
 
 namespace orvel {
 

@@ -7,7 +7,7 @@
 #include <deque>
 #include <mutex>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel {
 

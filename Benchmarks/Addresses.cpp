@@ -2,10 +2,10 @@
 
 #include <benchmark/benchmark.h>
 
-#include "BrowserCore/ChoiceMemory.h"
-#include "BrowserCore/InlineCompletion.h"
-#include "BrowserCore/SearchShortcut.h"
-#include "BrowserCore/URLInput.h"
+#include "BrowserCore/Addresses/ChoiceMemory.h"
+#include "BrowserCore/Addresses/InlineCompletion.h"
+#include "BrowserCore/Addresses/SearchShortcut.h"
+#include "BrowserCore/Addresses/URLInput.h"
 
 namespace orvel {
 namespace {

@@ -4,8 +4,8 @@
 #include <benchmark/benchmark.h>
 #include <libqalculate/Calculator.h>
 
-#include "BrowserCore/CurrencyConversion.h"
-#include "BrowserCore/QuickAnswer.h"
+#include "BrowserCore/Answers/CurrencyConversion.h"
+#include "BrowserCore/Answers/QuickAnswer.h"
 
 namespace {
 

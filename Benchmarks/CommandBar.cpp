@@ -3,8 +3,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include "Models/CommandBar.h"
-#include "Models/Suggestions.h"
+#include "Models/CommandBar/CommandBar.h"
+#include "Models/CommandBar/Suggestions.h"
 #include "Tests/Models/World.h"
 
 namespace orvel::test {

@@ -11,7 +11,7 @@
 #include <random>
 #include <vector>
 
-#include "BrowserCore/HistoryDatabase.h"
+#include "BrowserCore/History/HistoryDatabase.h"
 
 namespace {
 

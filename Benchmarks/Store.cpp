@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "Models/SidebarRows.h"
+#include "Models/Sidebar/SidebarRows.h"
 #include "Tests/Models/World.h"
 
 // What the model costs the main thread by number of tabs.

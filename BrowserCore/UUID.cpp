@@ -2,7 +2,7 @@
 
 #include <sodium/randombytes.h>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel {
 

@@ -3,7 +3,7 @@
 #include <gtkmm/widget.h>
 
 #include "Base/Spring.h"
-#include "BrowserCore/Theme.h"
+#include "BrowserCore/Look/Theme.h"
 #include "DesignSystem/SpringAnimation.h"
 
 namespace orvel {

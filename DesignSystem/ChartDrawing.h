@@ -2,7 +2,7 @@
 
 #include <cairo.h>
 
-#include "BrowserCore/Theme.h"
+#include "BrowserCore/Look/Theme.h"
 
 namespace orvel {
 

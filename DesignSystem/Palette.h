@@ -1,6 +1,6 @@
 #pragma once
 
-#include "BrowserCore/Theme.h"
+#include "BrowserCore/Look/Theme.h"
 
 namespace orvel {
 

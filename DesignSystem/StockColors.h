@@ -7,7 +7,7 @@
 #include <string>
 
 #include "Base/GRef.h"
-#include "BrowserCore/Theme.h"
+#include "BrowserCore/Look/Theme.h"
 
 namespace orvel {
 

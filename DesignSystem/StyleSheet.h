@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "BrowserCore/Theme.h"
+#include "BrowserCore/Look/Theme.h"
 
 // The look that style sheets give. What changes at run time are the classes of the roots below
 // which a theme holds. A theme's own sheet is loaded with its first root.

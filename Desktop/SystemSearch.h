@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Base/Image.h"
-#include "BrowserCore/URL.h"
+#include "BrowserCore/Addresses/URL.h"
 
 namespace orvel {
 

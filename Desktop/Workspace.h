@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "BrowserCore/URL.h"
+#include "BrowserCore/Addresses/URL.h"
 
 namespace orvel {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "Base/Time.h"
-#include "BrowserCore/URL.h"
+#include "BrowserCore/Addresses/URL.h"
 
 namespace orvel {
 

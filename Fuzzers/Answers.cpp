@@ -1,9 +1,9 @@
 // Questions: whatever is typed, an answer has the form that its source promises, and currencies are
 // only converted with rates.
 
-#include "BrowserCore/CurrencyConversion.h"
-#include "BrowserCore/QuickAnswer.h"
-#include "BrowserCore/UnitConversion.h"
+#include "BrowserCore/Answers/CurrencyConversion.h"
+#include "BrowserCore/Answers/QuickAnswer.h"
+#include "BrowserCore/Answers/UnitConversion.h"
 #include "Fuzzers/Fuzz.h"
 
 using namespace orvel;

@@ -1,8 +1,8 @@
 // Typed text: an address keeps what was typed, has a known scheme, and is an address when it is
 // typed again.
 
-#include "BrowserCore/Text.h"
-#include "BrowserCore/URLInput.h"
+#include "BrowserCore/Addresses/URLInput.h"
+#include "BrowserCore/Text/Text.h"
 #include "Fuzzers/Fuzz.h"
 
 using namespace orvel;

@@ -1,12 +1,12 @@
 // Two lines: a pattern and an address. Also what else looks at a link: tracking parameters, pins,
 // store listings and completion.
 
-#include "BrowserCore/ExtensionGallery.h"
-#include "BrowserCore/InlineCompletion.h"
-#include "BrowserCore/LinkRoute.h"
-#include "BrowserCore/PinnedAddress.h"
-#include "BrowserCore/Text.h"
-#include "BrowserCore/TrackingParameters.h"
+#include "BrowserCore/Addresses/InlineCompletion.h"
+#include "BrowserCore/Addresses/LinkRoute.h"
+#include "BrowserCore/Addresses/PinnedAddress.h"
+#include "BrowserCore/Addresses/TrackingParameters.h"
+#include "BrowserCore/Extensions/ExtensionGallery.h"
+#include "BrowserCore/Text/Text.h"
 #include "Fuzzers/Fuzz.h"
 
 using namespace orvel;

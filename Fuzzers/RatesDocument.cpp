@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "BrowserCore/CurrencyRates.h"
+#include "BrowserCore/Answers/CurrencyRates.h"
 #include "Fuzzers/Fuzz.h"
 
 void fuzz(std::string_view input) {

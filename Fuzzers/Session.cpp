@@ -4,7 +4,7 @@
 
 #include "BrowserCore/Session/InternetDate.h"
 #include "BrowserCore/Session/SessionRecord.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 #include "Fuzzers/Fuzz.h"
 
 using namespace orvel;

@@ -1,7 +1,7 @@
 // Three lines: a keyword, a template and a typed text.
 
-#include "BrowserCore/SearchShortcut.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Addresses/SearchShortcut.h"
+#include "BrowserCore/Text/Text.h"
 #include "Fuzzers/Fuzz.h"
 
 using namespace orvel;

@@ -1,7 +1,7 @@
 // A search engine's reply.
 
-#include "BrowserCore/SearchEngine.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Addresses/SearchEngine.h"
+#include "BrowserCore/Text/Text.h"
 #include "Fuzzers/Fuzz.h"
 
 void fuzz(std::string_view input) {

@@ -1,8 +1,8 @@
 // Any text: what parses splits into parts that make up the text again, and resolves references.
 
-#include "BrowserCore/URL.h"
+#include "BrowserCore/Addresses/URL.h"
 
-#include "BrowserCore/URLInput.h"
+#include "BrowserCore/Addresses/URLInput.h"
 #include "Fuzzers/Fuzz.h"
 
 using orvel::URL;

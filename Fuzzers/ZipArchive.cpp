@@ -1,6 +1,6 @@
 // What an extension store sent.
 
-#include "BrowserCore/ExtensionGallery.h"
+#include "BrowserCore/Extensions/ExtensionGallery.h"
 #include "Fuzzers/Fuzz.h"
 
 void fuzz(std::string_view input) {

@@ -3,19 +3,19 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "BrowserCore/ChoiceMemory.h"
-#include "BrowserCore/DownloadName.h"
-#include "BrowserCore/ExtensionGallery.h"
-#include "BrowserCore/InlineCompletion.h"
-#include "BrowserCore/LinkRoute.h"
-#include "BrowserCore/PinnedAddress.h"
-#include "BrowserCore/SearchEngine.h"
-#include "BrowserCore/SearchShortcut.h"
-#include "BrowserCore/SiteName.h"
-#include "BrowserCore/SplitShares.h"
-#include "BrowserCore/Theme.h"
-#include "BrowserCore/TrackingParameters.h"
-#include "BrowserCore/URLInput.h"
+#include "BrowserCore/Addresses/ChoiceMemory.h"
+#include "BrowserCore/Addresses/InlineCompletion.h"
+#include "BrowserCore/Addresses/LinkRoute.h"
+#include "BrowserCore/Addresses/PinnedAddress.h"
+#include "BrowserCore/Addresses/SearchEngine.h"
+#include "BrowserCore/Addresses/SearchShortcut.h"
+#include "BrowserCore/Addresses/SiteName.h"
+#include "BrowserCore/Addresses/TrackingParameters.h"
+#include "BrowserCore/Addresses/URLInput.h"
+#include "BrowserCore/Downloads/DownloadName.h"
+#include "BrowserCore/Extensions/ExtensionGallery.h"
+#include "BrowserCore/Look/SplitShares.h"
+#include "BrowserCore/Look/Theme.h"
 #include "Tools/Operations.h"
 
 namespace orvel::tools {

@@ -1,6 +1,6 @@
-#include "BrowserCore/CurrencyConversion.h"
-#include "BrowserCore/CurrencyRates.h"
-#include "BrowserCore/QuickAnswer.h"
+#include "BrowserCore/Answers/CurrencyConversion.h"
+#include "BrowserCore/Answers/CurrencyRates.h"
+#include "BrowserCore/Answers/QuickAnswer.h"
 #include "Tools/Operations.h"
 
 namespace orvel::tools {

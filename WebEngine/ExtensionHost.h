@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "Base/Task.h"
-#include "BrowserCore/URL.h"
+#include "BrowserCore/Addresses/URL.h"
 #include "Engine/WebViewConfiguration.h"
 
 namespace orvel {

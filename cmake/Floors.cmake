@@ -1,16 +1,16 @@
-# Helpers that declare a floor of the house: a static library made of every source of its folder.
+# Helpers that declare a floor of the house: a static library made of every source of its folder and its rooms.
 #
 # Sources are globbed with CONFIGURE_DEPENDS: adding a file to a folder is all it takes to build it.
 
 add_library(orvel-options INTERFACE)
 target_include_directories(orvel-options INTERFACE ${CMAKE_SOURCE_DIR})
 
-# orvel_sources(<variable> [SUBFOLDERS <folder>...])
-# Collects the .cpp and .c files of the current folder and of the named folders below it.
+# orvel_sources(<variable> [ROOMS <folder>...])
+# Collects the .cpp and .c files of the current folder and of its rooms, which are folders below it.
 function(orvel_sources variable)
-  cmake_parse_arguments(ARG "" "" "SUBFOLDERS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "ROOMS" ${ARGN})
   set(patterns "*.cpp" "*.c")
-  foreach(folder IN LISTS ARG_SUBFOLDERS)
+  foreach(folder IN LISTS ARG_ROOMS)
     list(APPEND patterns "${folder}/*.cpp" "${folder}/*.c")
   endforeach()
   file(GLOB sources CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_SOURCE_DIR} ${patterns})
@@ -34,10 +34,10 @@ function(orvel_precompile target kind)
   target_precompile_headers(${target} REUSE_FROM orvel-pch-${kind})
 endfunction()
 
-# orvel_floor(<name> [SUBFOLDERS <folder>...] [LINK <target>...] [PRECOMPILE core|gtk])
+# orvel_floor(<name> [ROOMS <folder>...] [LINK <target>...] [PRECOMPILE core|gtk])
 function(orvel_floor name)
-  cmake_parse_arguments(ARG "" "PRECOMPILE" "SUBFOLDERS;LINK" ${ARGN})
-  orvel_sources(sources SUBFOLDERS ${ARG_SUBFOLDERS})
+  cmake_parse_arguments(ARG "" "PRECOMPILE" "ROOMS;LINK" ${ARGN})
+  orvel_sources(sources ROOMS ${ARG_ROOMS})
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC orvel-options ${ARG_LINK})
   if(NOT ARG_PRECOMPILE)

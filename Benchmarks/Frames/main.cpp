@@ -18,8 +18,8 @@
 
 #include "DesignSystem/StyleSheet.h"
 #include "Tests/Models/World.h"
-#include "Views/BrowserView.h"
-#include "Views/MainWindow.h"
+#include "Views/Window/BrowserView.h"
+#include "Views/Window/MainWindow.h"
 
 namespace orvel::test {
 namespace {

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <utility>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel::filters {
 

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "BrowserCore/ContentBlocking/ExceptionSites.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel::filters {
 

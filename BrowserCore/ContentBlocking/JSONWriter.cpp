@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel::filters {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel::filters {
 

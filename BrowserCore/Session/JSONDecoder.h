@@ -11,8 +11,8 @@
 #include <variant>
 #include <vector>
 
+#include "BrowserCore/Addresses/URL.h"
 #include "BrowserCore/Date.h"
-#include "BrowserCore/URL.h"
 #include "BrowserCore/UUID.h"
 
 namespace orvel::JSONCoding {

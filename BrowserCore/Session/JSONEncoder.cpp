@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "BrowserCore/Session/InternetDate.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel::JSONCoding {
 

@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "BrowserCore/Addresses/URL.h"
 #include "BrowserCore/Date.h"
-#include "BrowserCore/URL.h"
 #include "BrowserCore/UUID.h"
 
 // How the program's JSON files are written and read: keys in alphabetical order, dates as internet

@@ -5,10 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "BrowserCore/Addresses/URL.h"
 #include "BrowserCore/Date.h"
 #include "BrowserCore/Session/JSONDecoder.h"
 #include "BrowserCore/Session/JSONEncoder.h"
-#include "BrowserCore/URL.h"
 #include "BrowserCore/UUID.h"
 
 namespace orvel {

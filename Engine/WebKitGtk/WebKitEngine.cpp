@@ -4,15 +4,15 @@
 
 #include <algorithm>
 
-#include "BrowserCore/Text.h"
-#include "Engine/WebKitGtk/EngineScripts.h"
-#include "Engine/WebKitGtk/HTTPSFirst.h"
-#include "Engine/WebKitGtk/ReportedURL.h"
-#include "Engine/WebKitGtk/SealedRuleListStore.h"
-#include "Engine/WebKitGtk/WebKitContentController.h"
-#include "Engine/WebKitGtk/WebKitDataStore.h"
-#include "Engine/WebKitGtk/WebKitDownload.h"
-#include "Engine/WebKitGtk/WebKitWebView.h"
+#include "BrowserCore/Text/Text.h"
+#include "Engine/WebKitGtk/Data/WebKitDataStore.h"
+#include "Engine/WebKitGtk/Data/WebKitDownload.h"
+#include "Engine/WebKitGtk/Policy/HTTPSFirst.h"
+#include "Engine/WebKitGtk/Policy/ReportedURL.h"
+#include "Engine/WebKitGtk/Rules/SealedRuleListStore.h"
+#include "Engine/WebKitGtk/Scripts/EngineScripts.h"
+#include "Engine/WebKitGtk/Scripts/WebKitContentController.h"
+#include "Engine/WebKitGtk/View/WebKitWebView.h"
 
 namespace orvel {
 

@@ -1,4 +1,4 @@
-#include "BrowserCore/ChoiceMemory.h"
+#include "BrowserCore/Addresses/ChoiceMemory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "BrowserCore/CurrencyConversion.h"
-#include "BrowserCore/UnitConversion.h"
+#include "BrowserCore/Answers/CurrencyConversion.h"
+#include "BrowserCore/Answers/UnitConversion.h"
 
 namespace orvel {
 namespace {

@@ -1,8 +1,8 @@
-#include "BrowserCore/DownloadName.h"
+#include "BrowserCore/Downloads/DownloadName.h"
 
 #include <gtest/gtest.h>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel {
 namespace {

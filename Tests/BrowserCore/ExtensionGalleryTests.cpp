@@ -1,4 +1,4 @@
-#include "BrowserCore/ExtensionGallery.h"
+#include "BrowserCore/Extensions/ExtensionGallery.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "BrowserCore/HistoryDatabase.h"
+#include "BrowserCore/History/HistoryDatabase.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -9,8 +9,8 @@
 #include <functional>
 #include <random>
 
-#include "BrowserCore/HistoryIndex.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/History/HistoryIndex.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel {
 namespace {

@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "BrowserCore/InlineCompletion.h"
-#include "BrowserCore/LinkRoute.h"
-#include "BrowserCore/PinnedAddress.h"
-#include "BrowserCore/SiteName.h"
-#include "BrowserCore/TrackingParameters.h"
+#include "BrowserCore/Addresses/InlineCompletion.h"
+#include "BrowserCore/Addresses/LinkRoute.h"
+#include "BrowserCore/Addresses/PinnedAddress.h"
+#include "BrowserCore/Addresses/SiteName.h"
+#include "BrowserCore/Addresses/TrackingParameters.h"
 
 namespace orvel {
 namespace {

@@ -1,4 +1,4 @@
-#include "BrowserCore/QuickAnswer.h"
+#include "BrowserCore/Answers/QuickAnswer.h"
 
 #include <gtest/gtest.h>
 #include <unicode/numberformatter.h>
@@ -7,8 +7,8 @@
 #include <limits>
 #include <random>
 
-#include "BrowserCore/Calculator.h"
-#include "BrowserCore/DecimalNumber.h"
+#include "BrowserCore/Answers/Calculator.h"
+#include "BrowserCore/Answers/DecimalNumber.h"
 
 namespace orvel {
 namespace {

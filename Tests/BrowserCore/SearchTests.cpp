@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "BrowserCore/SearchEngine.h"
-#include "BrowserCore/SearchShortcut.h"
+#include "BrowserCore/Addresses/SearchEngine.h"
+#include "BrowserCore/Addresses/SearchShortcut.h"
 
 namespace orvel {
 namespace {

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "BrowserCore/Session/InternetDate.h"
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel {
 namespace {

@@ -1,4 +1,4 @@
-#include "BrowserCore/SplitShares.h"
+#include "BrowserCore/Look/SplitShares.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unicode/locid.h>
 
-#include "BrowserCore/Characters.h"
-#include "BrowserCore/PercentCoding.h"
-#include "BrowserCore/TextSearch.h"
+#include "BrowserCore/Addresses/PercentCoding.h"
+#include "BrowserCore/Text/Characters.h"
+#include "BrowserCore/Text/TextSearch.h"
 
 namespace orvel {
 namespace {

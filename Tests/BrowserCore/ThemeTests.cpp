@@ -1,4 +1,4 @@
-#include "BrowserCore/Theme.h"
+#include "BrowserCore/Look/Theme.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "BrowserCore/URL.h"
+#include "BrowserCore/Addresses/URL.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include "BrowserCore/URLInput.h"
+#include "BrowserCore/Addresses/URLInput.h"
 
 namespace orvel {
 namespace {

@@ -5,10 +5,10 @@
 #include <fstream>
 #include <functional>
 
-#include "Engine/WebKitGtk/SealedRuleListStore.h"
+#include "Engine/WebKitGtk/Rules/SealedRuleListStore.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Engine/RecordingDelegate.h"
-#include "WebEngine/ContentBlocker.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
-#include "Engine/WebKitGtk/HidingRules.h"
-#include "Engine/WebKitGtk/RuleListSeal.h"
+#include "Engine/WebKitGtk/Rules/HidingRules.h"
+#include "Engine/WebKitGtk/Rules/RuleListSeal.h"
 #include "Tests/Engine/BlockingTest.h"
 
 namespace orvel {

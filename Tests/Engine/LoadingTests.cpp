@@ -5,7 +5,7 @@
 #include <fstream>
 #include <set>
 
-#include "Engine/WebKitGtk/HTTPSFirst.h"
+#include "Engine/WebKitGtk/Policy/HTTPSFirst.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Engine/RecordingDelegate.h"
 

@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "Engine/WebKitGtk/WebKitDataStore.h"
+#include "Engine/WebKitGtk/Data/WebKitDataStore.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Engine/RecordingDelegate.h"
 

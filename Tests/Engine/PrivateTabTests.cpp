@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "Models/BrowserStore.h"
+#include "Models/Store/BrowserStore.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeHTTPSession.h"

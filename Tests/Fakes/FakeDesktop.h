@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 #include "Desktop/Desktop.h"
 
 // A desktop that writes down what it was asked and answers as the test says.

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Support/HTTPSession.h"
+#include "Support/Network/HTTPSession.h"
 
 namespace orvel::test {
 

@@ -1,5 +1,5 @@
 #include "Base/Log.h"
-#include "Support/UserAgent.h"
+#include "Support/Network/UserAgent.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

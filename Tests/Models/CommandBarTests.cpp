@@ -1,4 +1,4 @@
-#include "Models/CommandBar.h"
+#include "Models/CommandBar/CommandBar.h"
 
 #include "Tests/Models/ModelTest.h"
 

@@ -1,4 +1,4 @@
-#include "Models/HistoryList.h"
+#include "Models/History/HistoryList.h"
 
 #include <unicode/ucal.h>
 #include <unicode/uloc.h>

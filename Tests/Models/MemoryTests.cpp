@@ -1,4 +1,4 @@
-#include "Models/ChoicesFile.h"
+#include "Models/CommandBar/ChoicesFile.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

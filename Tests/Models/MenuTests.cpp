@@ -1,4 +1,4 @@
-#include "Models/MainMenu.h"
+#include "Models/Commands/MainMenu.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Base/Log.h"
-#include "Models/ChoicesFile.h"
+#include "Models/CommandBar/ChoicesFile.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

@@ -1,4 +1,4 @@
-#include "Models/SidebarRows.h"
+#include "Models/Sidebar/SidebarRows.h"
 
 #include <set>
 

@@ -1,4 +1,4 @@
-#include "Models/ApplicationLifecycle.h"
+#include "Models/Store/ApplicationLifecycle.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

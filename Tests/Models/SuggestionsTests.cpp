@@ -1,4 +1,4 @@
-#include "Models/Suggestions.h"
+#include "Models/CommandBar/Suggestions.h"
 
 #include "Tests/Models/ModelTest.h"
 

@@ -1,5 +1,5 @@
-#include "Support/ErrorPage.h"
-#include "Support/UserAgent.h"
+#include "Support/Network/ErrorPage.h"
+#include "Support/Network/UserAgent.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Models/BrowserStore.h"
+#include "Models/Store/BrowserStore.h"
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "Tests/Fakes/FakeHTTPSession.h"

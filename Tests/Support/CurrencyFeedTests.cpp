@@ -1,4 +1,4 @@
-#include "Support/CurrencyFeed.h"
+#include "Support/Feeds/CurrencyFeed.h"
 
 #include <gtest/gtest.h>
 

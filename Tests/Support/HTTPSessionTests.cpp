@@ -1,4 +1,4 @@
-#include "Support/HTTPSession.h"
+#include "Support/Network/HTTPSession.h"
 
 #include <gtest/gtest.h>
 

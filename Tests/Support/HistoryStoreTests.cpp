@@ -1,4 +1,4 @@
-#include "Support/HistoryStore.h"
+#include "Support/Stores/HistoryStore.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

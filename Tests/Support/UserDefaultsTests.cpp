@@ -1,4 +1,4 @@
-#include "Support/UserDefaults.h"
+#include "Support/Stores/UserDefaults.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "Base/GRef.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/SidebarLayout.h"
+#include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel::test {
 namespace {

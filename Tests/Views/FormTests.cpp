@@ -1,8 +1,8 @@
 #include "Base/GRef.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/SettingsContent.h"
-#include "Views/SidebarMenus.h"
-#include "Views/UtilityWindows.h"
+#include "Views/Settings/SettingsContent.h"
+#include "Views/Sidebar/SidebarMenus.h"
+#include "Views/Window/UtilityWindows.h"
 
 namespace orvel::test {
 namespace {

@@ -1,5 +1,5 @@
 #include "Tests/Views/ShownWindow.h"
-#include "Views/HistoryContent.h"
+#include "Views/History/HistoryContent.h"
 
 namespace orvel::test {
 namespace {

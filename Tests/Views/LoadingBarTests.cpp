@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Tests/Models/World.h"
-#include "Views/LoadingBar.h"
+#include "Views/Page/LoadingBar.h"
 
 namespace orvel {
 namespace {

@@ -1,6 +1,6 @@
 #include "Base/GRef.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/UtilityWindows.h"
+#include "Views/Window/UtilityWindows.h"
 
 namespace orvel::test {
 namespace {

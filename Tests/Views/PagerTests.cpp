@@ -1,7 +1,7 @@
 #include "BrowserCore/Session/SessionRecord.h"
 #include "DesignSystem/Palette.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/SidebarLayout.h"
+#include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel::test {
 namespace {

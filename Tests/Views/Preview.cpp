@@ -14,11 +14,11 @@
 #include "DesignSystem/StyleSheet.h"
 #include "Tests/Views/SampleStore.h"
 #include "Tests/Views/ViewTest.h"
-#include "Views/BrowserView.h"
-#include "Views/HistoryContent.h"
-#include "Views/MainWindow.h"
-#include "Views/SettingsContent.h"
-#include "Views/SidebarMenus.h"
+#include "Views/History/HistoryContent.h"
+#include "Views/Settings/SettingsContent.h"
+#include "Views/Sidebar/SidebarMenus.h"
+#include "Views/Window/BrowserView.h"
+#include "Views/Window/MainWindow.h"
 
 namespace {
 

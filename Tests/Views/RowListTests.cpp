@@ -4,7 +4,7 @@
 #include <gtkmm/window.h>
 
 #include "Tests/Views/ViewTest.h"
-#include "Views/RowList.h"
+#include "Views/Support/RowList.h"
 
 namespace orvel::test {
 namespace {

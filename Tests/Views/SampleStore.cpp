@@ -6,7 +6,7 @@
 
 #include "Base/GRef.h"
 #include "DesignSystem/Paint.h"
-#include "Models/MainMenu.h"
+#include "Models/Commands/MainMenu.h"
 
 namespace orvel::test {
 

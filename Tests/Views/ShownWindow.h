@@ -4,8 +4,8 @@
 
 #include "Tests/Views/SampleStore.h"
 #include "Tests/Views/ViewTest.h"
-#include "Views/BrowserView.h"
-#include "Views/MainWindow.h"
+#include "Views/Window/BrowserView.h"
+#include "Views/Window/MainWindow.h"
 
 namespace orvel::test {
 

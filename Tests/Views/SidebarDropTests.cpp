@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Tests/Models/World.h"
-#include "Views/SidebarDrops.h"
+#include "Views/Sidebar/SidebarDrops.h"
 
 namespace orvel {
 namespace {

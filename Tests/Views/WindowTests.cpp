@@ -1,9 +1,9 @@
 #include "Base/GRef.h"
 #include "DesignSystem/Paint.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/Menu.h"
-#include "Views/SidebarLayout.h"
-#include "Views/UtilityWindows.h"
+#include "Views/Sidebar/SidebarLayout.h"
+#include "Views/Support/Menu.h"
+#include "Views/Window/UtilityWindows.h"
 
 namespace orvel::test {
 namespace {

@@ -1,10 +1,10 @@
-#include "WebEngine/ContentBlocker.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 #include <gmock/gmock.h>
 
 #include "Base/Log.h"
+#include "BrowserCore/Addresses/Endpoints.h"
 #include "BrowserCore/ContentBlocking/FilterListConverter.h"
-#include "BrowserCore/Endpoints.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "Tests/Fakes/FakeHTTPSession.h"
 #include "Tests/Fakes/MemoryFileSystem.h"

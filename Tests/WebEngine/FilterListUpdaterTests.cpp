@@ -1,4 +1,4 @@
-#include "WebEngine/FilterListUpdater.h"
+#include "WebEngine/Blocking/FilterListUpdater.h"
 
 #include <gmock/gmock.h>
 

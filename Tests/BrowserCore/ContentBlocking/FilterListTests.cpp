@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "BrowserCore/Text.h"
+#include "BrowserCore/Text/Text.h"
 
 namespace orvel {
 namespace {

@@ -1,0 +1,400 @@
+#include <fmt/format.h>
+#include <glib/gstdio.h>
+
+#include <algorithm>
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "Base/FileSystem.h"
+#include "Engine/WebKitGtk/Scripts/EngineScripts.h"
+#include "Engine/WebKitGtk/View/WebKitWebView.h"
+#include "Engine/WebKitGtk/WebKitEngine.h"
+
+namespace orvel {
+
+namespace {
+
+using nlohmann::json;
+
+// Wraps a callback for a C function that calls back with one pointer.
+template <class Callback>
+Callback* boxed(Callback callback) {
+  return new Callback(std::move(callback));
+}
+
+using ScriptAnswer = std::function<void(ScriptResult)>;
+
+ScriptResult scriptResult(JSCValue* rawValue, GError* rawError) {
+  const auto value = GRef<JSCValue>::adopt(rawValue);
+  const GErrorRef error(rawError);
+  if (!value) return {std::nullopt, error ? error->message : "unknown error"};
+  const GText text(jsc_value_to_json(value.get(), 0));
+  return {text ? text.get() : "null", ""};
+}
+
+void evaluated(GObject* source, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<ScriptAnswer> answer(static_cast<ScriptAnswer*>(data));
+  GError* error = nullptr;
+  auto* value = webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &error);
+  if (*answer)
+    (*answer)(scriptResult(value, error));
+  else
+    scriptResult(value, error);
+}
+
+void called(GObject* source, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<ScriptAnswer> answer(static_cast<ScriptAnswer*>(data));
+  GError* error = nullptr;
+  auto* value = webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(source),
+                                                                      result, &error);
+  if (*answer)
+    (*answer)(scriptResult(value, error));
+  else
+    scriptResult(value, error);
+}
+
+// A script that was sent to all frames of a page, until they have answered.
+struct FrameQuestion {
+  std::function<void(std::vector<std::string>)> answer;
+  TaskHandle limit;
+
+  void end(std::vector<std::string> values) {
+    limit.cancel();
+    if (const auto give = std::exchange(answer, nullptr)) give(std::move(values));
+  }
+};
+
+Task<> endUnansweredQuestion(std::weak_ptr<FrameQuestion> weak, Duration after) {
+  const SleepResult result = co_await sleep(after);
+  const auto question = weak.lock();
+  if (question && result == SleepResult::Done) question->end({});
+}
+
+const char* worldName(const ContentWorld& world) {
+  return world.name.empty() ? nullptr : world.name.c_str();
+}
+
+struct Crop {
+  int x, y, width, height;
+};
+
+Crop cropIn(int width, int height, const std::optional<PageRect>& rect) {
+  if (!rect) return {0, 0, width, height};
+  const auto clamp = [](double value, int most) {
+    return static_cast<int>(std::clamp(std::round(value), 0.0, static_cast<double>(most)));
+  };
+  const int left = clamp(rect->x, width);
+  const int top = clamp(rect->y, height);
+  return {left, top, clamp(rect->x + rect->width, width) - left,
+          clamp(rect->y + rect->height, height) - top};
+}
+
+// Averages the source pixels under each target pixel.
+std::vector<uint8_t> scaled(const std::vector<uint8_t>& source, int stride, const Crop& crop,
+                            int width, int height) {
+  std::vector<uint8_t> result(static_cast<size_t>(width) * static_cast<size_t>(height) * 4);
+  uint8_t* out = result.data();
+  for (int y = 0; y < height; ++y) {
+    const int top = crop.y + y * crop.height / height;
+    const int bottom = std::max(top + 1, crop.y + (y + 1) * crop.height / height);
+    for (int x = 0; x < width; ++x) {
+      const int left = crop.x + x * crop.width / width;
+      const int right = std::max(left + 1, crop.x + (x + 1) * crop.width / width);
+      uint32_t sums[4] = {};
+      for (int row = top; row < bottom; ++row)
+        for (int column = left; column < right; ++column)
+          for (int c = 0; c < 4; ++c)
+            sums[c] += source[static_cast<size_t>(row) * static_cast<size_t>(stride) +
+                              static_cast<size_t>(column) * 4 + static_cast<size_t>(c)];
+      const auto count = static_cast<uint32_t>((bottom - top) * (right - left));
+      for (const uint32_t sum : sums) *out++ = static_cast<uint8_t>(sum / count);
+    }
+  }
+  return result;
+}
+
+ImageRef imageFrom(GdkTexture* texture, const SnapshotRequest& request, int scale) {
+  const int fullWidth = gdk_texture_get_width(texture);
+  const int fullHeight = gdk_texture_get_height(texture);
+  std::optional<PageRect> rect = request.rect;
+  if (rect)
+    rect = PageRect{rect->x * scale, rect->y * scale, rect->width * scale, rect->height * scale};
+  const Crop crop = cropIn(fullWidth, fullHeight, rect);
+  if (crop.width <= 0 || crop.height <= 0) return nullptr;
+
+  std::vector<uint8_t> pixels(static_cast<size_t>(fullWidth) * static_cast<size_t>(fullHeight) * 4);
+  gdk_texture_download(texture, pixels.data(), static_cast<gsize>(fullWidth) * 4);
+  // Cairo's order is blue, green, red in memory; a page's picture has no transparency.
+  for (size_t i = 0; i < pixels.size(); i += 4) {
+    std::swap(pixels[i], pixels[i + 2]);
+    pixels[i + 3] = 255;
+  }
+  const int width = request.width ? std::min(*request.width * scale, crop.width) : crop.width;
+  const int height = std::max(1, crop.height * width / crop.width);
+  return Image::make(width, height, scaled(pixels, fullWidth * 4, crop, width, height));
+}
+
+// True while something in the frame plays.
+constexpr const char kPlayingScript[] =
+    "[...document.querySelectorAll('video, audio')].some((media) => !media.paused && !media.ended "
+    "&& media.readyState > 2)";
+constexpr const char kHasMediaScript[] = "document.querySelector('video, audio') !== null";
+constexpr const char kPauseScript[] =
+    "document.querySelectorAll('video, audio').forEach((media) => media.pause())";
+
+}  // namespace
+
+// Scripts
+
+void WebKitWebView::evaluateJavaScript(const std::string& script, const ContentWorld& world,
+                                       const std::optional<FrameInfo>& frame, ScriptAnswer answer) {
+  if (!frame || frame->isMainFrame) {
+    webkit_web_view_evaluate_javascript(view_.get(), script.c_str(),
+                                        static_cast<gssize>(script.size()), worldName(world),
+                                        nullptr, nullptr, &evaluated, boxed(std::move(answer)));
+    return;
+  }
+  const std::string guarded =
+      fmt::format("window.__orvelFrame?.id === {} ? [eval({})] : undefined", frame->id,
+                  json(script).dump(-1, ' ', true, json::error_handler_t::replace));
+  evaluateEverywhere(guarded, world, [answer = std::move(answer)](std::vector<std::string> values) {
+    if (!answer) return;
+    for (const std::string& text : values)
+      if (const json value = json::parse(text, nullptr, false);
+          value.is_array() && value.size() == 1)
+        return answer({value[0].dump(), ""});
+    answer({std::nullopt, "the frame is gone"});
+  });
+}
+
+void WebKitWebView::evaluateEverywhere(const std::string& script, const ContentWorld& world,
+                                       std::function<void(std::vector<std::string>)> answer) {
+  // A page that hangs never answers.
+  constexpr Duration kLongestWait = 5s;
+  auto question = std::make_shared<FrameQuestion>();
+  question->answer = std::move(answer);
+  question->limit = engine_.scheduler().start(endUnansweredQuestion(question, kLongestWait));
+  const auto message = GRef<WebKitUserMessage>::retain(webkit_user_message_new(
+      "evaluate", g_variant_new("(ss)", world.name.c_str(), script.c_str())));
+  webkit_web_view_send_message_to_page(
+      view_.get(), message.get(), nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::shared_ptr<FrameQuestion>> asked(
+            static_cast<std::shared_ptr<FrameQuestion>*>(data));
+        const auto reply = GRef<WebKitUserMessage>::adopt(
+            webkit_web_view_send_message_to_page_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
+        std::vector<std::string> values;
+        GVariant* parameters = reply ? webkit_user_message_get_parameters(reply.get()) : nullptr;
+        if (parameters && g_variant_is_of_type(parameters, G_VARIANT_TYPE("as"))) {
+          GVariantIter iterator;
+          const char* value = nullptr;
+          g_variant_iter_init(&iterator, parameters);
+          while (g_variant_iter_next(&iterator, "&s", &value)) values.emplace_back(value);
+        }
+        (*asked)->end(std::move(values));
+      },
+      boxed(std::move(question)));
+}
+
+void WebKitWebView::callAsyncJavaScript(const std::string& body, const std::string& arguments,
+                                        const ContentWorld& world, ScriptAnswer answer) {
+  const json parsed = json::parse(arguments.empty() ? "{}" : arguments, nullptr, false);
+  // Each argument travels as JSON text: the engine's own conversion knows plain values alone.
+  std::string prelude;
+  GVariantDict dictionary;
+  g_variant_dict_init(&dictionary, nullptr);
+  if (parsed.is_object()) {
+    for (const auto& [name, value] : parsed.items()) {
+      prelude += fmt::format("{0} = JSON.parse({0});\n", name);
+      g_variant_dict_insert(&dictionary, name.c_str(), "s",
+                            value.dump(-1, ' ', false, json::error_handler_t::replace).c_str());
+    }
+  }
+  prelude += body;
+  webkit_web_view_call_async_javascript_function(
+      view_.get(), prelude.c_str(), static_cast<gssize>(prelude.size()),
+      g_variant_dict_end(&dictionary), worldName(world), nullptr, nullptr, &called,
+      boxed(std::move(answer)));
+}
+
+// Pictures
+
+void WebKitWebView::takeSnapshot(const SnapshotRequest& request,
+                                 std::function<void(ImageRef)> answer) {
+  struct Context {
+    SnapshotRequest request;
+    int scale;
+    std::function<void(ImageRef)> answer;
+  };
+  const int scale = gtk_widget_get_scale_factor(GTK_WIDGET(view_.get()));
+  webkit_web_view_get_snapshot(
+      view_.get(), WEBKIT_SNAPSHOT_REGION_VISIBLE, WEBKIT_SNAPSHOT_OPTIONS_NONE, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<Context> context(static_cast<Context*>(data));
+        const auto texture = GRef<GdkTexture>::adopt(
+            webkit_web_view_get_snapshot_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
+        context->answer(texture ? imageFrom(texture.get(), context->request, context->scale)
+                                : nullptr);
+      },
+      new Context{request, scale, std::move(answer)});
+}
+
+void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
+  struct Context {
+    GRef<WebKitPrintOperation> operation;
+    std::string file;
+    std::function<void(PDFResult)> answer;
+    std::string error;
+  };
+  GError* rawError = nullptr;
+  char* rawName = nullptr;
+  const int descriptor = g_file_open_tmp("orvel-XXXXXX.pdf", &rawName, &rawError);
+  const GErrorRef failure(rawError);
+  const GText name(rawName);
+  if (descriptor < 0)
+    return engine_.scheduler().post(
+        [answer = std::move(answer), text = std::string(failure->message)] {
+          answer({std::nullopt, text});
+        });
+  g_close(descriptor, nullptr);
+
+  auto* context =
+      new Context{GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get())),
+                  name.get(), std::move(answer), ""};
+  const auto settings = GRef<GtkPrintSettings>::adopt(gtk_print_settings_new());
+  gtk_print_settings_set_printer(settings.get(), "Print to File");
+  gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_URI,
+                         ("file://" + context->file).c_str());
+  gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_FILE_FORMAT, "pdf");
+  auto* operation = context->operation.get();
+  webkit_print_operation_set_print_settings(operation, settings.get());
+  g_signal_connect(operation, "failed",
+                   G_CALLBACK(+[](WebKitPrintOperation*, GError* error, gpointer data) {
+                     static_cast<Context*>(data)->error = error->message;
+                   }),
+                   context);
+  g_signal_connect(operation, "finished", G_CALLBACK(+[](WebKitPrintOperation*, gpointer data) {
+                     const std::unique_ptr<Context> owned(static_cast<Context*>(data));
+                     PDFResult result;
+                     result.error = owned->error;
+                     if (owned->error.empty())
+                       result.data = FileSystem::disk()->read(owned->file).bytes;
+                     if (!result.data && result.error.empty())
+                       result.error = "The page could not be printed to a file.";
+                     g_unlink(owned->file.c_str());
+                     owned->answer(std::move(result));
+                   }),
+                   context);
+  webkit_print_operation_print(operation);
+}
+
+void WebKitWebView::print() {
+  const auto operation = GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get()));
+  auto* root = gtk_widget_get_root(GTK_WIDGET(view_.get()));
+  webkit_print_operation_run_dialog(operation.get(), GTK_WINDOW(root));
+}
+
+// Find
+
+void WebKitWebView::connectFind() {
+  auto* controller = webkit_web_view_get_find_controller(view_.get());
+  g_signal_connect(controller, "found-text",
+                   G_CALLBACK(+[](WebKitFindController*, guint, gpointer self) {
+                     static_cast<WebKitWebView*>(self)->answerFinding(true);
+                   }),
+                   this);
+  g_signal_connect(controller, "failed-to-find-text",
+                   G_CALLBACK(+[](WebKitFindController*, gpointer self) {
+                     static_cast<WebKitWebView*>(self)->answerFinding(false);
+                   }),
+                   this);
+}
+
+void WebKitWebView::answerFinding(bool isFound) {
+  if (finding_.answers.empty()) return;
+  const auto answer = std::move(finding_.answers.front());
+  finding_.answers.pop_front();
+  answer(isFound);
+}
+
+void WebKitWebView::endFinding() {
+  for (const auto& answer : std::exchange(finding_.answers, {})) answer(false);
+}
+
+void WebKitWebView::find(const std::string& text, const FindConfiguration& configuration,
+                         std::function<void(bool)> answer) {
+  auto* controller = webkit_web_view_get_find_controller(view_.get());
+  const bool isNext = finding_.text == text && !text.empty() &&
+                      finding_.isCaseSensitive == configuration.isCaseSensitive;
+  finding_.text = text;
+  finding_.isCaseSensitive = configuration.isCaseSensitive;
+  finding_.answers.push_back(std::move(answer));
+  guint options = WEBKIT_FIND_OPTIONS_NONE;
+  if (!configuration.isCaseSensitive) options |= WEBKIT_FIND_OPTIONS_CASE_INSENSITIVE;
+  if (configuration.wraps) options |= WEBKIT_FIND_OPTIONS_WRAP_AROUND;
+  if (configuration.backwards) options |= WEBKIT_FIND_OPTIONS_BACKWARDS;
+  if (!isNext)
+    webkit_find_controller_search(controller, text.c_str(), options, G_MAXUINT);
+  else if (configuration.backwards)
+    webkit_find_controller_search_previous(controller);
+  else
+    webkit_find_controller_search_next(controller);
+}
+
+void WebKitWebView::endFind() {
+  finding_.text.clear();
+  webkit_find_controller_search_finish(webkit_web_view_get_find_controller(view_.get()));
+}
+
+// Media
+
+void WebKitWebView::pauseAllMediaPlayback() {
+  evaluateEverywhere(kPauseScript, ContentWorld::named(engine_scripts::kWorld), {});
+}
+
+void WebKitWebView::setMuted(bool isMuted) { webkit_web_view_set_is_muted(view_.get(), isMuted); }
+
+void WebKitWebView::requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) {
+  const std::string script =
+      fmt::format("({}) ? 2 : ({}) ? 1 : 0", kPlayingScript, kHasMediaScript);
+  evaluateEverywhere(script, ContentWorld::named(engine_scripts::kWorld),
+                     [weak = weak_from_this(),
+                      answer = std::move(answer)](const std::vector<std::string>& values) {
+                       // What a script plays without an element in the page is only heard.
+                       const auto self = weak.lock();
+                       const bool isHeard =
+                           self && webkit_web_view_is_playing_audio(self->view_.get());
+                       const auto any = [&values](const char* value) {
+                         return std::find(values.begin(), values.end(), value) != values.end();
+                       };
+                       answer(isHeard || any("2") ? MediaPlaybackState::Playing
+                              : any("1")          ? MediaPlaybackState::Paused
+                                                  : MediaPlaybackState::None);
+                     });
+}
+
+namespace {
+
+CaptureState captureState(WebKitMediaCaptureState state) {
+  switch (state) {
+    case WEBKIT_MEDIA_CAPTURE_STATE_ACTIVE:
+      return CaptureState::Active;
+    case WEBKIT_MEDIA_CAPTURE_STATE_MUTED:
+      return CaptureState::Muted;
+    default:
+      return CaptureState::None;
+  }
+}
+
+}  // namespace
+
+CaptureState WebKitWebView::cameraCaptureState() const {
+  return captureState(webkit_web_view_get_camera_capture_state(view_.get()));
+}
+
+CaptureState WebKitWebView::microphoneCaptureState() const {
+  return captureState(webkit_web_view_get_microphone_capture_state(view_.get()));
+}
+
+}  // namespace orvel

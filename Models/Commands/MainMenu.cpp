@@ -1,0 +1,231 @@
+#include "Models/Commands/MainMenu.h"
+
+#include <utility>
+
+#include "Models/Store/BrowserStore.h"
+
+namespace orvel {
+
+namespace {
+
+using enum ActionID;
+
+// Makes the items of one store's menu.
+class Builder {
+ public:
+  explicit Builder(BrowserStore& store) : store_(store) {}
+
+  Menu application() const;
+  Menu file() const;
+  Menu edit() const;
+  Menu view() const;
+  Menu history() const;
+  Menu tabs() const;
+  Menu spaces() const;
+  Menu window() const;
+  Menu help() const;
+
+ private:
+  static MenuItem item(ActionID id, std::function<void()> perform) {
+    return {
+        .title = std::string(actionInfo(id).title), .action = id, .perform = std::move(perform)};
+  }
+  MenuItem item(ActionID id, void (BrowserStore::*perform)()) const {
+    return item(id, [&store = store_, perform] { (store.*perform)(); });
+  }
+  MenuItem marked(MenuItem item, std::function<bool()> isOn) const {
+    item.isOn = std::move(isOn);
+    return item;
+  }
+  static MenuItem separator() { return {}; }
+
+  // Does nothing without a target tab.
+  template <class Perform>
+  MenuItem onTarget(ActionID id, Perform perform) const {
+    return item(id, [&store = store_, perform] {
+      if (const TabRef tab = store.targetTab()) perform(store, tab);
+    });
+  }
+  // Does nothing while another window is key.
+  template <class Perform>
+  MenuItem inMainWindow(ActionID id, Perform perform) const {
+    return item(id, [&store = store_, perform] {
+      if (store.isMainWindowKey()) perform(store);
+    });
+  }
+  // Acts on the key window; disabled while none of ours is.
+  MenuItem onKeyWindow(ActionID id, void (DesktopWindow::*perform)()) const {
+    const auto key = [&store = store_] { return store.services().desktop.application.keyWindow(); };
+    MenuItem made = item(id, [key, perform] {
+      if (auto* window = key()) (window->*perform)();
+    });
+    made.isAvailable = [key] { return key() != nullptr; };
+    return made;
+  }
+  MenuItem editing(ActionID id, EditingCommand command) const {
+    return item(id, [&store = store_, command] { store.edit(command); });
+  }
+  MenuItem utility(ActionID id, UtilityWindow which) const {
+    return item(id, [&store = store_, which] { store.showUtilityWindow(which); });
+  }
+  MenuItem newSpace() const { return item(NewSpace, &BrowserStore::beginNewSpace); }
+
+  BrowserStore& store_;
+};
+
+Menu Builder::application() const {
+  return {.title = "Orvel",
+          .items = {utility(About, UtilityWindow::About),
+                    item(CheckForUpdates, &BrowserStore::checkForUpdates), separator(),
+                    utility(Settings, UtilityWindow::Settings), separator(),
+                    item(Quit, [&store = store_] { store.pageClosing.quit(); })}};
+}
+
+Menu Builder::file() const {
+  const auto bar = [this](ActionID id, CommandBarMode mode) {
+    return item(id, [&store = store_, mode] { store.showCommandBar(mode); });
+  };
+  return {
+      .title = "File",
+      .items = {bar(NewTab, CommandBarMode::NewTab), bar(OpenLocation, CommandBarMode::CurrentTab),
+                item(ReopenClosedTab, &BrowserStore::reopenClosedTab),
+                item(NewLittleWindow, &BrowserStore::newLittleWindow),
+                item(NewPrivateWindow, &BrowserStore::openPrivateWindow),
+                item(PromoteLittleWindow,
+                     [&store = store_] {
+                       if (const auto little = store.keyLittleWindow()) little->promote();
+                     }),
+                separator(), newSpace(), separator(),
+                onTarget(Capture, [](auto& store, const auto& tab) { store.beginCapture(tab); }),
+                onTarget(ExportPDF, [](auto&, const auto& tab) { tab->exportPDF(); }),
+                onTarget(Print, [](auto&, const auto& tab) { tab->printPage(); }), separator(),
+                item(CloseTab, &BrowserStore::closeSelectedTab),
+                onKeyWindow(CloseWindow, &DesktopWindow::performClose)}};
+}
+
+Menu Builder::edit() const {
+  using enum BrowserTab::FindDirection;
+  return {.title = "Edit",
+          .items = {editing(Undo, EditingCommand::Undo), editing(Redo, EditingCommand::Redo),
+                    separator(), editing(Cut, EditingCommand::Cut),
+                    editing(Copy, EditingCommand::Copy), editing(Paste, EditingCommand::Paste),
+                    editing(PasteAsPlainText, EditingCommand::PasteAsPlainText),
+                    editing(Delete, EditingCommand::Delete),
+                    editing(SelectAll, EditingCommand::SelectAll), separator(),
+                    inMainWindow(Find, [](auto& store) { store.showFindBar(); }),
+                    inMainWindow(FindNext, [](auto& store) { store.findNext(Forwards); }),
+                    inMainWindow(FindPrevious, [](auto& store) { store.findNext(Backwards); })}};
+}
+
+Menu Builder::view() const {
+  const auto& store = store_;
+  const auto zooming = [this](ActionID id, BrowserTab::ZoomStep step) {
+    return onTarget(id, [step](auto&, const auto& tab) { tab->zoom(step); });
+  };
+  return {
+      .title = "View",
+      .items = {
+          item(ToggleSidebar, &BrowserStore::toggleSidebar),
+          marked(inMainWindow(ToggleReader, [](auto& store) { store.toggleReader(); }),
+                 [&store] { return store.reader.peek().has_value(); }),
+          item(SplitWithRecentTab, &BrowserStore::splitWithRecentTab),
+          item(CloseSplitView, &BrowserStore::closeSplitView), separator(),
+          marked(item(ToggleContentBlocking, &BrowserStore::toggleContentBlocking),
+                 [&store] { return store.contentBlocker.isEnabled.peek(); }),
+          marked(item(PauseBlocking,
+                      [&store = store_] { store.toggleBlockingOnCurrentSite(store.commandTab()); }),
+                 [&store] {
+                   const TabRef tab = store.commandTab();
+                   return store.contentBlocker.isPaused(tab ? tab->url.peek() : std::nullopt);
+                 }),
+          marked(item(ToggleCookieRejection, &BrowserStore::toggleCookieRejection),
+                 [&store] { return store.contentBlocker.isCookieRejectionEnabled.peek(); }),
+          onTarget(HideItems, [](auto& store, const auto& tab) { store.beginHidingItems(tab); }),
+          separator(),
+          onTarget(Reload, [](auto&, const auto& tab) { tab->reload(ReloadSource::Cache); }),
+          onTarget(ReloadFromOrigin,
+                   [](auto&, const auto& tab) { tab->reload(ReloadSource::Origin); }),
+          onTarget(Stop, [](auto&, const auto& tab) { tab->stopLoading(); }), separator(),
+          zooming(ZoomIn, BrowserTab::ZoomStep::In), zooming(ZoomOut, BrowserTab::ZoomStep::Out),
+          onTarget(ActualSize, [](auto&, const auto& tab) { tab->setZoom(1); }), separator(),
+          onKeyWindow(ToggleFullScreen, &DesktopWindow::toggleFullscreen)}};
+}
+
+Menu Builder::history() const {
+  return {.title = "History",
+          .items = {onTarget(Back, [](auto&, const auto& tab) { tab->goBack(); }),
+                    onTarget(Forward, [](auto&, const auto& tab) { tab->goForward(); }),
+                    separator(), utility(ShowHistory, UtilityWindow::History),
+                    item(ClearHistory, &BrowserStore::clearHistory)}};
+}
+
+Menu Builder::tabs() const {
+  const auto adjacent = [this](ActionID id, int step) {
+    return item(id, [&store = store_, step] { store.selectAdjacentTab(step); });
+  };
+  const auto copying = [this](ActionID id, BrowserStore::LinkForm form) {
+    return onTarget(id, [form](auto& store, const auto& tab) { store.copyLink(tab, form); });
+  };
+  Menu menu{
+      .title = "Tabs",
+      .items = {inMainWindow(RecentTabs, [](auto& store) { store.advanceTabSwitcher(); }),
+                adjacent(NextTab, 1), adjacent(PreviousTab, -1), separator(),
+                onTarget(TogglePin, [](auto& store, const auto& tab) { store.togglePin(tab); }),
+                copying(CopyLink, BrowserStore::LinkForm::Plain),
+                copying(CopyMarkdownLink, BrowserStore::LinkForm::Markdown)}};
+  for (int i = 0; i < kNumberedActions; ++i) {
+    MenuItem selecting =
+        item(selectTabAction(i), [&store = store_, i] { store.selectTabNumber(i + 1); });
+    selecting.isHidden = true;
+    menu.items.push_back(std::move(selecting));
+  }
+  return menu;
+}
+
+Menu Builder::spaces() const {
+  return {
+      .title = "Spaces", .makeItems = [builder = *this] {
+        auto& store = builder.store_;
+        std::vector<MenuItem> items;
+        for (const auto& space : store.spaces.peek()) {
+          const auto index = static_cast<int>(items.size());
+          items.push_back({.title = space->name.peek(),
+                           .action = index < kNumberedActions ? std::optional(spaceAction(index))
+                                                              : std::nullopt,
+                           .perform = [&store, space] { store.switchTo(space); },
+                           .isOn = [&store, space] { return store.activeSpace() == space; }});
+        }
+        items.push_back(separator());
+        items.push_back(builder.newSpace());
+        items.push_back(
+            item(EditCurrentSpace, [&store] { store.beginEditing(*store.activeSpace()); }));
+        return items;
+      }};
+}
+
+Menu Builder::window() const {
+  return {.title = "Window",
+          .items = {onKeyWindow(Minimize, &DesktopWindow::minimize),
+                    onKeyWindow(Zoom, &DesktopWindow::toggleMaximized)}};
+}
+
+Menu Builder::help() const {
+  return {.title = "Help", .items = {utility(ReportBug, UtilityWindow::BugReport)}};
+}
+
+}  // namespace
+
+Menu MainMenu::make(BrowserStore& store) {
+  const Builder builder(store);
+  Menu main;
+  for (Menu menu :
+       {builder.application(), builder.file(), builder.edit(), builder.view(), builder.history(),
+        builder.tabs(), builder.spaces(), builder.window(), builder.help()}) {
+    std::string title = menu.title;
+    main.items.push_back(
+        {.title = std::move(title), .submenu = std::make_shared<Menu>(std::move(menu))});
+  }
+  return main;
+}
+
+}  // namespace orvel

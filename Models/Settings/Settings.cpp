@@ -1,0 +1,156 @@
+#include "Models/Settings/Settings.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "WebEngine/Blocking/ContentBlocker.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr std::string_view kKey = "settings";
+
+std::optional<std::string> siteKey(const std::optional<URL>& url) {
+  return url ? ContentBlocker::site(*url) : std::nullopt;
+}
+
+std::optional<std::string> pageKey(const std::optional<URL>& url) {
+  auto key = siteKey(url);
+  if (key) key->append(url->path().empty() ? "/" : url->path());
+  return key;
+}
+
+}  // namespace
+
+std::string_view label(ExternalLinks links) {
+  switch (links) {
+    case ExternalLinks::LittleWindow:
+      return "A little window";
+    case ExternalLinks::CurrentSpace:
+      return "The current space";
+  }
+  return {};
+}
+
+std::string_view label(ArchiveInterval interval) {
+  switch (interval) {
+    case ArchiveInterval::TwelveHours:
+      return "12 hours";
+    case ArchiveInterval::Day:
+      return "1 day";
+    case ArchiveInterval::Week:
+      return "7 days";
+    case ArchiveInterval::Never:
+      return "Never";
+  }
+  return {};
+}
+
+std::string_view label(QuickBarKey key) {
+  switch (key) {
+    case QuickBarKey::OptionSpace:
+      return "Ctrl+Alt+Space";
+    case QuickBarKey::ShiftOptionSpace:
+      return "Alt+Shift+Space";
+    case QuickBarKey::ControlShiftSpace:
+      return "Ctrl+Shift+Space";
+  }
+  return {};
+}
+
+Settings::Settings(UserDefaults& defaults)
+    : Settings(defaults, Snapshot::decode(defaults.data(kKey).value_or(""))) {}
+
+Settings::Settings(UserDefaults& defaults, Snapshot stored)
+    : searchEngine(stored.searchEngine,
+                   [this](bool isChanged) {
+                     // Turning it off stores as well.
+                     if (isChanged && searchSuggestions.peek())
+                       searchSuggestions = false;
+                     else
+                       save();
+                   }),
+      externalLinks(stored.externalLinks, stores()),
+      linkRoutes(std::move(stored.linkRoutes), stores()),
+      archiveAfter(stored.archiveAfter, stores()),
+      sitePermissions(std::move(stored.sitePermissions), stores()),
+      siteZoom(std::move(stored.siteZoom), stores()),
+      autoPictureInPicture(stored.autoPictureInPicture, stores()),
+      searchSuggestions(stored.searchSuggestions, stores()),
+      searchShortcuts(std::move(stored.searchShortcuts).value_or(SearchShortcut::builtIn()),
+                      stores()),
+      quickBarKey(stored.quickBarKey, stores()),
+      hiddenItems(std::move(stored.hiddenItems), stores()),
+      defaults_(defaults) {}
+
+void Settings::save() {
+  Snapshot now{.searchEngine = searchEngine.peek(),
+               .externalLinks = externalLinks.peek(),
+               .linkRoutes = linkRoutes.peek(),
+               .archiveAfter = archiveAfter.peek(),
+               .sitePermissions = sitePermissions.peek(),
+               .siteZoom = siteZoom.peek(),
+               .autoPictureInPicture = autoPictureInPicture.peek(),
+               .searchSuggestions = searchSuggestions.peek(),
+               .quickBarKey = quickBarKey.peek(),
+               .hiddenItems = hiddenItems.peek()};
+  // Who never touched the list gets a later version's.
+  if (searchShortcuts.peek() != SearchShortcut::builtIn())
+    now.searchShortcuts = searchShortcuts.peek();
+  defaults_.setData(kKey, now.encoded());
+}
+
+// Zoom
+
+double Settings::zoom(const std::optional<URL>& url) const {
+  const auto site = siteKey(url);
+  if (!site) return 1;
+  const auto found = siteZoom.get().find(*site);
+  return found == siteZoom.get().end() ? 1 : found->second;
+}
+
+void Settings::setZoom(double zoom, const std::optional<URL>& url) {
+  constexpr double kTolerance = 0.01;
+  const auto site = siteKey(url);
+  if (!site) return;
+  siteZoom.update([&](SiteZoom& sites) {
+    if (std::abs(zoom - 1) < kTolerance)
+      sites.erase(*site);
+    else
+      sites[*site] = zoom;
+  });
+}
+
+// Hidden items
+
+std::vector<std::string> Settings::hiddenItemsOn(const std::optional<URL>& url) const {
+  std::vector<std::string> selectors;
+  for (const auto& key : {siteKey(url), pageKey(url)}) {
+    const auto found = key ? hiddenItems.get().find(*key) : hiddenItems.get().end();
+    if (found == hiddenItems.get().end()) continue;
+    selectors.insert(selectors.end(), found->second.begin(), found->second.end());
+  }
+  return selectors;
+}
+
+void Settings::hide(const std::string& selector, const std::optional<URL>& url) {
+  const auto key = selector.starts_with("body") ? pageKey(url) : siteKey(url);
+  if (!key) return;
+  hiddenItems.update([&](HiddenItems& items) {
+    std::vector<std::string>& selectors = items[*key];
+    if (std::ranges::find(selectors, selector) == selectors.end()) selectors.push_back(selector);
+  });
+}
+
+void Settings::showHiddenItems(const std::optional<URL>& url) {
+  const auto site = siteKey(url);
+  if (!site) return;
+  hiddenItems.update([&](HiddenItems& items) {
+    std::erase_if(items, [&](const auto& item) {
+      return item.first == *site || item.first.starts_with(*site + "/");
+    });
+  });
+}
+
+}  // namespace orvel

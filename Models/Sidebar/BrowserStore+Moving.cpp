@@ -1,0 +1,180 @@
+#include "Base/Overloaded.h"
+#include "BrowserCore/Addresses/TrackingParameters.h"
+#include "BrowserCore/Text/Text.h"
+#include "Models/Store/BrowserStore.h"
+
+// Moving and pinning tabs, folders, and copying addresses.
+namespace orvel {
+
+namespace {
+
+// The id of what follows the member at `index`; absent for the last.
+template <class List, class Identify>
+std::optional<UUID> idAfter(const List& list, size_t index, Identify identify) {
+  return index + 1 < list.size() ? std::optional(identify(list[index + 1])) : std::nullopt;
+}
+
+// The folder of the destination, if it has one, is the space's.
+bool hasFolderOf(const Space& space, const TabDestination& destination) {
+  const auto* pinned = std::get_if<PinnedDestination>(&destination);
+  if (!pinned || !pinned->folder) return true;
+  const auto folders = foldersOf(space.pinned.peek());
+  return std::ranges::find(folders, pinned->folder) != folders.end();
+}
+
+const UUID& idOfTab(const TabRef& tab) { return tab->id; }
+
+}  // namespace
+
+void BrowserStore::detach(const BrowserTab& tab) {
+  removeTab(tab.profile->favorites, tab);
+  for (const auto& space : spaces.peek()) {
+    removeItem(space->pinned, tab.id);
+    removeTab(space->today, tab);
+  }
+}
+
+void BrowserStore::move(TabRef tab, const TabDestination& destination,
+                        std::shared_ptr<Space> space) {
+  const auto& before = std::visit(
+      [](const auto& place) -> const std::optional<UUID>& { return place.before; }, destination);
+  // A menu may outlive the tab that it was opened on.
+  if (before == tab->id || tab->isDiscarded.peek()) return;
+  if (!space) space = activeSpace();
+  // A row on its way out still takes drops.
+  if (spaceWithID(space->id) != space) return;
+  if (space->profile != tab->profile || !hasFolderOf(*space, destination)) return;
+  const auto pin = [&] {
+    if (!tab->pinnedURL.peek()) tab->pinnedURL = tab->url.peek();
+  };
+  animate(Spring::move, [&] {
+    detach(*tab);
+    std::visit(Overloaded{[&](const FavoritesDestination&) {
+                            pin();
+                            insertTab(tab->profile->favorites, tab, before);
+                          },
+                          [&](const PinnedDestination& pinned) {
+                            pin();
+                            insertItem(pinned.folder ? pinned.folder->children : space->pinned, tab,
+                                       before);
+                          },
+                          [&](const TodayDestination&) {
+                            tab->pinnedURL = std::nullopt;
+                            insertTab(space->today, tab, before);
+                          }},
+               destination);
+  });
+  scheduleSave();
+}
+
+std::optional<TabDestination> BrowserStore::placeOf(const BrowserTab& tab) const {
+  const TabList& favorites = tab.profile->favorites;
+  if (const auto index = indexOf(favorites, tab))
+    return FavoritesDestination{idAfter(favorites, *index, idOfTab)};
+  for (const auto& space : spaces.get()) {
+    const TabList& today = space->today;
+    if (const auto index = indexOf(today, tab))
+      return TodayDestination{idAfter(today, *index, idOfTab)};
+    const FolderRef parent = parentOf(space->pinned, tab.id);
+    const SidebarItemList& items = parent ? parent->children : space->pinned;
+    for (size_t index = 0; index < items.size(); ++index)
+      if (idOf(items[index]) == tab.id)
+        return PinnedDestination{parent, idAfter(items, index, idOf)};
+  }
+  return std::nullopt;
+}
+
+void BrowserStore::togglePin(TabRef tab) {
+  const auto space = activeSpace();
+  const auto former = placeOf(*tab);
+  if (!former || space->profile != tab->profile) return;
+  const auto undo = [weak = weak_from_this(), weakSpace = std::weak_ptr(space), tab,
+                     former = *former, kept = tab->pinnedURL.peek()] {
+    const auto store = weak.lock();
+    const auto live = weakSpace.lock();
+    if (store && live) store->undoPin(live, tab, former, kept);
+  };
+  const TabList& today = space->today.peek();
+  if (contains(today, *tab)) {
+    move(tab, PinnedDestination{}, space);
+    showToast("Pinned to " + space->name.peek(), {.symbol = "pin.fill", .undo = undo});
+  } else {
+    const auto first = today.empty() ? std::nullopt : std::optional(today.front()->id);
+    move(tab, TodayDestination{first}, space);
+    showToast("Moved to Today", {.symbol = "pin.slash", .undo = undo});
+  }
+}
+
+void BrowserStore::undoPin(std::shared_ptr<Space> space, TabRef tab, const TabDestination& former,
+                           const std::optional<URL>& pinnedURL) {
+  if (!placeOf(*tab) || !hasFolderOf(*space, former)) return;
+  move(tab, former, space);
+  tab->pinnedURL = pinnedURL;
+}
+
+// Folders
+
+void BrowserStore::newFolder(TabRef with) {
+  const auto space = activeSpace();
+  const auto folder =
+      std::make_shared<Folder>(UUID::random(), "New Folder", Folder::Expansion::Expanded);
+  animate(Spring::quick, [&] {
+    space->pinned.update([&](SidebarItemList& items) { items.insert(items.begin(), folder); });
+  });
+  if (with) move(with, PinnedDestination{folder, std::nullopt}, space);
+  renamingFolderID = folder->id;
+  scheduleSave();
+}
+
+void BrowserStore::rename(FolderRef folder, const std::string& name) {
+  if (const std::string_view trimmed = text::trimmed(name); !trimmed.empty())
+    folder->name = std::string(trimmed);
+  renamingFolderID = std::nullopt;
+  scheduleSave();
+}
+
+void BrowserStore::toggle(FolderRef folder) {
+  animate(Spring::quick, [&] { folder->isExpanded = !folder->isExpanded.peek(); });
+  scheduleSave();
+}
+
+void BrowserStore::deleteFolder(FolderRef folder) {
+  const TabList tabs = tabsOf(folder->children.peek());
+  const auto space = activeSpace();
+  animate(Spring::quick, [&] {
+    // A folder that has gone has given its tabs away already.
+    if (!removeItem(space->pinned, folder->id)) return;
+    for (const TabRef& tab : tabs) tab->pinnedURL = std::nullopt;
+    space->today.update(
+        [&](TabList& today) { today.insert(today.begin(), tabs.begin(), tabs.end()); });
+  });
+  scheduleSave();
+}
+
+// The address
+
+void BrowserStore::copyLink(TabRef tab, LinkForm form) {
+  constexpr Duration kMarkStays = 1200ms;
+  if (!tab) tab = activeSpace()->selectedTab();
+  if (!tab || !tab->url.peek()) return;
+  const URL& shown = *tab->url.peek();
+  const URL address = TrackingParameters::stripped(shown).value_or(shown);
+  std::string copied = address.text();
+  if (form == LinkForm::Markdown) {
+    std::string title;
+    for (const char c : tab->displayTitle()) title.append(c == ']' ? "\\]" : std::string(1, c));
+    copied = "[" + title + "](" + address.text() + ")";
+  }
+  services_.desktop.pasteboard.setText(copied);
+  if (!isSidebarVisible.peek()) return showToast("Copied link", {.symbol = "link"});
+  animate(Spring::quick, [this] { didCopyLink = true; });
+  services_.scheduler.start(forgetCopiedLink(weak_from_this(), kMarkStays)).detach();
+}
+
+Task<> BrowserStore::forgetCopiedLink(std::weak_ptr<BrowserStore> weak, Duration after) {
+  co_await sleep(after);
+  if (const auto store = weak.lock())
+    store->animate(Spring::quick, [&] { store->didCopyLink = false; });
+}
+
+}  // namespace orvel

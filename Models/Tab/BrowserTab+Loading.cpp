@@ -1,0 +1,238 @@
+#include <algorithm>
+#include <cmath>
+
+#include "Base/Assert.h"
+#include "BrowserCore/Text/Text.h"
+#include "Models/Store/BrowserStore.h"
+#include "Models/Tab/BrowserTab.h"
+
+// What the tab asks of its view and what it mirrors of it.
+namespace orvel {
+
+void BrowserTab::load(const URL& address, SchemeSource scheme) {
+  requireMainThread();
+  suppliedAddress_ = scheme == SchemeSource::Supplied ? std::optional(address) : std::nullopt;
+  setAddress(address);
+  if (const auto store = store_.lock()) store->scheduleSave();
+  if (const auto& view = webView_.peek()) {
+    scriptDialogs_.leave();
+    view->load(requestFor(address));
+    return;
+  }
+  pageState.set(std::nullopt);
+  webView();
+}
+
+URLRequest BrowserTab::requestFor(const URL& address) const {
+  return {
+      .url = address,
+      .schemeSource = address == suppliedAddress_ ? SchemeSource::Supplied : SchemeSource::Given};
+}
+
+void BrowserTab::reload(ReloadSource source) {
+  if (isDiscarded.peek()) return;
+  const auto view = webView_.peek();
+  if (!view) {
+    webView();
+    return;
+  }
+  scriptDialogs_.leave();
+  view->reload(source);
+}
+
+void BrowserTab::goBack() {
+  const auto view = webView_.peek();
+  if (!view || !view->canGoBack()) return;
+  scriptDialogs_.leave();
+  view->goBack();
+}
+
+void BrowserTab::goForward() {
+  const auto view = webView_.peek();
+  if (!view || !view->canGoForward()) return;
+  scriptDialogs_.leave();
+  view->goForward();
+}
+
+void BrowserTab::stopLoading() {
+  if (const auto& view = webView_.peek()) view->stopLoading();
+}
+
+// Mirroring
+
+void BrowserTab::sync(const WebView& view) {
+  requireMainThread();
+  // Pages decide how long their titles get.
+  constexpr size_t kLongestTitle = 4096;
+  const auto store = store_.lock();
+  const auto shownTitle = text::prefix(view.title().value_or(""), kLongestTitle);
+  if (!shownTitle.empty() && title.set(shownTitle)) {
+    if (store) store->scheduleSave();
+    propertiesDidChange(TabProperties::Title);
+  }
+  nameVisit(view);
+  if (const auto address = view.url()) {
+    if (const URL shown = boundedAddress(*address); shown != url.peek()) {
+      setAddress(shown);
+      // A step within the page.
+      if (!view.isLoading()) scriptDialogs_.stay();
+      pageDidChange();
+      propertiesDidChange(TabProperties::URL);
+    }
+  }
+  isLoading = view.isLoading();
+  progress = view.estimatedProgress();
+  canGoBack = view.canGoBack();
+  canGoForward = view.canGoForward();
+}
+
+void BrowserTab::setAddress(const std::optional<URL>& address) {
+  const auto host = [](const std::optional<URL>& of) {
+    return of ? of->host() : std::optional<std::string_view>();
+  };
+  if (host(address) != host(url.peek())) setFavicon(cachedFavicon(address));
+  url = address;
+}
+
+void BrowserTab::propertiesDidChange(TabProperties properties) {
+  const auto store = store_.lock();
+  if (store && !profile->isPrivate)
+    store->extensions.controller->didChangeTabProperties(properties, *this);
+}
+
+// Pictures, finding, printing
+
+void BrowserTab::captureThumbnail() {
+  constexpr int kWidth = 360;
+  const auto& view = webView_.peek();
+  if (!view || !view->isInWindow()) return;
+  view->takeSnapshot({.width = kWidth}, [weak = weak_from_this()](ImageRef image) {
+    if (const auto tab = weak.lock(); tab && image) tab->thumbnail = std::move(image);
+  });
+}
+
+static Task<ImageRef> takeScreenshot(std::shared_ptr<WebView> view, std::optional<PageRect> rect) {
+  if (!view || !view->isInWindow()) co_return nullptr;
+  auto [future, resolve] = makeFuture<ImageRef>();
+  view->takeSnapshot({.rect = rect}, resolve);
+  ImageRef image = co_await std::move(future);
+  co_return image;
+}
+
+Task<ImageRef> BrowserTab::screenshot(std::optional<PageRect> rect) {
+  return takeScreenshot(webView_.peek(), rect);
+}
+
+static Task<bool> findIn(std::shared_ptr<WebView> view, std::string text, bool isBackwards) {
+  if (!view) co_return false;
+  auto [future, resolve] = makeFuture<bool>();
+  view->find(text, {.backwards = isBackwards, .isCaseSensitive = false, .wraps = true}, resolve);
+  const bool isFound = co_await std::move(future);
+  co_return isFound;
+}
+
+Task<bool> BrowserTab::find(std::string text, FindDirection direction) {
+  return findIn(webView_.peek(), std::move(text), direction == FindDirection::Backwards);
+}
+
+void BrowserTab::endFind() {
+  if (const auto& view = webView_.peek()) view->endFind();
+}
+
+void BrowserTab::printPage() {
+  const auto& view = webView_.peek();
+  if (view && view->isInWindow()) view->print();
+}
+
+// PDF
+
+namespace {
+
+void tellOfFailedExport(Dialogs& dialogs, DesktopWindow* parent, const std::string& error) {
+  dialogs.showAlert(parent,
+                    {.messageText = "Couldn't export the page as PDF",
+                     .informativeText = error,
+                     .buttons = {"OK"}},
+                    [](const AlertAnswer&) {});
+}
+
+}  // namespace
+
+void BrowserTab::exportPDF() {
+  const auto& view = webView_.peek();
+  if (!view || !view->isInWindow()) return;
+  std::string name = displayTitle();
+  std::ranges::replace(name, '/', '-');
+  services_.desktop.dialogs.showSavePanel(
+      panelParent(), {.proposedName = name + ".pdf"},
+      [weak = weak_from_this()](const std::optional<std::filesystem::path>& file) {
+        if (const auto tab = weak.lock(); tab && file) tab->writePDF(*file);
+      });
+}
+
+void BrowserTab::writePDF(const std::filesystem::path& file) {
+  const auto& view = webView_.peek();
+  if (!view) return;
+  view->createPDF([weak = weak_from_this(), file](PDFResult result) {
+    const auto tab = weak.lock();
+    if (!tab) return;
+    auto& dialogs = tab->services_.desktop.dialogs;
+    if (!result.data) return tellOfFailedExport(dialogs, tab->panelParent(), result.error);
+    const auto failure = std::make_shared<std::optional<std::string>>();
+    tab->services_.scheduler.runInBackground(
+        [failure, file, data = std::move(*result.data), &files = tab->services_.files.files()] {
+          *failure = files.writeForUser(file, data);
+        },
+        [failure, weak, &dialogs] {
+          const auto live = weak.lock();
+          if (*failure)
+            tellOfFailedExport(dialogs, live ? live->panelParent() : nullptr, **failure);
+        },
+        WorkPriority::UserInitiated);
+  });
+}
+
+// Zoom
+
+void BrowserTab::setZoom(double zoom) {
+  if (const auto& view = webView_.peek()) view->setPageZoom(zoom);
+  const auto store = store_.lock();
+  if (!store) return;
+  if (!profile->isPrivate) store->settings.setZoom(zoom, url.peek());
+  if (store->activeSpace()->selectedTab().get() == this)
+    store->showToast(std::to_string(std::lround(zoom * 100)) + "%", {.symbol = "magnifyingglass"});
+}
+
+void BrowserTab::zoom(ZoomStep step) {
+  constexpr double kStep = 0.1;
+  constexpr double kLeast = 0.5;
+  constexpr double kGreatest = 3.0;
+  const auto& view = webView_.peek();
+  if (!view) return;
+  const double wanted = view->pageZoom() + (step == ZoomStep::In ? kStep : -kStep);
+  setZoom(std::clamp(wanted, kLeast, kGreatest));
+}
+
+// Media
+
+void BrowserTab::toggleMute() {
+  isMuted = !isMuted.peek();
+  applyMute();
+}
+
+void BrowserTab::applyMute() {
+  if (const auto& view = webView_.peek()) view->setMuted(isMuted.peek());
+}
+
+// The rest of media, hidden items and icons: empty until these are built
+
+static Task<> nothing() { co_return; }
+Task<> BrowserTab::refreshMediaState() { return nothing(); }
+void BrowserTab::mediaDidChange(const FrameInfo&) {}
+void BrowserTab::enterPictureInPicture() {}
+void BrowserTab::leavePictureInPicture() {}
+void BrowserTab::applyHiddenItems(WebView&) {}
+void BrowserTab::itemWasHidden(const ScriptMessage&) {}
+void BrowserTab::loadFavicon(WebView&) {}
+
+}  // namespace orvel

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <unordered_set>
+
+#include "Base/Task.h"
+#include "Models/Spaces/Space.h"
+
+namespace orvel {
+
+class BrowserStore;
+
+// Closing as the user asks for it: pages that guard what was entered are heard first.
+class PageClosing {
+ public:
+  explicit PageClosing(BrowserStore& store) : store_(store) {}
+
+  // Closes the tab unless the user stays on its page; at once where nothing is guarded.
+  void close(TabRef tab);
+  // Ends the program unless the user stays on one of its pages. Leaving one is leaving all. Asked
+  // for again, it shows the page that waits for an answer.
+  void quit();
+
+ private:
+  static Task<> quitAfterAsking(std::weak_ptr<BrowserStore> store);
+
+  BrowserStore& store_;
+  // Those whose answer is awaited.
+  std::unordered_set<TabRef> asked_;
+  // The one that is asked whether the program may end; null while it goes on.
+  TabRef askedToQuit_;
+};
+
+}  // namespace orvel

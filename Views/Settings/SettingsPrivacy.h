@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Models/Store/BrowserStore.h"
+#include "Views/Settings/SettingsPage.h"
+
+namespace orvel {
+
+class SettingsPrivacy final : public SettingsPage {
+ public:
+  // The store outlives the page.
+  explicit SettingsPrivacy(BrowserStore& store);
+
+ private:
+  // A site with what can be done about it.
+  struct SiteRow final : Gtk::Box {
+    SiteRow(const std::string& site, const char* action, std::function<void()> perform);
+
+    std::string id;
+    Gtk::Label* summary;
+  };
+
+  void showPausedSites();
+  void showPermissions();
+
+  BrowserStore& store_;
+  SettingSwitch blocking_;
+  SettingSwitch cookies_;
+  Gtk::Button clearHistory_;
+  Gtk::Box pausedGroup_{Gtk::Orientation::VERTICAL};
+  Gtk::Label* noPausedSites_ = nullptr;
+  EditedRows<SiteRow> pausedSites_;
+  Gtk::Box permissionsGroup_{Gtk::Orientation::VERTICAL};
+  Gtk::Label* noPermissions_ = nullptr;
+  EditedRows<SiteRow> permissions_;
+  Effect pausedEffect_;
+  Effect permissionsEffect_;
+};
+
+}  // namespace orvel

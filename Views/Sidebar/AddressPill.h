@@ -1,0 +1,40 @@
+#pragma once
+
+#include <gtkmm/box.h>
+#include <gtkmm/button.h>
+#include <gtkmm/label.h>
+#include <gtkmm/stack.h>
+
+#include "DesignSystem/CompassNeedle.h"
+#include "DesignSystem/Icons.h"
+#include "Models/Store/BrowserStore.h"
+
+namespace orvel {
+
+// The selected tab's address. A click opens the command bar, where another is typed.
+class AddressPill final : public Gtk::Box {
+ public:
+  // The store outlives the pill.
+  explicit AddressPill(BrowserStore& store);
+
+  void setPalette(const Palette& palette) { needle_.setPalette(palette); }
+  Gtk::Button& address() { return address_; }
+
+ private:
+  void openBar();
+  void showAddress();
+  void showShield();
+
+  BrowserStore& store_;
+  Gtk::Stack glyph_;
+  Gtk::Image icon_;
+  CompassNeedle needle_;
+  Gtk::Button address_;
+  Gtk::Label host_;
+  IconButton shield_;
+  IconButton link_;
+  Effect addressEffect_;
+  Effect shieldEffect_;
+};
+
+}  // namespace orvel

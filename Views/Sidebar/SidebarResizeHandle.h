@@ -1,0 +1,29 @@
+#pragma once
+
+#include <gtkmm/box.h>
+
+#include "Models/Store/BrowserStore.h"
+
+namespace orvel {
+
+// The strip on the docked sidebar's edge by which its width is dragged; the arrow keys move it too.
+class SidebarResizeHandle final : public Gtk::Box {
+ public:
+  static constexpr int kWidth = 8;
+
+  // The store outlives the handle.
+  explicit SidebarResizeHandle(BrowserStore& store);
+
+ private:
+  // The pointer's place in the window, where the handle itself does not move.
+  double windowX(double x) const;
+  void drag(double translation);
+  bool keyPressed(guint key);
+
+  BrowserStore& store_;
+  std::optional<double> startWidth_;  // absent outside of a drag
+  double startX_ = 0;
+  Effect width_;
+};
+
+}  // namespace orvel

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <gtk/gtk.h>
+
+#include <functional>
+#include <optional>
+
+#include "Models/Store/BrowserStore.h"
+
+namespace orvel {
+
+// Installs the catalogue's keys on a window: most ahead of the page and the fields, some behind
+// them. They choose from the store's main menu, unless `meansHere` answers for the action itself:
+// whether the keys were taken. Everything outlives the window.
+void installAccelerators(GtkWidget* window, BrowserStore& store,
+                         std::function<std::optional<bool>(ActionID)> meansHere = {});
+
+// What a window's keys do while a sheet stands on the main one: they end the program and move,
+// close and resize windows. All the others would act below the sheet.
+[[nodiscard]] bool worksUnderSheet(ActionID action);
+
+}  // namespace orvel

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <adwaita.h>
+
+#include <memory>
+
+#include "Desktop/Gtk/GtkDesktopWindow.h"
+#include "Desktop/Gtk/GtkScrollSource.h"
+#include "Models/Store/BrowserStore.h"
+
+namespace orvel {
+
+class BrowserView;
+class SettingsContent;
+class UtilityWindows;
+
+// The one window of the sidebar and the pages.
+class MainWindow {
+ public:
+  // `application` may be null, in tests; the store outlives the window. The style sheet is loaded.
+  // The window puts itself and its utility windows into the store and shows nothing yet; closing it
+  // hides it.
+  MainWindow(GtkApplication* application, BrowserStore& store);
+  ~MainWindow();
+  MainWindow(const MainWindow&) = delete;
+
+  void present();
+  UtilityWindows& utilityWindows() { return *utilityWindows_; }
+  SettingsContent& settings();
+  GtkDesktopWindow& desktopWindow() { return desktopWindow_; }
+  GtkWindow* native() const { return window_; }
+  BrowserView& view() { return *view_; }
+
+ private:
+  std::optional<bool> perform(ActionID action);
+  void toggleMainMenu();
+  // Whether the undo key means the toast's.
+  bool offersUndo() const;
+
+  BrowserStore& store_;
+  GtkWindow* window_;
+  GtkDesktopWindow desktopWindow_;
+  std::unique_ptr<BrowserView> view_;
+  std::unique_ptr<UtilityWindows> utilityWindows_;
+  std::unique_ptr<GtkScrollSource> scroll_;
+  Effect title_;
+};
+
+}  // namespace orvel

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <gtkmm/widget.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+
+#include "BrowserCore/Look/Theme.h"
+#include "Desktop/Gtk/GtkDesktopWindow.h"
+#include "Models/Store/BrowserStore.h"
+
+namespace orvel {
+
+// What fills a utility window.
+class UtilityContent {
+ public:
+  virtual ~UtilityContent() = default;
+  virtual Gtk::Widget& body() = 0;
+  // Stands in the window's header in place of its title; null: the title.
+  virtual Gtk::Widget* header() { return nullptr; }
+  // The window is about to be shown, for the first time or again.
+  virtual void willShow() {}
+  // Gives the keyboard to the field that searches the content; answers whether there is one.
+  virtual bool beginSearch() { return false; }
+};
+
+// The program's small windows, one for each title. A window is made when it is first shown; closing
+// hides it, and it comes back as it was.
+class UtilityWindows {
+ public:
+  using Factory = std::function<std::unique_ptr<UtilityContent>()>;
+
+  // `main` is the main window. The arguments outlive this object; the windows go with it.
+  UtilityWindows(GtkWindow* main, BrowserStore& store, const Observable<ColorScheme>& scheme);
+  ~UtilityWindows();
+  UtilityWindows(const UtilityWindows&) = delete;
+
+  // Says what fills a window; to be called before it is first shown.
+  void fill(UtilityWindow which, Factory factory) { factories_[which] = std::move(factory); }
+  // Told of each window that is made. Empty: nobody is.
+  std::function<void(GtkDesktopWindow& window)> didMake;
+
+  // Shows the window, with the keyboard; answers false when nothing fills it.
+  bool show(UtilityWindow which);
+  void closeBugReport();
+
+  // Null when nothing fills the window. Neither shows it.
+  UtilityContent* content(UtilityWindow which);
+  GtkWindow* native(UtilityWindow which);
+
+ private:
+  class Window;
+
+  Window* window(UtilityWindow which);
+
+  GtkWindow* main_;
+  BrowserStore& store_;
+  const Observable<ColorScheme>& scheme_;
+  std::map<UtilityWindow, Factory> factories_;
+  std::map<UtilityWindow, std::unique_ptr<Window>> windows_;
+};
+
+}  // namespace orvel
