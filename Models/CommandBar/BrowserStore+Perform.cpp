@@ -18,7 +18,7 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
   if (mode == CommandBarMode::Quick) {
     orderQuickBarOut();
     if (actsInMainWindow(suggestion)) {
-      if (window) window->makeKeyAndOrderFront();
+      if (window) window->present();
       services_.desktop.application.activate();
     }
   } else {
@@ -28,7 +28,7 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
     if (url) open(*url, mode);
   };
   std::visit(Overloaded{[&](const suggestion::Answer& answer) {
-                          services_.desktop.pasteboard.setText(answer.answer);
+                          services_.desktop.clipboard.setText(answer.answer);
                           if (mode == CommandBarMode::Quick) return;
                           showToast("Copied " + answer.answer);
                           later([](BrowserStore& store) { store.focusWebView(); });

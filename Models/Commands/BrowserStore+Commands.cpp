@@ -149,7 +149,7 @@ bool BrowserStore::performAction(ActionID action) {
 }
 
 bool BrowserStore::isMainWindowKey() const {
-  return window && services_.desktop.application.keyWindow() == window;
+  return window && services_.desktop.application.activeWindow() == window;
 }
 
 TabRef BrowserStore::targetTab() const {
@@ -158,7 +158,7 @@ TabRef BrowserStore::targetTab() const {
 }
 
 void BrowserStore::edit(EditingCommand command) {
-  auto* key = services_.desktop.application.keyWindow();
+  auto* key = services_.desktop.application.activeWindow();
   if (key && key->isTextEditorFocused()) return key->edit(command);
   const TabRef tab = targetTab();
   if (const auto view = tab ? tab->liveWebView() : nullptr) view->edit(command);

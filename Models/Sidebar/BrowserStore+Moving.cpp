@@ -165,7 +165,7 @@ void BrowserStore::copyLink(TabRef tab, LinkForm form) {
     for (const char c : tab->displayTitle()) title.append(c == ']' ? "\\]" : std::string(1, c));
     copied = "[" + title + "](" + address.text() + ")";
   }
-  services_.desktop.pasteboard.setText(copied);
+  services_.desktop.clipboard.setText(copied);
   if (!isSidebarVisible.peek()) return showToast("Copied link", {.symbol = "link"});
   animate(Spring::quick, [this] { didCopyLink = true; });
   services_.scheduler.start(forgetCopiedLink(weak_from_this(), kMarkStays)).detach();

@@ -7,7 +7,7 @@ namespace orvel {
 namespace {
 
 constexpr WindowButton kWindowButtons[] = {WindowButton::Close, WindowButton::Minimize,
-                                           WindowButton::Zoom};
+                                           WindowButton::Maximize};
 constexpr Duration kFade = 180ms;
 
 }  // namespace
@@ -103,7 +103,7 @@ void BrowserStore::updateWindowAppearance() {
 }
 
 void BrowserStore::showCommandBar(CommandBarMode mode) {
-  if (window) window->makeKeyAndOrderFront();
+  if (window) window->present();
   animate(Spring::entry, [&] { commandBar = mode; });
 }
 

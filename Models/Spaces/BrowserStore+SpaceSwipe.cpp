@@ -27,25 +27,24 @@ int directionOf(double travel) { return travel > 0 ? 1 : -1; }
 
 }  // namespace
 
-class BrowserStore::SpaceSwipeMonitor final : public ScrollGestures {
- public:
-  explicit SpaceSwipeMonitor(std::weak_ptr<BrowserStore> store) : store_(std::move(store)) {}
-
-  // Watches, and leaves every event to the others.
-  bool handle(const ScrollEvent& event) override {
-    if (const auto store = store_.lock()) store->watchSpaceSwipe(event);
-    return false;
-  }
-
- private:
-  const std::weak_ptr<BrowserStore> store_;
-};
-
+// Watches, and leaves every event to the others.
 void BrowserStore::installSpaceSwipeMonitor() {
-  scrollMonitor = std::make_unique<SpaceSwipeMonitor>(weak_from_this());
+  swipeMonitor_ = services_.desktop.events.install(
+      [weak = weak_from_this()](DesktopWindow& from, const InputEvent& event) {
+        const auto store = weak.lock();
+        const auto* scroll = std::get_if<ScrollEvent>(&event);
+        if (store && scroll && &from == store->window) store->watchSpaceSwipe(*scroll);
+        return EventUse::PassedOn;
+      });
 }
 
 void BrowserStore::watchSpaceSwipe(const ScrollEvent& event) {
+  // What stands over the sidebar takes the rest of a gesture.
+  if (spaceDraft.peek() || commandBar.peek()) {
+    if (const auto travel = std::exchange(swipe_.travel, std::nullopt))
+      finishSpaceSwipe(*travel, event.timestamp, SwipeEnd::GoesBack);
+    return;
+  }
   const bool isSidebarShown = isSidebarVisible.peek() || isSidebarPeeking.peek();
   if (event.isMomentum || !isSidebarShown || event.pointerX >= sidebarWidth.peek()) return;
   switch (event.phase) {

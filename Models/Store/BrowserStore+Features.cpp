@@ -38,7 +38,7 @@ Task<> BrowserStore::copyPicture(std::weak_ptr<BrowserStore> weak, TabRef tab,
   const ImageRef image = co_await std::move(drawing);
   const auto store = weak.lock();
   if (!store || !image) co_return;
-  store->services_.desktop.pasteboard.setImage(image);
+  store->services_.desktop.clipboard.setImage(image);
   store->showToast("Capture copied", {.symbol = "camera.viewfinder"});
 }
 

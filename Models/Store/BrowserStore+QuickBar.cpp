@@ -5,13 +5,13 @@ namespace orvel {
 
 namespace {
 
-HotKeyModifiers modifiersOf(QuickBarKey key) {
+ModifierKeys modifiersOf(QuickBarKey key) {
   switch (key) {
     case QuickBarKey::OptionSpace:
       // Alt and Space alone open the window's menu on most desktops.
-      return {.control = true, .option = true};
+      return {.control = true, .alt = true};
     case QuickBarKey::ShiftOptionSpace:
-      return {.option = true, .shift = true};
+      return {.alt = true, .shift = true};
     case QuickBarKey::ControlShiftSpace:
       return {.control = true, .shift = true};
   }
@@ -41,7 +41,7 @@ void BrowserStore::applyQuickBarKey() {
 }
 
 void BrowserStore::toggleQuickBar() {
-  const bool isInFront = services_.desktop.application.isActive() && window && window->isKey();
+  const bool isInFront = services_.desktop.application.isActive() && window && window->isActive();
   if (isInFront && commandBar.peek())
     dismissCommandBar();
   else

@@ -132,11 +132,11 @@ void BrowserStore::selectTabNumber(int number) {
 
 void BrowserStore::closeSelectedTab() {
   if (const auto little = keyLittleWindow()) return little->close();
-  DesktopWindow* key = services_.desktop.application.keyWindow();
-  if (key && key != window) return key->performClose();
+  DesktopWindow* key = services_.desktop.application.activeWindow();
+  if (key && key != window) return key->close();
   if (peek.peek()) return closePeek();
   if (const TabRef selected = activeSpace()->selectedTab()) return pageClosing.close(selected);
-  if (window) window->performClose();
+  if (window) window->close();
 }
 
 void BrowserStore::close(TabRef tab) {

@@ -45,7 +45,7 @@ void BrowserStore::littleWindowDidClose(const LittleWindow& closed) {
 
 std::shared_ptr<LittleWindow> BrowserStore::keyLittleWindow() const {
   for (const auto& little : littleWindows)
-    if (little->isKey()) return little;
+    if (little->isActive()) return little;
   return nullptr;
 }
 

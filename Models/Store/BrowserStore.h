@@ -15,7 +15,7 @@
 #include "BrowserCore/Addresses/ChoiceMemory.h"
 #include "BrowserCore/Look/Theme.h"
 #include "BrowserCore/Session/SessionRecord.h"
-#include "Desktop/ScrollGestures.h"
+#include "Desktop/EventMonitors.h"
 #include "Models/CommandBar/Suggestion.h"
 #include "Models/Commands/Menu.h"
 #include "Models/Settings/Settings.h"
@@ -80,8 +80,6 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   std::vector<std::shared_ptr<LittleWindow>> littleWindows;
   // Opens a little window for a tab. Empty: such a tab goes to the sidebar.
   std::function<std::shared_ptr<LittleWindow>(const TabRef&)> makeLittleWindow;
-  // What the main window offers its scroll events to.
-  std::unique_ptr<ScrollGestures> scrollMonitor;
   Observable<bool> isPeekExpanding = false;
   Observable<std::optional<UUID>> hidingItemsTabID;
   Observable<std::optional<Theme>> previewTheme;
@@ -320,7 +318,6 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void toggleQuickBar();
 
  private:
-  class SpaceSwipeMonitor;
   struct SwipeSample {
     double time;
     double travel;
@@ -416,6 +413,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
     std::vector<SwipeSample> samples;
     uint64_t generation = 0;  // grows with each gesture
   } swipe_;
+  Observation swipeMonitor_;
   // What `find` has left its marks on.
   std::weak_ptr<BrowserTab> searchedTab_;
   // Grows with each search and with the bar's end: earlier answers count no more.

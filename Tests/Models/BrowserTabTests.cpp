@@ -290,7 +290,7 @@ TEST_F(Tab, AWindowThatAPageOpensIsNavigatedByTheEngine) {
 
 TEST_F(Tab, APrivateTabLeavesNoTrace) {
   const TabRef tab = makeLoaded({.profile = privateProfile(), .url = address("https://secret/")});
-  world.view(tab)->clickLink("https://other/", {.command = true});
+  world.view(tab)->clickLink("https://other/", {.control = true});
   advance(10s);
   EXPECT_EQ(tab->url.peek(), address("https://other/"));
   EXPECT_FALSE(tab->webView()->configuration().websiteDataStore->isPersistent());
@@ -313,7 +313,7 @@ TEST_F(Tab, AnExtensionsPageMovesIntoItsConfiguration) {
   settle();
   const TabRef page = world.open("webkit-extension://one/options.html");
   const TabRef other = load("https://a/");
-  world.extensions->isLoaded = true;
+  world.hasExtension = true;
   page->reopenExtensionPage();
   other->reopenExtensionPage();
   EXPECT_EQ(page->webView()->configuration().applicationNameForUserAgent, "extension");
@@ -328,7 +328,7 @@ TEST_F(Tab, WorksWithoutItsStore) {
   const TabRef tab = makeLoaded({.url = address("https://a/")});
   EXPECT_EQ(tab->title.peek(), "https://a/");
   EXPECT_EQ(world.view(tab)->openWindow("https://popup/"), nullptr);
-  EXPECT_EQ(world.view(tab)->clickLink("https://b/", {.command = true}), NavigationPolicy::Cancel);
+  EXPECT_EQ(world.view(tab)->clickLink("https://b/", {.control = true}), NavigationPolicy::Cancel);
   EXPECT_EQ(world.view(tab)->clickLink("https://b/", {.shift = true}), NavigationPolicy::Allow);
   world.view(tab)->closeWindow();
   world.viewOnScreen(tab)->die();

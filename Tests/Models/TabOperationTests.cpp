@@ -545,10 +545,10 @@ TEST_F(TabOperations, CommandWFindsWhatToClose) {
   store().closeSelectedTab();
   EXPECT_FALSE(store().peek.peek() || peeked->liveWebView());
   EXPECT_EQ(selected(), tabs[0]);
-  world.desktop.key = &other;
+  world.desktop.active = &other;
   store().closeSelectedTab();
   EXPECT_EQ(other.closeCount, 1);
-  world.desktop.key = &world.window;
+  world.desktop.active = &world.window;
   store().closeSelectedTab();
   EXPECT_THAT(space().today.peek(), IsEmpty());
   EXPECT_EQ(world.window.closeCount, 0);
@@ -558,13 +558,13 @@ TEST_F(TabOperations, CommandWFindsWhatToClose) {
 
 TEST_F(TabOperations, LinksAreCopiedCleanAndEscaped) {
   store().copyLink();
-  EXPECT_FALSE(world.desktop.pasteboardText);
+  EXPECT_FALSE(world.desktop.clipboardText);
   const TabRef tab = load("https://a/");
   tab->url = address("https://a/?utm_source=x&q=1");
   tab->title = "A [b] c";
   world.saveNow();
   store().copyLink(nullptr, BrowserStore::LinkForm::Markdown);
-  EXPECT_EQ(world.desktop.pasteboardText, "[A [b\\] c](https://a/?q=1)");
+  EXPECT_EQ(world.desktop.clipboardText, "[A [b\\] c](https://a/?q=1)");
   EXPECT_TRUE(store().didCopyLink);
   EXPECT_FALSE(store().toast.peek());
   advance(1199ms);

@@ -300,11 +300,11 @@ TEST_F(FormTest, AQuestionStandsOnTheWindowThatAsks) {
   store().showUtilityWindow(UtilityWindow::History);
   settle();
   FakeWindow history;
-  desktop.key = &history;
+  desktop.active = &history;
   gtk_widget_set_visible(root(), FALSE);
   store().clearHistory();
   EXPECT_EQ(desktop.alerts.back().parent, &history);
-  desktop.key = nullptr;
+  desktop.active = nullptr;
   store().clearHistory();
   EXPECT_EQ(desktop.alerts.back().parent, nullptr) << "the main window is hidden";
 }

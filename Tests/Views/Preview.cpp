@@ -144,9 +144,11 @@ struct Preview {
     }
     store.toast = std::nullopt;
     using Phase = ScrollEvent::Phase;
-    store.scrollMonitor->handle({.phase = Phase::Began, .pointerX = 100});
-    store.scrollMonitor->handle(
-        {.phase = Phase::Changed, .deltaX = -0.4 * store.sidebarWidth.peek(), .pointerX = 100});
+    auto& events = sample.world.desktop.events;
+    events.offer(*store.window, ScrollEvent{.phase = Phase::Began, .pointerX = 100});
+    events.offer(*store.window, ScrollEvent{.phase = Phase::Changed,
+                                            .deltaX = -0.4 * store.sidebarWidth.peek(),
+                                            .pointerX = 100});
   }
 
   void openMenu(const std::string& name) {
@@ -232,7 +234,7 @@ struct Preview {
     sample.world.desktop.isMotionOn = true;
     sample.store().contentBlocker.isEnabled = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
-    sample.world.desktop.key = &window->desktopWindow();
+    sample.world.desktop.active = &window->desktopWindow();
     for (const auto& state : states) apply(state);
     // The model's clock follows the real one.
     Glib::signal_timeout().connect(

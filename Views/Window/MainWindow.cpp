@@ -26,10 +26,7 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       window_(GTK_WINDOW(g_object_ref_sink(adw_application_window_new(application)))),
       desktopWindow_(window_),
       view_(std::make_unique<BrowserView>(store)),
-      utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())),
-      scroll_(std::make_unique<GtkScrollSource>(
-          GTK_WIDGET(window_), *store.scrollMonitor,
-          [&store] { return !store.spaceDraft.peek() && !store.commandBar.peek(); })) {
+      utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())) {
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
   gtk_window_set_hide_on_close(window_, TRUE);
@@ -40,6 +37,8 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
   desktopWindow_.setButtons(view_->sidebar().topBar().windowButtons());
   installAccelerators(GTK_WIDGET(window_), store,
                       [this](ActionID action) { return perform(action); });
+  // The latest comes first: monitors see a key before it is an accelerator.
+  events_ = std::make_unique<GtkEventSource>(desktopWindow_, store.services().desktop.events);
   utilityWindows_->fill(UtilityWindow::Settings,
                         [&store] { return std::make_unique<SettingsContent>(store); });
   utilityWindows_->fill(UtilityWindow::History,
@@ -61,7 +60,7 @@ MainWindow::~MainWindow() {
   gtk_window_set_focus(window_, nullptr);
   store_.openUtilityWindow = nullptr;
   utilityWindows_.reset();
-  scroll_.reset();
+  events_.reset();
   if (store_.window == &desktopWindow_) store_.window = nullptr;
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), nullptr);
   view_.reset();

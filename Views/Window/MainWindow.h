@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "Desktop/Gtk/GtkDesktopWindow.h"
-#include "Desktop/Gtk/GtkScrollSource.h"
+#include "Desktop/Gtk/GtkEventSource.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {
@@ -42,7 +42,7 @@ class MainWindow {
   GtkDesktopWindow desktopWindow_;
   std::unique_ptr<BrowserView> view_;
   std::unique_ptr<UtilityWindows> utilityWindows_;
-  std::unique_ptr<GtkScrollSource> scroll_;
+  std::unique_ptr<GtkEventSource> events_;
   Effect title_;
 };
 

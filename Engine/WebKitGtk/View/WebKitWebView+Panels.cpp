@@ -68,6 +68,7 @@ void runFileChooser(WebKitWebView& view, UIDelegate& ui, WebKitFileChooserReques
 
 void WebKitWebView::runScriptDialog(WebKitScriptDialog* raw) {
   const auto dialog = hold(raw);
+  dialog_ = dialog;
   const FrameInfo frame = mainFrame();
   const std::string message = textOf(webkit_script_dialog_get_message(raw));
   const auto confirm = [dialog](bool isConfirmed) {
