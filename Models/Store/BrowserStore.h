@@ -138,6 +138,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void dismissCommandBar();
   // Gives the keyboard to the selected tab's page on the next turn, unless someone is typing.
   void focusWebView();
+  // The same at once, for the keys that are waiting already.
+  void focusWebViewNow();
   void toggleSidebar();
   void setSidebarPeeking(bool wanted);
   void setSidebarWidth(double width);
