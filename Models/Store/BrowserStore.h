@@ -218,7 +218,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void closeSelectedTab();
   // Ends a tab of today's; a pinned tab or favorite ends its page and returns home.
   void close(TabRef tab);
-  void clearToday(std::shared_ptr<Space> space);
+  // Closes today's tabs, or those of them that `only` names; a toast offers to undo it.
+  void clearToday(std::shared_ptr<Space> space, const std::optional<TabList>& only = std::nullopt);
   void reopenClosedTab();
   void togglePin(TabRef tab);
   // A tab stays with its profile: to a space of another one, or into a folder that has gone, it

@@ -564,6 +564,28 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
 
 TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
   const TabRef other = world.open("https://other/");
+TEST_F(Panels, ClearingTodayAsksThePagesThatGuardChanges) {
+  const TabRef other = world.open("https://other/");
+  const auto space = store().activeSpace();
+  settle();
+  view->guardsChanges = true;
+  store().pageClosing.clearToday(space);
+  settle();
+  EXPECT_TRUE(contains(space->today.peek(), *other)) << "nothing closes while a page is asked";
+  const TabRef late = world.open("https://late/");
+  store().pageClosing.clearToday(space);
+  EXPECT_EQ(space->selectedTab(), tab) << "the page that waits is shown again";
+  give(0);
+  settle();
+  EXPECT_THAT(space->today.peek(), ElementsAre(late, tab));
+  EXPECT_EQ(toast(), "Closed 1 tab");
+  store().pageClosing.clearToday(space);
+  settle();
+  give(1);
+  settle();
+  EXPECT_THAT(space->today.peek(), IsEmpty());
+}
+
   const std::function<void()> leaving[] = {[&] { store().select(other); },
                                            [&] { store().close(tab); }};
   for (const auto& leave : leaving) {
