@@ -225,6 +225,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   // A tab stays with its profile: to a space of another one, or into a folder that has gone, it
   // does not move. Null space: the active one.
   void move(TabRef tab, const TabDestination& destination, std::shared_ptr<Space> in = nullptr);
+  // The same for a folder with all it holds, which does not go into itself either.
+  void move(FolderRef folder, const PinnedDestination& destination, std::shared_ptr<Space> in);
   // Where the tab stands; absent when it is nowhere.
   std::optional<TabDestination> placeOf(const BrowserTab& tab) const;
   enum class LinkForm { Plain, Markdown };
