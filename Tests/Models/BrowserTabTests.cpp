@@ -443,7 +443,9 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     EXPECT_EQ(question().alert.fields.at(0).text, "default");
     give(test.button);
     view->navigationDelegate()->didReceiveAuthenticationChallenge(
-        *view, {.host = "a.org"}, [&](auto answer) { credential = answer; });
+        *view, {.host = "a.org", .realm = "\u202e\u2069vault"},
+        [&](auto answer) { credential = answer; });
+    EXPECT_THAT(question().alert.informativeText, HasSubstr("“\u2068\u202evault\u2069”"));
     EXPECT_TRUE(question().alert.fields.at(1).isSecret);
     give(test.button);
     page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
@@ -562,8 +564,6 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
   EXPECT_EQ(store().spaceContaining(*other), nullptr) << "at once";
 }
 
-TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
-  const TabRef other = world.open("https://other/");
 TEST_F(Panels, ClearingTodayAsksThePagesThatGuardChanges) {
   const TabRef other = world.open("https://other/");
   const auto space = store().activeSpace();
@@ -586,6 +586,8 @@ TEST_F(Panels, ClearingTodayAsksThePagesThatGuardChanges) {
   EXPECT_THAT(space->today.peek(), IsEmpty());
 }
 
+TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
+  const TabRef other = world.open("https://other/");
   const std::function<void()> leaving[] = {[&] { store().select(other); },
                                            [&] { store().close(tab); }};
   for (const auto& leave : leaving) {
