@@ -119,6 +119,21 @@ class PageQuestionsTest(EndToEndTest):
         self.act(self.find("Leave"))
         self.assertEqual(self.program.process.wait(10), 0)
 
+    def test_clearing_today_keeps_what_was_entered(self):
+        self.open("guard", "Guard")
+        self.click_page()
+        self.type("ab")
+        self.find("Guard ab")
+        self.program.open_address("http://fine.test/")
+        self.find("Fine", "list item")
+        self.pointer_to(*self.middle(self.find("Today", "list item")))
+        self.click(self.find("Clear", "push button"))
+        self.find("Leave this page?")
+        self.keys("Escape")
+        self.is_gone("Leave this page?")
+        self.find("Closed 1 tab")
+        self.assertTrue(self.accessible("Guard ab", "list item"))
+
     def test_a_page_that_hangs_can_be_left(self):
         self.open("hang", "Hang")
         self.click_page()
