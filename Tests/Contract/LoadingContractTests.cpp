@@ -289,8 +289,10 @@ TEST_P(AnswerContract, ScriptsAreApartByWorldAndByFrameAndMessagesSayWhichFrame)
     EXPECT_EQ(result.value, std::nullopt) << script;
     EXPECT_THAT(result.error, testing::HasSubstr(script)) << "what was thrown";
   }
+  evaluate(*view, "webkit.messageHandlers.probe.postMessage(4)");
   evaluate(*view, "webkit.messageHandlers.open.postMessage(5)");
   ASSERT_TRUE(until([&] { return messages.size() == 3; }));
+  EXPECT_EQ(messages[2].body, "5") << "the other handler is out of the page's reach";
   EXPECT_FALSE(messages[2].frame.isMainFrame) << "the page's own word is not believed";
   go(*view, "http://inner.test/");
   EXPECT_TRUE(until([&] { return delegate.finishes == 2; }));

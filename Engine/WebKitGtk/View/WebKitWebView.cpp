@@ -463,6 +463,13 @@ void WebKitWebView::setBackground(const Color& color, double opacity) {
   webkit_web_view_set_background_color(view_.get(), &native);
 }
 
+void WebKitWebView::setAccessiblePatterns(const std::vector<std::string>& patterns) {
+  std::vector<const char*> list;
+  for (const auto& pattern : patterns) list.push_back(pattern.c_str());
+  list.push_back(nullptr);
+  webkit_web_view_set_cors_allowlist(view_.get(), list.data());
+}
+
 bool WebKitWebView::holdsPoint(double x, double y) const {
   auto* widget = GTK_WIDGET(view_.get());
   auto* root = gtk_widget_get_root(widget);

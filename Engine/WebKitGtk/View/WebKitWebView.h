@@ -57,6 +57,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void requestClose(std::function<void(bool)> answer) override;
   bool isBlank() const override { return isBlank_; }
   void setBackground(const Color& color, double opacity) override;
+  void setAccessiblePatterns(const std::vector<std::string>& patterns) override;
   double pageZoom() const override;
   void setPageZoom(double zoom) override;
   void exitFullscreen() override;
