@@ -114,15 +114,18 @@ void BrowserStore::dismissCommandBar() {
 
 void BrowserStore::focusWebView() {
   services_.scheduler.post([weak = weak_from_this()] {
-    const auto store = weak.lock();
-    if (!store || (store->window && store->window->isTextEditorFocused())) return;
-    const TabRef selected = store->activeSpace()->selectedTab();
-    if (!selected) return;
-    if (selected->questions.current.peek())
-      selected->questions.calls = selected->questions.calls.peek() + 1;
-    else if (const auto view = selected->liveWebView())
-      view->focus();
+    if (const auto store = weak.lock()) store->focusWebViewNow();
   });
+}
+
+void BrowserStore::focusWebViewNow() {
+  if (window && window->isTextEditorFocused()) return;
+  const TabRef selected = activeSpace()->selectedTab();
+  if (!selected) return;
+  if (selected->questions.current.peek())
+    selected->questions.calls = selected->questions.calls.peek() + 1;
+  else if (const auto view = selected->liveWebView())
+    view->focus();
 }
 
 }  // namespace orvel

@@ -18,6 +18,28 @@ void PageClosing::close(TabRef tab) {
   });
 }
 
+void PageClosing::clearToday(std::shared_ptr<Space> space) {
+  if (askedToClear_) return store_.select(askedToClear_);
+  store_.services().scheduler.start(clearAfterAsking(store_.weak_from_this(), space)).detach();
+}
+
+Task<> PageClosing::clearAfterAsking(std::weak_ptr<BrowserStore> weak,
+                                     std::shared_ptr<Space> space) {
+  const auto store = weak.lock();
+  if (!store) co_return;
+  TabList leaving;
+  for (const TabRef& tab : TabList(space->today.peek())) {
+    if (store->pageClosing.asked_.contains(tab)) continue;
+    auto [future, resolve] = makeFuture<Answer>();
+    store->pageClosing.askedToClear_ = tab;
+    tab->requestClose(resolve);
+    const Answer answer = co_await std::move(future);
+    store->pageClosing.askedToClear_ = nullptr;
+    if (answer != Answer::Stay) leaving.push_back(tab);
+  }
+  store->clearToday(space, leaving);
+}
+
 void PageClosing::quit() {
   if (askedToQuit_) return store_.select(askedToQuit_);
   store_.services().scheduler.start(quitAfterAsking(store_.weak_from_this())).detach();

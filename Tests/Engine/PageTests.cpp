@@ -234,6 +234,18 @@ TEST_F(PageTest, TakesPicturesOfThePageAndOfAPart) {
               ElementsAre(0, 0, 255, 255));
 }
 
+TEST_F(PageTest, APageThatChangesItsAddressInALoopHasNoGesturesUntilItRests) {
+  const auto view = page("<title>x</title>");
+  const auto hasGestures = [&] {
+    return webkit_settings_get_enable_back_forward_navigation_gestures(
+               webkit_web_view_get_settings(WEBKIT_WEB_VIEW(view->widget()))) != FALSE;
+  };
+  EXPECT_TRUE(hasGestures());
+  evaluate(*view, "for (let i = 0; i < 20; ++i) history.pushState(0, '', '/' + i); 1");
+  EXPECT_TRUE(eventually([&] { return !hasGestures(); }));
+  EXPECT_TRUE(eventually(hasGestures));
+}
+
 TEST_F(PageTest, ExportsThePageAsPDF) {
   const auto view = page("<p>printed</p>");
   std::optional<PDFResult> result;

@@ -443,7 +443,9 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     EXPECT_EQ(question().alert.fields.at(0).text, "default");
     give(test.button);
     view->navigationDelegate()->didReceiveAuthenticationChallenge(
-        *view, {.host = "a.org"}, [&](auto answer) { credential = answer; });
+        *view, {.host = "a.org", .realm = "\u202e\u2069vault"},
+        [&](auto answer) { credential = answer; });
+    EXPECT_THAT(question().alert.informativeText, HasSubstr("“\u2068\u202evault\u2069”"));
     EXPECT_TRUE(question().alert.fields.at(1).isSecret);
     give(test.button);
     page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
@@ -560,6 +562,28 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
   EXPECT_FALSE(isOpen());
   store().pageClosing.close(other);
   EXPECT_EQ(store().spaceContaining(*other), nullptr) << "at once";
+}
+
+TEST_F(Panels, ClearingTodayAsksThePagesThatGuardChanges) {
+  const TabRef other = world.open("https://other/");
+  const auto space = store().activeSpace();
+  settle();
+  view->guardsChanges = true;
+  store().pageClosing.clearToday(space);
+  settle();
+  EXPECT_TRUE(contains(space->today.peek(), *other)) << "nothing closes while a page is asked";
+  const TabRef late = world.open("https://late/");
+  store().pageClosing.clearToday(space);
+  EXPECT_EQ(space->selectedTab(), tab) << "the page that waits is shown again";
+  give(0);
+  settle();
+  EXPECT_THAT(space->today.peek(), ElementsAre(late, tab));
+  EXPECT_EQ(toast(), "Closed 1 tab");
+  store().pageClosing.clearToday(space);
+  settle();
+  give(1);
+  settle();
+  EXPECT_THAT(space->today.peek(), IsEmpty());
 }
 
 TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {

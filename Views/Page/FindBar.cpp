@@ -62,7 +62,13 @@ KeyTextField::Actions FindBar::fieldActions() {
   return {.onChange = [this](std::string text) { search(std::move(text)); },
           .onMove = [this](int delta) { store_.findNext(delta < 0 ? kBackwards : kForwards); },
           .onSubmit = [this] { store_.findNext(kForwards); },
-          .onCancel = [this] { store_.hideFindBar(); },
+          .onCancel =
+              [this] {
+                store_.hideFindBar();
+                // The next key may be waiting already, and is the page's.
+                flushEffects();
+                store_.focusWebViewNow();
+              },
           .complete = {}};
 }
 

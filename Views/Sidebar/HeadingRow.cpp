@@ -39,7 +39,8 @@ HeadingRow::HeadingRow(SidebarContext& context)
   append(clear_);
 
   newFolder_.signal_clicked().connect([this] { context_.store.newFolder(); });
-  clear_.signal_clicked().connect([this] { context_.store.clearToday(context_.space); });
+  clear_.signal_clicked().connect(
+      [this] { context_.store.pageClosing.clearToday(context_.space); });
 
   auto focus = Gtk::EventControllerFocus::create();
   focus->signal_leave().connect([this] { setActive(false); });

@@ -152,16 +152,37 @@ void WebKitWebView::start() {
 }
 
 // With these gestures on, each navigation takes a picture of the page, and the engine crashes when
-// the view has never been on screen.
+// the view has never been on screen. A page that changes its address in a loop would have the
+// interface draw without end: it has no gestures until it rests.
 void WebKitWebView::connectGestures() {
-  static constexpr auto enable = [](GtkWidget* view, gboolean isOn) {
-    webkit_settings_set_enable_back_forward_navigation_gestures(
-        webkit_web_view_get_settings(WEBKIT_WEB_VIEW(view)), isOn);
-  };
+  using Self = WebKitWebView;
   connect(
-      "map", +[](GtkWidget* view, gpointer) { enable(view, TRUE); });
+      "map", +[](GtkWidget*, gpointer self) { static_cast<Self*>(self)->updateGestures(); });
   connect(
-      "unmap", +[](GtkWidget* view, gpointer) { enable(view, FALSE); });
+      "unmap", +[](GtkWidget*, gpointer self) { static_cast<Self*>(self)->updateGestures(); });
+  connect(
+      "notify::uri", +[](::WebKitWebView*, GParamSpec*, gpointer data) {
+        auto* self = static_cast<Self*>(data);
+        ++self->addressChanges_;
+        self->updateGestures();
+        self->restTimer_ = self->engine_.scheduler().start(endOfChanges(self->weak_from_this()));
+      });
+}
+
+void WebKitWebView::updateGestures() {
+  constexpr int kMostChanges = 5;
+  const bool isOn =
+      gtk_widget_get_mapped(GTK_WIDGET(view_.get())) && addressChanges_ <= kMostChanges;
+  webkit_settings_set_enable_back_forward_navigation_gestures(
+      webkit_web_view_get_settings(view_.get()), isOn);
+}
+
+Task<> WebKitWebView::endOfChanges(std::weak_ptr<WebKitWebView> weak) {
+  const SleepResult slept = co_await sleep(1s);
+  const auto self = weak.lock();
+  if (slept == SleepResult::Cancelled || !self) co_return;
+  self->addressChanges_ = 0;
+  self->updateGestures();
 }
 
 void WebKitWebView::connectLoading() {

@@ -107,6 +107,9 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void shareProcess();
   void applySettings();
   void connectGestures();
+  void updateGestures();
+  // The page has left its address alone for a second.
+  static Task<> endOfChanges(std::weak_ptr<WebKitWebView> view);
   void connectLoading();
   void connectPolicy();
   void loadChanged(WebKitLoadEvent event);
@@ -122,6 +125,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   static Task<> endUnanswered(std::weak_ptr<WebKitWebView> view, Duration after);
   void connectPanels();
   void runScriptDialog(WebKitScriptDialog* dialog);
+  // Whether what the page asks to print is refused.
+  bool refusesToPrint(WebKitPrintOperation* operation);
   void connectFind();
   void connectMedia();
   void answerFinding(bool isFound);
@@ -196,6 +201,10 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   std::map<uint64_t, Observer> observers_;
   uint64_t lastObserver_ = 0;
 
+  int addressChanges_ = 0;  // since the page last rested
+  TaskHandle restTimer_;
+  // When the page may print by itself again; absent while its dialog is open.
+  std::optional<Instant> printsAgainAt_ = Instant();
   NavigationClassifier classifier_;
   // A load that waits for the https-first rule.
   std::optional<URL> waitingLoad_;
