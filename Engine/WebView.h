@@ -115,6 +115,7 @@ class WebView {
   // The delegate is told of its commit and of no finish.
   virtual void loadHTMLString(const std::string& html, const std::optional<URL>& baseURL) = 0;
   virtual void reload(ReloadSource source) = 0;
+  // Gives up what is loading, of which nothing more is told unless it has been committed.
   virtual void stopLoading() = 0;
   virtual void goBack() = 0;
   virtual void goForward() = 0;
@@ -158,6 +159,11 @@ class WebView {
   // What shows where the page paints nothing, white at first. Below an opacity of 1 what lies under
   // the view shows through.
   virtual void setBackground(const Color& color, double opacity) = 0;
+
+  // Lets the view's pages load what these patterns match, although its scheme or its origin keeps
+  // it from them: "orvel-extension://<host>/pictures/*". Another list replaces this one, but pages
+  // that share the view's process keep what was allowed to them.
+  virtual void setAccessiblePatterns(const std::vector<std::string>& patterns) = 0;
 
   // 1.0 is actual size.
   virtual double pageZoom() const = 0;

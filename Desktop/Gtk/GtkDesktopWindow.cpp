@@ -75,7 +75,7 @@ void GtkDesktopWindow::toggleFullscreen() {
 // A key that another program holds for itself, such as that for the volume, takes the keyboard from
 // the toolkit's window for a moment, but not from the desktop's.
 bool GtkDesktopWindow::isActive() const {
-  return gtk_window_is_active(window_) || (isVisible() && isNamedActive(window_).value_or(false));
+  return isVisible() && (gtk_window_is_active(window_) || isNamedActive(window_).value_or(false));
 }
 
 bool GtkDesktopWindow::isVisible() const { return gtk_widget_get_visible(GTK_WIDGET(window_)); }

@@ -47,6 +47,15 @@ TEST_P(DesktopContract, AnAlertIsAnsweredOnceOnALaterTurn) {
   }
 }
 
+TEST_P(DesktopContract, AWindowIsShownAndHidden) {
+  DesktopWindow& window = stage->window();
+  window.hide();
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_TRUE(until([&] { return !window.isActive(); }));
+  window.present();
+  EXPECT_TRUE(window.isVisible());
+}
+
 TEST_P(DesktopContract, OperationsThatTheDesktopCannotDoAnswerToo) {
   std::vector<std::string> answers;
   const std::filesystem::path nowhere = "/nowhere/at all.txt";

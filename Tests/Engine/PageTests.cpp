@@ -333,6 +333,27 @@ TEST_F(PageTest, ADownloadWithoutAPageIsFollowedAllTheSame) {
   engine->setDownloadDelegate({});
 }
 
+TEST_F(PageTest, PagesOfTheWebGetOfASchemeOfTheProgramsOwnWhatTheyAreAllowed) {
+  std::vector<std::string> requests;
+  engine->setURLSchemeHandler("orvel-kept", [&](const URLRequest& request, const auto& answer) {
+    requests.push_back(request.url.text());
+    answer({.mimeType = "text/html", .body = "<title>Own</title>"});
+  });
+  server.serve("http://page.test/",
+               "<title>x</title><img src=orvel-kept://host/open/a><img src=orvel-kept://host/b>"
+               "<iframe src=orvel-kept://host/c></iframe>");
+  for (const bool isAllowed : {false, true}) {
+    const auto view = makeView();
+    if (isAllowed) view->setAccessiblePatterns({"orvel-kept://host/open/*"});
+    load(*view, "http://page.test/");
+    evaluate(*view, "location = 'orvel-kept://host/d'; 1");
+    turnFor(200ms);
+    EXPECT_EQ(requests, isAllowed ? std::vector<std::string>{"orvel-kept://host/open/a"}
+                                  : std::vector<std::string>());
+    EXPECT_EQ(view->title(), "x");
+  }
+}
+
 TEST_F(PageTest, ASchemeOfTheProgramsOwnGetsTheWholeRequest) {
   std::vector<URLRequest> requests;
   engine->setURLSchemeHandler("orvel-test", [&](const URLRequest& request, const auto& answer) {
@@ -352,52 +373,6 @@ TEST_F(PageTest, AnAddressWithBlanksIsDecidedOnLikeAnyOther) {
   page("<iframe src='data:text/html,<b>two words</b>'></iframe>");
   ASSERT_TRUE(eventually([&] { return delegate.responses.size() == 2; }));
   EXPECT_EQ(delegate.responses[1].url, URL::parse("data:text/html,<b>two%20words</b>"));
-}
-
-TEST_F(PageTest, BlocksAndRestoresByContentRules) {
-  server.serve("http://page.test/", "<title>x</title><img src='http://ads.test/pixel.gif'>");
-  std::shared_ptr<ContentRuleList> rules;
-  const auto store = engine->contentRuleListStore();
-  const auto compile = [&](const std::string& json) {
-    bool isDone = false;
-    store->compile("list", json, [&](CompiledRules result) {
-      rules = result.list;
-      isDone = true;
-    });
-    eventually([&] { return isDone; }, 10s);
-  };
-  compile(R"([{"trigger":{"url-filter":"ads\\.test"},"action":{"type":"block"}}])");
-  ASSERT_TRUE(rules);
-
-  auto controller = engine->makeUserContentController();
-  const auto view = makeView({.userContentController = controller});
-  load(*view, "http://page.test/");
-  EXPECT_EQ(server.requestCount("http://ads.test/pixel.gif"), 1);
-  controller->addContentRuleList(rules);
-  server.clearRequests();
-  load(*view, "http://page.test/?blocked");
-  EXPECT_EQ(server.requestCount("http://ads.test/pixel.gif"), 0);
-  controller->removeAllContentRuleLists();
-  load(*view, "http://page.test/?again");
-  EXPECT_EQ(server.requestCount("http://ads.test/pixel.gif"), 1);
-}
-
-TEST_F(PageTest, AsksAboutLateMainFrameNavigationsBeforeTheyCommit) {
-  server.serve("http://next.test/", "<title>Next</title>");
-  const auto view = page("<title>Here</title>");
-  delegate.actions.clear();
-  delegate.decide = [](const NavigationAction& action) {
-    const bool isRefused = action.targetFrame && action.targetFrame->isMainFrame &&
-                           action.request->url.host() == "next.test";
-    return isRefused ? NavigationPolicy::Cancel : NavigationPolicy::Allow;
-  };
-  evaluate(*view, "location = 'http://next.test/'; 1");
-  ASSERT_TRUE(eventually([&] {
-    return !delegate.actions.empty() && delegate.actions.back().targetFrame->isMainFrame;
-  }));
-  turnFor(200ms);
-  EXPECT_EQ(view->title(), "Here") << "the old page stays";
-  EXPECT_EQ(delegate.commits, 1);
 }
 
 }  // namespace

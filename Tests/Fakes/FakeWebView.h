@@ -123,6 +123,9 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void requestClose(std::function<void(bool)> answer) override;
   bool isBlank() const override { return history_.empty(); }
   void setBackground(const Color& color, double opacity) override { background = {color, opacity}; }
+  void setAccessiblePatterns(const std::vector<std::string>& patterns) override {
+    accessiblePatterns = patterns;
+  }
   void exitFullscreen() override;
   double pageZoom() const override { return zoom_; }
   void setPageZoom(double zoom) override { zoom_ = zoom; }
@@ -191,6 +194,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
 
   // What stands for the page on screen; not owned.
   GtkWidget* pageWidget = nullptr;
+  std::vector<std::string> accessiblePatterns;
   bool isOnScreen = false;
   PageRect place;  // in its window
   std::pair<Color, double> background{Color::hex(0xFFFFFF), 1};

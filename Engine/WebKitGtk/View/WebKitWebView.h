@@ -22,7 +22,8 @@ class WebKitEngine;
 
 // One web view of the engine. Its topics have source files of their own: loading and mirroring
 // (WebKitWebView.cpp), decisions (+Policy), panels and permissions (+Panels), the page's process
-// and its end (+Process), scripts, pictures, find and media (+Content).
+// and its end (+Process), scripts, pictures and find (+Content), media (+Media), its place in a
+// window (+Widget).
 class WebKitWebView final : public WebView, public std::enable_shared_from_this<WebKitWebView> {
  public:
   WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
@@ -57,6 +58,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void requestClose(std::function<void(bool)> answer) override;
   bool isBlank() const override { return isBlank_; }
   void setBackground(const Color& color, double opacity) override;
+  void setAccessiblePatterns(const std::vector<std::string>& patterns) override;
   double pageZoom() const override;
   void setPageZoom(double zoom) override;
   void exitFullscreen() override;
