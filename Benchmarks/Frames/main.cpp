@@ -161,7 +161,7 @@ struct Browser {
 // A hand that swipes on every second, half of it with the fingers down.
 void swipe() {
   Browser browser(3, 300);
-  auto& monitor = *browser.store().spaceSwipe;
+  auto& monitor = browser.store().spaceSwipe;
   constexpr int kGesture = 60;
   constexpr int kFingersDown = 30;
   print("swipe, 3 spaces of 300 tabs", browser.run([&](int frame) {
@@ -224,8 +224,10 @@ struct BareList : RowList::Delegate {
   std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind) override {
     return std::make_unique<BareRow>();
   }
-  std::optional<RowDrop> dropAt(const RowPoint&) override { return std::nullopt; }
+  std::optional<RowDrop> dropAt(const RowPoint&, Dragged) override { return std::nullopt; }
   bool drop(const RowPoint&) override { return false; }
+  void dropLink(const RowPoint&, const URL&) override {}
+  bool moveRow(size_t, int) override { return false; }
 };
 
 void scrollBare() {

@@ -14,7 +14,7 @@ void BrowserTab::load(const URL& address, SchemeSource scheme) {
   setAddress(address);
   host()->scheduleSave();
   if (const auto& view = webView_.peek()) {
-    scriptDialogs_.leave();
+    panels.leave();
     view->load(requestFor(address));
     return;
   }
@@ -35,21 +35,21 @@ void BrowserTab::reload(ReloadSource source) {
     webView();
     return;
   }
-  scriptDialogs_.leave();
+  panels.leave();
   view->reload(source);
 }
 
 void BrowserTab::goBack() {
   const auto view = webView_.peek();
   if (!view || !view->canGoBack()) return;
-  scriptDialogs_.leave();
+  panels.leave();
   view->goBack();
 }
 
 void BrowserTab::goForward() {
   const auto view = webView_.peek();
   if (!view || !view->canGoForward()) return;
-  scriptDialogs_.leave();
+  panels.leave();
   view->goForward();
 }
 
@@ -68,12 +68,12 @@ void BrowserTab::sync(const WebView& view) {
     host()->scheduleSave();
     host()->propertiesDidChange(*this, TabProperties::Title);
   }
-  nameVisit(view);
+  visit_.name(view);
   if (const auto address = view.url()) {
     if (const URL shown = boundedAddress(*address); shown != url.peek()) {
       setAddress(shown);
       // A step within the page.
-      if (!view.isLoading()) scriptDialogs_.stay();
+      if (!view.isLoading()) panels.stay();
       pageDidChange();
       host()->propertiesDidChange(*this, TabProperties::URL);
     }
@@ -85,10 +85,10 @@ void BrowserTab::sync(const WebView& view) {
 }
 
 void BrowserTab::setAddress(const std::optional<URL>& address) {
-  const auto host = [](const std::optional<URL>& of) {
+  const auto hostOf = [](const std::optional<URL>& of) {
     return of ? of->host() : std::optional<std::string_view>();
   };
-  if (host(address) != host(url.peek())) setFavicon(cachedFavicon(address));
+  if (hostOf(address) != hostOf(url.peek())) icon_.follow(address);
   url = address;
 }
 

@@ -12,14 +12,6 @@ namespace orvel {
 
 namespace {
 
-// Any other scheme belongs to another application.
-bool isHandledInside(const URL& address) {
-  constexpr std::string_view kSchemes[] = {"http", "https", "about",      "blob",
-                                           "data", "file",  "javascript", "webkit-extension"};
-  return std::ranges::any_of(kSchemes,
-                             [&](std::string_view scheme) { return address.hasScheme(scheme); });
-}
-
 bool isLinkClick(const NavigationAction& action) {
   return action.navigationType == NavigationType::LinkActivated;
 }
@@ -39,9 +31,9 @@ void BrowserTab::decidePolicyForAction(WebView& view, const NavigationAction& ac
   if (action.shouldPerformDownload) return answer(NavigationPolicy::Download);
   if (!action.request) return answer(NavigationPolicy::Allow);
   const URL& address = action.request->url;
-  if (!isHandledInside(address)) {
+  if (!OtherApplications::isHandledInside(address)) {
     answer(NavigationPolicy::Cancel);
-    return openInAnotherApplication(view, action);
+    return applications_.open(view, action);
   }
   if (isMainFrame(action.targetFrame)) {
     if (const auto instead = insteadOf(view, action)) {
@@ -95,40 +87,6 @@ bool BrowserTab::opensInPeek(const WebView& view, const NavigationAction& action
   return siteKey(action.request->url) != (present ? siteKey(*present) : std::nullopt);
 }
 
-void BrowserTab::openInAnotherApplication(const WebView& view, const NavigationAction& action) {
-  const URL& address = action.request->url;
-  if (isLinkClick(action)) {
-    if (isMainFrame(action.sourceFrame)) services_.desktop.workspace.open(address);
-  } else if (!action.targetFrame || action.targetFrame->isMainFrame) {
-    confirmOpeningApp(view, address);
-  }
-}
-
-bool BrowserTab::handOver(const WebView& view, const NavigationAction& action) {
-  if (!action.request || isHandledInside(action.request->url)) return false;
-  confirmOpeningApp(view, action.request->url);
-  return true;
-}
-
-void BrowserTab::confirmOpeningApp(const WebView& view, const URL& address) {
-  const auto application = services_.desktop.workspace.applicationToOpen(address);
-  // A script may ask again and again: one question at a time.
-  if (!application || !view.isInWindow() || isConfirmingApp_) return;
-  isConfirmingApp_ = true;
-  const auto& shown = url.peek();
-  services_.desktop.dialogs.showAlert(
-      host()->window(),
-      {.messageText = "Open “" + application->displayName + "”?",
-       .informativeText =
-           (shown ? displayHost(*shown) : "This page") + " wants to open this application.",
-       .buttons = {"Open", "Cancel"}},
-      [weak = weak_from_this(), &workspace = services_.desktop.workspace,
-       address](const AlertAnswer& given) {
-        if (const auto tab = weak.lock()) tab->isConfirmingApp_ = false;
-        if (given.isFirstButton()) workspace.open(address);
-      });
-}
-
 void BrowserTab::decidePolicyForResponse(WebView&, const NavigationResponse& response,
                                          PolicyHandler answer) {
   const bool isAttachment =
@@ -145,9 +103,9 @@ void BrowserTab::didCommit(WebView& view) {
   const double zoom = host()->zoom(view.url());
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
   pageDidChange();
-  namelessVisit_.reset();
+  visit_.reset();
   suppliedAddress_.reset();
-  scriptDialogs_.pageDidChange();
+  panels.pageDidChange();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
   host()->didCommit(*this);
@@ -158,23 +116,14 @@ void BrowserTab::didFinish(WebView& view) {
   lastStrippedURL_.reset();
   sync(view);
   applyHiddenItems(view);
-  recordVisit(view);
+  visit_.record(view);
   loadFavicon(view);
 }
 
-void BrowserTab::recordVisit(const WebView& view) {
-  const auto address = view.url();
-  if (!address) return;
-  const auto shown = view.title().value_or("");
-  if (shown.empty()) namelessVisit_ = address;
-  host()->recordVisit(*this, *address, shown);
-}
-
-void BrowserTab::nameVisit(const WebView& view) {
-  const auto shown = view.title().value_or("");
-  if (!namelessVisit_ || shown.empty()) return;
-  const URL address = *std::exchange(namelessVisit_, std::nullopt);
-  if (view.url() == address) host()->nameVisit(*this, address, shown);
+void BrowserTab::didReceiveAuthenticationChallenge(
+    WebView& view, const AuthenticationChallenge& challenge,
+    std::function<void(std::optional<Credential>)> answer) {
+  panels.signIn(view, challenge, std::move(answer));
 }
 
 // Failures
@@ -192,7 +141,7 @@ void BrowserTab::showErrorPage(WebView& view, const LoadError& error,
 
 void BrowserTab::didFailProvisionalNavigation(WebView& view, const LoadError& error) {
   sync(view);
-  scriptDialogs_.stay();
+  panels.stay();
   if (error.kind == LoadError::Kind::Cancelled || error.kind == LoadError::Kind::PolicyInterrupted)
     return;
   const auto address = error.failingURL ? error.failingURL : url.peek();
@@ -205,7 +154,6 @@ void BrowserTab::didFailProvisionalNavigation(WebView& view, const LoadError& er
 void BrowserTab::didFail(WebView& view, const LoadError&) { sync(view); }
 
 void BrowserTab::webContentProcessDidTerminate(WebView& view) {
-  constexpr Duration kCrashMemory = 10s;
   const std::string label = logLabel(url.peek());
   if (!view.isInWindow()) {
     Log::navigation.info("Page process ended off screen ({}): unloading the tab", Masked{label});
@@ -213,8 +161,7 @@ void BrowserTab::webContentProcessDidTerminate(WebView& view) {
     hibernate();
     return;
   }
-  const Date now = services_.scheduler.now();
-  if (lastCrash_ && now - *lastCrash_ < kCrashMemory) {
+  if (crashes_.isRepeated(services_.scheduler.now())) {
     Log::navigation.error("Page keeps crashing ({}): showing the error page", Masked{label});
     showErrorPage(
         view, {.domain = "Orvel", .code = 1, .localizedDescription = "This page keeps crashing."},
@@ -223,7 +170,6 @@ void BrowserTab::webContentProcessDidTerminate(WebView& view) {
     Log::navigation.error("Page crashed ({}): reloading", Masked{label});
     view.reload(ReloadSource::Cache);
   }
-  lastCrash_ = now;
 }
 
 }  // namespace orvel

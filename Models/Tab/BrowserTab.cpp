@@ -18,11 +18,14 @@ BrowserTab::BrowserTab(const Services& services, Values values)
       title(std::move(values.title)),
       url(std::move(values.url)),
       pinnedURL(std::move(values.pinnedURL)),
+      panels(*this, services, applications_),
       lastActiveAt(values.lastActiveAt),
       pageState(services.files.files(), services.paths.tabState(id), values.stateFile),
       services_(services),
       host_(std::move(values.host)),
-      pendingConfiguration_(std::move(values.configuration)) {
+      pendingConfiguration_(std::move(values.configuration)),
+      icon_(services.favicons),
+      applications_(*this, services) {
   if (values.schemeSource == SchemeSource::Supplied) suppliedAddress_ = url.peek();
 }
 
@@ -40,18 +43,6 @@ std::shared_ptr<TabHost> BrowserTab::host() const {
 }
 
 // What the tab shows of itself
-
-ImageRef BrowserTab::cachedFavicon(const std::optional<URL>& address) const {
-  const auto host = address ? address->host() : std::nullopt;
-  return host ? services_.favicons.cachedImage(*host) : nullptr;
-}
-
-ImageRef BrowserTab::favicon() const {
-  if (!favicon_.peek()) untracked([this] { favicon_.set(cachedFavicon(url.peek())); });
-  return *favicon_.get();
-}
-
-void BrowserTab::setFavicon(ImageRef icon) { favicon_.set(std::move(icon)); }
 
 std::string BrowserTab::displayTitle() const {
   if (!title.get().empty()) return title;
@@ -142,7 +133,7 @@ void BrowserTab::makeWebView() {
   pendingConfiguration_.reset();
   const auto view = services_.engine.makeWebView(configuration);
   view->setNavigationDelegate(this);
-  view->setUIDelegate(this);
+  view->setUIDelegate(&panels);
   observe(*view);
   webView_ = view;
   if (!isNavigatedByEngine) restorePage(view);
@@ -160,7 +151,7 @@ void BrowserTab::observe(WebView& view) {
   }));
   isBlank = view.isBlank();
   observations_.push_back(view.observe(IsResponsive, [weak = weak_from_this(), &view] {
-    if (const auto tab = weak.lock()) tab->followResponsiveness(view);
+    if (const auto tab = weak.lock()) tab->panels.followResponsiveness(view);
   }));
 }
 
@@ -184,9 +175,7 @@ void BrowserTab::teardown() {
   if (!view) return;
   observations_.clear();
   host()->willTearDown(*this);
-  scriptDialogs_.pageDidChange();
-  askAgain_.cancel();
-  isUnresponsive = false;
+  panels.teardown();
   view->stopLoading();
   view->pauseAllMediaPlayback();
   view->setNavigationDelegate(nullptr);

@@ -6,7 +6,7 @@
 
 namespace orvel {
 
-using Answer = BrowserTab::CloseAnswer;
+using Answer = PagePanels::CloseAnswer;
 
 namespace {
 
@@ -16,7 +16,7 @@ Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
   for (const TabRef& tab : store->everyTab()) {
     auto [future, resolve] = makeFuture<Answer>();
     store->pageClosing.willAskToQuit(tab);
-    tab->requestClose(resolve);
+    tab->panels.requestClose(resolve);
     const Answer answer = co_await std::move(future);
     store->pageClosing.willAskToQuit(nullptr);
     if (answer == Answer::Leave) break;
@@ -29,7 +29,7 @@ Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
 
 void PageClosing::close(TabRef tab) {
   if (!asked_.insert(tab).second) return;
-  tab->requestClose(store_.whileAlive([this, tab](Answer answer) {
+  tab->panels.requestClose(store_.whileAlive([this, tab](Answer answer) {
     asked_.erase(tab);
     if (answer != Answer::Stay) store_.close(tab);
   }));

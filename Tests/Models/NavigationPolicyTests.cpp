@@ -89,7 +89,7 @@ TEST_F(Policy, TheQuestionBeforeAnotherApplicationOpens) {
   world.desktop.openAlerts[0]({.button = 0});
   EXPECT_THAT(world.desktop.opened, ElementsAre(address("mailto:x@y.org")));
 
-  tab->url = std::nullopt;
+  publish(tab->url, std::nullopt);
   world.desktop.answerAlert = [](const Alert&) { return AlertAnswer{}; };
   ask();
   settle();

@@ -255,9 +255,14 @@ TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
   store().settings.linkRoutes =
       std::vector<LinkRoute>{{.pattern = "routed.org", .spaceID = UUID::random()},
                              {.pattern = "routed.org", .spaceID = home->id}};
-  lifecycle.open({{address("https://c/")}, {address("https://routed.org/")}});
+  constexpr auto kSupplied = SchemeSource::Supplied;
+  lifecycle.open({{address("https://c/"), kSupplied}, {address("https://routed.org/"), kSupplied}});
   EXPECT_EQ(shown, 2);
   EXPECT_THAT(urls(home->today), ElementsAre("https://routed.org/"));
+  settle();
+  for (const TabRef& tab :
+       {home->today.peek().front(), store().littleWindows.windows().back()->tab()})
+    EXPECT_EQ(world.view(tab)->requests.back().schemeSource, kSupplied) << tab->displayTitle();
 }
 
 TEST_F(Lifecycle, TheEndSavesWhatIsLessThanASecondOld) {

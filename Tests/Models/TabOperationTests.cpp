@@ -233,7 +233,7 @@ TEST_F(TabOperations, MovesKeepSetAndClearThePin) {
   const auto tabs = openTabs(3);
   store().move(tabs[0], FavoritesDestination{});
   EXPECT_EQ(tabs[0]->pinnedURL.peek(), address("https://a/"));
-  tabs[0]->url = address("https://wandered/");
+  publish(tabs[0]->url, address("https://wandered/"));
   store().move(tabs[0], PinnedDestination{});
   EXPECT_EQ(tabs[0]->pinnedURL.peek(), address("https://a/")) << "kept between pinned lists";
   store().move(tabs[1], PinnedDestination{nullptr, tabs[0]->id});
@@ -266,7 +266,7 @@ TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());
 
   store().move(tabs[1], FavoritesDestination{});
-  tabs[1]->url = address("https://wandered/");
+  publish(tabs[1]->url, address("https://wandered/"));
   store().togglePin(tabs[1]);
   EXPECT_EQ(toast(), "Moved to Today");
   EXPECT_EQ(space().today.peek().front(), tabs[1]);
@@ -578,7 +578,7 @@ TEST_F(TabOperations, LinksAreCopiedCleanAndEscaped) {
   store().copiedLink.copyLink();
   EXPECT_FALSE(world.desktop.pasteboardText);
   const TabRef tab = load("https://a/");
-  tab->url = address("https://a/?utm_source=x&q=1");
+  publish(tab->url, address("https://a/?utm_source=x&q=1"));
   tab->title = "A [b] c";
   world.saveNow();
   store().copiedLink.copyLink(nullptr, LinkForm::Markdown);

@@ -87,19 +87,19 @@ struct Preview {
     if (state == "space") {
       store.spaceEditing.beginNewSpace();
       const auto* theme = Theme::withID("sage");
-      store.spaceEditing.spaceDraft.update([theme](auto& draft) {
-        draft->name = "Garden";
-        draft->hue = theme->hue;
-        draft->symbol = "leaf.fill";
-      });
+      auto draft = store.spaceEditing.spaceDraft.peek();
+      draft->name = "Garden";
+      draft->hue = theme->hue;
+      draft->symbol = "leaf.fill";
+      test::publish(store.spaceEditing.spaceDraft, draft);
       test::publish(store.spaceEditing.previewTheme, *theme);
     }
     if (state == "space-edit") store.spaceEditing.beginEditing(*space);
     if (state == "toast")
       store.showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [] {}, .lasts = 60s});
     if (state == "loading") {
-      sample.reading->isLoading = true;
-      sample.reading->progress = 0.64;
+      test::publish(sample.reading->isLoading, true);
+      test::publish(sample.reading->progress, 0.64);
     }
     if (state == "long") {
       space->name = std::string("A space whose name goes on and on");
@@ -152,10 +152,10 @@ struct Preview {
     }
     test::publish(store.toasts.toast, std::nullopt);
     using Phase = ScrollEvent::Phase;
-    store.spaceSwipe->handle({.phase = Phase::Began, .pointerX = 100});
-    store.spaceSwipe->handle({.phase = Phase::Changed,
-                              .deltaX = -0.4 * store.chrome.sidebarWidth.peek(),
-                              .pointerX = 100});
+    store.spaceSwipe.handle({.phase = Phase::Began, .pointerX = 100});
+    store.spaceSwipe.handle({.phase = Phase::Changed,
+                             .deltaX = -0.4 * store.chrome.sidebarWidth.peek(),
+                             .pointerX = 100});
   }
 
   void openMenu(const std::string& name) {

@@ -1,6 +1,7 @@
+#include "Models/Tab/PagePanels.h"
+
 #include "Models/Tab/BrowserTab.h"
 
-// What pages and servers ask the user, and the windows that pages open.
 namespace orvel {
 
 namespace {
@@ -24,30 +25,36 @@ Alert pageAlert(const FrameInfo& frame, const std::string& message,
 
 }  // namespace
 
-std::shared_ptr<WebView> BrowserTab::createWebView(WebView& opener,
+PagePanels::PagePanels(BrowserTab& tab, const Services& services, OtherApplications& applications)
+    : tab_(tab),
+      services_(services),
+      applications_(applications),
+      dialogs_(tab.questions, [this] { askAboutUnresponsivePage(); }) {}
+
+std::shared_ptr<WebView> PagePanels::createWebView(WebView& opener,
                                                    const WebViewConfiguration& configuration,
                                                    const NavigationAction& action) {
-  if (handOver(opener, action)) return nullptr;
+  if (applications_.handOver(opener, action)) return nullptr;
   const auto address = action.request ? std::optional(action.request->url) : std::nullopt;
-  const TabRef opened = host()->openWindow(address, *this, configuration);
+  const TabRef opened = tab_.host()->openWindow(address, tab_, configuration);
   return opened ? opened->webView() : nullptr;
 }
 
-void BrowserTab::webViewDidClose(WebView&) { host()->close(*this); }
+void PagePanels::webViewDidClose(WebView&) { tab_.host()->close(tab_); }
 
-void BrowserTab::showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer) {
+void PagePanels::showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer) {
   using Audience = ScriptDialogs::Audience;
-  scriptDialogs_.show(std::move(alert), view.isInWindow() ? Audience::Present : Audience::Absent,
-                      std::move(answer));
+  dialogs_.show(std::move(alert), view.isInWindow() ? Audience::Present : Audience::Absent,
+                std::move(answer));
 }
 
-void BrowserTab::runJavaScriptAlertPanel(WebView& view, const std::string& message,
+void PagePanels::runJavaScriptAlertPanel(WebView& view, const std::string& message,
                                          const FrameInfo& frame, std::function<void()> answer) {
   showScriptDialog(view, pageAlert(frame, message, {"OK"}),
                    [answer = std::move(answer)](const AlertAnswer&) { answer(); });
 }
 
-void BrowserTab::runJavaScriptConfirmPanel(WebView& view, const std::string& message,
+void PagePanels::runJavaScriptConfirmPanel(WebView& view, const std::string& message,
                                            const FrameInfo& frame,
                                            std::function<void(bool)> answer) {
   showScriptDialog(
@@ -55,7 +62,7 @@ void BrowserTab::runJavaScriptConfirmPanel(WebView& view, const std::string& mes
       [answer = std::move(answer)](const AlertAnswer& given) { answer(given.isFirstButton()); });
 }
 
-void BrowserTab::runJavaScriptTextInputPanel(
+void PagePanels::runJavaScriptTextInputPanel(
     WebView& view, const std::string& prompt, const std::string& defaultText,
     const FrameInfo& frame, std::function<void(std::optional<std::string>)> answer) {
   Alert alert = pageAlert(frame, prompt, {"OK", "Cancel"});
@@ -68,32 +75,33 @@ void BrowserTab::runJavaScriptTextInputPanel(
   });
 }
 
-void BrowserTab::runBeforeUnloadPanel(WebView& view, const FrameInfo&,
+void PagePanels::runBeforeUnloadPanel(WebView& view, const FrameInfo&,
                                       std::function<void(bool)> answer) {
   if (closing_) {
     closing_->hasAskedUser = true;
-    if (!view.isInWindow()) host()->select(*this);
+    if (!view.isInWindow()) tab_.host()->select(tab_);
   } else if (!view.isInWindow()) {
     return answer(true);
   }
-  questions.ask({.voice = PageQuestion::Voice::Program,
-                 .alert = {.messageText = "Leave this page?",
-                           .informativeText = "What you have entered may be lost.",
-                           .buttons = {"Stay", "Leave"}},
-                 .escape = 0},
-                [weak = weak_from_this(), answer = std::move(answer)](const AlertAnswer& given) {
-                  const bool isLeaving = given.button == 1u;
-                  if (const auto tab = weak.lock(); tab && !isLeaving) tab->scriptDialogs_.stay();
-                  answer(isLeaving);
-                });
+  tab_.questions.ask(
+      {.voice = PageQuestion::Voice::Program,
+       .alert = {.messageText = "Leave this page?",
+                 .informativeText = "What you have entered may be lost.",
+                 .buttons = {"Stay", "Leave"}},
+       .escape = 0},
+      [this, weak = tab_.weak_from_this(), answer = std::move(answer)](const AlertAnswer& given) {
+        const bool isLeaving = given.button == 1u;
+        if (const auto tab = weak.lock(); tab && !isLeaving) stay();
+        answer(isLeaving);
+      });
 }
 
-void BrowserTab::runOpenPanel(
+void PagePanels::runOpenPanel(
     WebView& view, const OpenPanelParameters& parameters,
     std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) {
   if (!view.isInWindow()) return answer(std::nullopt);
   services_.desktop.dialogs.showOpenPanel(
-      host()->window(),
+      tab_.host()->window(),
       {.allowsMultipleSelection = parameters.allowsMultipleSelection,
        .allowsFiles = true,
        .allowsDirectories = parameters.allowsDirectories,
@@ -101,16 +109,15 @@ void BrowserTab::runOpenPanel(
       std::move(answer));
 }
 
-void BrowserTab::didReceiveAuthenticationChallenge(
-    WebView& view, const AuthenticationChallenge& challenge,
-    std::function<void(std::optional<Credential>)> answer) {
+void PagePanels::signIn(const WebView& view, const AuthenticationChallenge& challenge,
+                        std::function<void(std::optional<Credential>)> answer) {
   if (!view.isInWindow()) return answer(std::nullopt);
   std::string explanation =
       challenge.isProxy ? "The proxy asks you to sign in." : "The server asks you to sign in.";
   if (challenge.isRetry) explanation = "The user name or password was not accepted.";
   if (challenge.isInsecure) explanation += " Your password will be sent unencrypted.";
   if (!challenge.realm.empty()) explanation += "\n“" + bounded(challenge.realm) + "”";
-  questions.ask(
+  tab_.questions.ask(
       {.voice = PageQuestion::Voice::Program,
        .symbol = "lock.fill",
        .alert = {.messageText = challenge.host,
@@ -125,24 +132,24 @@ void BrowserTab::didReceiveAuthenticationChallenge(
       });
 }
 
-void BrowserTab::denyDevice(const std::string& message,
+void PagePanels::denyDevice(const std::string& message,
                             std::function<void(PermissionDecision)> answer) {
-  host()->showToast(message, {});
+  tab_.host()->showToast(message, {});
   answer(PermissionDecision::Deny);
 }
 
-void BrowserTab::requestMediaCapturePermission(WebView&, const std::string&, CaptureDeviceType,
+void PagePanels::requestMediaCapturePermission(WebView&, const std::string&, CaptureDeviceType,
                                                std::function<void(PermissionDecision)> answer) {
   denyDevice("Camera and microphone aren’t available yet", std::move(answer));
 }
 
-void BrowserTab::requestGeolocationPermission(WebView&, const std::string&,
+void PagePanels::requestGeolocationPermission(WebView&, const std::string&,
                                               std::function<void(PermissionDecision)> answer) {
   denyDevice("Your location isn’t available yet", std::move(answer));
 }
 
-void BrowserTab::fullscreenDidChange(WebView&, bool isFullscreen) {
-  host()->fullscreenDidChange(*this, isFullscreen);
+void PagePanels::fullscreenDidChange(WebView&, bool isFullscreen) {
+  tab_.host()->fullscreenDidChange(tab_, isFullscreen);
 }
 
 }  // namespace orvel
