@@ -1,10 +1,11 @@
 #pragma once
 
 #include "Desktop/Animator.h"
+#include "Desktop/Clipboard.h"
 #include "Desktop/Dialogs.h"
+#include "Desktop/EventMonitors.h"
 #include "Desktop/HotKeys.h"
 #include "Desktop/MemoryPressure.h"
-#include "Desktop/Pasteboard.h"
 #include "Desktop/SystemSearch.h"
 #include "Desktop/Windows.h"
 #include "Desktop/Workspace.h"
@@ -16,10 +17,11 @@ namespace orvel {
 struct Desktop {
   Animator& animator;
   DesktopApplication& application;
+  Clipboard& clipboard;
   Dialogs& dialogs;
+  EventMonitors& events;
   HotKeys& hotKeys;
   MemoryPressure& memoryPressure;
-  Pasteboard& pasteboard;
   SystemSearch& systemSearch;
   Workspace& workspace;
 };

@@ -3,14 +3,9 @@
 #include <functional>
 #include <memory>
 
-namespace orvel {
+#include "Desktop/ModifierKeys.h"
 
-// Held modifiers of a system-wide key.
-struct HotKeyModifiers {
-  bool control = false;
-  bool option = false;
-  bool shift = false;
-};
+namespace orvel {
 
 // A registered key; destroying it gives the key back.
 class HotKey {
@@ -24,7 +19,7 @@ class HotKeys {
   // Registers the space bar with these modifiers for the whole desktop. Answers null, possibly on a
   // later turn, when the desktop or another application holds the key or when there is no such
   // service.
-  virtual void registerSpace(HotKeyModifiers modifiers, std::function<void()> pressed,
+  virtual void registerSpace(ModifierKeys modifiers, std::function<void()> pressed,
                              std::function<void(std::unique_ptr<HotKey>)> answer) = 0;
 };
 

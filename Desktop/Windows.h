@@ -5,23 +5,23 @@
 namespace orvel {
 
 enum class WindowAppearance { Auto, Light, Dark };
-enum class WindowButton { Close, Minimize, Zoom };
+enum class WindowButton { Close, Minimize, Maximize };
 
 // One of the program's windows as the model sees it.
 class DesktopWindow {
  public:
   virtual ~DesktopWindow() = default;
   // Shows the window, above the others and with the keyboard, as far as the desktop lets it.
-  virtual void makeKeyAndOrderFront() = 0;
-  virtual void orderOut() = 0;
+  virtual void present() = 0;
+  virtual void hide() = 0;
   // Asks the window to close, as its close button does.
-  virtual void performClose() = 0;
+  virtual void close() = 0;
   // As its other buttons do.
   virtual void minimize() = 0;
   virtual void toggleMaximized() = 0;
   virtual void toggleFullscreen() = 0;
   // The keyboard goes to this window.
-  virtual bool isKey() const = 0;
+  virtual bool isActive() const = 0;
   virtual bool isVisible() const = 0;
   virtual bool isMinimized() const = 0;
   virtual bool isFullscreen() const = 0;
@@ -47,7 +47,7 @@ class DesktopApplication {
   // Brings the program's windows to the user, as far as the desktop lets it.
   virtual void activate() = 0;
   // The window that the keyboard goes to; null when it is another application's.
-  virtual DesktopWindow* keyWindow() const = 0;
+  virtual DesktopWindow* activeWindow() const = 0;
   // Ends the run loop; the termination steps follow.
   virtual void terminate() = 0;
 };

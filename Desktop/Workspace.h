@@ -32,6 +32,7 @@ class Workspace {
   virtual void reveal(const std::filesystem::path& file) = 0;
   // This program is the user's handler of http and https.
   virtual bool isDefaultBrowser() const = 0;
+  // Answers on a later turn what has come of it.
   virtual void makeDefaultBrowser(std::function<void(bool isDefault)> answer) = 0;
   // Tells the desktop that a download has come; may do nothing.
   virtual void noteDownloadFinished(const std::filesystem::path& file) = 0;

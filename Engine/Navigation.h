@@ -50,11 +50,11 @@ enum class NavigationType {
 
 enum class NavigationPolicy { Cancel = 0, Allow = 1, Download = 2 };
 
-// The keys held during a click. Command is the Control key on this desktop, Option is Alt.
+// The keys held during a click.
 struct ModifierFlags {
   bool shift = false;
-  bool command = false;
-  bool option = false;
+  bool control = false;
+  bool alt = false;
 
   friend bool operator==(const ModifierFlags&, const ModifierFlags&) = default;
 };

@@ -9,6 +9,7 @@
 #include "Base/EditingCommand.h"
 #include "Base/Image.h"
 #include "Base/Observation.h"
+#include "BrowserCore/Look/Theme.h"
 #include "Engine/Navigation.h"
 #include "Engine/UserContent.h"
 #include "Engine/WebViewConfiguration.h"
@@ -30,8 +31,19 @@ enum class WebViewProperty {
   CanGoForward,
   IsResponsive,
   IsBlank,
+  PlayingMedia,
 };
 enum class MediaPlaybackState { None = 0, Playing = 1, Paused = 2, Suspended = 3 };
+
+// What a page plays at the moment.
+struct PlayingMedia {
+  // It would be heard if the view were not muted: what the page mutes by itself is not.
+  bool audio = false;
+  bool video = false;
+
+  friend bool operator==(const PlayingMedia&, const PlayingMedia&) = default;
+};
+
 enum class CaptureState { None = 0, Active = 1, Muted = 2 };
 enum class ReloadSource { Cache, Origin };
 
@@ -82,8 +94,9 @@ struct InteractionState {
 // A live page: the engine's view with its web process.
 //
 // All operations belong to the main thread. Answers of asynchronous operations come on a later
-// turn, exactly once, also when the view has died meanwhile (with the answer of a failure). A page
-// that hangs has failed after some seconds, where all its frames are asked.
+// turn, exactly once, also when the view or its page's process has died meanwhile: with the answer
+// of a failure, as from a page that has not taken a question up within some seconds. While a
+// dialog of the page is open it may take longer.
 // Destroying the view ends its page; the process goes when no view uses it.
 class WebView {
  public:
@@ -115,6 +128,10 @@ class WebView {
   // What the engine reports of the page.
   virtual std::optional<std::string> title() const = 0;
   virtual std::optional<URL> url() const = 0;
+  // The origin of the page that is shown, also while another one loads: "https://example.com" or
+  // "http://example.com:8080". Absent before the first commit, after the process's end, for a page
+  // that stands in for another, and for blank pages, files and data.
+  virtual std::optional<std::string> committedOrigin() const = 0;
   virtual bool isLoading() const = 0;
   // 0 to 1.
   virtual double estimatedProgress() const = 0;
@@ -138,6 +155,10 @@ class WebView {
   // Nothing of a page has been drawn since the view, or its process, was made: it shows white.
   virtual bool isBlank() const = 0;
 
+  // What shows where the page paints nothing, white at first. Below an opacity of 1 what lies under
+  // the view shows through.
+  virtual void setBackground(const Color& color, double opacity) = 0;
+
   // 1.0 is actual size.
   virtual double pageZoom() const = 0;
   virtual void setPageZoom(double zoom) = 0;
@@ -146,6 +167,9 @@ class WebView {
 
   // The view stands in a window and is mapped there: it is on screen.
   virtual bool isInWindow() const = 0;
+  // The view is on screen and holds this point, which is counted from the top left corner of its
+  // window.
+  virtual bool holdsPoint(double x, double y) const = 0;
   virtual void focus() = 0;
   // The page's cursor is in a field or another part that can be edited.
   virtual bool isEditing() const = 0;
@@ -172,11 +196,15 @@ class WebView {
                                   const std::optional<FrameInfo>& frame,
                                   std::function<void(ScriptResult)> answer) = 0;
   // Runs the body of an async function in the main frame. `arguments` is a JSON object whose
-  // members are its parameters; what it returns is awaited.
+  // members are its parameters; what it returns is awaited, until another page is committed.
   virtual void callAsyncJavaScript(const std::string& body, const std::string& arguments,
                                    const ContentWorld& world,
                                    std::function<void(ScriptResult)> answer) = 0;
 
+  // What the page and its frames play. Follows a change within a second, and every answer of
+  // `requestMediaPlaybackState`; what the engine never sees, such as silent video that a script
+  // takes out of the page, shows only with such an answer.
+  virtual PlayingMedia playingMedia() const = 0;
   virtual void pauseAllMediaPlayback() = 0;
   // Silences the page with all its frames, the coming ones too. What the page mutes by itself is
   // apart from this.

@@ -8,6 +8,8 @@
 
 namespace orvel {
 
+class WebView;
+
 enum class HTTPSNavigationPolicy {
   KeepAsRequested = 0,
   // Every main-frame navigation tries https first and falls back to http by itself.
@@ -29,6 +31,13 @@ struct WebViewConfiguration {
   // Added to the engine's own user agent text.
   std::string applicationNameForUserAgent;
   bool isElementFullscreenEnabled = false;
+  // Off: no script of a page runs; those of the program do.
+  bool isPageJavaScriptEnabled = true;
+  // Off: the timers of a page that nobody sees run as those of one on screen.
+  bool areHiddenTimersSlowed = true;
+  // A view whose process and store the new one shares; `websiteDataStore` counts for
+  // nothing then.
+  std::shared_ptr<WebView> processSharedWith;
   // Sub-resources and links of hosts known to serve https are upgraded.
   bool upgradesKnownHostsToHTTPS = false;
   HTTPSNavigationPolicy preferredHTTPSNavigationPolicy = HTTPSNavigationPolicy::KeepAsRequested;

@@ -1,13 +1,17 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "BrowserCore/UUID.h"
+#include "Engine/Navigation.h"
 
 namespace orvel {
+
+class Download;
 
 // The stored data of one registrable domain.
 struct WebsiteDataRecord {
@@ -25,6 +29,9 @@ class WebsiteDataStore {
   virtual void fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) = 0;
   // Removes the records' data of all kinds, then answers, also after a failure.
   virtual void removeData(std::vector<WebsiteDataRecord> records, std::function<void()> answer) = 0;
+  // Fetches an address of http, https or data without a page, with the store's cookies and the
+  // request's headers. Its delegate is to be set before the turn ends; null for other addresses.
+  virtual std::shared_ptr<Download> startDownload(const URLRequest& request) = 0;
 };
 
 }  // namespace orvel

@@ -49,33 +49,58 @@ std::unordered_map<std::string, WebKitScriptWorld*>& worlds() {
   return *known;
 }
 
-std::string evaluate(WebKitFrame* frame, WebKitScriptWorld* in, const char* script) {
+struct Result {
+  bool isValue = false;
+  std::string text;  // the value as JSON, or what was thrown
+};
+
+std::string take(char* text) {
+  std::string taken = text ? text : "";
+  g_free(text);
+  return taken;
+}
+
+Result evaluate(WebKitFrame* frame, WebKitScriptWorld* in, const char* script) {
   JSCContext* context = webkit_frame_get_js_context_for_script_world(frame, in);
-  if (!context) return "null";
+  if (!context) return {false, "the frame has no scripts"};
   JSCValue* value = jsc_context_evaluate(context, script, -1);
-  std::string result = "null";
-  if (jsc_context_get_exception(context)) {
+  Result result{true, "null"};
+  if (JSCException* exception = jsc_context_get_exception(context)) {
+    result = {false, take(jsc_exception_to_string(exception))};
     jsc_context_clear_exception(context);
-  } else if (char* text = jsc_value_to_json(value, 0)) {
-    result = text;
-    g_free(text);
+  } else if (std::string text = take(jsc_value_to_json(value, 0)); !text.empty()) {
+    result.text = std::move(text);
   }
   g_object_unref(value);
   g_object_unref(context);
   return result;
 }
 
+// The number that a frame signs its messages with. Each world with handlers has drawn one.
+bool isNumbered(WebKitFrame* frame, guint64 number) {
+  const std::string script =
+      "window.__orvelFrame ? __orvelFrame.id === " + std::to_string(number) + " : false";
+  for (const auto& [name, world] : worlds())
+    if (!name.empty() && evaluate(frame, world, script.c_str()).text == "true") return true;
+  return false;
+}
+
 gboolean messageReceived(WebKitWebPage* page, WebKitUserMessage* message, gpointer) {
   if (std::strcmp(webkit_user_message_get_name(message), "evaluate") != 0) return FALSE;
   const char* worldName = nullptr;
   const char* script = nullptr;
-  g_variant_get(webkit_user_message_get_parameters(message), "(&s&s)", &worldName, &script);
+  guint64 number = 0;  // 0: every frame
+  g_variant_get(webkit_user_message_get_parameters(message), "(&s&st)", &worldName, &script,
+                &number);
   GVariantBuilder results;
-  g_variant_builder_init(&results, G_VARIANT_TYPE("as"));
+  g_variant_builder_init(&results, G_VARIANT_TYPE("a(bs)"));
   const auto world = worlds().find(worldName);
   if (world != worlds().end())
-    for (const FrameRef& frame : framesOf(page))
-      g_variant_builder_add(&results, "s", evaluate(frame.get(), world->second, script).c_str());
+    for (const FrameRef& frame : framesOf(page)) {
+      if (number && !isNumbered(frame.get(), number)) continue;
+      const Result result = evaluate(frame.get(), world->second, script);
+      g_variant_builder_add(&results, "(bs)", result.isValue, result.text.c_str());
+    }
   webkit_user_message_send_reply(
       message, webkit_user_message_new("evaluated", g_variant_builder_end(&results)));
   return TRUE;

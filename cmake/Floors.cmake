@@ -17,8 +17,8 @@ function(orvel_sources variable)
   set(${variable} ${sources} PARENT_SCOPE)
 endfunction()
 
-# orvel_precompile(<target> core|gtk): use one of the two shared precompiled headers.
-# core: standard library and fmt; gtk: core and the toolkit.
+# orvel_precompile(<target> core|gtk|test): use one of the shared precompiled headers.
+# core: standard library and fmt; gtk: core and the toolkit; test: core and the test library.
 function(orvel_precompile target kind)
   if(NOT TARGET orvel-pch-${kind})
     file(WRITE ${CMAKE_BINARY_DIR}/pch-${kind}.cpp "")
@@ -26,6 +26,8 @@ function(orvel_precompile target kind)
     target_link_libraries(orvel-pch-${kind} PRIVATE orvel-options fmt::fmt)
     if(kind STREQUAL gtk)
       target_link_libraries(orvel-pch-${kind} PRIVATE PkgConfig::GTK)
+    elseif(kind STREQUAL test)
+      target_link_libraries(orvel-pch-${kind} PRIVATE GTest::gmock)
     endif()
     target_compile_options(orvel-pch-${kind} PRIVATE -Xclang -fno-pch-timestamp)
     target_precompile_headers(orvel-pch-${kind} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/pch-${kind}.h)

@@ -161,7 +161,7 @@ struct Browser {
 // A hand that swipes on every second, half of it with the fingers down.
 void swipe() {
   Browser browser(3, 300);
-  auto& monitor = browser.store().spaceSwipe;
+  auto& events = browser.store().services().desktop.events;
   constexpr int kGesture = 60;
   constexpr int kFingersDown = 30;
   print("swipe, 3 spaces of 300 tabs", browser.run([&](int frame) {
@@ -170,10 +170,11 @@ void swipe() {
     using Phase = ScrollEvent::Phase;
     const auto phase = at == 0 ? Phase::Began : at < kFingersDown ? Phase::Changed : Phase::Ended;
     if (at > kFingersDown) return;
-    monitor.handle({.phase = phase,
-                    .deltaX = phase == Phase::Changed ? (isForward ? -6.0 : 6.0) : 0,
-                    .timestamp = frame * kFrameTime,
-                    .pointerX = 100});
+    events.offer(*browser.store().window(),
+                 ScrollEvent{.phase = phase,
+                             .deltaX = phase == Phase::Changed ? (isForward ? -6.0 : 6.0) : 0,
+                             .timestamp = frame * kFrameTime,
+                             .pointerX = 100});
   }));
 }
 

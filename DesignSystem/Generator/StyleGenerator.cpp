@@ -99,6 +99,9 @@ Values valuesOf(const Palette& palette, ColorScheme scheme) {
                          shade(0.08, 0.30), shade(0.24, 0.60))},
       {"e4", fmt::format("0 0 0 1px {}, 0 6px 16px {}, 0 32px 64px -16px {}", edge(0.10, 0.11),
                          shade(0.10, 0.30), shade(0.38, 0.75))},
+      // Of cards that may be so low that the toolkit would smear the longest shadow beside them.
+      {"lowCard", fmt::format("0 0 0 1px {}, 0 6px 16px {}, 0 28px 40px -16px {}", edge(0.10, 0.11),
+                              shade(0.10, 0.30), shade(0.38, 0.75))},
       {"dimming", shade(0.18, 0.40)},
       {"peek", fmt::format("0 0 0 1px {}, 0 12px 36px {}", edge(0.10, 0.10), shade(0.25, 0.25))},
       {"toast", isDark ? "inset 0 0 0 1px rgba(255,248,235,0.08), 0 12px 28px -8px rgba(0,0,0,0.6)"

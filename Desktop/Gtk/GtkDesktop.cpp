@@ -18,22 +18,23 @@ bool isMotionWanted() {
 GtkDesktop::GtkDesktop(Scheduler& scheduler, GApplication* application)
     : application_(application),
       animator_(scheduler, &isMotionWanted),
+      workspace_(scheduler),
       hotKeys_(scheduler),
       systemSearch_(scheduler) {}
 
 Desktop GtkDesktop::desktop() {
-  return {animator_,       *this,       dialogs_,      hotKeys_,
-          memoryPressure_, pasteboard_, systemSearch_, workspace_};
+  return {animator_, *this,           clipboard_,    dialogs_,  events_,
+          hotKeys_,  memoryPressure_, systemSearch_, workspace_};
 }
 
 void GtkDesktop::activate() {
   for (GtkDesktopWindow* window : windows_)
-    if (window->isVisible()) return window->makeKeyAndOrderFront();
+    if (window->isVisible()) return window->present();
 }
 
-DesktopWindow* GtkDesktop::keyWindow() const {
+DesktopWindow* GtkDesktop::activeWindow() const {
   const auto key = std::find_if(windows_.begin(), windows_.end(),
-                                [](const auto* window) { return window->isKey(); });
+                                [](const auto* window) { return window->isActive(); });
   return key == windows_.end() ? nullptr : *key;
 }
 

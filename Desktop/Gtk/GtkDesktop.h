@@ -22,18 +22,19 @@ class GtkDesktop final : public DesktopApplication {
   void addWindow(GtkDesktopWindow* window) { windows_.push_back(window); }
   void removeWindow(GtkDesktopWindow* window) { std::erase(windows_, window); }
 
-  bool isActive() const override { return keyWindow() != nullptr; }
+  bool isActive() const override { return activeWindow() != nullptr; }
   void activate() override;
-  DesktopWindow* keyWindow() const override;
+  DesktopWindow* activeWindow() const override;
   void terminate() override;
 
  private:
   GApplication* application_;
   std::vector<GtkDesktopWindow*> windows_;
   Animator animator_;
+  GtkClipboard clipboard_;
   GtkDialogs dialogs_;
+  EventMonitors events_;
   GtkMemoryPressure memoryPressure_;
-  GtkPasteboard pasteboard_;
   GtkWorkspace workspace_;
   NoHotKeys hotKeys_;
   NoSystemSearch systemSearch_;

@@ -1,5 +1,10 @@
 #include "Desktop/Gtk/GtkDesktopWindow.h"
 
+#include <X11/Xatom.h>
+#include <gdk/x11/gdkx.h>
+
+#include <optional>
+
 namespace orvel {
 
 namespace {
@@ -26,13 +31,36 @@ const char* actionName(EditingCommand command) {
   return nullptr;
 }
 
+// Whether the desktop names this window as the active one; absent where nobody says so: under
+// Wayland, and without a window manager.
+std::optional<bool> isNamedActive(GtkWindow* window) {
+  auto* surface = gtk_native_get_surface(GTK_NATIVE(window));
+  if (!surface || !GDK_IS_X11_SURFACE(surface)) return std::nullopt;
+  auto* display = gdk_surface_get_display(surface);
+  auto* native = gdk_x11_display_get_xdisplay(display);
+  Atom type = 0;
+  int format = 0;
+  unsigned long count = 0;
+  unsigned long rest = 0;
+  unsigned char* data = nullptr;
+  const int status =
+      XGetWindowProperty(native, gdk_x11_display_get_xrootwindow(display),
+                         gdk_x11_get_xatom_by_name_for_display(display, "_NET_ACTIVE_WINDOW"), 0, 1,
+                         False, XA_WINDOW, &type, &format, &count, &rest, &data);
+  std::optional<bool> isActive;
+  if (status == Success && format == 32 && count == 1)
+    isActive = *reinterpret_cast<Window*>(data) == gdk_x11_surface_get_xid(surface);
+  if (data) XFree(data);
+  return isActive;
+}
+
 }  // namespace
 
-void GtkDesktopWindow::makeKeyAndOrderFront() { gtk_window_present(window_); }
+void GtkDesktopWindow::present() { gtk_window_present(window_); }
 
-void GtkDesktopWindow::orderOut() { gtk_widget_set_visible(GTK_WIDGET(window_), FALSE); }
+void GtkDesktopWindow::hide() { gtk_widget_set_visible(GTK_WIDGET(window_), FALSE); }
 
-void GtkDesktopWindow::performClose() { gtk_window_close(window_); }
+void GtkDesktopWindow::close() { gtk_window_close(window_); }
 
 void GtkDesktopWindow::minimize() { gtk_window_minimize(window_); }
 
@@ -44,7 +72,11 @@ void GtkDesktopWindow::toggleFullscreen() {
   isFullscreen() ? gtk_window_unfullscreen(window_) : gtk_window_fullscreen(window_);
 }
 
-bool GtkDesktopWindow::isKey() const { return gtk_window_is_active(window_); }
+// A key that another program holds for itself, such as that for the volume, takes the keyboard from
+// the toolkit's window for a moment, but not from the desktop's.
+bool GtkDesktopWindow::isActive() const {
+  return gtk_window_is_active(window_) || (isVisible() && isNamedActive(window_).value_or(false));
+}
 
 bool GtkDesktopWindow::isVisible() const { return gtk_widget_get_visible(GTK_WIDGET(window_)); }
 

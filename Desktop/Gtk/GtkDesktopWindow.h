@@ -18,13 +18,13 @@ class GtkDesktopWindow : public DesktopWindow {
   void setButtons(const std::array<GtkWidget*, 3>& buttons) { buttons_ = buttons; }
   GtkWindow* native() const { return window_; }
 
-  void makeKeyAndOrderFront() override;
-  void orderOut() override;
-  void performClose() override;
+  void present() override;
+  void hide() override;
+  void close() override;
   void minimize() override;
   void toggleMaximized() override;
   void toggleFullscreen() override;
-  bool isKey() const override;
+  bool isActive() const override;
   bool isVisible() const override;
   bool isMinimized() const override;
   bool isFullscreen() const override;

@@ -23,7 +23,7 @@ std::string shortened(const std::string& text) {
   return text.substr(0, static_cast<size_t>(end - text.c_str())) + "…";
 }
 
-// One alert on screen with its extra widgets; deletes itself when it is answered.
+// One alert on screen with its extra widgets; goes with its dialog.
 class AlertDialog {
  public:
   AlertDialog(DesktopWindow* parent, const Alert& alert, std::function<void(AlertAnswer)> answer)
@@ -42,7 +42,10 @@ class AlertDialog {
     }
     adw_message_dialog_set_close_response(dialog_, escape.c_str());
     addExtras(alert);
+    // Where its window goes without a choice, so does it.
+    gtk_window_set_destroy_with_parent(GTK_WINDOW(dialog_), TRUE);
     g_signal_connect(dialog_, "response", G_CALLBACK(&AlertDialog::responded), this);
+    g_signal_connect(dialog_, "destroy", G_CALLBACK(&AlertDialog::destroyed), this);
     gtk_window_present(GTK_WINDOW(dialog_));
   }
 
@@ -77,18 +80,24 @@ class AlertDialog {
     if (!fields_.empty()) gtk_widget_grab_focus(fields_.front());
   }
 
-  static void responded(AdwMessageDialog*, const char* response, gpointer self) {
-    const std::unique_ptr<AlertDialog> owned(static_cast<AlertDialog*>(self));
-    AlertAnswer answer;
+  static void responded(AdwMessageDialog*, const char* response, gpointer data) {
+    auto* self = static_cast<AlertDialog*>(data);
+    std::optional<size_t> button;
     if (g_strcmp0(response, kClosed) != 0) {
       const auto index = static_cast<size_t>(g_ascii_strtoull(response, nullptr, 10));
-      if (index < owned->buttonCount_) answer.button = index;
+      if (index < self->buttonCount_) button = index;
     }
-    for (GtkWidget* field : owned->fields_)
+    AlertAnswer answer{.button = button};
+    for (GtkWidget* field : self->fields_)
       answer.fields.emplace_back(gtk_editable_get_text(GTK_EDITABLE(field)));
-    if (owned->suppression_)
-      answer.isSuppressionOn = gtk_check_button_get_active(GTK_CHECK_BUTTON(owned->suppression_));
-    owned->answer_(std::move(answer));
+    if (self->suppression_)
+      answer.isSuppressionOn = gtk_check_button_get_active(GTK_CHECK_BUTTON(self->suppression_));
+    if (const auto give = std::exchange(self->answer_, nullptr)) give(std::move(answer));
+  }
+
+  static void destroyed(AdwMessageDialog*, gpointer data) {
+    const std::unique_ptr<AlertDialog> owned(static_cast<AlertDialog*>(data));
+    if (owned->answer_) owned->answer_({});
   }
 
   AdwMessageDialog* dialog_;

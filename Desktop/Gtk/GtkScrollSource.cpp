@@ -1,5 +1,7 @@
 #include "Desktop/Gtk/GtkScrollSource.h"
 
+#include "Desktop/Gtk/GtkDesktopWindow.h"
+
 namespace orvel {
 
 namespace {
@@ -11,11 +13,10 @@ constexpr guint kBeforeCut = 100;
 
 }  // namespace
 
-GtkScrollSource::GtkScrollSource(GtkWidget* window, ScrollGestures& gestures,
-                                 std::function<bool()> isOpen)
-    : window_(window),
-      gestures_(gestures),
-      isOpen_(std::move(isOpen)),
+GtkScrollSource::GtkScrollSource(GtkDesktopWindow& window, EventMonitors& monitors)
+    : desktopWindow_(window),
+      monitors_(monitors),
+      window_(GTK_WIDGET(window.native())),
       scroll_(gtk_event_controller_scroll_new(GTK_EVENT_CONTROLLER_SCROLL_BOTH_AXES)),
       pointer_(gtk_event_controller_motion_new()) {
   g_signal_connect_swapped(scroll_, "scroll-begin",
@@ -39,7 +40,7 @@ GtkScrollSource::GtkScrollSource(GtkWidget* window, ScrollGestures& gestures,
                            G_CALLBACK(+[](GtkScrollSource* self) { self->cutSoon(); }), this);
   for (auto* controller : {pointer_, scroll_}) {
     gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
-    gtk_widget_add_controller(window, controller);
+    gtk_widget_add_controller(window_, controller);
   }
 }
 
@@ -51,10 +52,6 @@ GtkScrollSource::~GtkScrollSource() {
 void GtkScrollSource::begin() { hasBegun_ = true; }
 
 bool GtkScrollSource::scroll(double dx, double dy) {
-  if (!isOpen_()) {
-    end(ScrollEvent::Phase::Cancelled);
-    return false;
-  }
   // What the device is shows with its first movement only.
   if (std::exchange(hasBegun_, false) && isTouchpad()) {
     isActive_ = true;
@@ -95,7 +92,7 @@ bool GtkScrollSource::report(ScrollEvent event) {
   event.pointerX = gtk_widget_get_direction(window_) == GTK_TEXT_DIR_RTL
                        ? gtk_widget_get_width(window_) - pointerX_
                        : pointerX_;
-  return gestures_.handle(event);
+  return monitors_.offer(desktopWindow_, event) == EventUse::Swallowed;
 }
 
 bool GtkScrollSource::isInPixels() const {

@@ -2,20 +2,19 @@
 
 #include <gtk/gtk.h>
 
-#include <functional>
-
-#include "Desktop/ScrollGestures.h"
+#include "Desktop/EventMonitors.h"
 
 namespace orvel {
 
-// Reports the two-finger scrolls over a window to its gestures, before anything below the pointer
+class GtkDesktopWindow;
+
+// Offers the two-finger scrolls over a window to the monitors, before anything below the pointer
 // sees them. The wheel of a mouse is not reported. A gesture that the pointer leaves, or during
 // which the window goes, is reported as cancelled.
 class GtkScrollSource {
  public:
-  // `window` and `gestures` outlive the source. While `isOpen` answers false nothing is reported,
-  // and what was under way is cancelled.
-  GtkScrollSource(GtkWidget* window, ScrollGestures& gestures, std::function<bool()> isOpen);
+  // Both outlive the source.
+  GtkScrollSource(GtkDesktopWindow& window, EventMonitors& monitors);
   GtkScrollSource(const GtkScrollSource&) = delete;
   ~GtkScrollSource();
 
@@ -31,9 +30,9 @@ class GtkScrollSource {
   bool isTouchpad() const;
   double timestamp() const;
 
+  GtkDesktopWindow& desktopWindow_;
+  EventMonitors& monitors_;
   GtkWidget* window_;
-  ScrollGestures& gestures_;
-  std::function<bool()> isOpen_;
   GtkEventController* scroll_;
   GtkEventController* pointer_;
   double pointerX_ = 0;    // from the window's left edge

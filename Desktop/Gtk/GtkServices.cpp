@@ -28,17 +28,17 @@ GText uriOf(const std::filesystem::path& file) {
 
 }  // namespace
 
-// Pasteboard
+// Clipboard
 
-void GtkPasteboard::setText(const std::string& text) {
+void GtkClipboard::setText(const std::string& text) {
   gdk_clipboard_set_text(clipboard(), text.c_str());
 }
 
-void GtkPasteboard::setImage(const ImageRef& image) {
+void GtkClipboard::setImage(const ImageRef& image) {
   if (const auto texture = textureOf(image)) gdk_clipboard_set_texture(clipboard(), texture.get());
 }
 
-void GtkPasteboard::getText(std::function<void(std::optional<std::string>)> answer) {
+void GtkClipboard::getText(std::function<void(std::optional<std::string>)> answer) {
   using Answer = std::function<void(std::optional<std::string>)>;
   gdk_clipboard_read_text_async(
       clipboard(), nullptr,
@@ -104,10 +104,11 @@ bool GtkWorkspace::isDefaultBrowser() const {
 void GtkWorkspace::makeDefaultBrowser(std::function<void(bool)> answer) {
   const auto own = GRef<GDesktopAppInfo>::adopt(g_desktop_app_info_new(kDesktopFile));
   // A program that is not installed cannot be anybody's default.
-  if (!own) return answer(false);
-  for (const char* type : {"x-scheme-handler/http", "x-scheme-handler/https", "text/html"})
-    g_app_info_set_as_default_for_type(G_APP_INFO(own.get()), type, nullptr);
-  answer(isDefaultBrowser());
+  if (own)
+    for (const char* type : {"x-scheme-handler/http", "x-scheme-handler/https", "text/html"})
+      g_app_info_set_as_default_for_type(G_APP_INFO(own.get()), type, nullptr);
+  scheduler_.post(
+      [answer = std::move(answer), isDefault = isDefaultBrowser()] { answer(isDefault); });
 }
 
 void GtkWorkspace::noteDownloadFinished(const std::filesystem::path& file) {
@@ -166,7 +167,7 @@ Observation GtkMemoryPressure::observe(std::function<void()> event) {
 
 // What this desktop does not have
 
-void NoHotKeys::registerSpace(HotKeyModifiers, std::function<void()>,
+void NoHotKeys::registerSpace(ModifierKeys, std::function<void()>,
                               std::function<void(std::unique_ptr<HotKey>)> answer) {
   scheduler_.post([answer = std::move(answer)] { answer(nullptr); });
 }

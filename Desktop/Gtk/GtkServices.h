@@ -7,7 +7,7 @@
 
 namespace orvel {
 
-class GtkPasteboard final : public Pasteboard {
+class GtkClipboard final : public Clipboard {
  public:
   void setText(const std::string& text) override;
   void setImage(const ImageRef& image) override;
@@ -17,6 +17,7 @@ class GtkPasteboard final : public Pasteboard {
 // Other applications, through GIO and the portals it uses.
 class GtkWorkspace final : public Workspace {
  public:
+  explicit GtkWorkspace(Scheduler& scheduler) : scheduler_(scheduler) {}
   std::optional<ApplicationInfo> applicationToOpen(const URL& url) const override;
   void open(const URL& url) override;
   void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override;
@@ -24,6 +25,9 @@ class GtkWorkspace final : public Workspace {
   bool isDefaultBrowser() const override;
   void makeDefaultBrowser(std::function<void(bool)> answer) override;
   void noteDownloadFinished(const std::filesystem::path& file) override;
+
+ private:
+  Scheduler& scheduler_;
 };
 
 class GtkMemoryPressure final : public MemoryPressure {
@@ -35,7 +39,7 @@ class GtkMemoryPressure final : public MemoryPressure {
 class NoHotKeys final : public HotKeys {
  public:
   explicit NoHotKeys(Scheduler& scheduler) : scheduler_(scheduler) {}
-  void registerSpace(HotKeyModifiers modifiers, std::function<void()> pressed,
+  void registerSpace(ModifierKeys modifiers, std::function<void()> pressed,
                      std::function<void(std::unique_ptr<HotKey>)> answer) override;
 
  private:

@@ -103,6 +103,8 @@ void WebKitEngine::addView(WebKitWebView& view) { views_[view.native()] = &view;
 void WebKitEngine::removeView(const WebKitWebView& view) { views_.erase(view.native()); }
 
 void WebKitEngine::downloadStarted(WebKitDownload* download) {
+  // The program's own, which knows whom to tell.
+  if (WebKitDownloadAdapter::isFollowed(download)) return;
   if (const auto view = views_.find(webkit_download_get_web_view(download)); view != views_.end())
     view->second->downloadStarted(download);
   else

@@ -18,7 +18,7 @@ bool actsInMainWindow(const Suggestion& suggestion) {
 }  // namespace
 
 void BrowserStore::showCommandBar(CommandBarMode mode) {
-  if (window()) window()->makeKeyAndOrderFront();
+  if (window()) window()->present();
   animate(Spring::entry, [&] { commandBar = mode; });
 }
 
@@ -33,7 +33,7 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
   if (mode == CommandBarMode::Quick) {
     quickBar.orderQuickBarOut();
     if (actsInMainWindow(suggestion)) {
-      if (window()) window()->makeKeyAndOrderFront();
+      if (window()) window()->present();
       services_.desktop.application.activate();
     }
   } else {
@@ -43,7 +43,7 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
     if (url) open(*url, mode);
   };
   std::visit(Overloaded{[&](const suggestion::Answer& answer) {
-                          services_.desktop.pasteboard.setText(answer.answer);
+                          services_.desktop.clipboard.setText(answer.answer);
                           if (mode == CommandBarMode::Quick) return;
                           showToast("Copied " + answer.answer);
                           later([this] { focusWebView(); });

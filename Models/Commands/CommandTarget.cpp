@@ -9,7 +9,7 @@ namespace orvel {
 
 bool CommandTarget::isMainWindowKey() const {
   const DesktopWindow* window = store_.window();
-  return window && store_.services().desktop.application.keyWindow() == window;
+  return window && store_.services().desktop.application.activeWindow() == window;
 }
 
 TabRef CommandTarget::targetTab() const {
@@ -23,7 +23,7 @@ TabRef CommandTarget::commandTab() const {
 }
 
 void CommandTarget::edit(EditingCommand command) {
-  auto* key = store_.services().desktop.application.keyWindow();
+  auto* key = store_.services().desktop.application.activeWindow();
   if (key && key->isTextEditorFocused()) return key->edit(command);
   const TabRef tab = targetTab();
   if (const auto view = tab ? tab->liveWebView() : nullptr) view->edit(command);
@@ -32,12 +32,12 @@ void CommandTarget::edit(EditingCommand command) {
 void CommandTarget::closeSelectedTab() {
   if (const auto little = store_.littleWindows.keyLittleWindow()) return little->close();
   DesktopWindow* window = store_.window();
-  DesktopWindow* key = store_.services().desktop.application.keyWindow();
-  if (key && key != window) return key->performClose();
+  DesktopWindow* key = store_.services().desktop.application.activeWindow();
+  if (key && key != window) return key->close();
   if (store_.peek.tab.peek()) return store_.peek.closePeek();
   if (const TabRef selected = store_.activeSpace()->selectedTab())
     return store_.pageClosing.close(selected);
-  if (window) window->performClose();
+  if (window) window->close();
 }
 
 }  // namespace orvel

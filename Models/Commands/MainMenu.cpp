@@ -66,8 +66,10 @@ class Builder {
     });
   }
   // Acts on the key window; disabled while none of ours is.
-  MenuItem onKeyWindow(ActionID id, void (DesktopWindow::*perform)()) const {
-    const auto key = [&store = store_] { return store.services().desktop.application.keyWindow(); };
+  MenuItem onActiveWindow(ActionID id, void (DesktopWindow::*perform)()) const {
+    const auto key = [&store = store_] {
+      return store.services().desktop.application.activeWindow();
+    };
     MenuItem made = item(id, [key, perform] {
       if (auto* window = key()) (window->*perform)();
     });
@@ -115,7 +117,7 @@ Menu Builder::file() const {
           onTarget(ExportPDF, [](auto&, const auto& tab) { tab->exportPDF(); }),
           onTarget(Print, [](auto&, const auto& tab) { tab->printPage(); }), separator(),
           item(CloseTab, store_.target, &CommandTarget::closeSelectedTab),
-          onKeyWindow(CloseWindow, &DesktopWindow::performClose)}};
+          onActiveWindow(CloseWindow, &DesktopWindow::close)}};
 }
 
 Menu Builder::edit() const {
@@ -169,7 +171,7 @@ Menu Builder::view() const {
                 zooming(ZoomIn, BrowserTab::ZoomStep::In),
                 zooming(ZoomOut, BrowserTab::ZoomStep::Out),
                 onTarget(ActualSize, [](auto&, const auto& tab) { tab->setZoom(1); }), separator(),
-                onKeyWindow(ToggleFullScreen, &DesktopWindow::toggleFullscreen)}};
+                onActiveWindow(ToggleFullScreen, &DesktopWindow::toggleFullscreen)}};
 }
 
 Menu Builder::history() const {
@@ -226,8 +228,8 @@ Menu Builder::spaces() const {
 
 Menu Builder::window() const {
   return {.title = "Window",
-          .items = {onKeyWindow(Minimize, &DesktopWindow::minimize),
-                    onKeyWindow(Zoom, &DesktopWindow::toggleMaximized)}};
+          .items = {onActiveWindow(Minimize, &DesktopWindow::minimize),
+                    onActiveWindow(Zoom, &DesktopWindow::toggleMaximized)}};
 }
 
 Menu Builder::help() const {

@@ -6,13 +6,13 @@ namespace orvel {
 
 namespace {
 
-HotKeyModifiers modifiersOf(QuickBarKey key) {
+ModifierKeys modifiersOf(QuickBarKey key) {
   switch (key) {
     case QuickBarKey::OptionSpace:
       // Alt and Space alone open the window's menu on most desktops.
-      return {.control = true, .option = true};
+      return {.control = true, .alt = true};
     case QuickBarKey::ShiftOptionSpace:
-      return {.option = true, .shift = true};
+      return {.alt = true, .shift = true};
     case QuickBarKey::ControlShiftSpace:
       return {.control = true, .shift = true};
   }
@@ -40,7 +40,7 @@ void QuickBar::applyQuickBarKey() {
 void QuickBar::toggleQuickBar() {
   const DesktopWindow* window = store_.window();
   const bool isInFront =
-      store_.services().desktop.application.isActive() && window && window->isKey();
+      store_.services().desktop.application.isActive() && window && window->isActive();
   if (isInFront && store_.commandBar.peek())
     store_.dismissCommandBar();
   else

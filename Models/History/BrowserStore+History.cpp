@@ -5,7 +5,7 @@
 namespace orvel {
 
 void BrowserStore::clearHistory() {
-  auto* asking = services_.desktop.application.keyWindow();
+  auto* asking = services_.desktop.application.activeWindow();
   if (!asking && window() && window()->isVisible()) asking = window();
   services_.desktop.dialogs.showAlert(
       asking,

@@ -67,11 +67,11 @@ Task<> HistoryList::read(UUID profile, std::string text) {
 
 void HistoryList::open(const HistoryStore::Entry& entry) {
   store_.openTab(entry.url);
-  if (store_.window()) store_.window()->makeKeyAndOrderFront();
+  if (store_.window()) store_.window()->present();
 }
 
 void HistoryList::copyLink(const HistoryStore::Entry& entry) {
-  store_.services().desktop.pasteboard.setText(entry.url.text());
+  store_.services().desktop.clipboard.setText(entry.url.text());
 }
 
 void HistoryList::remove(const HistoryStore::Entry& entry) {

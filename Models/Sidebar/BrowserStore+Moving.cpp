@@ -65,6 +65,24 @@ void BrowserStore::move(TabRef tab, const TabDestination& destination,
   scheduleSave();
 }
 
+void BrowserStore::move(FolderRef folder, const PinnedDestination& destination,
+                        std::shared_ptr<Space> space) {
+  if (spaceWithID(space->id) != space || !hasFolderOf(*space, destination)) return;
+  const auto& items = space->pinned.peek();
+  // Neither into itself nor to where it stands already.
+  if (destination.before == folder->id) return;
+  for (FolderRef outer = destination.folder; outer; outer = parentOf(items, outer->id))
+    if (outer == folder) return;
+  const auto members = foldersOf(items);
+  if (std::ranges::find(members, folder) == members.end()) return;
+  animate(Spring::move, [&] {
+    removeItem(space->pinned, folder->id);
+    insertItem(destination.folder ? destination.folder->children : space->pinned, folder,
+               destination.before);
+  });
+  scheduleSave();
+}
+
 std::optional<TabDestination> BrowserStore::placeOf(const BrowserTab& tab) const {
   const TabList& favorites = tab.profile->favorites;
   if (const auto index = indexOf(favorites, tab))

@@ -18,7 +18,7 @@ void CopiedLink::copyLink(TabRef tab, LinkForm form) {
     for (const char c : tab->displayTitle()) title.append(c == ']' ? "\\]" : std::string(1, c));
     copied = "[" + title + "](" + address.text() + ")";
   }
-  store_.services().desktop.pasteboard.setText(copied);
+  store_.services().desktop.clipboard.setText(copied);
   if (!store_.chrome.isSidebarVisible.peek())
     return store_.showToast("Copied link", {.symbol = "link"});
   const auto mark = [this](bool isMarked) {

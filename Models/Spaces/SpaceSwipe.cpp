@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Windows/WindowChrome.h"
@@ -39,7 +40,23 @@ Spring swipeSpring(double speed, double distance) {
 
 }  // namespace
 
+void SpaceSwipe::install() {
+  monitor_ = store_.services().desktop.events.install(
+      [this, weak = store_.weak_from_this()](DesktopWindow& from, const InputEvent& event) {
+        const auto store = weak.lock();
+        const auto* scroll = std::get_if<ScrollEvent>(&event);
+        if (store && scroll && &from == store->window()) watch(*scroll);
+        return EventUse::PassedOn;
+      });
+}
+
 void SpaceSwipe::watch(const ScrollEvent& event) {
+  // What stands over the sidebar takes the rest of a gesture.
+  if (store_.spaceEditing.spaceDraft.peek() || store_.commandBar.peek()) {
+    if (const auto travel = std::exchange(travel_, std::nullopt))
+      finish(*travel, event.timestamp, End::GoesBack);
+    return;
+  }
   const WindowChrome& chrome = store_.chrome;
   const bool isSidebarShown = chrome.isSidebarVisible.peek() || chrome.isSidebarPeeking.peek();
   if (event.isMomentum || !isSidebarShown || event.pointerX >= chrome.sidebarWidth.peek()) return;

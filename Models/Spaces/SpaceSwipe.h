@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "Desktop/ScrollGestures.h"
+#include "Desktop/EventMonitors.h"
 
 namespace orvel {
 
@@ -11,15 +11,12 @@ class BrowserStore;
 
 // The two-finger swipe over the sidebar: the pages follow the fingers, and when they let go the
 // nearer page takes over their speed. Positive travel leads to the next space.
-class SpaceSwipe final : public ScrollGestures {
+class SpaceSwipe {
  public:
   explicit SpaceSwipe(BrowserStore& store) : store_(store) {}
 
-  // Watches, and leaves every event to the others.
-  bool handle(const ScrollEvent& event) override {
-    watch(event);
-    return false;
-  }
+  // From then on it watches, and leaves every event to the others.
+  void install();
 
  private:
   struct Sample {
@@ -39,6 +36,7 @@ class SpaceSwipe final : public ScrollGestures {
   std::optional<double> travel_;  // absent: no gesture is being followed
   std::vector<Sample> samples_;
   uint64_t generation_ = 0;  // grows with each gesture
+  Observation monitor_;
 };
 
 }  // namespace orvel

@@ -36,7 +36,7 @@ void ApplicationLifecycle::showWindow() {
     windowController_ = steps_.makeWindowController();
   if (!windowController_) return;
   windowController_->show();
-  windowController_->window().makeKeyAndOrderFront();
+  windowController_->window().present();
 }
 
 void ApplicationLifecycle::open(const std::vector<ExternalAddress>& addresses) {

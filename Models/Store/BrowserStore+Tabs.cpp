@@ -159,8 +159,11 @@ void BrowserStore::close(TabRef tab) {
   scheduleSave();
 }
 
-void BrowserStore::clearToday(std::shared_ptr<Space> space) {
-  const TabList tabs = space->today.peek();
+void BrowserStore::clearToday(std::shared_ptr<Space> space, const std::optional<TabList>& only) {
+  TabList tabs;
+  TabList staying;
+  for (const TabRef& tab : space->today.peek())
+    (!only || contains(*only, *tab) ? tabs : staying).push_back(tab);
   if (tabs.empty() || spaceWithID(space->id) != space) return;
   const TabRef selected = space->selectedTab();
   const bool losesSelection = selected && contains(tabs, *selected);
@@ -169,7 +172,7 @@ void BrowserStore::clearToday(std::shared_ptr<Space> space) {
     if (auto* controller = extensionsKnowing(*tab)) controller->didCloseTab(*tab);
   }
   animate(
-      Spring::quick, [&] { space->today = TabList(); },
+      Spring::quick, [&] { space->today = std::move(staying); },
       [space, tabs] {
         // Whoever undoes this in time finds the tabs alive.
         const std::unordered_set<TabRef> back(space->today.peek().begin(),

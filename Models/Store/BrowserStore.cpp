@@ -137,6 +137,7 @@ void BrowserStore::start() {
   archive.startArchiving();
   hibernation.startHibernating();
   coming.startMediaMonitoring();
+  spaceSwipe.install();
   services_.engine.setDownloadDelegate(services_.downloads);
   services_.downloads->onFinish =
       whileAlive([this](const std::string& name) { showToast("Downloaded " + name); });
@@ -209,15 +210,17 @@ void BrowserStore::openDownloadsFolder() {
 }
 
 void BrowserStore::focusWebView() {
-  services_.scheduler.post(whileAlive([this] {
-    if (window() && window()->isTextEditorFocused()) return;
-    const TabRef selected = activeSpace()->selectedTab();
-    if (!selected) return;
-    if (selected->questions.current.peek())
-      selected->questions.calls = selected->questions.calls.peek() + 1;
-    else if (const auto view = selected->liveWebView())
-      view->focus();
-  }));
+  services_.scheduler.post(whileAlive([this] { focusWebViewNow(); }));
+}
+
+void BrowserStore::focusWebViewNow() {
+  if (window() && window()->isTextEditorFocused()) return;
+  const TabRef selected = activeSpace()->selectedTab();
+  if (!selected) return;
+  if (selected->questions.current.peek())
+    selected->questions.calls = selected->questions.calls.peek() + 1;
+  else if (const auto view = selected->liveWebView())
+    view->focus();
 }
 
 // What nearly every topic calls

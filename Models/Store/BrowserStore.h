@@ -128,11 +128,14 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void selectTabNumber(int number);
   // Ends a tab of today's; a pinned tab or favorite ends its page and returns home.
   void close(TabRef tab);
-  void clearToday(std::shared_ptr<Space> space);
+  // Closes today's tabs, or those of them that `only` names; a toast offers to undo it.
+  void clearToday(std::shared_ptr<Space> space, const std::optional<TabList>& only = std::nullopt);
   void togglePin(TabRef tab);
   // A tab stays with its profile: to a space of another one, or into a folder that has gone, it
   // does not move. Null space: the active one.
   void move(TabRef tab, const TabDestination& destination, std::shared_ptr<Space> in = nullptr);
+  // The same for a folder with all it holds, which does not go into itself either.
+  void move(FolderRef folder, const PinnedDestination& destination, std::shared_ptr<Space> in);
   // Where the tab stands; absent when it is nowhere.
   std::optional<TabDestination> placeOf(const BrowserTab& tab) const;
   // What a tab of this store asks its surroundings.
@@ -168,6 +171,8 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   void openDownloadsFolder();
   // Gives the keyboard to the selected tab's page on the next turn, unless someone is typing.
   void focusWebView();
+  // The same at once, for the keys that are waiting already.
+  void focusWebViewNow();
 
   // What nearly every topic calls.
   void showToast(std::string message, ToastOptions options = {});

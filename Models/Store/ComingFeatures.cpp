@@ -11,7 +11,7 @@ Task<> copyPicture(std::weak_ptr<BrowserStore> weak, TabRef tab, std::optional<P
   const ImageRef image = co_await std::move(drawing);
   const auto store = weak.lock();
   if (!store || !image) co_return;
-  store->services().desktop.pasteboard.setImage(image);
+  store->services().desktop.clipboard.setImage(image);
   store->showToast("Capture copied", {.symbol = "camera.viewfinder"});
 }
 

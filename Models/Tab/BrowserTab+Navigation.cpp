@@ -17,7 +17,7 @@ bool isLinkClick(const NavigationAction& action) {
 }
 
 bool isNewTabClick(const NavigationAction& action) {
-  return action.modifierFlags.command || action.buttonNumber == MouseButton::Middle;
+  return action.modifierFlags.control || action.buttonNumber == MouseButton::Middle;
 }
 
 bool isMainFrame(const std::optional<FrameInfo>& frame) { return frame && frame->isMainFrame; }

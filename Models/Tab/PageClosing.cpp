@@ -10,6 +10,22 @@ using Answer = PagePanels::CloseAnswer;
 
 namespace {
 
+Task<> clearAfterAsking(std::weak_ptr<BrowserStore> weak, std::shared_ptr<Space> space) {
+  const auto store = weak.lock();
+  if (!store) co_return;
+  TabList leaving;
+  for (const TabRef& tab : TabList(space->today.peek())) {
+    if (store->pageClosing.isAsking(tab)) continue;
+    auto [future, resolve] = makeFuture<Answer>();
+    store->pageClosing.willAskToClear(tab);
+    tab->panels.requestClose(resolve);
+    const Answer answer = co_await std::move(future);
+    store->pageClosing.willAskToClear(nullptr);
+    if (answer != Answer::Stay) leaving.push_back(tab);
+  }
+  store->clearToday(space, leaving);
+}
+
 Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
   const auto store = weak.lock();
   if (!store) co_return;
@@ -33,6 +49,11 @@ void PageClosing::close(TabRef tab) {
     asked_.erase(tab);
     if (answer != Answer::Stay) store_.close(tab);
   }));
+}
+
+void PageClosing::clearToday(std::shared_ptr<Space> space) {
+  if (askedToClear_) return store_.select(askedToClear_);
+  store_.services().scheduler.start(clearAfterAsking(store_.weak_from_this(), space)).detach();
 }
 
 void PageClosing::quit() {

@@ -23,6 +23,14 @@ Alert pageAlert(const FrameInfo& frame, const std::string& message,
           .buttons = std::move(buttons)};
 }
 
+// In quotation marks that the text's own marks of direction cannot reach.
+std::string quoted(std::string text) {
+  constexpr std::string_view kBegin = "\u2068";
+  constexpr std::string_view kEnd = "\u2069";
+  for (size_t at = 0; (at = text.find(kEnd, at)) != std::string::npos;) text.erase(at, kEnd.size());
+  return std::string("“").append(kBegin).append(text).append(kEnd).append("”");
+}
+
 }  // namespace
 
 PagePanels::PagePanels(BrowserTab& tab, const Services& services, OtherApplications& applications)
@@ -116,7 +124,7 @@ void PagePanels::signIn(const WebView& view, const AuthenticationChallenge& chal
       challenge.isProxy ? "The proxy asks you to sign in." : "The server asks you to sign in.";
   if (challenge.isRetry) explanation = "The user name or password was not accepted.";
   if (challenge.isInsecure) explanation += " Your password will be sent unencrypted.";
-  if (!challenge.realm.empty()) explanation += "\n“" + bounded(challenge.realm) + "”";
+  if (!challenge.realm.empty()) explanation += "\n" + quoted(bounded(challenge.realm));
   tab_.questions.ask(
       {.voice = PageQuestion::Voice::Program,
        .symbol = "lock.fill",

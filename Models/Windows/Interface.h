@@ -13,7 +13,7 @@ class LittleWindow {
  public:
   virtual ~LittleWindow() = default;
   virtual const TabRef& tab() const = 0;
-  virtual bool isKey() const = 0;
+  virtual bool isActive() const = 0;
   // Moves the tab to the sidebar.
   virtual void promote() = 0;
   // Ends the tab and tells the store.

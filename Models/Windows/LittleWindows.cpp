@@ -57,7 +57,7 @@ void LittleWindows::littleWindowDidClose(const LittleWindow& closed) {
 
 std::shared_ptr<LittleWindow> LittleWindows::keyLittleWindow() const {
   for (const auto& little : windows_)
-    if (little->isKey()) return little;
+    if (little->isActive()) return little;
   return nullptr;
 }
 

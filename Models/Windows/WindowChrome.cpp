@@ -9,7 +9,7 @@ namespace orvel {
 namespace {
 
 constexpr WindowButton kWindowButtons[] = {WindowButton::Close, WindowButton::Minimize,
-                                           WindowButton::Zoom};
+                                           WindowButton::Maximize};
 constexpr Duration kFade = 180ms;
 
 }  // namespace

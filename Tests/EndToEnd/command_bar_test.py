@@ -3,6 +3,7 @@
 
 import pathlib
 import sys
+import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
@@ -100,6 +101,20 @@ class CommandBarTest(EndToEndTest):
         self.burst("ctrl+t", *"tides", "Return")
         address = "https://www.google.com/search?q=tides"
         eventually(lambda: self.url() == address, "the whole word asked")
+
+    def test_keys_behind_an_escape_reach_the_page(self):
+        self.web.serve(
+            "http://one.test/keys",
+            "<title>Keys</title><script>onkeypress = event => document.title += event.key</script>")
+        self.program.open_address("http://one.test/keys")
+        self.find("Keys", "list item")
+        seen = "Keys"
+        for opens, letters in (("ctrl+t", "abc"), ("ctrl+l", "def"), ("ctrl+f", "ghi")):
+            self.keys(opens)
+            time.sleep(0.3)
+            self.burst("x", "Escape", *letters)
+            seen += letters
+            self.find(seen, "list item")
 
     def test_answers_are_copied(self):
         for text, answer in (("2+2", "4"), ("10 km to mi", "6.21 mi")):

@@ -24,6 +24,8 @@ PAGES = {
             "(onresize = () => document.title = innerWidth < 1440 ? 'Film' : 'Whole film')()</script>",
     "prompt": "<title>Prompt</title><body style='margin:0'><div id=d style='height:600px'></div>"
               "<script>d.onclick = () => document.title = prompt('Your name?', 'none')</script>",
+    "paper": "<title>Paper</title><script>setInterval(() => {"
+             "new Image().src = 'http://beat.test/?' + Math.random(); print() }, 100)</script>",
     "fine": "<title>Fine</title><p>All is well",
 }
 PAGE = (600, 300)
@@ -65,6 +67,15 @@ class PageQuestionsTest(EndToEndTest):
         self.picture("unresponsive")
         self.keys("ctrl+w")
         self.is_gone("loop.test")
+
+    def test_a_page_that_prints_without_end_is_heard_once(self):
+        self.web.serve("http://beat.test/", "")
+        self.open("paper", "Paper")
+        self.find("Print", "dialog")
+        self.act(self.find("_Cancel Cancel", "push button"))
+        beats = len(self.web.requests("http://beat.test/"))
+        eventually(lambda: len(self.web.requests("http://beat.test/")) > beats + 10, "the page")
+        self.assertIsNone(self.accessible("Print", "dialog"))
 
     def test_a_question_gets_the_keyboard_that_is_meant_for_its_page(self):
         self.open("prompt", "Prompt")

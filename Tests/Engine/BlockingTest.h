@@ -6,8 +6,8 @@
 #include <functional>
 
 #include "Engine/WebKitGtk/Rules/SealedRuleListStore.h"
+#include "Tests/Contract/RecordingDelegate.h"
 #include "Tests/Engine/EngineTest.h"
-#include "Tests/Engine/RecordingDelegate.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {

@@ -28,24 +28,24 @@ Process& process() {
 
 }  // namespace
 
-EngineTest::EngineTest()
+RealEngine::RealEngine()
     : server(process().server), scheduler(process().scheduler), engine(process().engine) {
   server.reset();
   store = engine->nonPersistentDataStore();
 }
 
-const std::filesystem::path& EngineTest::engineFolder() { return process().folder.path; }
+const std::filesystem::path& RealEngine::engineFolder() { return process().folder.path; }
 
-EngineTest::~EngineTest() {
+RealEngine::~RealEngine() {
   for (GtkWidget* window : windows_) gtk_window_destroy(GTK_WINDOW(window));
 }
 
-std::shared_ptr<WebView> EngineTest::makeView(WebViewConfiguration configuration) {
+std::shared_ptr<WebView> RealEngine::makeView(WebViewConfiguration configuration) {
   if (!configuration.websiteDataStore) configuration.websiteDataStore = store;
   return engine->makeWebView(configuration);
 }
 
-void EngineTest::show(WebView& view) {
+void RealEngine::show(WebView& view) {
   GtkWidget* window = gtk_window_new();
   gtk_window_set_default_size(GTK_WINDOW(window), 800, 600);
   gtk_window_set_child(GTK_WINDOW(window), view.widget());
@@ -54,14 +54,14 @@ void EngineTest::show(WebView& view) {
   ASSERT_TRUE(eventually([&] { return view.isInWindow(); }));
 }
 
-void EngineTest::load(WebView& view, const std::string& url) {
+void RealEngine::load(WebView& view, const std::string& url) {
   view.load({.url = *URL::parse(url)});
   ASSERT_TRUE(eventually([&] {
     return !view.isLoading() && view.url() && view.estimatedProgress() == 1.0;
   })) << url;
 }
 
-std::string EngineTest::evaluate(WebView& view, const std::string& script) {
+std::string RealEngine::evaluate(WebView& view, const std::string& script) {
   std::optional<ScriptResult> result;
   view.evaluateJavaScript(script, ContentWorld::page(), std::nullopt,
                           [&](ScriptResult value) { result = std::move(value); });

@@ -11,11 +11,30 @@
 
 namespace orvel::test {
 
+// Half a second of sound in a loop, made by the page,
+// from an element in it.
+inline constexpr const char* kSound = R"js(
+{
+  const rate = 8000, count = rate / 2, bytes = new DataView(new ArrayBuffer(44 + count));
+  [...'RIFF....WAVEfmt '].forEach((c, i) => bytes.setUint8(i, c.charCodeAt(0)));
+  [...'data'].forEach((c, i) => bytes.setUint8(36 + i, c.charCodeAt(0)));
+  [[4, 36 + count], [16, 16], [24, rate], [28, rate], [40, count]].forEach(
+      ([at, value]) => bytes.setUint32(at, value, true));
+  [[20, 1], [22, 1], [32, 1], [34, 8]].forEach(([at, value]) => bytes.setUint16(at, value, true));
+  for (let i = 0; i < count; ++i) bytes.setUint8(44 + i, 128 + 100 * Math.sin(i / 3));
+  window.sound = new Audio(URL.createObjectURL(new Blob([bytes], {type: 'audio/wav'})));
+  document.body.append(sound);
+  sound.loop = true;
+  sound.play();
+}
+1
+)js";
+
 // The real engine, with folders of its own, on the test server's web.
-class EngineTest : public testing::Test {
- protected:
-  EngineTest();
-  ~EngineTest() override;
+class RealEngine {
+ public:
+  RealEngine();
+  virtual ~RealEngine();
 
   std::shared_ptr<WebView> makeView(WebViewConfiguration configuration = {});
   // Puts the view on screen, in a window that lives as long as the test.
@@ -39,5 +58,7 @@ class EngineTest : public testing::Test {
  private:
   std::vector<GtkWidget*> windows_;
 };
+
+struct EngineTest : testing::Test, RealEngine {};
 
 }  // namespace orvel::test

@@ -6,8 +6,8 @@
 #include <set>
 
 #include "Engine/WebKitGtk/Policy/HTTPSFirst.h"
+#include "Tests/Contract/RecordingDelegate.h"
 #include "Tests/Engine/EngineTest.h"
-#include "Tests/Engine/RecordingDelegate.h"
 
 namespace orvel {
 namespace {
@@ -50,21 +50,6 @@ TEST_F(LoadingTest, LoadsAPageOfAMadeUpHostThroughTheProxy) {
   EXPECT_EQ(progress.back(), 1.0);
 }
 
-TEST_F(LoadingTest, TellsOfCommitFinishAndHistory) {
-  server.serve("http://one.test/", "<title>One</title>");
-  server.serve("http://two.test/", "<title>Two</title>");
-  const auto view = makeView();
-  delegate.attachTo(*view);
-  load(*view, "http://one.test/");
-  EXPECT_FALSE(view->canGoBack());
-  load(*view, "http://two.test/");
-  EXPECT_TRUE(eventually([&] { return view->canGoBack() && delegate.finishes == 2; }));
-  EXPECT_EQ(delegate.commits, 2);
-  view->goBack();
-  EXPECT_TRUE(eventually([&] { return view->url() == URL::parse("http://one.test/"); }));
-  EXPECT_TRUE(eventually([&] { return view->canGoForward(); }));
-}
-
 TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
   server.serve("http://one.test/", "<title>One</title>");
   server.serve("http://long.test/", "<title>Long</title><body style='height:5000px'>");
@@ -78,10 +63,8 @@ TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
     ASSERT_FALSE(state.empty());
   }
   const auto view = makeView();
-  EXPECT_EQ(view->interactionState(), std::nullopt);
   EXPECT_TRUE(view->setInteractionState(state));
   EXPECT_EQ(view->interactionState()->address, view->url()) << "also before it has loaded";
-  EXPECT_EQ(view->url(), URL::parse("http://long.test/")) << "known before anything has loaded";
   show(*view);
   EXPECT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "1234"; }));
   EXPECT_TRUE(view->canGoBack());
@@ -89,40 +72,6 @@ TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
   view->load({.url = *URL::parse("http://closed.test/")});
   EXPECT_EQ(view->interactionState()->address, URL::parse("http://long.test/"))
       << "what is not committed is no part of it";
-  EXPECT_FALSE(view->setInteractionState("garbage"));
-  EXPECT_FALSE(view->setInteractionState(state.substr(0, state.size() / 2)));
-  EXPECT_FALSE(view->setInteractionState(""));
-}
-
-TEST_F(LoadingTest, ReportsFailuresWithTheirKindAndShowsPagesUnderTheirAddress) {
-  server.refuse("closed.test", 80);
-  server.serve("http://one.test/", "<title>One</title>");
-  const auto view = makeView();
-  delegate.attachTo(*view);
-  view->load({.url = *URL::parse("http://closed.test/path?a=1")});
-  ASSERT_TRUE(eventually([&] { return !delegate.errors.empty(); }));
-  EXPECT_EQ(delegate.errors.front().failingURL, URL::parse("http://closed.test/path?a=1"));
-  EXPECT_NE(delegate.errors.front().kind, LoadError::Kind::Cancelled);
-  view->loadHTMLString("<title>Sorry</title>", URL::parse("http://closed.test/path?a=1"));
-  EXPECT_TRUE(eventually([&] { return view->title() == "Sorry" && !view->isLoading(); }));
-  EXPECT_EQ(view->url(), URL::parse("http://closed.test/path?a=1"));
-  EXPECT_EQ(delegate.commits, 1);
-  load(*view, "http://one.test/");
-  EXPECT_TRUE(eventually([&] { return view->title() == "One"; }));
-  EXPECT_EQ(delegate.finishes, 1) << "a page that stands in for another finishes no load";
-}
-
-TEST_F(LoadingTest, KeepsWhatCameOfAPageThatBrokeOff) {
-  server.serve("http://torn.test/",
-               {.body = "<title>Torn</title>" + std::string(100000, 'x'), .truncate = 60000});
-  const auto view = makeView();
-  delegate.attachTo(*view);
-  view->load({.url = *URL::parse("http://torn.test/")});
-  ASSERT_TRUE(eventually([&] { return delegate.commits == 1 && !view->isLoading(); }));
-  EXPECT_TRUE(eventually([&] { return delegate.breaks.size() == 1; }));
-  EXPECT_TRUE(delegate.errors.empty());
-  EXPECT_EQ(delegate.finishes, 0);
-  EXPECT_EQ(evaluate(*view, "document.title"), "\"Torn\"");
 }
 
 TEST_F(LoadingTest, GivesAServerUpThatDoesNotAnswerInTime) {
@@ -153,18 +102,6 @@ TEST_F(LoadingTest, GivesAServerUpThatDoesNotAnswerInTime) {
   EXPECT_TRUE(eventually([&] {
     return !delegate.errors.empty() && delegate.errors.back().kind == LoadError::Kind::TimedOut;
   }));
-}
-
-TEST_F(LoadingTest, TellsOfADeadPageProcessAndComesBackOnReload) {
-  server.serve("http://one.test/", "<title>One</title>");
-  const auto view = makeView();
-  delegate.attachTo(*view);
-  show(*view);
-  load(*view, "http://one.test/");
-  webkit_web_view_terminate_web_process(WEBKIT_WEB_VIEW(view->widget()));
-  ASSERT_TRUE(eventually([&] { return delegate.terminations == 1; }));
-  view->reload(ReloadSource::Cache);
-  EXPECT_TRUE(eventually([&] { return view->title() == "One"; }));
 }
 
 // The page processes of this test, by their ids.

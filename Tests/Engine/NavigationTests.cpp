@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "Tests/Contract/RecordingDelegate.h"
 #include "Tests/Engine/EngineTest.h"
-#include "Tests/Engine/RecordingDelegate.h"
 
 namespace orvel {
 namespace {

@@ -12,23 +12,23 @@ namespace orvel::test {
 
 class FakeWindow final : public DesktopWindow {
  public:
-  void makeKeyAndOrderFront() override {
-    isShown = isKeyWindow = true;
-    ++frontCount;
+  void present() override {
+    isShown = isActiveWindow = true;
+    ++presentCount;
   }
-  void orderOut() override { isShown = isKeyWindow = false; }
-  void performClose() override {
+  void hide() override { isShown = isActiveWindow = false; }
+  void close() override {
     ++closeCount;
-    isShown = isKeyWindow = false;
+    isShown = isActiveWindow = false;
   }
   void minimize() override { ++minimizeCount; }
-  void toggleMaximized() override { ++zoomCount; }
+  void toggleMaximized() override { ++maximizeCount; }
   void toggleFullscreen() override {
     ++fullscreenCount;
     isFull = !isFull;
   }
   void edit(EditingCommand command) override { edits.push_back(command); }
-  bool isKey() const override { return isKeyWindow; }
+  bool isActive() const override { return isActiveWindow; }
   bool isVisible() const override { return isShown; }
   bool isMinimized() const override { return false; }
   bool isFullscreen() const override { return isFull; }
@@ -45,12 +45,12 @@ class FakeWindow final : public DesktopWindow {
   }
 
   bool isShown = false;
-  bool isKeyWindow = false;
+  bool isActiveWindow = false;
   bool isEditing = false;
-  int frontCount = 0;
+  int presentCount = 0;
   int closeCount = 0;
   int minimizeCount = 0;
-  int zoomCount = 0;
+  int maximizeCount = 0;
   int fullscreenCount = 0;
   bool isFull = false;
   std::vector<EditingCommand> edits;
@@ -66,19 +66,19 @@ class FakeDesktop final : public DesktopApplication,
                           public Dialogs,
                           public HotKeys,
                           public MemoryPressure,
-                          public Pasteboard,
+                          public Clipboard,
                           public SystemSearch,
                           public Workspace {
  public:
   explicit FakeDesktop(Scheduler& scheduler)
       : animator(scheduler, [this] { return isMotionOn; }), scheduler_(scheduler) {}
 
-  Desktop desktop() { return {animator, *this, *this, *this, *this, *this, *this, *this}; }
+  Desktop desktop() { return {animator, *this, *this, *this, events, *this, *this, *this, *this}; }
 
   // Application
   bool isActive() const override { return true; }
   void activate() override { ++activateCount; }
-  DesktopWindow* keyWindow() const override { return key; }
+  DesktopWindow* activeWindow() const override { return active; }
   void terminate() override { ++terminateCount; }
 
   // Dialogs
@@ -103,7 +103,7 @@ class FakeDesktop final : public DesktopApplication,
   }
 
   // Hot keys
-  void registerSpace(HotKeyModifiers, std::function<void()> pressed,
+  void registerSpace(ModifierKeys, std::function<void()> pressed,
                      std::function<void(std::unique_ptr<HotKey>)> answer) override {
     if (!isHotKeyTaken) hotKeyPressed = std::move(pressed);
     scheduler_.post([answer = std::move(answer), isTaken = isHotKeyTaken] {
@@ -117,17 +117,17 @@ class FakeDesktop final : public DesktopApplication,
     return Observation([this] { memoryIsShort = nullptr; });
   }
 
-  // Pasteboard
+  // Clipboard
   void setText(const std::string& text) override {
-    pasteboardText = text;
-    pasteboardImage = nullptr;
+    clipboardText = text;
+    clipboardImage = nullptr;
   }
   void setImage(const ImageRef& image) override {
-    pasteboardImage = image;
-    pasteboardText.reset();
+    clipboardImage = image;
+    clipboardText.reset();
   }
   void getText(std::function<void(std::optional<std::string>)> answer) override {
-    scheduler_.post([answer = std::move(answer), text = pasteboardText] { answer(text); });
+    scheduler_.post([answer = std::move(answer), text = clipboardText] { answer(text); });
   }
 
   // Search
@@ -150,7 +150,7 @@ class FakeDesktop final : public DesktopApplication,
   void open(const URL& url) override { opened.push_back(url); }
   void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override {
     openedFiles.push_back(file);
-    answer(opensFiles);
+    scheduler_.post([answer = std::move(answer), isOpened = opensFiles] { answer(isOpened); });
   }
   bool opensFiles = true;
   void reveal(const std::filesystem::path&) override {}
@@ -164,12 +164,13 @@ class FakeDesktop final : public DesktopApplication,
   }
 
   Animator animator;
+  EventMonitors events;
   bool isMotionOn = false;
   int activateCount = 0;
   int terminateCount = 0;
   bool isInstalled = true;  // or else the program cannot be the default browser
   bool isDefault = false;
-  DesktopWindow* key = nullptr;
+  DesktopWindow* active = nullptr;
 
   struct ShownAlert {
     DesktopWindow* parent;
@@ -187,8 +188,8 @@ class FakeDesktop final : public DesktopApplication,
   bool isHotKeyTaken = false;
   std::function<void()> hotKeyPressed;
   std::function<void()> memoryIsShort;
-  std::optional<std::string> pasteboardText;
-  ImageRef pasteboardImage;
+  std::optional<std::string> clipboardText;
+  ImageRef clipboardImage;
   // Applications by scheme.
   std::map<std::string, ApplicationInfo> applications;
   std::vector<URL> opened;

@@ -325,7 +325,7 @@ TEST_F(Tab, AWindowThatAPageOpensIsNavigatedByTheEngine) {
 
 TEST_F(Tab, APrivateTabLeavesNoTrace) {
   const TabRef tab = makeLoaded({.profile = privateProfile(), .url = address("https://secret/")});
-  world.view(tab)->clickLink("https://other/", {.command = true});
+  world.view(tab)->clickLink("https://other/", {.control = true});
   advance(10s);
   EXPECT_EQ(tab->url.peek(), address("https://other/"));
   EXPECT_FALSE(tab->webView()->configuration().websiteDataStore->isPersistent());
@@ -348,7 +348,7 @@ TEST_F(Tab, AnExtensionsPageMovesIntoItsConfiguration) {
   settle();
   const TabRef page = world.open("webkit-extension://one/options.html");
   const TabRef other = load("https://a/");
-  world.extensions->isLoaded = true;
+  world.hasExtension = true;
   page->reopenExtensionPage();
   other->reopenExtensionPage();
   EXPECT_EQ(page->webView()->configuration().applicationNameForUserAgent, "extension");
@@ -363,7 +363,7 @@ TEST_F(Tab, WorksWithoutItsStore) {
   const TabRef tab = makeLoaded({.url = address("https://a/")});
   EXPECT_EQ(tab->title.peek(), "https://a/");
   EXPECT_EQ(world.view(tab)->openWindow("https://popup/"), nullptr);
-  EXPECT_EQ(world.view(tab)->clickLink("https://b/", {.command = true}), NavigationPolicy::Cancel);
+  EXPECT_EQ(world.view(tab)->clickLink("https://b/", {.control = true}), NavigationPolicy::Cancel);
   EXPECT_EQ(world.view(tab)->clickLink("https://b/", {.shift = true}), NavigationPolicy::Allow);
   world.view(tab)->closeWindow();
   world.viewOnScreen(tab)->die();
@@ -478,7 +478,9 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     EXPECT_EQ(question().alert.fields.at(0).text, "default");
     give(test.button);
     view->navigationDelegate()->didReceiveAuthenticationChallenge(
-        *view, {.host = "a.org"}, [&](auto answer) { credential = answer; });
+        *view, {.host = "a.org", .realm = "\u202e\u2069vault"},
+        [&](auto answer) { credential = answer; });
+    EXPECT_THAT(question().alert.informativeText, HasSubstr("“\u2068\u202evault\u2069”"));
     EXPECT_TRUE(question().alert.fields.at(1).isSecret);
     give(test.button);
     page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
@@ -595,6 +597,28 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
   EXPECT_FALSE(isOpen());
   store().pageClosing.close(other);
   EXPECT_EQ(store().spaceContaining(*other), nullptr) << "at once";
+}
+
+TEST_F(Panels, ClearingTodayAsksThePagesThatGuardChanges) {
+  const TabRef other = world.open("https://other/");
+  const auto space = store().activeSpace();
+  settle();
+  view->guardsChanges = true;
+  store().pageClosing.clearToday(space);
+  settle();
+  EXPECT_TRUE(contains(space->today.peek(), *other)) << "nothing closes while a page is asked";
+  const TabRef late = world.open("https://late/");
+  store().pageClosing.clearToday(space);
+  EXPECT_EQ(space->selectedTab(), tab) << "the page that waits is shown again";
+  give(0);
+  settle();
+  EXPECT_THAT(space->today.peek(), ElementsAre(late, tab));
+  EXPECT_EQ(toast(), "Closed 1 tab");
+  store().pageClosing.clearToday(space);
+  settle();
+  give(1);
+  settle();
+  EXPECT_THAT(space->today.peek(), IsEmpty());
 }
 
 TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {

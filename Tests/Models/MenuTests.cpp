@@ -59,7 +59,7 @@ TEST(ActionCatalogue, GlyphsFollowAFixedOrder) {
 struct MenuTest : ModelTest {
   MenuTest() {
     world.interface.shown = &world.window;
-    world.desktop.key = &world.window;
+    world.desktop.active = &world.window;
   }
 
   std::vector<std::string> titles(const std::string& query) {
@@ -201,7 +201,7 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   store().commands.performMenuItem(std::vector<std::string>{"View"});
 
   // Disabled items are left out, and not chosen.
-  world.desktop.key = nullptr;
+  world.desktop.active = nullptr;
   advance(1s);
   EXPECT_THAT(harvested(), Not(Contains("menu.File.Close Window")));
   perform("File", "Close Window");
@@ -217,15 +217,15 @@ TEST_F(MenuTest, RowsActOnTheTargetTab) {
   };
   EXPECT_TRUE(zoomedIn());
   FakeWindow other;
-  world.desktop.key = &other;
+  world.desktop.active = &other;
   EXPECT_FALSE(zoomedIn()) << "another window is key";
   perform("Edit", "Find…");
   EXPECT_FALSE(store().pageSearch.find.peek());
   perform("Window", "Minimize");
   perform("Window", "Zoom");
   perform("View", "Enter Full Screen");
-  EXPECT_EQ(other.minimizeCount + other.zoomCount + other.fullscreenCount, 3);
-  world.desktop.key = nullptr;
+  EXPECT_EQ(other.minimizeCount + other.maximizeCount + other.fullscreenCount, 3);
+  world.desktop.active = nullptr;
   EXPECT_FALSE(zoomedIn());
 
   std::shared_ptr<FakeLittleWindow> little;
@@ -339,7 +339,7 @@ TEST_F(MenuTest, APageBecomesAPicture) {
   const auto view = world.viewOnScreen(tab);
   view->snapshot = Image::make(1, 1, {1, 2, 3, 255});
   EXPECT_EQ(told("File", "Capture…"), "Capture copied");
-  EXPECT_EQ(world.desktop.pasteboardImage, view->snapshot);
+  EXPECT_EQ(world.desktop.clipboardImage, view->snapshot);
 }
 
 TEST_F(MenuTest, APageBecomesAPDF) {

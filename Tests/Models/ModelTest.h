@@ -22,7 +22,7 @@ class FakeLittleWindow final : public LittleWindow {
  public:
   FakeLittleWindow(BrowserStore& store, TabRef tab) : store_(store), tab_(std::move(tab)) {}
   const TabRef& tab() const override { return tab_; }
-  bool isKey() const override { return true; }
+  bool isActive() const override { return true; }
   void promote() override { isPromoted = true; }
   void close() override {
     tab_->isDiscarded = true;

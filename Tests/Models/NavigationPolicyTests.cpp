@@ -152,7 +152,7 @@ TEST_F(Policy, ClicksByModifierAndButton) {
   enum class Place { Page, PrivatePage, Peek };
   using enum Place;
   enum class Opens { Nothing, Behind, InFront };
-  const ModifierFlags none, shift{.shift = true}, command{.command = true};
+  const ModifierFlags none, shift{.shift = true}, control{.control = true};
   const struct {
     const char* name;
     ModifierFlags modifiers;
@@ -162,13 +162,13 @@ TEST_F(Policy, ClicksByModifierAndButton) {
     Opens opens;
   } cases[] = {
       {"plain", none, MouseButton::Left, Page, kMainFrame, Opens::Nothing},
-      {"command", command, MouseButton::Left, Page, kMainFrame, Opens::Behind},
+      {"control", control, MouseButton::Left, Page, kMainFrame, Opens::Behind},
       {"middle", none, MouseButton::Middle, Page, kMainFrame, Opens::Behind},
       {"shift middle", shift, MouseButton::Middle, Page, kMainFrame, Opens::InFront},
-      {"command in a subframe", command, MouseButton::Left, Page, kSubframe, Opens::Behind},
+      {"control in a subframe", control, MouseButton::Left, Page, kSubframe, Opens::Behind},
       {"shift: a peek, which is a tab", shift, MouseButton::Left, Page, kMainFrame, Opens::InFront},
       {"shift in the peek", shift, MouseButton::Left, Peek, kMainFrame, Opens::Nothing},
-      {"private command", command, MouseButton::Left, PrivatePage, kMainFrame, Opens::Nothing},
+      {"private control", control, MouseButton::Left, PrivatePage, kMainFrame, Opens::Nothing},
       {"private shift", shift, MouseButton::Left, PrivatePage, kMainFrame, Opens::Nothing},
       {"private middle", none, MouseButton::Middle, PrivatePage, kMainFrame, Opens::Nothing},
   };
@@ -199,7 +199,7 @@ TEST_F(Policy, PagesOfExtensionsLiveInViewsOfTheirOwn) {
   settle();
   EXPECT_EQ(tab->webViewRevision.peek(), 0);
 
-  world.extensions->isLoaded = true;
+  world.hasExtension = true;
   EXPECT_EQ(view->navigate(action(page)), Cancel);
   EXPECT_EQ(tab->liveWebView(), view) << "the view that asks is still in its call";
   settle();
@@ -234,7 +234,7 @@ TEST_F(Policy, SiteRulesFollowEveryNavigationOfTheMainFrame) {
   EXPECT_TRUE(isChanged(action("https://paused.org/", NavigationType::BackForward)));
   EXPECT_TRUE(isChanged(action("https://open.org/", NavigationType::Reload)));
   NavigationAction click = action("https://paused.org/");
-  click.modifierFlags.command = true;
+  click.modifierFlags.control = true;
   EXPECT_TRUE(isChanged(click)) << "also for a click that then opens another tab";
   NavigationAction frame = action("https://open.org/");
   frame.targetFrame = kSubframe;

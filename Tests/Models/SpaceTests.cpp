@@ -164,9 +164,9 @@ TEST_F(Spaces, DeletionTakesAlongWhatBelongsToTheSpaceAndNothingElse) {
 }
 
 TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
-  const SpaceRef gone = at(0), kept = make("Kept");
+  SpaceRef gone = at(0), kept = make("Kept");
   store().switching.switchTo(gone);
-  const TabRef favorite = world.open("https://favorite/");
+  TabRef favorite = world.open("https://favorite/");
   store().move(favorite, FavoritesDestination());
   const UUID profile = gone->profile->id;
   store().choices.learn(suggestion::Search{.text = "cats"}, "c");
@@ -181,6 +181,8 @@ TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
   EXPECT_FALSE(store().choices.byProfile.contains(profile));
   EXPECT_THAT(visits(profile), IsEmpty());
   EXPECT_THAT(world.file("Choices.json"), Not(HasSubstr("cats")));
+  gone.reset();
+  favorite.reset();
   advance(4999ms);
   EXPECT_THAT(world.engine.removedStores, IsEmpty());
   advance(1ms);
@@ -189,6 +191,7 @@ TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
   make("Other");
   world.engine.failingRemovals = 100;
   store().spaceEditing.deleteSpace(kept);
+  kept.reset();
   advance(60s);
   EXPECT_EQ(world.engine.failingRemovals, 95) << "a store that stays in use is left";
 }
@@ -197,17 +200,19 @@ TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
 
 struct Swipe : Spaces {
   Swipe() : first(at(0)), second(make("2")) {
+    world.interface.shown = &world.window;
     store().switching.switchTo(first);
     store().chrome.setSidebarWidth(kWidth);
     world.desktop.isMotionOn = true;
     advance(5s);
   }
   void event(ScrollEvent::Phase phase, double travel = 0, double dy = 0) {
-    EXPECT_FALSE(store().spaceSwipe.handle({.phase = phase,
-                                            .deltaX = -travel,
-                                            .deltaY = dy,
-                                            .timestamp = time,
-                                            .pointerX = pointerX}));
+    EXPECT_EQ(world.desktop.events.offer(world.window, ScrollEvent{.phase = phase,
+                                                                   .deltaX = -travel,
+                                                                   .deltaY = dy,
+                                                                   .timestamp = time,
+                                                                   .pointerX = pointerX}),
+              EventUse::PassedOn);
   }
   // A gesture of equal steps, which stays in the air.
   void drag(double travel, double duration, int steps = 10) {
@@ -368,8 +373,9 @@ TEST_F(Swipe, WhatIsNoSwipe) {
   }));
   drag(50, 0.1);
   event(ScrollEvent::Phase::Cancelled);
-  store().spaceSwipe.handle(
-      {.phase = ScrollEvent::Phase::Changed, .isMomentum = true, .deltaX = -90});
+  world.desktop.events.offer(
+      world.window,
+      ScrollEvent{.phase = ScrollEvent::Phase::Changed, .isMomentum = true, .deltaX = -90});
   EXPECT_EQ(store().switching.spaceSwipeOffset.peek(), 0) << "momentum is nobody's finger";
 }
 

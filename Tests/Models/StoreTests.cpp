@@ -101,22 +101,22 @@ TEST_F(Store, TogglingAPeekingSidebarDocksItInTwoTurns) {
 
 TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
   store().chrome.toggleSidebar();
-  EXPECT_EQ(world.window.alpha[WindowButton::Zoom], 0);
+  EXPECT_EQ(world.window.alpha[WindowButton::Maximize], 0);
   EXPECT_DOUBLE_EQ(world.window.lastDuration, 0.18);
-  EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]);
+  EXPECT_FALSE(world.window.hidden[WindowButton::Maximize]);
   advance(180ms);
-  EXPECT_TRUE(world.window.hidden[WindowButton::Zoom]);
+  EXPECT_TRUE(world.window.hidden[WindowButton::Maximize]);
   store().chrome.toggleSidebar();
-  EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]);
-  EXPECT_EQ(world.window.alpha[WindowButton::Zoom], 1);
+  EXPECT_FALSE(world.window.hidden[WindowButton::Maximize]);
+  EXPECT_EQ(world.window.alpha[WindowButton::Maximize], 1);
   store().chrome.toggleSidebar();
   store().chrome.toggleSidebar();
   advance(1s);
-  EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]) << "shown again before the fade ended";
+  EXPECT_FALSE(world.window.hidden[WindowButton::Maximize]) << "shown again before the fade ended";
   publish(store().chrome.isSidebarVisible, false);
   store().scheduleSave();
   store().chrome.updateWindowChrome(WindowChrome::Motion::AtOnce);
-  EXPECT_TRUE(world.window.hidden[WindowButton::Zoom]);
+  EXPECT_TRUE(world.window.hidden[WindowButton::Maximize]);
   EXPECT_EQ(world.window.lastDuration, 0);
 }
 
@@ -179,12 +179,12 @@ TEST_F(Store, ChoicesActOnWhatIsThere) {
   int ran = 0;
   PaletteCommand command;
   command.perform = [&] { ++ran; };
-  world.window.frontCount = 0;
+  world.window.presentCount = 0;
   store().perform(suggestion::Command{command}, CommandBarMode::Quick);
   EXPECT_EQ(ran, 1);
-  EXPECT_EQ(world.window.frontCount, 1);
+  EXPECT_EQ(world.window.presentCount, 1);
   store().perform(suggestion::Answer{"6*7", "42"}, CommandBarMode::Quick);
-  EXPECT_EQ(world.desktop.pasteboardText, "42");
+  EXPECT_EQ(world.desktop.clipboardText, "42");
   EXPECT_EQ(toast(), "");
   store().perform(suggestion::Answer{"6*7", "42"}, CommandBarMode::NewTab);
   EXPECT_EQ(toast(), "Copied 42");
@@ -232,7 +232,7 @@ TEST_F(Lifecycle, LaunchesInOrderAndKeepsItsWindow) {
   EXPECT_EQ(world.desktop.activateCount, 2);
   lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::None);
   EXPECT_EQ(shown, 3);
-  EXPECT_EQ(world.window.frontCount, 3);
+  EXPECT_EQ(world.window.presentCount, 3);
   EXPECT_THAT(done, testing::SizeIs(3));
   EXPECT_FALSE(lifecycle.continueActivity("unknown"));
 }
@@ -302,7 +302,7 @@ TEST_F(QuickBarKeys, TheKeyOpensTheBarAndClosesItInFront) {
   EXPECT_FALSE(store().quickBar.isQuickBarKeyTaken.peek());
   world.desktop.hotKeyPressed();
   EXPECT_EQ(store().commandBar.peek(), CommandBarMode::NewTab);
-  EXPECT_EQ(world.window.frontCount, 1);
+  EXPECT_EQ(world.window.presentCount, 1);
   world.desktop.hotKeyPressed();
   EXPECT_EQ(store().commandBar.peek(), std::nullopt);
 }

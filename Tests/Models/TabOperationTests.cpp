@@ -563,10 +563,10 @@ TEST_F(TabOperations, CommandWFindsWhatToClose) {
   store().target.closeSelectedTab();
   EXPECT_FALSE(store().peek.tab.peek() || peeked->liveWebView());
   EXPECT_EQ(selected(), tabs[0]);
-  world.desktop.key = &other;
+  world.desktop.active = &other;
   store().target.closeSelectedTab();
   EXPECT_EQ(other.closeCount, 1);
-  world.desktop.key = &world.window;
+  world.desktop.active = &world.window;
   store().target.closeSelectedTab();
   EXPECT_THAT(space().today.peek(), IsEmpty());
   EXPECT_EQ(world.window.closeCount, 0);
@@ -576,13 +576,13 @@ TEST_F(TabOperations, CommandWFindsWhatToClose) {
 
 TEST_F(TabOperations, LinksAreCopiedCleanAndEscaped) {
   store().copiedLink.copyLink();
-  EXPECT_FALSE(world.desktop.pasteboardText);
+  EXPECT_FALSE(world.desktop.clipboardText);
   const TabRef tab = load("https://a/");
   publish(tab->url, address("https://a/?utm_source=x&q=1"));
   tab->title = "A [b] c";
   world.saveNow();
   store().copiedLink.copyLink(nullptr, LinkForm::Markdown);
-  EXPECT_EQ(world.desktop.pasteboardText, "[A [b\\] c](https://a/?q=1)");
+  EXPECT_EQ(world.desktop.clipboardText, "[A [b\\] c](https://a/?q=1)");
   EXPECT_TRUE(store().copiedLink.didCopyLink);
   EXPECT_FALSE(store().toasts.toast.peek());
   advance(1199ms);

@@ -17,36 +17,6 @@ namespace orvel::test {
 
 inline URL address(const std::string& text) { return *URL::parse(text); }
 
-// Writes down what the extensions were told, and of which tab.
-class RecordingExtensions final : public WebExtensionController {
- public:
-  explicit RecordingExtensions(std::vector<std::string>& log) : log_(log) {}
-  void didOpenTab(WebExtensionTab& tab) override { log_.push_back("open " + name(tab)); }
-  void didCloseTab(WebExtensionTab& tab) override { log_.push_back("close " + name(tab)); }
-  void didActivateTab(WebExtensionTab& tab, WebExtensionTab* prior) override {
-    log_.push_back("activate " + name(tab) + (prior ? " after " + name(*prior) : ""));
-  }
-  void didChangeTabProperties(TabProperties properties, WebExtensionTab& tab) override {
-    log_.push_back((properties == TabProperties::Title ? "title " : "url ") + name(tab));
-  }
-  std::optional<WebExtensionContext> extensionContextForURL(const URL& url) const override {
-    if (!url.hasScheme("webkit-extension") || !isLoaded) return std::nullopt;
-    return WebExtensionContext{address("webkit-extension://one/"),
-                               WebViewConfiguration{.applicationNameForUserAgent = "extension"}};
-  }
-
-  bool isLoaded = false;
-
- private:
-  static std::string name(WebExtensionTab& given) {
-    const auto& tab = dynamic_cast<BrowserTab&>(given);
-    EXPECT_FALSE(tab.profile->isPrivate) << "extensions never hear of a private tab";
-    return tab.url.peek() ? tab.url.peek()->text() : "nothing";
-  }
-
-  std::vector<std::string>& log_;
-};
-
 // An interface that has what a test gives it.
 struct FakeInterface final : Interface {
   DesktopWindow* window() override { return shown; }
@@ -64,24 +34,10 @@ struct FakeInterface final : Interface {
 // One run of the program over a disk: all that the model stands on, and the store.
 class World {
  public:
-  explicit World(std::shared_ptr<MemoryFileSystem> given = std::make_shared<MemoryFileSystem>())
-      : disk(std::move(given)) {}
-  ~World() {
-    store.reset();
-    scheduler.settle();
-  }
+  explicit World(std::shared_ptr<MemoryFileSystem> given = std::make_shared<MemoryFileSystem>());
+  ~World();
 
-  World& launch() {
-    defaults.setBoolean("contentBlockingEnabled", false);
-    defaults.setNumber("filterListsLastChecked", 1e12);
-    store = BrowserStore::make(services);
-    store->setInterface(&interface);
-    auto recorder = std::make_unique<RecordingExtensions>(told);
-    extensions = recorder.get();
-    store->extensions.controller = std::move(recorder);
-    saved_ = present();
-    return *this;
-  }
+  World& launch();
 
   // A tab at the top of today's, selected or not.
   TabRef open(const std::string& url, bool isSelected = true) {
@@ -97,17 +53,11 @@ class World {
     return live;
   }
   Space& space() const { return *store->activeSpace(); }
-  std::string file(const std::string& name) const {
-    return disk->read(services.paths.support / name, ~0ull).bytes.value_or("");
-  }
+  std::string file(const std::string& name) const;
   std::string sessionFile() const { return file("session.json"); }
 
   // What a save would write stands on the disk, or a save is on its way.
-  void expectSaved() {
-    if (!store || store->session.isSavePending() || present() == saved_) return;
-    saved_ = present();
-    EXPECT_EQ(sessionFile(), saved_) << "a change that is not saved";
-  }
+  void expectSaved();
   // For tests that change the model behind its operations.
   void saveNow() {
     store->session.save();
@@ -130,6 +80,7 @@ class World {
   CurrencyFeed currencies{scheduler, writer, network.sessions(), "/data/Orvel/eurofxref.xml",
                           address("https://rates.test/daily.xml")};
   EngineSuggestions engineSuggestions{network.sessions()};
+  // What the extensions were told, and of which tab.
   std::vector<std::string> told;
   Services services{
       .scheduler = scheduler,
@@ -145,21 +96,16 @@ class World {
       .resources = "/share",
       .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
       .openHistory = [this](const auto&) { return HistoryStore::open(scheduler, ":memory:"); }};
-  RecordingExtensions* extensions = nullptr;
+  // An extension runs, which has pages of its own.
+  bool hasExtension = false;
   std::shared_ptr<BrowserStore> store;
 
  private:
-  std::string present() const {
-    return untracked([this] { return store->session.record().encoded(); });
-  }
+  std::string present() const;
 
   std::string saved_;
 };
 
-inline std::vector<std::string> urls(const TabList& tabs) {
-  std::vector<std::string> texts;
-  for (const TabRef& tab : tabs) texts.push_back(tab->url.peek() ? tab->url.peek()->text() : "");
-  return texts;
-}
+std::vector<std::string> urls(const TabList& tabs);
 
 }  // namespace orvel::test

@@ -121,6 +121,13 @@ TEST_F(CommandBarViewTest, TypingCompletesAndDeletingDoesNot) {
          type("kelp.ex");
        },
        "kelp.example", "ample"},
+      {"a shorter text over a longer one",
+       [&] {
+         view().field().setText("https://an.address.of/many/letters");
+         entry().select_region(0, -1);
+         type("kelp.ex");
+       },
+       "kelp.example", "ample"},
       {"undo",
        [&] {
          gtk_widget_activate_action(GTK_WIDGET(entry().gobj()), "text.undo", nullptr);

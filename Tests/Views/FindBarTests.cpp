@@ -78,7 +78,7 @@ TEST_F(FindBarTest, GoesAndGivesTheKeyboardBack) {
   EXPECT_TRUE(press(bar().field(), GDK_KEY_Escape));
   EXPECT_FALSE(store().pageSearch.find.peek());
   EXPECT_NE(focus(), field());
-  EXPECT_EQ(page().focusCount, focusCount + 1);
+  EXPECT_GT(page().focusCount, focusCount);
   EXPECT_TRUE(runUntil([this] { return !bar().get_mapped(); }));
 
   show();

@@ -48,6 +48,18 @@ TEST_F(FormTest, ASpaceIsMadeWithALivePreview) {
   ASSERT_NE(focus(), nullptr);
   EXPECT_TRUE(gtk_widget_is_ancestor(focus(), editor().Gtk::Widget::gobj()));
   EXPECT_FALSE(window->view().sidebar().child_focus(Gtk::DirectionType::TAB_FORWARD));
+  // The window's own buttons stay in reach, and nothing else below the sheet.
+  const auto picked = [this](GtkWidget* widget) {
+    auto& view = window->view();
+    graphene_rect_t bounds;
+    EXPECT_TRUE(gtk_widget_compute_bounds(widget, view.gobj(), &bounds));
+    auto* at = gtk_widget_pick(view.gobj(), bounds.origin.x + bounds.size.width / 2,
+                               bounds.origin.y + bounds.size.height / 2, GTK_PICK_DEFAULT);
+    return at && (at == widget || gtk_widget_is_ancestor(at, widget));
+  };
+  for (GtkWidget* button : window->view().sidebar().topBar().windowButtons())
+    EXPECT_TRUE(picked(button));
+  EXPECT_FALSE(picked(withTooltip(root(), "Toggle Sidebar (Ctrl+S)")));
   editor().name().set_text("  ");
   EXPECT_FALSE(editor().commitButton().get_sensitive());
   g_signal_emit_by_name(editor().name().gobj(), "activate");
@@ -301,11 +313,11 @@ TEST_F(FormTest, AQuestionStandsOnTheWindowThatAsks) {
   store().showUtilityWindow(UtilityWindow::History);
   settle();
   FakeWindow history;
-  desktop.key = &history;
+  desktop.active = &history;
   gtk_widget_set_visible(root(), FALSE);
   store().clearHistory();
   EXPECT_EQ(desktop.alerts.back().parent, &history);
-  desktop.key = nullptr;
+  desktop.active = nullptr;
   store().clearHistory();
   EXPECT_EQ(desktop.alerts.back().parent, nullptr) << "the main window is hidden";
 }

@@ -152,10 +152,11 @@ struct Preview {
     }
     test::publish(store.toasts.toast, std::nullopt);
     using Phase = ScrollEvent::Phase;
-    store.spaceSwipe.handle({.phase = Phase::Began, .pointerX = 100});
-    store.spaceSwipe.handle({.phase = Phase::Changed,
-                             .deltaX = -0.4 * store.chrome.sidebarWidth.peek(),
-                             .pointerX = 100});
+    auto& events = sample.world.desktop.events;
+    events.offer(*store.window(), ScrollEvent{.phase = Phase::Began, .pointerX = 100});
+    events.offer(*store.window(), ScrollEvent{.phase = Phase::Changed,
+                                              .deltaX = -0.4 * store.chrome.sidebarWidth.peek(),
+                                              .pointerX = 100});
   }
 
   void openMenu(const std::string& name) {
@@ -241,7 +242,7 @@ struct Preview {
     sample.world.desktop.isMotionOn = true;
     sample.store().contentBlocker.isEnabled = true;
     window = std::make_unique<MainWindow>(nullptr, sample.store());
-    sample.world.desktop.key = &window->desktopWindow();
+    sample.world.desktop.active = &window->desktopWindow();
     for (const auto& state : states) apply(state);
     // The model's clock follows the real one.
     Glib::signal_timeout().connect(

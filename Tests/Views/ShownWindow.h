@@ -19,7 +19,7 @@ struct ShownWindow : testing::Test {
   void SetUp() override {
     window = std::make_unique<MainWindow>(nullptr, sample.store());
     window->present();
-    sample.world.desktop.key = &window->desktopWindow();
+    sample.world.desktop.active = &window->desktopWindow();
     ASSERT_TRUE(runUntil([this] { return gtk_widget_get_mapped(root()); }));
     settle();
   }

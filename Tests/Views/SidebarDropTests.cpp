@@ -93,7 +93,7 @@ TEST_F(SidebarDrops, MeanThePlaceUnderThePointer) {
         << "row " << one.point.row << " at " << one.point.x << ", " << one.point.y;
 }
 
-TEST_F(SidebarDrops, KeysMoveATabByOnePlace) {
+TEST_F(SidebarDrops, KeysMoveAnItemByOnePlace) {
   // As above; a folder is left at either of its ends.
   const struct {
     size_t row;
@@ -102,7 +102,8 @@ TEST_F(SidebarDrops, KeysMoveATabByOnePlace) {
   } cases[] = {
       {4, -1, "pinned folder"}, {4, 1, "folder end"}, {5, -1, "folder in1"}, {5, 1, "pinned p1"},
       {6, -1, "folder end"},    {6, 1, "today t1"},   {8, -1, "pinned end"}, {8, 1, "today end"},
-      {9, -1, "today t1"},      {9, 1, "none"},       {3, 1, "none"},        {0, 1, "none"},
+      {9, -1, "today t1"},      {9, 1, "none"},       {3, 1, "pinned end"},  {0, 1, "none"},
+      {3, -1, "none"},
   };
   for (const auto& one : cases)
     EXPECT_EQ(describe(sidebarMove(rows, one.row, one.step)), one.meaning)
@@ -111,6 +112,23 @@ TEST_F(SidebarDrops, KeysMoveATabByOnePlace) {
   rows = sidebarRows(world.space(), 4);
   EXPECT_EQ(describe(sidebarMove(rows, 4, -1)), "pinned folder") << "past one that is closed";
   EXPECT_EQ(describe(sidebarMove({}, 0, 1)), "none");
+
+  const FolderRef other =
+      std::make_shared<Folder>(UUID::random(), "Other", Folder::Expansion::Expanded);
+  world.space().pinned.update([&](SidebarItemList& items) { items.emplace_back(other); });
+  rows = sidebarRows(world.space(), 4);
+  EXPECT_EQ(describe(sidebarMove(rows, 5, 1)), "none") << "Today takes no folder";
+  EXPECT_EQ(describe(sidebarMove(rows, 5, -1)), "pinned p1");
+  const auto home = world.store->activeSpace();
+  const auto moveFolder = [&](const FolderRef& one, const FolderRef& into) {
+    world.store->move(one, PinnedDestination{into, std::nullopt}, home);
+  };
+  moveFolder(folder, other);
+  EXPECT_EQ(parentOf(home->pinned, folder->id), other);
+  moveFolder(other, folder);
+  moveFolder(other, other);
+  EXPECT_EQ(parentOf(home->pinned, other->id), nullptr) << "not into itself";
+  EXPECT_EQ(tabsOf(home->pinned).size(), 3u) << "nothing is lost";
 }
 
 TEST_F(SidebarDrops, WithoutFavoritesTheirPlaceIsAboveTheFirstHeading) {

@@ -85,6 +85,9 @@ KeyTextField::Actions CommandBarView::fieldActions() {
       .onCancel =
           [this] {
             if (bar_) bar_->cancel();
+            // The next key may be waiting already, and is the page's.
+            flushEffects();
+            store_.focusWebViewNow();
           },
       .complete =
           [this](const std::string& typed) { return bar_ ? bar_->complete(typed) : std::nullopt; }};

@@ -64,7 +64,13 @@ KeyTextField::Actions FindBar::fieldActions() {
           .onMove =
               [this](int delta) { store_.pageSearch.findNext(delta < 0 ? kBackwards : kForwards); },
           .onSubmit = [this] { store_.pageSearch.findNext(kForwards); },
-          .onCancel = [this] { store_.pageSearch.hideFindBar(); },
+          .onCancel =
+              [this] {
+                store_.pageSearch.hideFindBar();
+                // The next key may be waiting already, and is the page's.
+                flushEffects();
+                store_.focusWebViewNow();
+              },
           .complete = {}};
 }
 

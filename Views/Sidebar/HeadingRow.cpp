@@ -5,6 +5,7 @@
 
 #include "DesignSystem/ShownText.h"
 #include "Models/Sidebar/Folders.h"
+#include "Models/Tab/PageClosing.h"
 
 namespace orvel {
 
@@ -40,7 +41,8 @@ HeadingRow::HeadingRow(SidebarContext& context)
   append(clear_);
 
   newFolder_.signal_clicked().connect([this] { context_.store.folders.newFolder(); });
-  clear_.signal_clicked().connect([this] { context_.store.clearToday(context_.space); });
+  clear_.signal_clicked().connect(
+      [this] { context_.store.pageClosing.clearToday(context_.space); });
 
   auto focus = Gtk::EventControllerFocus::create();
   focus->signal_leave().connect([this] { setActive(false); });

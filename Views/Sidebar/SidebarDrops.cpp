@@ -99,9 +99,9 @@ std::optional<SidebarDrop> sidebarDrop(std::span<const SidebarRow> rows, const R
 
 std::optional<TabDestination> sidebarMove(std::span<const SidebarRow> rows, size_t index,
                                           int step) {
-  if (index >= rows.size() || rows[index].key.kind != Kind::Tab) return std::nullopt;
+  if (index >= rows.size() || !isItem(rows[index])) return std::nullopt;
   const auto& row = rows[index];
-  const size_t next = index + static_cast<size_t>(step);  // beyond the end above the first
+  const size_t next = step > 0 ? endOf(rows, index) : index - 1;  // beyond the end above the first
   if (next >= rows.size()) return std::nullopt;
   const auto& other = rows[next];
   const bool isSameSection = isItem(other) && other.section == row.section;
@@ -115,7 +115,7 @@ std::optional<TabDestination> sidebarMove(std::span<const SidebarRow> rows, size
     if (step > 0) return sidebarDrop(rows, {next, 0.5, 0.9}, 1)->destination;
     return other.depth > row.depth ? behind(rows, next) : inFrontOf(other);
   }
-  if (other.key.heading != SidebarRow::Heading::Today) return std::nullopt;
+  if (row.folder || other.key.heading != SidebarRow::Heading::Today) return std::nullopt;
   if (step > 0) return topOfSection(rows, next).destination;
   return PinnedDestination{};
 }

@@ -21,8 +21,9 @@ struct SidebarDrop {
 [[nodiscard]] std::optional<SidebarDrop> sidebarDrop(std::span<const SidebarRow> rows,
                                                      const RowPoint& point, size_t columns);
 
-// Where the tab of a row goes that is moved by one place, up (-1) or down (1); absent for other
-// rows and at the ends. It enters and leaves open folders on its way.
+// Where the tab or folder of a row goes that is moved by one place, up (-1) or down (1); absent for
+// other rows and at the ends. It enters and leaves open folders on its way; a folder takes all that
+// it holds along, and stays among what is pinned.
 [[nodiscard]] std::optional<TabDestination> sidebarMove(std::span<const SidebarRow> rows,
                                                         size_t index, int step);
 

@@ -116,9 +116,13 @@ void SpaceSection::dropLink(const RowPoint& point, const URL& link) {
 
 bool SpaceSection::moveRow(size_t index, int step) {
   const auto destination = sidebarMove(list_.rows(), index, step);
-  if (destination)
-    context_.store.move(TabRef(list_.rows()[index].tabs.front()), *destination, context_.space);
-  return destination.has_value();
+  if (!destination) return false;
+  const SidebarRow row = list_.rows()[index];
+  if (row.folder)
+    context_.store.move(row.folder, std::get<PinnedDestination>(*destination), context_.space);
+  else
+    context_.store.move(row.tabs.front(), *destination, context_.space);
+  return true;
 }
 
 }  // namespace orvel

@@ -1,6 +1,7 @@
 #include "Views/Spaces/SpaceSheet.h"
 
 #include <glib/gi18n.h>
+#include <gtkmm/binlayout.h>
 #include <gtkmm/eventcontrollerkey.h>
 
 #include "DesignSystem/Icons.h"
@@ -13,11 +14,15 @@ namespace {
 
 constexpr int kWidth = 440;
 constexpr int kMargin = 16;
+constexpr int kTopBar = 44;
+constexpr int kWindowButtons = 72;
 
 }  // namespace
 
-SpaceSheet::SpaceSheet(BrowserStore& store)
-    : store_(store),
+SpaceSheet::SpaceSheet(BrowserStore& store, std::function<bool(double, double)> isKeptFree)
+    : Glib::ObjectBase("OrvelSpaceSheet"),
+      store_(store),
+      isKeptFree_(std::move(isKeptFree)),
       theme_(Gtk::Widget::gobj()),
       presence_(Gtk::Widget::gobj(), 0, [this](double presence) {
         set_opacity(std::clamp(presence, 0.0, 1.0));
@@ -42,9 +47,12 @@ SpaceSheet::SpaceSheet(BrowserStore& store)
   card_.set_valign(Gtk::Align::CENTER);
   card_.set_margin(kMargin);
   // The sheet lies over what moves the window otherwise.
-  handle_.set_hexpand(true);
-  handle_.set_child(card_);
+  handle_.set_valign(Gtk::Align::START);
+  handle_.set_margin_start(kWindowButtons);
+  handle_.set_size_request(-1, kTopBar);
+  set_layout_manager(Gtk::BinLayout::create());
   append(handle_);
+  append(card_);
 
   auto keys = Gtk::EventControllerKey::create();
   keys->signal_key_pressed().connect(

@@ -8,10 +8,7 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
-#include <limits>
-
 #include "BrowserCore/Addresses/URLInput.h"
-#include "BrowserCore/Text/Characters.h"
 #include "BrowserCore/Text/Text.h"
 #include "DesignSystem/Icons.h"
 
@@ -20,10 +17,6 @@ namespace orvel {
 namespace {
 
 constexpr int kMostRestores = 3;
-
-size_t length(const std::string& text) {
-  return text::characterCount(text, std::numeric_limits<size_t>::max());
-}
 
 // That of the first letter that has one.
 std::optional<Gtk::TextDirection> directionOf(const std::string& text) {
@@ -73,6 +66,10 @@ KeyTextField::KeyTextField(Actions actions)
   append(frame_);
   entry_.property_has_focus().signal_changed().connect([this] { align(); });
   entry_.signal_changed().connect(sigc::mem_fun(*this, &KeyTextField::changed));
+  entry_.get_buffer()->signal_inserted_text().connect(
+      [this](guint, const char*, guint) { wasInserted_ = true; });
+  entry_.get_buffer()->signal_deleted_text().connect(
+      [this](guint, guint) { wasInserted_ = false; });
   g_signal_connect(entry_.gobj(), "activate", G_CALLBACK(+[](GtkText*, gpointer self) {
                      auto* field = static_cast<KeyTextField*>(self);
                      field->settle();
@@ -116,7 +113,6 @@ void KeyTextField::setText(const std::string& text) {
   isCompleting_ = false;
   tail_.reset();
   hasChanged_ = false;
-  typedText_ = entry_.get_text();
 }
 
 void KeyTextField::setPlaceholder(const std::string& placeholder) {
@@ -178,15 +174,14 @@ void KeyTextField::settle() {
 void KeyTextField::settleChange() {
   const std::string given = entry_.get_text();
   const std::string value = inOneLine(given);
+  const bool wasInserted = wasInserted_;
   if (value != given) {
     isCompleting_ = true;
     entry_.set_text(value);
     entry_.set_position(-1);
     isCompleting_ = false;
   }
-  const bool hasGrown = length(value) > length(typedText_);
-  typedText_ = value;
-  if (hasGrown && !isComposing_ && isCaretAtEnd()) insertCompletion(value);
+  if (wasInserted && !isComposing_ && isCaretAtEnd()) insertCompletion(value);
   actions_.onChange(text());
 }
 

@@ -13,7 +13,7 @@ namespace orvel {
 // The command bar's field: one line without a frame whose keys for moving, submitting and
 // cancelling are calls, and which completes what is typed. The completion is inserted behind the
 // caret like typing, so that undo takes it back, and is selected, so that the next letter replaces
-// it. It comes only when letters were added at the end, and never while an input method composes.
+// it. It comes only when letters were put at the end, and never while an input method composes.
 class KeyTextField final : public Gtk::Box {
  public:
   struct Actions {
@@ -62,13 +62,13 @@ class KeyTextField final : public Gtk::Box {
   Actions actions_;
   Gtk::Entry frame_;
   Gtk::Text& entry_;
-  std::string typedText_;      // the last that the person produced
   std::optional<int> tail_;    // where the selected completion begins, until the next key or click
   int restoreCount_ = 0;       // how often its selection has been restored
   bool isCompleting_ = false;  // the text changes by our own hand
   bool isComposing_ = false;   // an input method has a text of its own in the field
   bool hasChanged_ = false;
-  guint settling_ = 0;  // the source that settles
+  bool wasInserted_ = false;  // the last change put letters in: deleting never completes
+  guint settling_ = 0;        // the source that settles
 };
 
 }  // namespace orvel

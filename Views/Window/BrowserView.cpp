@@ -40,7 +40,7 @@ BrowserView::BrowserView(BrowserStore& store)
       findBar_(store),
       commandBar_(store),
       toast_(store),
-      sheet_(store),
+      sheet_(store, [this](double x, double y) { return isWindowButton(x, y); }),
       docked_(gobj(), 1, [this](double) { queue_allocate(); }),
       floating_(gobj(), 0, [this](double) { queue_allocate(); }) {
   add_css_class("orvel");
@@ -163,6 +163,15 @@ void BrowserView::switchRegion() {
   } else if (!sidebar_.section().list().child_focus(Gtk::DirectionType::TAB_FORWARD)) {
     sidebar_.child_focus(Gtk::DirectionType::TAB_FORWARD);
   }
+}
+
+bool BrowserView::isWindowButton(double x, double y) {
+  const graphene_point_t point = {static_cast<float>(x), static_cast<float>(y)};
+  return std::ranges::any_of(sidebar_.topBar().windowButtons(), [&](GtkWidget* button) {
+    graphene_rect_t bounds;
+    return gtk_widget_get_mapped(button) && gtk_widget_compute_bounds(button, gobj(), &bounds) &&
+           graphene_rect_contains_point(&bounds, &point);
+  });
 }
 
 BrowserView::Placement BrowserView::placement() const {

@@ -44,6 +44,8 @@ class BrowserView final : public Gtk::Widget {
   // Where the sidebar stands: beside the page, over it, or nowhere.
   enum class Placement { Docked, Floating, Hidden };
   Placement placement() const;
+  // The point of the view lies on one of the window's own buttons.
+  bool isWindowButton(double x, double y);
   void place(Gtk::Widget& widget, const Area& area);
   // Over the page that fills `page`.
   void placeFindBar(const Area& page);

@@ -3,7 +3,6 @@
 #include "DesignSystem/ShownText.h"
 #include "Engine/WebView.h"
 #include "Models/Spaces/SpaceEditing.h"
-#include "Models/Spaces/SpaceSwipe.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Views/History/HistoryContent.h"
@@ -30,10 +29,7 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       window_(GTK_WINDOW(g_object_ref_sink(adw_application_window_new(application)))),
       desktopWindow_(window_),
       view_(std::make_unique<BrowserView>(store)),
-      utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())),
-      scroll_(std::make_unique<GtkScrollSource>(GTK_WIDGET(window_), store.spaceSwipe, [&store] {
-        return !store.spaceEditing.spaceDraft.peek() && !store.commandBar.peek();
-      })) {
+      utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())) {
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
   gtk_window_set_hide_on_close(window_, TRUE);
@@ -44,6 +40,8 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
   desktopWindow_.setButtons(view_->sidebar().topBar().windowButtons());
   installAccelerators(GTK_WIDGET(window_), store,
                       [this](ActionID action) { return perform(action); });
+  // The latest comes first: monitors see a key before it is an accelerator.
+  events_ = std::make_unique<GtkEventSource>(desktopWindow_, store.services().desktop.events);
   utilityWindows_->fill(UtilityWindow::Settings,
                         [&store] { return std::make_unique<SettingsContent>(store); });
   utilityWindows_->fill(UtilityWindow::History,
@@ -64,7 +62,7 @@ MainWindow::~MainWindow() {
   gtk_window_set_focus(window_, nullptr);
   if (&store_.interface() == this) store_.setInterface(nullptr);
   utilityWindows_.reset();
-  scroll_.reset();
+  events_.reset();
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), nullptr);
   view_.reset();
   gtk_window_destroy(window_);

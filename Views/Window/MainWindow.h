@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "Desktop/Gtk/GtkDesktopWindow.h"
-#include "Desktop/Gtk/GtkScrollSource.h"
+#include "Desktop/Gtk/GtkEventSource.h"
 #include "Models/Commands/ActionCatalogue.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Windows/Interface.h"
@@ -46,7 +46,7 @@ class MainWindow final : public Interface {
   GtkDesktopWindow desktopWindow_;
   std::unique_ptr<BrowserView> view_;
   std::unique_ptr<UtilityWindows> utilityWindows_;
-  std::unique_ptr<GtkScrollSource> scroll_;
+  std::unique_ptr<GtkEventSource> events_;
   Effect title_;
 };
 

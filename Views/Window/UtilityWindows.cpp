@@ -172,7 +172,7 @@ bool UtilityWindows::show(UtilityWindow which) {
 
 void UtilityWindows::closeBugReport() {
   const auto found = windows_.find(UtilityWindow::BugReport);
-  if (found != windows_.end() && found->second) found->second->desktopWindow().performClose();
+  if (found != windows_.end() && found->second) found->second->desktopWindow().close();
 }
 
 UtilityContent* UtilityWindows::content(UtilityWindow which) {

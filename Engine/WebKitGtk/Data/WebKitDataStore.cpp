@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "Engine/WebKitGtk/Data/WebKitDownload.h"
+
 namespace orvel {
 
 namespace {
@@ -98,6 +100,20 @@ void WebKitDataStore::removeData(std::vector<WebsiteDataRecord> records,
                                  std::function<void()> answer) {
   webkit_website_data_manager_fetch(manager(), kAllTypes, nullptr, &removeFetched,
                                     new Removal{std::move(records), std::move(answer)});
+}
+
+std::shared_ptr<Download> WebKitDataStore::startDownload(const URLRequest& request) {
+  constexpr std::string_view kSchemes[] = {"http", "https", "data"};
+  const bool isKnown = std::ranges::any_of(
+      kSchemes, [&](std::string_view scheme) { return request.url.hasScheme(scheme); });
+  if (!isKnown) return nullptr;
+  const auto download = GRef<WebKitDownload>::adopt(
+      webkit_network_session_download_uri(session_.get(), request.url.text().c_str()));
+  auto* native = webkit_download_get_request(download.get());
+  if (auto* headers = webkit_uri_request_get_http_headers(native))
+    for (const auto& [name, value] : request.headers)
+      soup_message_headers_replace(headers, name.c_str(), value.c_str());
+  return WebKitDownloadAdapter::follow(download.get());
 }
 
 }  // namespace orvel

@@ -19,6 +19,7 @@ class WebKitDataStore final : public WebsiteDataStore {
   bool isPersistent() const override;
   void fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) override;
   void removeData(std::vector<WebsiteDataRecord> records, std::function<void()> answer) override;
+  std::shared_ptr<Download> startDownload(const URLRequest& request) override;
 
   WebKitNetworkSession* session() const { return session_.get(); }
 

@@ -5,14 +5,25 @@
 
 namespace orvel {
 
+namespace {
+
+constexpr const char* kFollowed = "orvel-followed";
+
+}  // namespace
+
 std::shared_ptr<WebKitDownloadAdapter> WebKitDownloadAdapter::follow(WebKitDownload* download) {
   std::shared_ptr<WebKitDownloadAdapter> adapter(new WebKitDownloadAdapter(download));
   adapter->self_ = adapter;
   return adapter;
 }
 
+bool WebKitDownloadAdapter::isFollowed(WebKitDownload* download) {
+  return g_object_get_data(G_OBJECT(download), kFollowed) != nullptr;
+}
+
 WebKitDownloadAdapter::WebKitDownloadAdapter(WebKitDownload* download)
     : download_(GRef<WebKitDownload>::retain(download)) {
+  g_object_set_data(G_OBJECT(download), kFollowed, this);
   g_signal_connect(download, "decide-destination", G_CALLBACK(&decideDestination), this);
   g_signal_connect(download, "notify::estimated-progress", G_CALLBACK(&progressed), this);
   g_signal_connect(download, "failed", G_CALLBACK(&failed), this);

@@ -15,6 +15,7 @@ class WebKitDownloadAdapter final : public Download,
                                     public std::enable_shared_from_this<WebKitDownloadAdapter> {
  public:
   static std::shared_ptr<WebKitDownloadAdapter> follow(WebKitDownload* download);
+  static bool isFollowed(WebKitDownload* download);
   ~WebKitDownloadAdapter() override;
 
   std::optional<URL> originalURL() const override;

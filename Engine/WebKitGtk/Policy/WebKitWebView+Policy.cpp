@@ -48,8 +48,8 @@ MouseButton buttonOf(WebKitNavigationAction* action) {
 ModifierFlags modifiersOf(WebKitNavigationAction* action) {
   const unsigned state = webkit_navigation_action_get_modifiers(action);
   return {.shift = (state & GDK_SHIFT_MASK) != 0,
-          .command = (state & GDK_CONTROL_MASK) != 0,
-          .option = (state & GDK_ALT_MASK) != 0};
+          .control = (state & GDK_CONTROL_MASK) != 0,
+          .alt = (state & GDK_ALT_MASK) != 0};
 }
 
 std::optional<URLRequest> requestOf(WebKitURIRequest* request) {
@@ -256,17 +256,23 @@ void WebKitWebView::answerResponse(GRef<WebKitPolicyDecision> decision,
 bool WebKitWebView::loadFailed(WebKitLoadEvent event, const char* uri, const GError& raw) {
   endWaiting();
   phase_ = Phase::Ended;
-  LoadError error = std::exchange(hasTimedOut_, false) ? timeoutError(uri) : loadError(raw, uri);
+  LoadError error = loadError(raw, uri);
   // The engine's own error page is never shown.
   if (event == WEBKIT_LOAD_COMMITTED) {
     if (navigation_) navigation_->didFail(*this, error);
     return true;
   }
+  if (std::exchange(isStopped_, false) && error.kind == LoadError::Kind::Cancelled) return true;
   if (lateQuestion_ && lateQuestion_->policy == NavigationPolicy::Cancel)
     error.kind = LoadError::Kind::PolicyInterrupted;
-  if (fallBackToHTTP(error)) return true;
-  if (navigation_) navigation_->didFailProvisionalNavigation(*this, error);
+  failed(error);
   return true;
+}
+
+void WebKitWebView::failed(const LoadError& error) {
+  phase_ = Phase::Ended;
+  if (!fallBackToHTTP(error) && navigation_)
+    navigation_->didFailProvisionalNavigation(*this, error);
 }
 
 WebKitBackForwardListItem* WebKitWebView::historyItem(const URL& url) const {

@@ -68,6 +68,18 @@ inline constexpr const char kNavigationObserver[] = R"js(
 })();
 )js";
 
+// Reports that something of the frame may have begun or ended to play.
+inline constexpr const char kMediaHandler[] = "orvelMedia";
+inline constexpr const char kMediaObserver[] = R"js(
+(() => {
+  const report = () => webkit.messageHandlers.orvelMedia.postMessage(0);
+  for (const event of ['playing', 'pause', 'ended', 'emptied', 'volumechange'])
+    document.addEventListener(event, report, true);
+  addEventListener('pagehide', () => { if (document.querySelector('video, audio')) report(); });
+  addEventListener('pageshow', (event) => { if (event.persisted) report(); });
+})();
+)js";
+
 // Runs in the page's own world.
 inline constexpr const char kPrivacySignal[] = R"js(
 Object.defineProperty(Navigator.prototype, 'globalPrivacyControl', {

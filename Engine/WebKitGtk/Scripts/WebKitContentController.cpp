@@ -71,16 +71,19 @@ struct WebKitContentController::Handler {
 
 WebKitContentController::WebKitContentController()
     : manager_(GRef<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())) {
-  addScriptMessageHandler(engine_scripts::kNavigationHandler,
-                          ContentWorld::named(engine_scripts::kWorld),
+  const auto world = ContentWorld::named(engine_scripts::kWorld);
+  addScriptMessageHandler(engine_scripts::kNavigationHandler, world,
                           [this](const ScriptMessage& message) {
                             if (!reporter_) return;
                             if (auto report = navigationReport(message)) reporter_(*report);
                           });
-  const UserScript observer{.source = engine_scripts::kNavigationObserver,
-                            .world = ContentWorld::named(engine_scripts::kWorld)};
-  ownScripts_.push_back(observer);
-  add(observer);
+  addScriptMessageHandler(engine_scripts::kMediaHandler, world, [this](const ScriptMessage&) {
+    if (mediaReporter_) mediaReporter_();
+  });
+  for (const char* source : {engine_scripts::kNavigationObserver, engine_scripts::kMediaObserver}) {
+    ownScripts_.push_back({.source = source, .world = world});
+    add(ownScripts_.back());
+  }
 }
 
 WebKitContentController::~WebKitContentController() {

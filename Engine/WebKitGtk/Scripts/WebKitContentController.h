@@ -41,6 +41,8 @@ class WebKitContentController final : public UserContentController {
   void setEngineRules(std::shared_ptr<ContentRuleList> rules);
   // The page's navigations are reported here, before their decisions.
   void setNavigationReporter(std::function<void(NavigationReport)> reporter);
+  // Something in the page may have begun or ended to play.
+  void setMediaReporter(std::function<void()> reporter) { mediaReporter_ = std::move(reporter); }
 
  private:
   struct Handler;
@@ -53,6 +55,7 @@ class WebKitContentController final : public UserContentController {
   std::vector<UserScript> ownScripts_;
   std::vector<UserScript> scripts_;  // the model's
   std::function<void(NavigationReport)> reporter_;
+  std::function<void()> mediaReporter_;
   std::shared_ptr<ContentRuleList> engineRules_;
 };
 

@@ -37,10 +37,7 @@ void evaluated(GObject* source, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<ScriptAnswer> answer(static_cast<ScriptAnswer*>(data));
   GError* error = nullptr;
   auto* value = webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &error);
-  if (*answer)
-    (*answer)(scriptResult(value, error));
-  else
-    scriptResult(value, error);
+  (*answer)(scriptResult(value, error));
 }
 
 void called(GObject* source, GAsyncResult* result, gpointer data) {
@@ -48,28 +45,10 @@ void called(GObject* source, GAsyncResult* result, gpointer data) {
   GError* error = nullptr;
   auto* value = webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(source),
                                                                       result, &error);
-  if (*answer)
-    (*answer)(scriptResult(value, error));
-  else
-    scriptResult(value, error);
+  (*answer)(scriptResult(value, error));
 }
 
-// A script that was sent to all frames of a page, until they have answered.
-struct FrameQuestion {
-  std::function<void(std::vector<std::string>)> answer;
-  TaskHandle limit;
-
-  void end(std::vector<std::string> values) {
-    limit.cancel();
-    if (const auto give = std::exchange(answer, nullptr)) give(std::move(values));
-  }
-};
-
-Task<> endUnansweredQuestion(std::weak_ptr<FrameQuestion> weak, Duration after) {
-  const SleepResult result = co_await sleep(after);
-  const auto question = weak.lock();
-  if (question && result == SleepResult::Done) question->end({});
-}
+const ScriptResult kUnanswered{std::nullopt, "the page does not answer"};
 
 const char* worldName(const ContentWorld& world) {
   return world.name.empty() ? nullptr : world.name.c_str();
@@ -135,11 +114,14 @@ ImageRef imageFrom(GdkTexture* texture, const SnapshotRequest& request, int scal
   return Image::make(width, height, scaled(pixels, fullWidth * 4, crop, width, height));
 }
 
-// True while something in the frame plays.
-constexpr const char kPlayingScript[] =
-    "[...document.querySelectorAll('video, audio')].some((media) => !media.paused && !media.ended "
-    "&& media.readyState > 2)";
-constexpr const char kHasMediaScript[] = "document.querySelector('video, audio') !== null";
+// What a frame's elements do, in bits.
+enum Media { kHasMedia = 1, kPlays = 2, kIsLoud = 4, kPlaysVideo = 8 };
+constexpr const char kMediaScript[] = R"js(
+[...document.querySelectorAll('video, audio')].reduce((bits, media) => {
+  if (media.paused || media.ended || media.readyState <= 2) return bits | 1;
+  const isLoud = !media.muted && media.volume > 0;
+  return bits | 3 | (isLoud ? 4 : 0) | (media.localName === 'video' ? 8 : 0);
+}, 0))js";
 constexpr const char kPauseScript[] =
     "document.querySelectorAll('video, audio').forEach((media) => media.pause())";
 
@@ -149,52 +131,58 @@ constexpr const char kPauseScript[] =
 
 void WebKitWebView::evaluateJavaScript(const std::string& script, const ContentWorld& world,
                                        const std::optional<FrameInfo>& frame, ScriptAnswer answer) {
-  if (!frame || frame->isMainFrame) {
-    webkit_web_view_evaluate_javascript(view_.get(), script.c_str(),
-                                        static_cast<gssize>(script.size()), worldName(world),
-                                        nullptr, nullptr, &evaluated, boxed(std::move(answer)));
-    return;
-  }
-  const std::string guarded =
-      fmt::format("window.__orvelFrame?.id === {} ? [eval({})] : undefined", frame->id,
-                  json(script).dump(-1, ' ', true, json::error_handler_t::replace));
-  evaluateEverywhere(guarded, world, [answer = std::move(answer)](std::vector<std::string> values) {
-    if (!answer) return;
-    for (const std::string& text : values)
-      if (const json value = json::parse(text, nullptr, false);
-          value.is_array() && value.size() == 1)
-        return answer({value[0].dump(), ""});
-    answer({std::nullopt, "the frame is gone"});
-  });
+  if (!answer) answer = [](const ScriptResult&) {};
+  if (frame && !frame->isMainFrame)
+    return evaluateInFrames(script, world, frame->id,
+                            [answer = std::move(answer)](const FrameResults& results) {
+                              if (results.empty()) return answer({std::nullopt, "no such frame"});
+                              answer(results.front());
+                            });
+  auto expected = answers_.expect(std::move(answer), kUnanswered);
+  webkit_web_view_evaluate_javascript(view_.get(), script.c_str(),
+                                      static_cast<gssize>(script.size()), worldName(world), nullptr,
+                                      nullptr, &evaluated, boxed(std::move(expected.give)));
 }
 
-void WebKitWebView::evaluateEverywhere(const std::string& script, const ContentWorld& world,
-                                       std::function<void(std::vector<std::string>)> answer) {
-  // A page that hangs never answers.
-  constexpr Duration kLongestWait = 5s;
-  auto question = std::make_shared<FrameQuestion>();
-  question->answer = std::move(answer);
-  question->limit = engine_.scheduler().start(endUnansweredQuestion(question, kLongestWait));
+void WebKitWebView::evaluateInFrames(const std::string& script, const ContentWorld& world,
+                                     uint64_t frame, std::function<void(FrameResults)> answer) {
+  auto expected = answers_.expect(std::move(answer), FrameResults());
   const auto message = GRef<WebKitUserMessage>::retain(webkit_user_message_new(
-      "evaluate", g_variant_new("(ss)", world.name.c_str(), script.c_str())));
+      "evaluate", g_variant_new("(sst)", world.name.c_str(), script.c_str(), frame)));
   webkit_web_view_send_message_to_page(
       view_.get(), message.get(), nullptr,
       [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::shared_ptr<FrameQuestion>> asked(
-            static_cast<std::shared_ptr<FrameQuestion>*>(data));
+        const std::unique_ptr<std::function<void(FrameResults)>> give(
+            static_cast<std::function<void(FrameResults)>*>(data));
         const auto reply = GRef<WebKitUserMessage>::adopt(
             webkit_web_view_send_message_to_page_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
-        std::vector<std::string> values;
+        FrameResults results;
         GVariant* parameters = reply ? webkit_user_message_get_parameters(reply.get()) : nullptr;
-        if (parameters && g_variant_is_of_type(parameters, G_VARIANT_TYPE("as"))) {
+        if (parameters && g_variant_is_of_type(parameters, G_VARIANT_TYPE("a(bs)"))) {
           GVariantIter iterator;
-          const char* value = nullptr;
+          gboolean isValue = FALSE;
+          const char* text = nullptr;
           g_variant_iter_init(&iterator, parameters);
-          while (g_variant_iter_next(&iterator, "&s", &value)) values.emplace_back(value);
+          while (g_variant_iter_next(&iterator, "(b&s)", &isValue, &text))
+            results.push_back(isValue ? ScriptResult{text, ""} : ScriptResult{std::nullopt, text});
         }
-        (*asked)->end(std::move(values));
+        (*give)(std::move(results));
       },
-      boxed(std::move(question)));
+      boxed(std::move(expected.give)));
+}
+
+// What its process is sent it answers in order.
+void WebKitWebView::awaitTakingUp(std::function<void()> takenUp) {
+  webkit_web_view_evaluate_javascript(
+      view_.get(), "0", 1, ContentWorld::defaultClient().name.c_str(), nullptr, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::function<void()>> done(
+            static_cast<std::function<void()>*>(data));
+        const auto value = GRef<JSCValue>::adopt(
+            webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
+        if (value) (*done)();
+      },
+      boxed(std::move(takenUp)));
 }
 
 void WebKitWebView::callAsyncJavaScript(const std::string& body, const std::string& arguments,
@@ -212,10 +200,13 @@ void WebKitWebView::callAsyncJavaScript(const std::string& body, const std::stri
     }
   }
   prelude += body;
+  if (!answer) answer = [](const ScriptResult&) {};
+  auto expected = answers_.expect(std::move(answer), kUnanswered, PendingAnswers::EndsWith::Page);
   webkit_web_view_call_async_javascript_function(
       view_.get(), prelude.c_str(), static_cast<gssize>(prelude.size()),
       g_variant_dict_end(&dictionary), worldName(world), nullptr, nullptr, &called,
-      boxed(std::move(answer)));
+      boxed(std::move(expected.give)));
+  awaitTakingUp(std::move(expected.takenUp));
 }
 
 // Pictures
@@ -237,7 +228,7 @@ void WebKitWebView::takeSnapshot(const SnapshotRequest& request,
         context->answer(texture ? imageFrom(texture.get(), context->request, context->scale)
                                 : nullptr);
       },
-      new Context{request, scale, std::move(answer)});
+      new Context{request, scale, answers_.expect<ImageRef>(std::move(answer), nullptr).give});
 }
 
 void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
@@ -259,9 +250,12 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
         });
   g_close(descriptor, nullptr);
 
+  auto expected =
+      answers_.expect(std::move(answer), PDFResult{std::nullopt, "The page does not answer."});
+  awaitTakingUp(std::move(expected.takenUp));
   auto* context =
       new Context{GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get())),
-                  name.get(), std::move(answer), ""};
+                  name.get(), std::move(expected.give), ""};
   const auto settings = GRef<GtkPrintSettings>::adopt(gtk_print_settings_new());
   gtk_print_settings_set_printer(settings.get(), "Print to File");
   gtk_print_settings_set(settings.get(), GTK_PRINT_SETTINGS_OUTPUT_URI,
@@ -297,6 +291,13 @@ void WebKitWebView::print() {
 
 // Find
 
+void WebKitWebView::connectMedia() {
+  connect(
+      "notify::is-playing-audio", +[](::WebKitWebView*, GParamSpec*, gpointer data) {
+        static_cast<WebKitWebView*>(data)->mediaChanged();
+      });
+}
+
 void WebKitWebView::connectFind() {
   auto* controller = webkit_web_view_get_find_controller(view_.get());
   g_signal_connect(controller, "found-text",
@@ -329,7 +330,7 @@ void WebKitWebView::find(const std::string& text, const FindConfiguration& confi
                       finding_.isCaseSensitive == configuration.isCaseSensitive;
   finding_.text = text;
   finding_.isCaseSensitive = configuration.isCaseSensitive;
-  finding_.answers.push_back(std::move(answer));
+  finding_.answers.push_back(answers_.expect(std::move(answer), false).give);
   guint options = WEBKIT_FIND_OPTIONS_NONE;
   if (!configuration.isCaseSensitive) options |= WEBKIT_FIND_OPTIONS_CASE_INSENSITIVE;
   if (configuration.wraps) options |= WEBKIT_FIND_OPTIONS_WRAP_AROUND;
@@ -350,28 +351,48 @@ void WebKitWebView::endFind() {
 // Media
 
 void WebKitWebView::pauseAllMediaPlayback() {
-  evaluateEverywhere(kPauseScript, ContentWorld::named(engine_scripts::kWorld), {});
+  evaluateInFrames(kPauseScript, ContentWorld::named(engine_scripts::kWorld), 0,
+                   [](const FrameResults&) {});
 }
 
 void WebKitWebView::setMuted(bool isMuted) { webkit_web_view_set_is_muted(view_.get(), isMuted); }
 
 void WebKitWebView::requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) {
-  const std::string script =
-      fmt::format("({}) ? 2 : ({}) ? 1 : 0", kPlayingScript, kHasMediaScript);
-  evaluateEverywhere(script, ContentWorld::named(engine_scripts::kWorld),
-                     [weak = weak_from_this(),
-                      answer = std::move(answer)](const std::vector<std::string>& values) {
-                       // What a script plays without an element in the page is only heard.
-                       const auto self = weak.lock();
-                       const bool isHeard =
-                           self && webkit_web_view_is_playing_audio(self->view_.get());
-                       const auto any = [&values](const char* value) {
-                         return std::find(values.begin(), values.end(), value) != values.end();
-                       };
-                       answer(isHeard || any("2") ? MediaPlaybackState::Playing
-                              : any("1")          ? MediaPlaybackState::Paused
-                                                  : MediaPlaybackState::None);
-                     });
+  evaluateInFrames(
+      kMediaScript, ContentWorld::named(engine_scripts::kWorld), 0,
+      [weak = weak_from_this(), answer = std::move(answer)](const FrameResults& results) {
+        int bits = 0;
+        for (const auto& result : results)
+          bits |=
+              result.value ? static_cast<int>(std::strtol(result.value->c_str(), nullptr, 10)) : 0;
+        const auto self = weak.lock();
+        // What a script plays without an element in the page is only heard; of a video that the
+        // page itself has muted the engine says that it is heard, too.
+        const bool isHeard = self && webkit_web_view_is_playing_audio(self->view_.get());
+        const bool isPlaying = isHeard || (bits & kPlays);
+        if (self)
+          self->setPlayingMedia({.audio = isHeard && (!(bits & kPlays) || (bits & kIsLoud)),
+                                 .video = (bits & kPlaysVideo) != 0});
+        answer(isPlaying          ? MediaPlaybackState::Playing
+               : bits & kHasMedia ? MediaPlaybackState::Paused
+                                  : MediaPlaybackState::None);
+      });
+}
+
+void WebKitWebView::mediaChanged() {
+  mediaTimer_ = engine_.scheduler().start(askForMedia(weak_from_this()));
+}
+
+Task<> WebKitWebView::askForMedia(std::weak_ptr<WebKitWebView> weak) {
+  constexpr Duration kBurst = 300ms;
+  const SleepResult slept = co_await sleep(kBurst);
+  const auto self = weak.lock();
+  if (self && slept == SleepResult::Done)
+    self->requestMediaPlaybackState([](MediaPlaybackState) {});
+}
+
+void WebKitWebView::setPlayingMedia(PlayingMedia media) {
+  if (std::exchange(playingMedia_, media) != media) notify(WebViewProperty::PlayingMedia);
 }
 
 namespace {

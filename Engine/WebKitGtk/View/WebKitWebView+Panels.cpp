@@ -3,6 +3,7 @@
 #include "Engine/WebKitGtk/Policy/ReportedURL.h"
 #include "Engine/WebKitGtk/View/WebKitWebView.h"
 #include "Engine/WebKitGtk/View/WebKitWindowOpener.h"
+#include "Engine/WebKitGtk/WebKitEngine.h"
 
 namespace orvel {
 
@@ -68,6 +69,7 @@ void runFileChooser(WebKitWebView& view, UIDelegate& ui, WebKitFileChooserReques
 
 void WebKitWebView::runScriptDialog(WebKitScriptDialog* raw) {
   const auto dialog = hold(raw);
+  dialog_ = dialog;
   const FrameInfo frame = mainFrame();
   const std::string message = textOf(webkit_script_dialog_get_message(raw));
   const auto confirm = [dialog](bool isConfirmed) {
@@ -97,6 +99,29 @@ void WebKitWebView::runScriptDialog(WebKitScriptDialog* raw) {
   }
 }
 
+// The dialog blocks the whole window: a page out of sight shows none, and one that asks in a loop
+// is not heard until it has been silent for a while.
+bool WebKitWebView::refusesToPrint(WebKitPrintOperation* operation) {
+  static constexpr Duration kSilence = 2s;
+  const Instant now = engine_.scheduler().instant();
+  const bool isTooSoon = !printsAgainAt_ || now < *printsAgainAt_;
+  if (isTooSoon || !gtk_widget_get_mapped(GTK_WIDGET(view_.get()))) {
+    if (printsAgainAt_) printsAgainAt_ = now + kSilence;
+    return true;
+  }
+  printsAgainAt_.reset();
+  g_object_weak_ref(
+      G_OBJECT(operation),
+      [](gpointer data, GObject*) {
+        const std::unique_ptr<std::weak_ptr<WebKitWebView>> weak(
+            static_cast<std::weak_ptr<WebKitWebView>*>(data));
+        if (const auto self = weak->lock())
+          self->printsAgainAt_ = self->engine_.scheduler().instant() + kSilence;
+      },
+      new std::weak_ptr(weak_from_this()));
+  return false;
+}
+
 void WebKitWebView::connectPanels() {
   using Self = WebKitWebView;
   connect(
@@ -122,6 +147,10 @@ void WebKitWebView::connectPanels() {
         const auto self = static_cast<Self*>(data)->shared_from_this();
         if (self->ui_) self->runScriptDialog(dialog);
         return TRUE;
+      });
+  connect(
+      "print", +[](::WebKitWebView*, WebKitPrintOperation* operation, gpointer self) -> gboolean {
+        return static_cast<Self*>(self)->refusesToPrint(operation);
       });
   connect(
       "run-file-chooser",

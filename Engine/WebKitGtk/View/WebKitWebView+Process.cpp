@@ -25,6 +25,8 @@ void WebKitWebView::connectProcess() {
       +[](::WebKitWebView*, WebKitWebProcessTerminationReason, gpointer data) {
         const auto self = static_cast<Self*>(data)->shared_from_this();
         self->endFinding();
+        self->answers_.fail(PendingAnswers::EndsWith::View);
+        self->setPlayingMedia({});
         self->committedURL_.reset();
         self->isSubstituteComing_ = false;
         self->answerClosing(true);

@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Data/WebKitDataStore.h"
 #include "Engine/WebKitGtk/Policy/HTTPSFirst.h"
 #include "Engine/WebKitGtk/Policy/LoadErrors.h"
@@ -47,11 +48,22 @@ std::optional<URL> plainForm(const char* text) {
   return URL::parse("http" + url->text().substr(url->scheme().size()));
 }
 
+void switchOff(WebKitSettings* settings, std::string_view feature) {
+  auto* all = webkit_settings_get_all_features();
+  for (gsize i = 0; i < webkit_feature_list_get_length(all); ++i)
+    if (auto* one = webkit_feature_list_get(all, i); feature == webkit_feature_get_identifier(one))
+      webkit_settings_set_feature_enabled(settings, one, FALSE);
+  webkit_feature_list_unref(all);
+}
+
 }  // namespace
 
 WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
                              const WebViewConfiguration& configuration)
-    : engine_(engine), configuration_(configuration) {
+    : engine_(engine),
+      configuration_(configuration),
+      answers_(engine.scheduler(), [this] { return !dialog_.expired(); }) {
+  shareProcess();
   if (!configuration_.websiteDataStore)
     configuration_.websiteDataStore = engine.nonPersistentDataStore();
   if (!configuration_.userContentController)
@@ -63,8 +75,9 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
   const bool hasOwnProcess = !configuration_.opener;
   // Its opener may draw into a window without a load.
   isBlank_ = hasOwnProcess;
-  // The opener's view was wanted for that alone.
+  // The other view was wanted for that alone.
   configuration_.opener = nullptr;
+  configuration_.processSharedWith = nullptr;
   applySettings();
   installEmojiChooser(view_.get());
   // An empty script starts the page's process, which is up by the time that something is to load.
@@ -73,14 +86,23 @@ WebKitWebView::WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
                                         nullptr);
 }
 
+// As a window that the other view opened, but that its page knows nothing of it.
+void WebKitWebView::shareProcess() {
+  const auto* other = static_cast<WebKitWebView*>(configuration_.processSharedWith.get());
+  if (!other || configuration_.opener) return;
+  configuration_.opener =
+      std::make_shared<WebKitWindowOpener>(other->native(), other->processUsers_);
+  configuration_.websiteDataStore = other->configuration_.websiteDataStore;
+}
+
 WebKitWebView::~WebKitWebView() {
   engine_.httpsFirst().removeListener(this);
   controller().setNavigationReporter(nullptr);
+  controller().setMediaReporter(nullptr);
   engine_.removeView(*this);
   g_signal_handlers_disconnect_by_data(webkit_web_view_get_back_forward_list(view_.get()), this);
   g_signal_handlers_disconnect_by_data(webkit_web_view_get_find_controller(view_.get()), this);
   g_signal_handlers_disconnect_by_data(view_.get(), this);
-  endFinding();
   answerClosing(true);
   removeFromParent();
   // The engine would keep the process of a closed page.
@@ -96,6 +118,8 @@ void WebKitWebView::applySettings() {
   webkit_settings_set_enable_fullscreen(settings, configuration_.isElementFullscreenEnabled);
   webkit_settings_set_enable_developer_extras(settings, TRUE);
   webkit_settings_set_enable_media_stream(settings, TRUE);
+  webkit_settings_set_enable_javascript_markup(settings, configuration_.isPageJavaScriptEnabled);
+  if (!configuration_.areHiddenTimersSlowed) switchOff(settings, "HiddenPageDOMTimerThrottling");
   if (configuration_.applicationNameForUserAgent.empty()) return;
   // The engine's own text up to where it names its version.
   std::string agent = webkit_settings_get_user_agent(settings);
@@ -114,9 +138,11 @@ void WebKitWebView::start() {
   connectPanels();
   connectProcess();
   connectFind();
+  connectMedia();
   controller().setNavigationReporter([this](NavigationReport report) {
     classifier_.noteReport(std::move(report), engine_.scheduler().instant());
   });
+  controller().setMediaReporter([this] { mediaChanged(); });
   if (configuration_.preferredHTTPSNavigationPolicy !=
       HTTPSNavigationPolicy::AutomaticFallbackToHTTP)
     return;
@@ -126,16 +152,37 @@ void WebKitWebView::start() {
 }
 
 // With these gestures on, each navigation takes a picture of the page, and the engine crashes when
-// the view has never been on screen.
+// the view has never been on screen. A page that changes its address in a loop would have the
+// interface draw without end: it has no gestures until it rests.
 void WebKitWebView::connectGestures() {
-  static constexpr auto enable = [](GtkWidget* view, gboolean isOn) {
-    webkit_settings_set_enable_back_forward_navigation_gestures(
-        webkit_web_view_get_settings(WEBKIT_WEB_VIEW(view)), isOn);
-  };
+  using Self = WebKitWebView;
   connect(
-      "map", +[](GtkWidget* view, gpointer) { enable(view, TRUE); });
+      "map", +[](GtkWidget*, gpointer self) { static_cast<Self*>(self)->updateGestures(); });
   connect(
-      "unmap", +[](GtkWidget* view, gpointer) { enable(view, FALSE); });
+      "unmap", +[](GtkWidget*, gpointer self) { static_cast<Self*>(self)->updateGestures(); });
+  connect(
+      "notify::uri", +[](::WebKitWebView*, GParamSpec*, gpointer data) {
+        auto* self = static_cast<Self*>(data);
+        ++self->addressChanges_;
+        self->updateGestures();
+        self->restTimer_ = self->engine_.scheduler().start(endOfChanges(self->weak_from_this()));
+      });
+}
+
+void WebKitWebView::updateGestures() {
+  constexpr int kMostChanges = 5;
+  const bool isOn =
+      gtk_widget_get_mapped(GTK_WIDGET(view_.get())) && addressChanges_ <= kMostChanges;
+  webkit_settings_set_enable_back_forward_navigation_gestures(
+      webkit_web_view_get_settings(view_.get()), isOn);
+}
+
+Task<> WebKitWebView::endOfChanges(std::weak_ptr<WebKitWebView> weak) {
+  const SleepResult slept = co_await sleep(1s);
+  const auto self = weak.lock();
+  if (slept == SleepResult::Cancelled || !self) co_return;
+  self->addressChanges_ = 0;
+  self->updateGestures();
 }
 
 void WebKitWebView::connectLoading() {
@@ -173,7 +220,7 @@ void WebKitWebView::loadChanged(WebKitLoadEvent event) {
       isSubstitute_ = std::exchange(isSubstituteComing_, false);
       requestedURL_.reset();
       lateQuestion_.reset();
-      hasTimedOut_ = false;
+      isStopped_ = false;
       if (awaited_) awaited_->hasStarted = true;
       return awaitAnswer();
     case WEBKIT_LOAD_REDIRECTED:
@@ -184,6 +231,10 @@ void WebKitWebView::loadChanged(WebKitLoadEvent event) {
       if (!requestedURL_)
         if (const auto shown = nativeURL()) mainFrameRequests(*shown);
       committedURL_ = requestedURL_;
+      isCommittedSubstitute_ = isSubstitute_;
+      answers_.fail(PendingAnswers::EndsWith::Page);
+      endFinding();
+      setPlayingMedia({});
       endWaiting();
       hasShownPage_ = true;
       if (isBlank_) awaitDrawing();
@@ -222,8 +273,21 @@ Task<> WebKitWebView::endUnanswered(std::weak_ptr<WebKitWebView> weak, Duration 
   const SleepResult result = co_await sleep(after);
   const auto self = weak.lock();
   if (!self || result == SleepResult::Cancelled || !self->awaited_) co_return;
-  self->hasTimedOut_ = true;
-  webkit_web_view_stop_loading(self->view_.get());
+  const auto address = self->nativeURL();
+  self->stopWaiting();
+  self->stopNative();
+  self->failed(timeoutError(address ? address->text().c_str() : nullptr));
+}
+
+void WebKitWebView::stopNative() {
+  isStopped_ = phase_ == Phase::Started;
+  webkit_web_view_stop_loading(view_.get());
+  // A load whose decision is still to be asked for is forgotten by its page's process, and the
+  // engine would show it as loading for ever.
+  if (webkit_web_view_is_loading(view_.get()))
+    if (const char* address = webkit_web_view_get_uri(view_.get())) stoppedAddress_ = address;
+  notify(WebViewProperty::URL);
+  notify(WebViewProperty::IsLoading);
 }
 
 void WebKitWebView::notify(WebViewProperty property) {
@@ -308,13 +372,7 @@ void WebKitWebView::stopLoading() {
   restoredAddress_.reset();
   forgetNavigation();
   stopWaiting();
-  webkit_web_view_stop_loading(view_.get());
-  // A load whose decision is still to be asked for is forgotten by its page's process, and the
-  // engine would show it as loading for ever.
-  if (webkit_web_view_is_loading(view_.get()))
-    if (const char* address = webkit_web_view_get_uri(view_.get())) stoppedAddress_ = address;
-  notify(WebViewProperty::URL);
-  notify(WebViewProperty::IsLoading);
+  stopNative();
 }
 
 void WebKitWebView::goTo(WebKitBackForwardListItem* item) {
@@ -395,6 +453,15 @@ std::optional<URL> WebKitWebView::url() const {
   return reportedURL(restored);
 }
 
+std::optional<std::string> WebKitWebView::committedOrigin() const {
+  if (!committedURL_ || isCommittedSubstitute_) return std::nullopt;
+  const auto host = committedURL_->host();
+  if (!host || host->empty() || committedURL_->hasScheme("file")) return std::nullopt;
+  const auto port = committedURL_->portText();
+  return fmt::format("{}://{}{}{}", text::lowerASCII(committedURL_->scheme()), *host,
+                     port ? ":" : "", port.value_or(""));
+}
+
 bool WebKitWebView::isLoading() const {
   if (stoppedAddress_) return false;
   return waitingLoad_ || webkit_web_view_is_loading(view_.get());
@@ -409,6 +476,23 @@ bool WebKitWebView::canGoForward() const { return webkit_web_view_can_go_forward
 
 double WebKitWebView::pageZoom() const { return webkit_web_view_get_zoom_level(view_.get()); }
 void WebKitWebView::setPageZoom(double zoom) { webkit_web_view_set_zoom_level(view_.get(), zoom); }
+
+void WebKitWebView::setBackground(const Color& color, double opacity) {
+  const auto share = [](uint8_t value) { return static_cast<float>(value) / 255; };
+  const GdkRGBA native{share(color.red), share(color.green), share(color.blue),
+                       static_cast<float>(opacity)};
+  webkit_web_view_set_background_color(view_.get(), &native);
+}
+
+bool WebKitWebView::holdsPoint(double x, double y) const {
+  auto* widget = GTK_WIDGET(view_.get());
+  auto* root = gtk_widget_get_root(widget);
+  double ownX = 0;
+  double ownY = 0;
+  return isInWindow() &&
+         gtk_widget_translate_coordinates(GTK_WIDGET(root), widget, x, y, &ownX, &ownY) &&
+         gtk_widget_contains(widget, ownX, ownY);
+}
 
 bool WebKitWebView::isInWindow() const {
   return gtk_widget_get_root(GTK_WIDGET(view_.get())) &&

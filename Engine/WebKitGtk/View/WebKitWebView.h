@@ -12,6 +12,7 @@
 #include "Base/Task.h"
 #include "Engine/Delegates.h"
 #include "Engine/WebKitGtk/Policy/NavigationClassifier.h"
+#include "Engine/WebKitGtk/View/PendingAnswers.h"
 #include "Engine/WebView.h"
 
 namespace orvel {
@@ -45,6 +46,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
 
   std::optional<std::string> title() const override;
   std::optional<URL> url() const override;
+  std::optional<std::string> committedOrigin() const override;
   bool isLoading() const override;
   double estimatedProgress() const override;
   bool canGoBack() const override;
@@ -54,10 +56,12 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void endProcess() override;
   void requestClose(std::function<void(bool)> answer) override;
   bool isBlank() const override { return isBlank_; }
+  void setBackground(const Color& color, double opacity) override;
   double pageZoom() const override;
   void setPageZoom(double zoom) override;
   void exitFullscreen() override;
   bool isInWindow() const override;
+  bool holdsPoint(double x, double y) const override;
   void focus() override;
   bool isEditing() const override;
   void edit(EditingCommand command) override;
@@ -76,6 +80,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void callAsyncJavaScript(const std::string& body, const std::string& arguments,
                            const ContentWorld& world,
                            std::function<void(ScriptResult)> answer) override;
+  PlayingMedia playingMedia() const override { return playingMedia_; }
   void pauseAllMediaPlayback() override;
   void setMuted(bool isMuted) override;
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
@@ -98,8 +103,12 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void connect(const char* signal, Handler handler) {
     g_signal_connect(view_.get(), signal, G_CALLBACK(handler), this);
   }
+  void shareProcess();
   void applySettings();
   void connectGestures();
+  void updateGestures();
+  // The page has left its address alone for a second.
+  static Task<> endOfChanges(std::weak_ptr<WebKitWebView> view);
   void connectLoading();
   void connectPolicy();
   void loadChanged(WebKitLoadEvent event);
@@ -110,11 +119,15 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // The load that is under way needs no more waiting; one that has not begun goes on to.
   void endWaiting();
   void stopWaiting();
+  void stopNative();
   void goTo(WebKitBackForwardListItem* item);
   static Task<> endUnanswered(std::weak_ptr<WebKitWebView> view, Duration after);
   void connectPanels();
   void runScriptDialog(WebKitScriptDialog* dialog);
+  // Whether what the page asks to print is refused.
+  bool refusesToPrint(WebKitPrintOperation* operation);
   void connectFind();
+  void connectMedia();
   void answerFinding(bool isFound);
   // No answer will come any more.
   void endFinding();
@@ -150,6 +163,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // What the main frame asks for may have to be asked over http instead.
   void notePlainRequest(const NavigationAction& action);
   bool loadFailed(WebKitLoadEvent event, const char* uri, const GError& error);
+  // The load has come to nothing, unless there is another way.
+  void failed(const LoadError& error);
   bool fallBackToHTTP(const LoadError& error);
   // The load that waited for a way back to http has none.
   void giveUp(const LoadError& error);
@@ -158,9 +173,17 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   WebKitBackForwardListItem* historyItem(const URL& url) const;
 
   // Content
-  // Evaluates in every frame of the page; answers the values' JSON texts.
-  void evaluateEverywhere(const std::string& script, const ContentWorld& world,
-                          std::function<void(std::vector<std::string>)> answer);
+  // Evaluates in every frame of the page, or in that of this number; answers each one's result, and
+  // nothing when the page does not answer.
+  using FrameResults = std::vector<ScriptResult>;
+  void evaluateInFrames(const std::string& script, const ContentWorld& world, uint64_t frame,
+                        std::function<void(FrameResults)> answer);
+  // Fails a question that the page does not take up, whatever it does with it afterwards.
+  void awaitTakingUp(std::function<void()> takenUp);
+  // Something in the page has begun or ended to play: asks soon, once for a burst of changes.
+  void mediaChanged();
+  static Task<> askForMedia(std::weak_ptr<WebKitWebView> view);
+  void setPlayingMedia(PlayingMedia media);
 
   WebKitEngine& engine_;
   WebViewConfiguration configuration_;
@@ -177,6 +200,10 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   std::map<uint64_t, Observer> observers_;
   uint64_t lastObserver_ = 0;
 
+  int addressChanges_ = 0;  // since the page last rested
+  TaskHandle restTimer_;
+  // When the page may print by itself again; absent while its dialog is open.
+  std::optional<Instant> printsAgainAt_ = Instant();
   NavigationClassifier classifier_;
   // A load that waits for the https-first rule.
   std::optional<URL> waitingLoad_;
@@ -189,8 +216,9 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   };
   std::optional<Awaited> awaited_;
   TaskHandle answerTimer_;
-  // The load has been stopped for want of an answer, which the engine reports as cancelled.
-  bool hasTimedOut_ = false;
+  // The load that was under way is stopped. Of one that would have changed the page's process the
+  // engine says nothing, of others that they are cancelled.
+  bool isStopped_ = false;
   // What a restored history is loading: the engine reports it as a load like any other.
   std::optional<std::string> restoredAddress_;
   // The http address that was asked for last in the main frame: it may be upgraded.
@@ -232,7 +260,13 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   std::optional<URL> requestedURL_;
   // Of the page that is shown; the view's own address is already that of the next one.
   std::optional<URL> committedURL_;
+  bool isCommittedSubstitute_ = false;
   Finding finding_;
+  PendingAnswers answers_;
+  // Goes with the last reference to a dialog that the page waits for.
+  std::weak_ptr<WebKitScriptDialog> dialog_;
+  PlayingMedia playingMedia_;
+  TaskHandle mediaTimer_;
 };
 
 }  // namespace orvel

@@ -9,9 +9,9 @@
 namespace orvel {
 
 // The desktop's clipboard.
-class Pasteboard {
+class Clipboard {
  public:
-  virtual ~Pasteboard() = default;
+  virtual ~Clipboard() = default;
   // Each replaces all that the clipboard holds.
   virtual void setText(const std::string& text) = 0;
   virtual void setImage(const ImageRef& image) = 0;

@@ -20,25 +20,43 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   void decidePolicyForAction(WebView&, const NavigationAction& action,
                              PolicyHandler answer) override {
     actions.push_back(action);
+    const bool isMain = action.targetFrame && action.targetFrame->isMainFrame;
+    if (isMain) log.push_back("ask");
     if (hold && hold(action, answer)) return;
     answer(decide ? decide(action) : NavigationPolicy::Allow);
   }
   void decidePolicyForResponse(WebView&, const NavigationResponse& response,
                                PolicyHandler answer) override {
     responses.push_back(response);
+    if (response.isForMainFrame) log.push_back("response");
+    if (holdResponse && holdResponse(response, answer)) return;
     answer(response.canShowMIMEType ? NavigationPolicy::Allow : NavigationPolicy::Download);
   }
   void didBecomeDownload(WebView&, std::shared_ptr<Download> download) override {
+    log.push_back("download");
     downloads.push_back(std::move(download));
     downloads.back()->setDelegate(downloadDelegate);
   }
-  void didCommit(WebView&) override { ++commits; }
-  void didFinish(WebView&) override { ++finishes; }
+  void didCommit(WebView&) override {
+    ++commits;
+    log.push_back("commit");
+  }
+  void didFinish(WebView&) override {
+    ++finishes;
+    log.push_back("finish");
+  }
   void didFailProvisionalNavigation(WebView&, const LoadError& error) override {
     errors.push_back(error);
+    log.push_back("fail");
   }
-  void didFail(WebView&, const LoadError& error) override { breaks.push_back(error); }
-  void webContentProcessDidTerminate(WebView&) override { ++terminations; }
+  void didFail(WebView&, const LoadError& error) override {
+    breaks.push_back(error);
+    log.push_back("break");
+  }
+  void webContentProcessDidTerminate(WebView&) override {
+    ++terminations;
+    log.push_back("end");
+  }
   void didReceiveAuthenticationChallenge(
       WebView&, const AuthenticationChallenge& challenge,
       std::function<void(std::optional<Credential>)> answer) override {
@@ -92,6 +110,7 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   std::function<NavigationPolicy(const NavigationAction&)> decide;
   // Takes the answer to give it later.
   std::function<bool(const NavigationAction&, PolicyHandler)> hold;
+  std::function<bool(const NavigationResponse&, PolicyHandler)> holdResponse;
   std::function<std::shared_ptr<WebView>(const WebViewConfiguration&)> makeWindow;
   std::weak_ptr<DownloadDelegate> downloadDelegate;
   std::optional<Credential> credential;
@@ -99,6 +118,8 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   std::optional<std::vector<std::filesystem::path>> chosenFiles;
   bool confirmAnswer = false;
 
+  // What happened in the main frame, in order.
+  std::vector<std::string> log;
   std::vector<NavigationAction> actions;
   std::vector<NavigationResponse> responses;
   std::vector<std::shared_ptr<Download>> downloads;

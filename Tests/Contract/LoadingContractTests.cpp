@@ -1,0 +1,461 @@
+#include "Tests/Contract/Contract.h"
+
+namespace orvel::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Kind = Site::Kind;
+
+struct LoadingContract : EngineContract {
+  LoadingContract() {
+    stage->put("http://one.test/", {.title = "One"});
+    stage->put("http://two.test/", {.title = "Two"});
+  }
+  bool logged(std::vector<std::string> log) {
+    const bool isSo = until([&] { return delegate.log.size() >= log.size(); });
+    stage->pass();
+    EXPECT_EQ(delegate.log, log);
+    return isSo && delegate.log == log;
+  }
+};
+
+TEST_P(LoadingContract, TheStepsOfALoadComeInOrderAndAFailedOneLeavesThePageAlone) {
+  const struct {
+    Kind kind;
+    std::vector<std::string> log;
+    const char* origin;
+  } cases[] = {
+      {Kind::Page, {"ask", "response", "commit", "finish"}, "http://next.test:8080"},
+      {Kind::Torn, {"ask", "response", "commit", "break"}, "http://next.test:8080"},
+      {Kind::File, {"ask", "response", "fail", "download"}, "http://one.test"},
+  };
+  for (const auto& test : cases) {
+    delegate = {};
+    const auto view = shown("http://one.test/");
+    EXPECT_EQ(view->committedOrigin(), "http://one.test");
+    stage->put("http://next.test:8080/", {.title = "Next", .kind = test.kind});
+    go(*view, "http://next.test:8080/");
+    EXPECT_TRUE(until([&] { return delegate.log.size() >= test.log.size(); })) << test.origin;
+    stage->pass();
+    // A file's download and the end of its load have no order.
+    if (test.kind == Kind::File)
+      EXPECT_THAT(delegate.log, testing::UnorderedElementsAreArray(test.log));
+    else
+      EXPECT_EQ(delegate.log, test.log);
+    EXPECT_EQ(view->committedOrigin(), test.origin);
+    EXPECT_FALSE(view->isLoading());
+  }
+  EXPECT_EQ(delegate.errors.front().kind, LoadError::Kind::PolicyInterrupted);
+}
+
+TEST_P(LoadingContract, WhatIsRefusedOrTakesTooLongFailsOnceAndWhatIsStoppedIsNotToldOf) {
+  stage->put("http://closed.test/", {.kind = Kind::Refused});
+  stage->put("http://silent.test/", {.kind = Kind::Silent});
+  const auto view = shown("http://one.test/");
+  go(*view, "http://closed.test/");
+  EXPECT_TRUE(logged({"ask", "fail"}));
+  EXPECT_EQ(delegate.errors.back().failingURL, URL::parse("http://closed.test/"));
+  EXPECT_NE(delegate.errors.back().kind, LoadError::Kind::Cancelled);
+  delegate.log.clear();
+  go(*view, "http://silent.test/");
+  EXPECT_TRUE(logged({"ask"}));
+  view->stopLoading();
+  EXPECT_FALSE(view->isLoading());
+  EXPECT_TRUE(logged({"ask"}));
+  view->load({.url = *URL::parse("http://silent.test/"), .timeout = 100ms});
+  EXPECT_TRUE(logged({"ask", "ask", "fail"}));
+  EXPECT_EQ(delegate.errors.back().kind, LoadError::Kind::TimedOut);
+  EXPECT_EQ(delegate.errors.back().failingURL, URL::parse("http://silent.test/"));
+  EXPECT_FALSE(view->isLoading());
+  EXPECT_EQ(view->committedOrigin(), "http://one.test");
+}
+
+TEST_P(LoadingContract, ADecisionMayComeLateAndIsThenCarriedOut) {
+  const auto view = shown("http://one.test/");
+  for (const bool isResponse : {false, true}) {
+    for (const auto policy : {NavigationPolicy::Cancel, NavigationPolicy::Allow}) {
+      delegate.log.clear();
+      PolicyHandler waiting;
+      const auto take = [&](PolicyHandler answer) {
+        waiting = std::move(answer);
+        return true;
+      };
+      delegate.hold = [&](const auto&, PolicyHandler answer) {
+        return !isResponse && take(answer);
+      };
+      delegate.holdResponse = [&](const auto&, PolicyHandler answer) {
+        return isResponse && take(answer);
+      };
+      go(*view, "http://two.test/");
+      EXPECT_TRUE(until([&] { return waiting != nullptr; }));
+      stage->pass();
+      EXPECT_THAT(delegate.log, testing::Not(testing::Contains("commit"))) << "the engine waits";
+      waiting(policy);
+      std::vector<std::string> log = {"ask"};
+      if (isResponse || policy == NavigationPolicy::Allow) log.emplace_back("response");
+      if (policy == NavigationPolicy::Allow)
+        log.insert(log.end(), {"commit", "finish"});
+      else if (isResponse)
+        log.emplace_back("fail");
+      EXPECT_TRUE(logged(log));
+    }
+  }
+}
+
+TEST_P(LoadingContract, AnAnswerThatNobodyWaitsForDoesNothing) {
+  std::vector<PolicyHandler> waiting;
+  delegate.hold = [&](const NavigationAction& action, PolicyHandler answer) {
+    if (action.request->url != URL::parse("http://one.test/")) return false;
+    waiting.push_back(std::move(answer));
+    return true;
+  };
+  auto view = makeView();
+  go(*view, "http://one.test/");
+  EXPECT_TRUE(until([&] { return waiting.size() == 1; }));
+  go(*view, "http://two.test/");
+  EXPECT_TRUE(until([&] { return delegate.finishes == 1; }));
+  waiting[0](NavigationPolicy::Allow);
+  stage->pass();
+  EXPECT_EQ(view->title(), "Two") << "a newer load was asked for";
+  go(*view, "http://one.test/");
+  EXPECT_TRUE(until([&] { return waiting.size() == 2; }));
+  view.reset();
+  waiting[1](NavigationPolicy::Allow);
+  stage->pass();
+  EXPECT_EQ(delegate.commits, 1) << "the view is gone";
+}
+
+TEST_P(LoadingContract, ADelegateThatWasTakenOffHearsNothing) {
+  const auto view = shown("http://one.test/");
+  view->setNavigationDelegate(nullptr);
+  view->setUIDelegate(nullptr);
+  go(*view, "http://two.test/");
+  EXPECT_TRUE(until([&] { return view->title() == "Two"; }));
+  EXPECT_THAT(delegate.log, IsEmpty());
+}
+
+TEST_P(LoadingContract, APageThatStandsInForAnotherHasItsAddressAndFinishesNothing) {
+  const auto view = shown("http://one.test/");
+  stage->put("http://closed.test/", {.kind = Kind::Refused});
+  view->loadHTMLString("<title>Sorry</title>", URL::parse("http://two.test/"));
+  EXPECT_TRUE(until([&] { return view->title() == "Sorry" && !view->isLoading(); }));
+  EXPECT_TRUE(logged({"commit"}));
+  EXPECT_EQ(view->url(), URL::parse("http://two.test/"));
+  EXPECT_EQ(view->committedOrigin(), std::nullopt);
+  view->reload(ReloadSource::Origin);
+  EXPECT_TRUE(until([&] { return view->title() == "Two" && delegate.finishes == 2; }));
+  EXPECT_EQ(view->committedOrigin(), "http://two.test");
+}
+
+TEST_P(LoadingContract, AProcessThatDiesIsToldOfAndOneThatIsEndedIsNot) {
+  const auto view = shown("http://one.test/");
+  stage->crash(*view);
+  EXPECT_TRUE(logged({"end"}));
+  EXPECT_EQ(view->committedOrigin(), std::nullopt);
+  go(*view, "http://two.test/");
+  EXPECT_TRUE(until([&] { return delegate.finishes == 2; }));
+  view->endProcess();
+  stage->pass();
+  EXPECT_EQ(delegate.terminations, 1);
+  go(*view, "http://one.test/");
+  EXPECT_TRUE(until([&] { return view->title() == "One" && delegate.finishes == 3; }));
+}
+
+TEST_P(LoadingContract, TheWayBackIsKeptAsBytes) {
+  std::string state;
+  {
+    const auto view = shown("http://one.test/");
+    EXPECT_FALSE(view->canGoBack());
+    go(*view, "http://two.test/");
+    EXPECT_TRUE(until([&] { return view->canGoBack() && delegate.finishes == 2; }));
+    state = view->interactionState()->bytes;
+    EXPECT_EQ(view->interactionState()->address, URL::parse("http://two.test/"));
+  }
+  const auto view = makeView();
+  EXPECT_EQ(view->interactionState(), std::nullopt);
+  for (const std::string& bytes :
+       std::vector<std::string>{"garbage", state.substr(0, state.size() / 2), ""})
+    EXPECT_FALSE(view->setInteractionState(bytes));
+  EXPECT_TRUE(view->setInteractionState(state));
+  EXPECT_EQ(view->url(), URL::parse("http://two.test/")) << "known before anything has loaded";
+  EXPECT_TRUE(until([&] { return delegate.finishes == 3; }));
+  view->goBack();
+  EXPECT_TRUE(until([&] { return view->title() == "One" && view->canGoForward(); }));
+}
+
+ORVEL_BOTH(LoadingContract);
+
+// What is asked of a page, and of what it is made from
+
+struct AnswerContract : EngineContract {
+  AnswerContract() {
+    stage->put("http://page.test/", {.title = "Page", .frames = {"http://inner.test/"}});
+    stage->put("http://cookie.test/", {.title = "Cookie", .storesData = true});
+    stage->put("http://inner.test/", {.title = "Inner"});
+    stage->put("http://files.test/data.bin", {.kind = Kind::File});
+  }
+};
+
+TEST_P(AnswerContract, EachQuestionIsAnsweredOnceOnALaterTurnWhateverBecomesOfThePage) {
+  enum class Fate { Lives, ViewGoes, Crashes, Hangs };
+  for (const Fate fate : {Fate::Lives, Fate::ViewGoes, Fate::Crashes, Fate::Hangs}) {
+    delegate = {};
+    auto view = shown("http://page.test/");
+    if (fate == Fate::Hangs) stage->hang(*view);
+    std::map<std::string, int> counts;
+    std::map<std::string, bool> failures;
+    const auto note = [&](const std::string& question, bool hasFailed) {
+      ++counts[question];
+      failures[question] = hasFailed;
+    };
+    const auto script = [&](const std::string& question) {
+      return [&, question](const ScriptResult& result) { note(question, !result.value); };
+    };
+    view->evaluateJavaScript("1", {}, {}, script("script"));
+    view->evaluateJavaScript("1", {}, FrameInfo{77, false, ""}, script("no frame"));
+    view->callAsyncJavaScript("return 1", "{}", {}, script("call"));
+    view->find("needle", {}, [&](bool isFound) { note("find", !isFound); });
+    view->takeSnapshot({}, [&](const ImageRef& image) { note("picture", !image); });
+    view->createPDF([&](const PDFResult& result) { note("PDF", !result.data); });
+    view->requestMediaPlaybackState([&](MediaPlaybackState) { note("media", false); });
+    EXPECT_TRUE(counts.empty()) << "a later turn";
+    if (fate == Fate::ViewGoes) view.reset();
+    if (fate == Fate::Crashes) stage->crash(*view);
+    EXPECT_TRUE(until([&] { return counts.size() == 7; }))
+        << static_cast<int>(fate) << testing::PrintToString(counts);
+    stage->pass();
+    for (const auto& [question, count] : counts) EXPECT_EQ(count, 1) << question;
+    EXPECT_TRUE(failures["no frame"]);
+    if (fate == Fate::Lives) EXPECT_FALSE(failures["script"] || failures["call"]);
+    if (fate == Fate::Hangs) EXPECT_TRUE(failures["script"] && failures["call"]);
+  }
+}
+
+TEST_P(AnswerContract, APromiseOfAPageThatIsLeftHasFailed) {
+  const auto view = shown("http://page.test/");
+  std::optional<ScriptResult> result;
+  view->callAsyncJavaScript("await new Promise(() => {})", "{}", {},
+                            [&](const ScriptResult& given) { result = given; });
+  stage->pass();
+  EXPECT_FALSE(result) << "it may take as long as it likes";
+  go(*view, "http://inner.test/");
+  EXPECT_TRUE(until([&] { return result.has_value(); }));
+  EXPECT_FALSE(result.value_or(ScriptResult{"1", ""}).value);
+}
+
+TEST_P(AnswerContract, ScriptsAreApartByWorldAndByFrameAndMessagesSayWhichFrame) {
+  const auto client = ContentWorld::defaultClient();
+  const auto controller = engine.makeUserContentController();
+  std::vector<ScriptMessage> messages;
+  const auto note = [&](const ScriptMessage& message) { messages.push_back(message); };
+  controller->addScriptMessageHandler("probe", client, [](const auto&) { FAIL() << "replaced"; });
+  controller->addScriptMessageHandler("probe", client, note);
+  controller->addScriptMessageHandler("open", ContentWorld::page(), note);
+  controller->addUserScript({.source = "gone = 1", .world = client});
+  controller->removeAllUserScripts();
+  controller->addUserScript({.source = "mark = location.host", .world = client});
+  controller->addUserScript(
+      {.source = "webkit.messageHandlers.probe.postMessage(location.host)", .world = client});
+  controller->addUserScript(
+      {.source = "mainOnly = 1", .frames = UserScript::Frames::MainOnly, .world = client});
+  const auto view = shown("http://page.test/", {.userContentController = controller});
+  ASSERT_TRUE(until([&] { return messages.size() == 2; }));
+  std::ranges::sort(messages, {}, [](const auto& message) { return !message.frame.isMainFrame; });
+  const FrameInfo inner = messages[1].frame;
+  EXPECT_EQ(messages[0].frame.securityOriginHost, "page.test");
+  EXPECT_EQ(messages[0].body, "\"page.test\"");
+  EXPECT_EQ(inner.securityOriginHost, "inner.test");
+  EXPECT_FALSE(inner.isMainFrame);
+  EXPECT_NE(messages[0].frame.id, inner.id);
+
+  const auto valueOf = [&](const std::string& script, const ContentWorld& world,
+                           const std::optional<FrameInfo>& frame) {
+    return evaluate(*view, script, world, frame).value;
+  };
+  EXPECT_EQ(valueOf("mark", client, {}), "\"page.test\"");
+  EXPECT_EQ(valueOf("mark", client, inner), "\"inner.test\"");
+  EXPECT_EQ(valueOf("location.host", ContentWorld::page(), inner), "\"inner.test\"");
+  EXPECT_EQ(valueOf("own = 2", ContentWorld::page(), inner), "2");
+  for (const auto& [script, world, frame] :
+       std::vector<std::tuple<std::string, ContentWorld, std::optional<FrameInfo>>>{
+           {"mark", ContentWorld::page(), {}},
+           {"mark", ContentWorld::hiddenItems(), inner},
+           {"own", ContentWorld::page(), {}},
+           {"own", client, inner},
+           {"gone", client, {}},
+           {"mainOnly", client, inner}}) {
+    const ScriptResult result = evaluate(*view, script, world, frame);
+    EXPECT_EQ(result.value, std::nullopt) << script;
+    EXPECT_THAT(result.error, testing::HasSubstr(script)) << "what was thrown";
+  }
+  evaluate(*view, "webkit.messageHandlers.open.postMessage(5)");
+  ASSERT_TRUE(until([&] { return messages.size() == 3; }));
+  EXPECT_FALSE(messages[2].frame.isMainFrame) << "the page's own word is not believed";
+  go(*view, "http://inner.test/");
+  EXPECT_TRUE(until([&] { return delegate.finishes == 2; }));
+  EXPECT_FALSE(evaluate(*view, "mark", client, inner).value) << "the frame is gone";
+}
+
+TEST_P(AnswerContract, WhatPlaysCanBeFollowedAndIsOverWithThePage) {
+  const auto view = shown("http://page.test/");
+  std::vector<PlayingMedia> told;
+  const auto watch =
+      view->observe(WebViewProperty::PlayingMedia, [&] { told.push_back(view->playingMedia()); });
+  const PlayingMedia sound{.audio = true};
+  stage->play(*view);
+  EXPECT_TRUE(until([&] { return view->playingMedia() == sound; }));
+  std::optional<MediaPlaybackState> state;
+  view->requestMediaPlaybackState([&](MediaPlaybackState given) { state = given; });
+  EXPECT_TRUE(until([&] { return state == MediaPlaybackState::Playing; }));
+  view->pauseAllMediaPlayback();
+  EXPECT_TRUE(until([&] { return view->playingMedia() == PlayingMedia(); }));
+  stage->play(*view);
+  EXPECT_TRUE(until([&] { return view->playingMedia() == sound; }));
+  go(*view, "http://inner.test/");
+  EXPECT_TRUE(until([&] { return view->playingMedia() == PlayingMedia(); }));
+  EXPECT_THAT(told, ElementsAre(sound, PlayingMedia(), sound, PlayingMedia()));
+}
+
+TEST_P(AnswerContract, DataIsOfOneStoreAndGoesWhenItIsRemoved) {
+  const UUID identifier = UUID::random();
+  auto kept = engine.dataStoreForIdentifier(identifier);
+  EXPECT_EQ(engine.dataStoreForIdentifier(identifier), kept);
+  EXPECT_TRUE(kept->isPersistent());
+  EXPECT_FALSE(store->isPersistent());
+  const auto domains = [&](WebsiteDataStore& of) {
+    std::optional<std::vector<std::string>> names;
+    of.fetchDataRecords([&](const auto& records) {
+      names.emplace();
+      for (const auto& record : records) names->push_back(record.displayName);
+    });
+    EXPECT_FALSE(names);
+    EXPECT_TRUE(until([&] { return names.has_value(); }));
+    return names.value_or(std::vector<std::string>());
+  };
+  shown("http://cookie.test/", {.websiteDataStore = kept});
+  EXPECT_TRUE(until([&] { return domains(*kept) == std::vector<std::string>{"cookie.test"}; }));
+  EXPECT_THAT(domains(*store), IsEmpty());
+  int removed = 0;
+  kept->removeData({{"cookie.test"}, {"unknown.test"}}, [&] { ++removed; });
+  EXPECT_EQ(removed, 0);
+  EXPECT_TRUE(until([&] { return removed == 1; }));
+  EXPECT_THAT(domains(*kept), IsEmpty());
+
+  const auto remove = [&] {
+    std::optional<std::optional<std::string>> error;
+    engine.removeDataStoreForIdentifier(identifier, [&](auto given) { error = given; });
+    EXPECT_FALSE(error);
+    EXPECT_TRUE(until([&] { return error.has_value(); }));
+    return error.value_or("no answer");
+  };
+  EXPECT_NE(remove(), std::nullopt) << "in use";
+  kept.reset();
+  EXPECT_EQ(remove(), std::nullopt);
+}
+
+TEST_P(AnswerContract, RuleListsAreKeptByNameAndEachQuestionIsAnswered) {
+  const auto rules = engine.contentRuleListStore();
+  const std::string good = R"([{"trigger":{"url-filter":"ads\\.test"},"action":{"type":"block"}}])";
+  const auto compile = [&](const std::string& json) {
+    std::optional<CompiledRules> result;
+    rules->compile("contract", json, [&](const CompiledRules& given) { result = given; });
+    EXPECT_FALSE(result) << "a later turn";
+    EXPECT_TRUE(until([&] { return result.has_value(); }));
+    return result.value_or(CompiledRules());
+  };
+  const auto lookUp = [&] {
+    std::optional<CompiledRules> result;
+    rules->lookUp("contract", [&](const CompiledRules& given) { result = given; });
+    EXPECT_FALSE(result);
+    EXPECT_TRUE(until([&] { return result.has_value(); }));
+    return result.value_or(CompiledRules()).list;
+  };
+  for (const char* bad : {"", "{}", "[{\"trigger\": 5}]"}) {
+    const CompiledRules refused = compile(bad);
+    EXPECT_FALSE(refused.list) << bad;
+    EXPECT_FALSE(refused.error.value_or(ContentRuleError()).message.empty()) << bad;
+  }
+  EXPECT_FALSE(lookUp());
+  EXPECT_EQ(compile(good).list->identifier(), "contract");
+  EXPECT_TRUE(lookUp());
+  std::optional<std::vector<std::string>> names;
+  rules->getAvailableIdentifiers([&](auto given) { names = given; });
+  EXPECT_TRUE(until([&] { return names.has_value(); }));
+  EXPECT_THAT(names.value_or(std::vector<std::string>()), testing::Contains("contract"));
+  for (const bool isThere : {true, false}) {
+    std::optional<std::optional<std::string>> error;
+    rules->remove("contract", [&](auto given) { error = given; });
+    EXPECT_FALSE(error);
+    EXPECT_TRUE(until([&] { return error.has_value(); }));
+    EXPECT_EQ(error.value_or(std::nullopt).has_value(), !isThere);
+  }
+  EXPECT_FALSE(lookUp());
+}
+
+// Says where to write, and counts what it is told.
+struct CountingDelegate final : DownloadDelegate {
+  void decideDestination(
+      const std::shared_ptr<Download>&, const std::string& name,
+      std::function<void(std::optional<std::filesystem::path>)> answer) override {
+    suggested = name;
+    waiting = std::move(answer);
+  }
+  void didFinish(const std::shared_ptr<Download>&) override { ++finishes; }
+  void didFail(const std::shared_ptr<Download>&, const LoadError& error) override {
+    failures.push_back(error.kind);
+  }
+
+  std::string suggested;
+  std::function<void(std::optional<std::filesystem::path>)> waiting;
+  int finishes = 0;
+  std::vector<LoadError::Kind> failures;
+};
+
+TEST_P(AnswerContract, ADownloadEndsOnceHoweverItBeganAndEnds) {
+  enum class End { Finishes, Cancelled, NoPlace };
+  for (const bool hasPage : {true, false}) {
+    for (const End end : {End::Finishes, End::Cancelled, End::NoPlace}) {
+      const auto saving = std::make_shared<CountingDelegate>();
+      delegate.downloadDelegate = saving;
+      delegate.downloads.clear();
+      const auto view = makeView();
+      std::shared_ptr<Download> download;
+      if (hasPage) {
+        go(*view, "http://files.test/data.bin");
+        ASSERT_TRUE(until([&] { return !delegate.downloads.empty(); }));
+        download = delegate.downloads.back();
+      } else {
+        download = store->startDownload({.url = *URL::parse("http://files.test/data.bin")});
+        download->setDelegate(saving);
+      }
+      int changes = 0;
+      const auto watch = download->observeProgress([&] { ++changes; });
+      ASSERT_TRUE(until([&] { return saving->waiting != nullptr; }));
+      EXPECT_EQ(saving->suggested, "data.bin");
+      EXPECT_EQ(download->originalURL(), URL::parse("http://files.test/data.bin"));
+      stage->pass();
+      if (end == End::Cancelled) download->cancel();
+      saving->waiting(end == End::NoPlace ? std::nullopt
+                                          : std::optional(stage->folder() / "data.bin"));
+      EXPECT_EQ(saving->finishes + static_cast<int>(saving->failures.size()), 0) << "a later turn";
+      EXPECT_TRUE(until([&] { return saving->finishes || !saving->failures.empty(); }));
+      stage->pass();
+      EXPECT_EQ(saving->finishes, end == End::Finishes);
+      if (end == End::Finishes) {
+        EXPECT_THAT(saving->failures, IsEmpty());
+        EXPECT_EQ(download->fractionCompleted(), 1);
+        EXPECT_GT(changes, 0);
+      } else {
+        EXPECT_THAT(saving->failures, ElementsAre(LoadError::Kind::Cancelled));
+      }
+      std::filesystem::remove(stage->folder() / "data.bin");
+    }
+  }
+  EXPECT_FALSE(store->startDownload({.url = *URL::parse("mailto:x@y.org")}));
+}
+
+ORVEL_BOTH(AnswerContract);
+
+}  // namespace
+}  // namespace orvel::test
