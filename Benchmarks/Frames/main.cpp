@@ -17,6 +17,9 @@
 #include <cmath>
 
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Spaces/SpaceSwipe.h"
+#include "Models/Windows/Toasts.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/World.h"
 #include "Views/Window/BrowserView.h"
 #include "Views/Window/MainWindow.h"
@@ -126,7 +129,7 @@ struct Browser {
     for (int i = 1; i < spaces; ++i)
       list.push_back(std::make_shared<Space>(UUID::random(), first->profile,
                                              "Space " + std::to_string(i), "leaf.fill", 0.15 * i));
-    store.spaces = list;
+    store.setSpaces(list);
     for (const auto& space : list) {
       for (int i = 0; i < tabs; ++i) {
         const auto number = std::to_string(i);
@@ -136,7 +139,7 @@ struct Browser {
       }
       space->selectedTabID = std::nullopt;
     }
-    store.toast = std::nullopt;
+    test::publish(store.toasts.toast, std::nullopt);
     world.scheduler.settle();
     world.desktop.isMotionOn = true;
     window = std::make_unique<MainWindow>(nullptr, store);
@@ -167,7 +170,7 @@ void swipe() {
     using Phase = ScrollEvent::Phase;
     const auto phase = at == 0 ? Phase::Began : at < kFingersDown ? Phase::Changed : Phase::Ended;
     if (at > kFingersDown) return;
-    events.offer(*browser.store().window,
+    events.offer(*browser.store().window(),
                  ScrollEvent{.phase = phase,
                              .deltaX = phase == Phase::Changed ? (isForward ? -6.0 : 6.0) : 0,
                              .timestamp = frame * kFrameTime,
@@ -222,8 +225,10 @@ struct BareList : RowList::Delegate {
   std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind) override {
     return std::make_unique<BareRow>();
   }
-  std::optional<RowDrop> dropAt(const RowPoint&) override { return std::nullopt; }
+  std::optional<RowDrop> dropAt(const RowPoint&, Dragged) override { return std::nullopt; }
   bool drop(const RowPoint&) override { return false; }
+  void dropLink(const RowPoint&, const URL&) override {}
+  bool moveRow(size_t, int) override { return false; }
 };
 
 void scrollBare() {

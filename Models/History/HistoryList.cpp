@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "BrowserCore/Text/Text.h"
+#include "Models/CommandBar/PickedChoices.h"
 #include "Support/LocalDates.h"
 
 namespace orvel {
@@ -66,7 +67,7 @@ Task<> HistoryList::read(UUID profile, std::string text) {
 
 void HistoryList::open(const HistoryStore::Entry& entry) {
   store_.openTab(entry.url);
-  if (store_.window) store_.window->present();
+  if (store_.window()) store_.window()->present();
 }
 
 void HistoryList::copyLink(const HistoryStore::Entry& entry) {
@@ -82,7 +83,7 @@ void HistoryList::remove(const HistoryStore::Entry& entry) {
   });
   removed_.push_back(url);
   if (store_.history) store_.history->remove(url, shownProfile_);
-  store_.forgetChoices(shownProfile_, url);
+  store_.choices.forgetChoices(shownProfile_, url);
 }
 
 }  // namespace orvel

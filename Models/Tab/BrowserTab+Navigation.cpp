@@ -4,7 +4,6 @@
 #include "BrowserCore/Addresses/TrackingParameters.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "BrowserCore/Text/Text.h"
-#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/BrowserTab.h"
 #include "Support/Network/ErrorPage.h"
 
@@ -12,14 +11,6 @@
 namespace orvel {
 
 namespace {
-
-// Any other scheme belongs to another application.
-bool isHandledInside(const URL& address) {
-  constexpr std::string_view kSchemes[] = {"http", "https", "about",      "blob",
-                                           "data", "file",  "javascript", "webkit-extension"};
-  return std::ranges::any_of(kSchemes,
-                             [&](std::string_view scheme) { return address.hasScheme(scheme); });
-}
 
 bool isLinkClick(const NavigationAction& action) {
   return action.navigationType == NavigationType::LinkActivated;
@@ -40,37 +31,28 @@ void BrowserTab::decidePolicyForAction(WebView& view, const NavigationAction& ac
   if (action.shouldPerformDownload) return answer(NavigationPolicy::Download);
   if (!action.request) return answer(NavigationPolicy::Allow);
   const URL& address = action.request->url;
-  if (!isHandledInside(address)) {
+  if (!OtherApplications::isHandledInside(address)) {
     answer(NavigationPolicy::Cancel);
-    return openInAnotherApplication(view, action);
+    return applications_.open(view, action);
   }
-  const auto store = store_.lock();
   if (isMainFrame(action.targetFrame)) {
     if (const auto instead = insteadOf(view, action)) {
       answer(NavigationPolicy::Cancel);
       return instead();
     }
-    if (store && contentController_) {
-      // Before the page's first request, so that a pause is in force when it starts.
-      store->contentBlocker.setCurrentSite(*contentController_, ContentBlocker::site(address));
-      store->contentBlocker.install(*contentController_);
-    }
+    if (contentController_) host()->willNavigate(*contentController_, address);
   }
   if (!isLinkClick(action) || !isNewTabClick(action) || profile->isPrivate)
     return answer(NavigationPolicy::Allow);
-  if (store)
-    store->openTab(cleaned(address),
-                   {.after = shared_from_this(), .select = action.modifierFlags.shift});
+  using enum TabHost::Selection;
+  host()->openLink(cleaned(address), *this, action.modifierFlags.shift ? Selects : StaysBehind);
   answer(NavigationPolicy::Cancel);
 }
 
 std::function<void()> BrowserTab::insteadOf(WebView& view, const NavigationAction& action) {
   const URL& address = action.request->url;
-  const auto store = store_.lock();
-
   // A page of an extension lives in a view made for that extension, and nowhere else.
-  const auto context =
-      store ? store->extensions.controller->extensionContextForURL(address) : std::nullopt;
+  const auto context = host()->extensionContext(address);
   const auto base = context ? std::optional(context->baseURL) : std::nullopt;
   if (!base && address.scheme() == "webkit-extension") return [] {};
   if (base != extensionBaseURL_) {
@@ -85,8 +67,8 @@ std::function<void()> BrowserTab::insteadOf(WebView& view, const NavigationActio
 
   const bool isLink = isLinkClick(action);
   if (isNewTabClick(action)) return {};
-  if (isLink && store && opensInPeek(view, action, *store))
-    return [this, store, address] { store->openPeek(cleaned(address), shared_from_this()); };
+  if (isLink && opensInPeek(view, action))
+    return [this, address] { host()->openPeek(cleaned(address), *this); };
 
   const bool isStripped = isLink || action.navigationType == NavigationType::Other;
   if (!isStripped || action.request->method != "GET") return {};
@@ -97,47 +79,12 @@ std::function<void()> BrowserTab::insteadOf(WebView& view, const NavigationActio
   return [&view, address = *clean] { view.load({.url = address}); };
 }
 
-bool BrowserTab::opensInPeek(const WebView& view, const NavigationAction& action,
-                             const BrowserStore& store) const {
-  if (profile->isPrivate || store.peek.peek().get() == this) return false;
+bool BrowserTab::opensInPeek(const WebView& view, const NavigationAction& action) const {
+  if (!host()->canPeek(*this)) return false;
   if (action.modifierFlags.shift) return true;
-  if (!store.peeksLinks(*this)) return false;
+  if (!host()->peeksLinks(*this)) return false;
   const auto present = view.url();
   return siteKey(action.request->url) != (present ? siteKey(*present) : std::nullopt);
-}
-
-void BrowserTab::openInAnotherApplication(const WebView& view, const NavigationAction& action) {
-  const URL& address = action.request->url;
-  if (isLinkClick(action)) {
-    if (isMainFrame(action.sourceFrame)) services_.desktop.workspace.open(address);
-  } else if (!action.targetFrame || action.targetFrame->isMainFrame) {
-    confirmOpeningApp(view, address);
-  }
-}
-
-bool BrowserTab::handOver(const WebView& view, const NavigationAction& action) {
-  if (!action.request || isHandledInside(action.request->url)) return false;
-  confirmOpeningApp(view, action.request->url);
-  return true;
-}
-
-void BrowserTab::confirmOpeningApp(const WebView& view, const URL& address) {
-  const auto application = services_.desktop.workspace.applicationToOpen(address);
-  // A script may ask again and again: one question at a time.
-  if (!application || !view.isInWindow() || isConfirmingApp_) return;
-  isConfirmingApp_ = true;
-  const auto& shown = url.peek();
-  services_.desktop.dialogs.showAlert(
-      panelParent(),
-      {.messageText = "Open “" + application->displayName + "”?",
-       .informativeText =
-           (shown ? displayHost(*shown) : "This page") + " wants to open this application.",
-       .buttons = {"Open", "Cancel"}},
-      [weak = weak_from_this(), &workspace = services_.desktop.workspace,
-       address](const AlertAnswer& given) {
-        if (const auto tab = weak.lock()) tab->isConfirmingApp_ = false;
-        if (given.isFirstButton()) workspace.open(address);
-      });
 }
 
 void BrowserTab::decidePolicyForResponse(WebView&, const NavigationResponse& response,
@@ -153,16 +100,15 @@ void BrowserTab::didBecomeDownload(WebView&, std::shared_ptr<Download> download)
 }
 
 void BrowserTab::didCommit(WebView& view) {
-  const auto store = store_.lock();
-  const double zoom = store ? store->settings.zoom(view.url()) : 1.0;
+  const double zoom = host()->zoom(view.url());
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
   pageDidChange();
-  namelessVisit_.reset();
+  visit_.reset();
   suppliedAddress_.reset();
-  scriptDialogs_.pageDidChange();
+  panels.pageDidChange();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
-  if (store && store->hidingItemsTabID.peek() == id) store->endHidingItems();
+  host()->didCommit(*this);
   applyHiddenItems(view);
 }
 
@@ -170,32 +116,14 @@ void BrowserTab::didFinish(WebView& view) {
   lastStrippedURL_.reset();
   sync(view);
   applyHiddenItems(view);
-  recordVisit(view);
+  visit_.record(view);
   loadFavicon(view);
 }
 
-void BrowserTab::recordVisit(const WebView& view) {
-  const auto store = store_.lock();
-  const auto address = view.url();
-  if (!store || !store->history || !address || profile->isPrivate) return;
-  if (view.title().value_or("").empty()) namelessVisit_ = address;
-  services_.scheduler.post([weak = store_, profileID = profile->id, address = *address,
-                            shown = view.title().value_or(""), now = services_.scheduler.now()] {
-    if (const auto live = weak.lock(); live && live->history)
-      live->history->recordVisit(profileID, address, shown, now);
-  });
-}
-
-void BrowserTab::nameVisit(const WebView& view) {
-  const auto shown = view.title().value_or("");
-  if (!namelessVisit_ || shown.empty()) return;
-  const URL address = *std::exchange(namelessVisit_, std::nullopt);
-  if (view.url() != address) return;
-  // After the visit, which is recorded a turn after the finish.
-  services_.scheduler.post([weak = store_, profileID = profile->id, address, shown] {
-    if (const auto live = weak.lock(); live && live->history)
-      live->history->setTitle(profileID, address, shown);
-  });
+void BrowserTab::didReceiveAuthenticationChallenge(
+    WebView& view, const AuthenticationChallenge& challenge,
+    std::function<void(std::optional<Credential>)> answer) {
+  panels.signIn(view, challenge, std::move(answer));
 }
 
 // Failures
@@ -213,7 +141,7 @@ void BrowserTab::showErrorPage(WebView& view, const LoadError& error,
 
 void BrowserTab::didFailProvisionalNavigation(WebView& view, const LoadError& error) {
   sync(view);
-  scriptDialogs_.stay();
+  panels.stay();
   if (error.kind == LoadError::Kind::Cancelled || error.kind == LoadError::Kind::PolicyInterrupted)
     return;
   const auto address = error.failingURL ? error.failingURL : url.peek();
@@ -226,7 +154,6 @@ void BrowserTab::didFailProvisionalNavigation(WebView& view, const LoadError& er
 void BrowserTab::didFail(WebView& view, const LoadError&) { sync(view); }
 
 void BrowserTab::webContentProcessDidTerminate(WebView& view) {
-  constexpr Duration kCrashMemory = 10s;
   const std::string label = logLabel(url.peek());
   if (!view.isInWindow()) {
     Log::navigation.info("Page process ended off screen ({}): unloading the tab", Masked{label});
@@ -234,8 +161,7 @@ void BrowserTab::webContentProcessDidTerminate(WebView& view) {
     hibernate();
     return;
   }
-  const Date now = services_.scheduler.now();
-  if (lastCrash_ && now - *lastCrash_ < kCrashMemory) {
+  if (crashes_.isRepeated(services_.scheduler.now())) {
     Log::navigation.error("Page keeps crashing ({}): showing the error page", Masked{label});
     showErrorPage(
         view, {.domain = "Orvel", .code = 1, .localizedDescription = "This page keeps crashing."},
@@ -244,7 +170,6 @@ void BrowserTab::webContentProcessDidTerminate(WebView& view) {
     Log::navigation.error("Page crashed ({}): reloading", Masked{label});
     view.reload(ReloadSource::Cache);
   }
-  lastCrash_ = now;
 }
 
 }  // namespace orvel

@@ -6,20 +6,22 @@
 #include <vector>
 
 #include "Base/Image.h"
-#include "Base/Observable.h"
+#include "Base/Published.h"
 #include "Base/Task.h"
 #include "BrowserCore/Session/TabRecord.h"
 #include "Engine/Delegates.h"
 #include "Models/Spaces/Profile.h"
 #include "Models/Store/Services.h"
+#include "Models/Tab/CrashRule.h"
+#include "Models/Tab/OtherApplications.h"
+#include "Models/Tab/PagePanels.h"
 #include "Models/Tab/PageQuestions.h"
 #include "Models/Tab/PageState.h"
-#include "Models/Tab/ScriptDialogs.h"
-#include "WebEngine/ExtensionHost.h"
+#include "Models/Tab/PageVisit.h"
+#include "Models/Tab/TabHost.h"
+#include "Models/Tab/TabIcon.h"
 
 namespace orvel {
-
-class BrowserStore;
 
 // One tab: the few lasting facts of a page and, only while it is needed, a live web view. The view
 // is made on first demand, can be thrown away at any time and is made again from the page's saved
@@ -27,14 +29,13 @@ class BrowserStore;
 //
 // Held by std::shared_ptr alone; make it with `make`.
 class BrowserTab final : public NavigationDelegate,
-                         public UIDelegate,
                          public WebExtensionTab,
                          public std::enable_shared_from_this<BrowserTab> {
  public:
   struct Values {
     UUID id = UUID::random();
     std::shared_ptr<Profile> profile;
-    std::weak_ptr<BrowserStore> store;
+    std::weak_ptr<TabHost> host;
     std::optional<URL> url;
     std::string title;
     std::optional<URL> pinnedURL;
@@ -50,38 +51,40 @@ class BrowserTab final : public NavigationDelegate,
 
   const UUID id;
   const std::shared_ptr<Profile> profile;
-  Observable<std::string> title;             // the last one that wasn't empty
-  Observable<std::optional<URL>> url;        // the address that the tab shows or will show
-  Observable<std::optional<URL>> pinnedURL;  // a pinned tab's home; absent for ordinary ones
-  Observable<bool> isLoading = false;
-  Observable<double> progress = 0.0;  // 0 to 1
+  Observable<std::string> title;                  // the last one that wasn't empty
+  Published<std::optional<URL>, BrowserTab> url;  // the address that the tab shows or will show
+  Observable<std::optional<URL>> pinnedURL;       // a pinned tab's home; absent for ordinary ones
+  Published<bool, BrowserTab> isLoading = false;
+  Published<double, BrowserTab> progress = 0.0;  // 0 to 1
   // Closed for good: no web view is made for it again.
   Observable<bool> isDiscarded = false;
-  Observable<bool> canGoBack = false;
-  Observable<bool> canGoForward = false;
-  Observable<ImageRef> thumbnail;
+  Published<bool, BrowserTab> canGoBack = false;
+  Published<bool, BrowserTab> canGoForward = false;
+  Published<ImageRef, BrowserTab> thumbnail;
   Observable<bool> isPlayingMedia = false;
   Observable<bool> isMuted = false;
   // The view has yet to draw its first page.
-  Observable<bool> isBlank = false;
-  // The page has not answered for some seconds.
-  Observable<bool> isUnresponsive = false;
+  Published<bool, BrowserTab> isBlank = false;
   // What the page asks, and what is asked about it.
   PageQuestions questions;
+  PagePanels panels;
   // Grows when the view is replaced in place, so that the interface drops its host of the old one.
-  Observable<int> webViewRevision = 0;
+  Published<int, BrowserTab> webViewRevision = 0;
   std::optional<Date> lastActiveAt;  // when it was last selected
   bool isInAutoPictureInPicture = false;
 
   // The icon of the present site; null without one. Read from the icon cache when first asked for.
-  ImageRef favicon() const;
-  void setFavicon(ImageRef icon);
+  ImageRef favicon() const { return icon_.favicon(url.peek()); }
+  void setFavicon(ImageRef icon) { icon_.setFavicon(std::move(icon)); }
 
   // The live view, which is made first if there is none: the only way in which one comes into
   // being. Reading it subscribes nobody. Null for a discarded tab without one.
   std::shared_ptr<WebView> webView();
   // The live view; null while there is none. Subscribes to its coming and going.
   std::shared_ptr<WebView> liveWebView() const { return webView_.get(); }
+
+  // The surroundings, or those of a tab that has none any more; never null.
+  std::shared_ptr<TabHost> host() const;
 
   // The title, or the site's short name, or "New Tab".
   std::string displayTitle() const;
@@ -103,10 +106,6 @@ class BrowserTab final : public NavigationDelegate,
   void unload();
   // Ends the view and what belongs to it. Safe without one.
   void teardown();
-  // Asks the page whether its tab may be closed. `Unguarded` comes within the call where nobody has
-  // to be asked.
-  enum class CloseAnswer { Unguarded, Leave, Stay };
-  void requestClose(std::function<void(CloseAnswer)> answer);
   // Makes the page again in the configuration of the extension that owns its address, if it was
   // restored before that extension was loaded.
   void reopenExtensionPage();
@@ -156,29 +155,6 @@ class BrowserTab final : public NavigationDelegate,
       WebView& view, const AuthenticationChallenge& challenge,
       std::function<void(std::optional<Credential>)> answer) override;
 
-  // UIDelegate
-  std::shared_ptr<WebView> createWebView(WebView& opener, const WebViewConfiguration& configuration,
-                                         const NavigationAction& action) override;
-  void webViewDidClose(WebView& view) override;
-  void runJavaScriptAlertPanel(WebView& view, const std::string& message, const FrameInfo& frame,
-                               std::function<void()> answer) override;
-  void runJavaScriptConfirmPanel(WebView& view, const std::string& message, const FrameInfo& frame,
-                                 std::function<void(bool)> answer) override;
-  void runJavaScriptTextInputPanel(WebView& view, const std::string& prompt,
-                                   const std::string& defaultText, const FrameInfo& frame,
-                                   std::function<void(std::optional<std::string>)> answer) override;
-  void runBeforeUnloadPanel(WebView& view, const FrameInfo& frame,
-                            std::function<void(bool)> answer) override;
-  void runOpenPanel(
-      WebView& view, const OpenPanelParameters& parameters,
-      std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override;
-  void requestMediaCapturePermission(WebView& view, const std::string& originHost,
-                                     CaptureDeviceType type,
-                                     std::function<void(PermissionDecision)> answer) override;
-  void requestGeolocationPermission(WebView& view, const std::string& originHost,
-                                    std::function<void(PermissionDecision)> answer) override;
-  void fullscreenDidChange(WebView& view, bool isFullscreen) override;
-
  private:
   BrowserTab(const Services& services, Values values);
 
@@ -190,23 +166,13 @@ class BrowserTab final : public NavigationDelegate,
   URLRequest requestFor(const URL& address) const;
   // What takes the place of a navigation of the main frame; empty: it goes on.
   std::function<void()> insteadOf(WebView& view, const NavigationAction& action);
-  bool opensInPeek(const WebView& view, const NavigationAction& action,
-                   const BrowserStore& store) const;
-  void openInAnotherApplication(const WebView& view, const NavigationAction& action);
-  // Asks whether to open an address that belongs to another application; false for any other.
-  bool handOver(const WebView& view, const NavigationAction& action);
-  // Asks first. Does nothing without an application for the address.
-  void confirmOpeningApp(const WebView& view, const URL& address);
+  bool opensInPeek(const WebView& view, const NavigationAction& action) const;
   void sync(const WebView& view);
   // The page is another one, or at another address: the session and the page's state are saved.
   void pageDidChange();
   void writePDF(const std::filesystem::path& file);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
-  void propertiesDidChange(TabProperties properties);
-  void recordVisit(const WebView& view);
-  // Hands on the title of a page whose visit was recorded before the engine knew one.
-  void nameVisit(const WebView& view);
   void loadFavicon(WebView& view);
   void applyMute();
   void itemWasHidden(const ScriptMessage& message);
@@ -214,19 +180,9 @@ class BrowserTab final : public NavigationDelegate,
   static void showErrorPage(WebView& view, const LoadError& error,
                             const std::optional<URL>& address);
   std::string logLabel(const std::optional<URL>& address) const;
-  ImageRef cachedFavicon(const std::optional<URL>& address) const;
-  DesktopWindow* panelParent() const;
-  void showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer);
-  void followResponsiveness(const WebView& view);
-  void askAboutUnresponsivePage();
-  static Task<> askAgain(std::weak_ptr<BrowserTab> tab);
-  void stopUnresponsivePage();
-  void denyDevice(const std::string& message, std::function<void(PermissionDecision)> answer);
 
   const Services& services_;
-  const std::weak_ptr<BrowserStore> store_;
-  // Absent until first asked for.
-  mutable Observable<std::optional<ImageRef>> favicon_;
+  const std::weak_ptr<TabHost> host_;
   Observable<std::shared_ptr<WebView>> webView_;
   // The tab's own; null for an extension's page.
   std::shared_ptr<UserContentController> contentController_;
@@ -239,19 +195,11 @@ class BrowserTab final : public NavigationDelegate,
   // The last address that was loaded in place of one with tracking parameters, until a page
   // finishes.
   std::optional<URL> lastStrippedURL_;
-  // A visit that was recorded without a title.
-  std::optional<URL> namelessVisit_;
-  bool isConfirmingApp_ = false;
-  std::optional<Date> lastCrash_;
   std::vector<FrameInfo> mediaFrames_;
-  ScriptDialogs scriptDialogs_{questions, [this] { askAboutUnresponsivePage(); }};
-  std::optional<uint64_t> unresponsiveQuestion_;
-  TaskHandle askAgain_;
-  // The page has been asked whether its tab may be closed; whether it had the user asked.
-  struct Closing {
-    bool hasAskedUser = false;
-  };
-  std::optional<Closing> closing_;
+  TabIcon icon_;
+  PageVisit visit_{*this};
+  CrashRule crashes_;
+  OtherApplications applications_;
 };
 
 }  // namespace orvel

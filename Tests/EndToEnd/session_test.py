@@ -121,6 +121,15 @@ class SessionTest(EndToEndTest):
             "both tabs",
         )
 
+    def test_an_address_without_its_scheme_falls_back_to_http(self):
+        for host in ("router.test", "printer.test"):
+            self.web.serve(f"http://{host}/", "<title>Plain</title>")
+            self.web.control("refuse", {"host": host, "port": 443})
+        program = self.start("router.test")
+        self.wait_for_page("http://router.test/")
+        self.assertEqual(program.second("printer.test"), (0, ""))
+        self.wait_for_page("http://printer.test/")
+
     def test_its_command_line_tells_and_refuses(self):
         program = self.start()
         for argument, code, said in (

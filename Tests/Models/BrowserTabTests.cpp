@@ -1,5 +1,9 @@
 #include "Base/Log.h"
+#include "Models/Tab/PageClosing.h"
+#include "Models/Tab/PageFullscreen.h"
+#include "Models/Windows/Toasts.h"
 #include "Support/Network/UserAgent.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -10,7 +14,7 @@ constexpr auto kMayExist = PageState::FormerFile::MayExist;
 struct Tab : ModelTest {
   TabRef make(BrowserTab::Values values) {
     if (!values.profile) values.profile = space().profile;
-    if (!hasNoStore) values.store = world.store;
+    if (!hasNoStore) values.host = world.store->tabHost();
     return BrowserTab::make(world.services, std::move(values));
   }
   TabRef make(const std::string& url) { return make({.url = address(url)}); }
@@ -35,9 +39,40 @@ TEST_F(Tab, ShowsWhatItKnows) {
   const std::pair<const char*, bool> wanderings[] = {
       {"https://a/b", false}, {"https://a/b/#c", false}, {"https://a/b?q", true}};
   for (const auto& [shown, hasWandered] : wanderings) {
-    tab->url = address(shown);
+    publish(tab->url, address(shown));
     EXPECT_EQ(tab->hasWanderedFromPin(), hasWandered) << shown;
   }
+}
+
+// Surroundings without a store.
+struct OtherHost final : TabHost {
+  void scheduleSave() override { ++saves; }
+  double zoom(const std::optional<URL>&) const override { return 1.5; }
+  void openLink(const URL& address, BrowserTab&, Selection selection) override {
+    heard.push_back((selection == Selection::Selects ? "select " : "open ") + address.text());
+  }
+  void recordVisit(const BrowserTab&, const URL& address, const std::string& title) override {
+    heard.push_back("visit " + address.text() + " " + title);
+  }
+  void close(BrowserTab&) override { heard.push_back("close"); }
+
+  int saves = 0;
+  std::vector<std::string> heard;
+};
+
+TEST_F(Tab, AsksItsSurroundingsWhateverTheyAre) {
+  world.engine.pages["https://a/"] = {.title = "A"};
+  const auto host = std::make_shared<OtherHost>();
+  hasNoStore = true;
+  const TabRef tab = makeLoaded({.host = host, .url = address("https://a/")});
+  EXPECT_GT(host->saves, 0);
+  EXPECT_EQ(world.view(tab)->pageZoom(), 1.5);
+  NavigationAction click{.request = URLRequest{.url = address("https://b/?utm_source=x")},
+                         .navigationType = NavigationType::LinkActivated,
+                         .buttonNumber = MouseButton::Middle};
+  EXPECT_EQ(world.view(tab)->navigate(click), NavigationPolicy::Cancel);
+  world.view(tab)->uiDelegate()->webViewDidClose(*tab->liveWebView());
+  EXPECT_THAT(host->heard, ElementsAre("visit https://a/ A", "open https://b/", "close"));
 }
 
 TEST_F(Tab, AViewIsMadeOnDemandFromTheProfilesConfiguration) {
@@ -405,7 +440,7 @@ TEST_F(Tab, CrashesAreAnsweredByPlaceAndTime) {
 
 struct Panels : Tab {
   Panels() : tab(world.open("https://a/")) {
-    store().window = &world.window;
+    world.interface.shown = &world.window;
     settle();
     view = world.viewOnScreen(tab);
   }
@@ -509,7 +544,7 @@ TEST_F(Panels, APageThatAsksWithoutEndIsSilencedAndThenHeld) {
 
 TEST_F(Panels, APageThatDoesNotAnswerIsWaitedForOrStopped) {
   view->setResponsive(false);
-  EXPECT_TRUE(tab->isUnresponsive.peek());
+  EXPECT_TRUE(tab->panels.isUnresponsive.peek());
   EXPECT_EQ(question().alert.messageText, "a isn’t answering");
   give(0);
   EXPECT_FALSE(tab->questions.current.peek());
@@ -521,7 +556,7 @@ TEST_F(Panels, APageThatDoesNotAnswerIsWaitedForOrStopped) {
   give(1);
   EXPECT_EQ(view->endedProcesses, 1);
   EXPECT_THAT(view->html, HasSubstr("was stopped"));
-  EXPECT_FALSE(tab->isUnresponsive.peek());
+  EXPECT_FALSE(tab->panels.isUnresponsive.peek());
 }
 
 TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
@@ -638,7 +673,7 @@ TEST_F(Panels, AHugeQuestionIsCutAndDevicesAreDenied) {
   page().requestMediaCapturePermission(*view, "a.org", CaptureDeviceType::Camera,
                                        [&](auto answer) { decision = answer; });
   EXPECT_EQ(decision, PermissionDecision::Deny);
-  EXPECT_EQ(store().toast.peek()->message, "Camera and microphone aren’t available yet");
+  EXPECT_EQ(store().toasts.toast.peek()->message, "Camera and microphone aren’t available yet");
 }
 
 }  // namespace

@@ -46,6 +46,7 @@ World& World::launch() {
   defaults.setBoolean("contentBlockingEnabled", false);
   defaults.setNumber("filterListsLastChecked", 1e12);
   store = BrowserStore::make(services);
+  store->setInterface(&interface);
   store->extensions.controller = std::make_unique<RecordingExtensions>(*this);
   saved_ = present();
   return *this;
@@ -56,13 +57,13 @@ std::string World::file(const std::string& name) const {
 }
 
 void World::expectSaved() {
-  if (!store || store->isSavePending() || present() == saved_) return;
+  if (!store || store->session.isSavePending() || present() == saved_) return;
   saved_ = present();
   EXPECT_EQ(sessionFile(), saved_) << "a change that is not saved";
 }
 
 std::string World::present() const {
-  return untracked([this] { return store->record().encoded(); });
+  return untracked([this] { return store->session.record().encoded(); });
 }
 
 std::vector<std::string> urls(const TabList& tabs) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Models/Store/BrowserStore.h"
+#include "Models/Store/SessionFile.h"
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "Tests/Fakes/FakeHTTPSession.h"
@@ -15,6 +16,20 @@
 namespace orvel::test {
 
 inline URL address(const std::string& text) { return *URL::parse(text); }
+
+// An interface that has what a test gives it.
+struct FakeInterface final : Interface {
+  DesktopWindow* window() override { return shown; }
+  bool hasLittleWindows() const override { return static_cast<bool>(makeLittle); }
+  std::shared_ptr<LittleWindow> makeLittleWindow(const TabRef& tab) override {
+    return makeLittle(tab);
+  }
+  bool openUtilityWindow(UtilityWindow which) override { return openUtility && openUtility(which); }
+
+  DesktopWindow* shown = nullptr;
+  std::function<std::shared_ptr<LittleWindow>(const TabRef&)> makeLittle;
+  std::function<bool(UtilityWindow)> openUtility;
+};
 
 // One run of the program over a disk: all that the model stands on, and the store.
 class World {
@@ -45,7 +60,7 @@ class World {
   void expectSaved();
   // For tests that change the model behind its operations.
   void saveNow() {
-    store->save();
+    store->session.save();
     scheduler.settle();
   }
 
@@ -54,6 +69,7 @@ class World {
   FakeEngine engine{scheduler};
   FakeDesktop desktop{scheduler};
   FakeWindow window;
+  FakeInterface interface;
   FileWriter writer{scheduler, disk};
   FaviconStore favicons{*disk, "/data/Orvel/Favicons"};
   // No list is there and none is fetched; blocking is off, so that no first page waits.

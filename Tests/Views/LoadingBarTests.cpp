@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/World.h"
 #include "Views/Page/LoadingBar.h"
 
@@ -53,11 +54,11 @@ TEST(LoadingBar, GoesAtTheEndWithoutMotion) {
   world.launch();
   const auto tab = world.open("https://a.example/");
   world.scheduler.settle();
-  tab->isLoading = true;
+  test::publish(tab->isLoading, true);
   LoadingBar bar;
   bar.setTab(tab);
   EXPECT_EQ(bar.opacity(), 1);
-  tab->isLoading = false;
+  test::publish(tab->isLoading, false);
   world.scheduler.settle();
   EXPECT_EQ(bar.opacity(), 0);
 }

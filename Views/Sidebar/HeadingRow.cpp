@@ -4,6 +4,8 @@
 #include <gtkmm/eventcontrollerfocus.h>
 
 #include "DesignSystem/ShownText.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Tab/PageClosing.h"
 
 namespace orvel {
 
@@ -38,7 +40,7 @@ HeadingRow::HeadingRow(SidebarContext& context)
   append(newFolder_);
   append(clear_);
 
-  newFolder_.signal_clicked().connect([this] { context_.store.newFolder(); });
+  newFolder_.signal_clicked().connect([this] { context_.store.folders.newFolder(); });
   clear_.signal_clicked().connect(
       [this] { context_.store.pageClosing.clearToday(context_.space); });
 

@@ -2,6 +2,8 @@
 
 #include <glib/gi18n.h>
 
+#include "Models/Windows/WindowChrome.h"
+
 namespace orvel {
 
 namespace {
@@ -54,7 +56,7 @@ SidebarTopBar::SidebarTopBar(BrowserStore& store)
   set_child(*bar);
 
   const auto selected = [&store] { return store.activeSpace()->selectedTab(); };
-  toggle_.signal_clicked().connect([&store] { store.toggleSidebar(); });
+  toggle_.signal_clicked().connect([&store] { store.chrome.toggleSidebar(); });
   back_.signal_clicked().connect([selected] {
     if (const auto tab = selected()) tab->goBack();
   });

@@ -6,6 +6,7 @@
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/TextScale.h"
+#include "Models/Tab/PageClosing.h"
 #include "Views/Sidebar/SidebarMenus.h"
 
 namespace orvel {
@@ -105,7 +106,7 @@ void TabRow::showButtons() {
   mute_.setSymbol(isMuted ? "speaker.slash.fill" : "speaker.wave.2.fill");
   mute_.setHelp(isMuted ? _("Unmute Tab") : _("Mute Tab"));
   split_.set_visible(context_.space->isInSplit(*tab_));
-  unresponsive_.set_visible(tab_->isUnresponsive);
+  unresponsive_.set_visible(tab_->panels.isUnresponsive);
   home_.set_visible(isHovered_ && tab_->hasWanderedFromPin());
   close_.set_visible(isHovered_);
   const auto children = {unresponsive_.get_visible(), mute_.get_visible(), split_.get_visible(),

@@ -5,6 +5,7 @@
 #include <gtkmm/eventcontrollerkey.h>
 
 #include "DesignSystem/Icons.h"
+#include "Models/Spaces/SpaceEditing.h"
 #include "Views/Window/Keyboard.h"
 
 namespace orvel {
@@ -64,7 +65,7 @@ SpaceSheet::SpaceSheet(BrowserStore& store, std::function<bool(double, double)> 
   add_controller(keys);
 
   follow_ = effect([this] {
-    const auto& draft = store_.spaceDraft.get();
+    const auto& draft = store_.spaceEditing.spaceDraft.get();
     untracked([&] { follow(draft); });
   });
 }

@@ -1,0 +1,163 @@
+#include "Models/Tab/PagePanels.h"
+
+#include "Models/Tab/BrowserTab.h"
+
+namespace orvel {
+
+namespace {
+
+// A page may ask with megabytes of text; nobody reads more than this.
+constexpr size_t kLongestText = 4096;
+
+std::string bounded(const std::string& text, std::string_view ellipsis = "…") {
+  if (text.size() <= kLongestText) return text;
+  size_t end = kLongestText;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+  return text.substr(0, end).append(ellipsis);
+}
+
+Alert pageAlert(const FrameInfo& frame, const std::string& message,
+                std::vector<std::string> buttons) {
+  return {.messageText = frame.securityOriginHost,
+          .informativeText = bounded(message),
+          .buttons = std::move(buttons)};
+}
+
+// In quotation marks that the text's own marks of direction cannot reach.
+std::string quoted(std::string text) {
+  constexpr std::string_view kBegin = "\u2068";
+  constexpr std::string_view kEnd = "\u2069";
+  for (size_t at = 0; (at = text.find(kEnd, at)) != std::string::npos;) text.erase(at, kEnd.size());
+  return std::string("“").append(kBegin).append(text).append(kEnd).append("”");
+}
+
+}  // namespace
+
+PagePanels::PagePanels(BrowserTab& tab, const Services& services, OtherApplications& applications)
+    : tab_(tab),
+      services_(services),
+      applications_(applications),
+      dialogs_(tab.questions, [this] { askAboutUnresponsivePage(); }) {}
+
+std::shared_ptr<WebView> PagePanels::createWebView(WebView& opener,
+                                                   const WebViewConfiguration& configuration,
+                                                   const NavigationAction& action) {
+  if (applications_.handOver(opener, action)) return nullptr;
+  const auto address = action.request ? std::optional(action.request->url) : std::nullopt;
+  const TabRef opened = tab_.host()->openWindow(address, tab_, configuration);
+  return opened ? opened->webView() : nullptr;
+}
+
+void PagePanels::webViewDidClose(WebView&) { tab_.host()->close(tab_); }
+
+void PagePanels::showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer) {
+  using Audience = ScriptDialogs::Audience;
+  dialogs_.show(std::move(alert), view.isInWindow() ? Audience::Present : Audience::Absent,
+                std::move(answer));
+}
+
+void PagePanels::runJavaScriptAlertPanel(WebView& view, const std::string& message,
+                                         const FrameInfo& frame, std::function<void()> answer) {
+  showScriptDialog(view, pageAlert(frame, message, {"OK"}),
+                   [answer = std::move(answer)](const AlertAnswer&) { answer(); });
+}
+
+void PagePanels::runJavaScriptConfirmPanel(WebView& view, const std::string& message,
+                                           const FrameInfo& frame,
+                                           std::function<void(bool)> answer) {
+  showScriptDialog(
+      view, pageAlert(frame, message, {"OK", "Cancel"}),
+      [answer = std::move(answer)](const AlertAnswer& given) { answer(given.isFirstButton()); });
+}
+
+void PagePanels::runJavaScriptTextInputPanel(
+    WebView& view, const std::string& prompt, const std::string& defaultText,
+    const FrameInfo& frame, std::function<void(std::optional<std::string>)> answer) {
+  Alert alert = pageAlert(frame, prompt, {"OK", "Cancel"});
+  alert.fields = {{.text = bounded(defaultText, "")}};
+  showScriptDialog(view, std::move(alert), [answer = std::move(answer)](const AlertAnswer& given) {
+    if (given.isFirstButton() && !given.fields.empty())
+      answer(given.fields.front());
+    else
+      answer(std::nullopt);
+  });
+}
+
+void PagePanels::runBeforeUnloadPanel(WebView& view, const FrameInfo&,
+                                      std::function<void(bool)> answer) {
+  if (closing_) {
+    closing_->hasAskedUser = true;
+    if (!view.isInWindow()) tab_.host()->select(tab_);
+  } else if (!view.isInWindow()) {
+    return answer(true);
+  }
+  tab_.questions.ask(
+      {.voice = PageQuestion::Voice::Program,
+       .alert = {.messageText = "Leave this page?",
+                 .informativeText = "What you have entered may be lost.",
+                 .buttons = {"Stay", "Leave"}},
+       .escape = 0},
+      [this, weak = tab_.weak_from_this(), answer = std::move(answer)](const AlertAnswer& given) {
+        const bool isLeaving = given.button == 1u;
+        if (const auto tab = weak.lock(); tab && !isLeaving) stay();
+        answer(isLeaving);
+      });
+}
+
+void PagePanels::runOpenPanel(
+    WebView& view, const OpenPanelParameters& parameters,
+    std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) {
+  if (!view.isInWindow()) return answer(std::nullopt);
+  services_.desktop.dialogs.showOpenPanel(
+      tab_.host()->window(),
+      {.allowsMultipleSelection = parameters.allowsMultipleSelection,
+       .allowsFiles = true,
+       .allowsDirectories = parameters.allowsDirectories,
+       .mimeTypes = parameters.mimeTypes},
+      std::move(answer));
+}
+
+void PagePanels::signIn(const WebView& view, const AuthenticationChallenge& challenge,
+                        std::function<void(std::optional<Credential>)> answer) {
+  if (!view.isInWindow()) return answer(std::nullopt);
+  std::string explanation =
+      challenge.isProxy ? "The proxy asks you to sign in." : "The server asks you to sign in.";
+  if (challenge.isRetry) explanation = "The user name or password was not accepted.";
+  if (challenge.isInsecure) explanation += " Your password will be sent unencrypted.";
+  if (!challenge.realm.empty()) explanation += "\n" + quoted(bounded(challenge.realm));
+  tab_.questions.ask(
+      {.voice = PageQuestion::Voice::Program,
+       .symbol = "lock.fill",
+       .alert = {.messageText = challenge.host,
+                 .informativeText = std::move(explanation),
+                 .buttons = {"OK", "Cancel"},
+                 .fields = {{.label = "User name"}, {.label = "Password", .isSecret = true}}}},
+      [answer = std::move(answer)](const AlertAnswer& given) {
+        if (given.isFirstButton() && given.fields.size() == 2)
+          answer(Credential{given.fields[0], given.fields[1]});
+        else
+          answer(std::nullopt);
+      });
+}
+
+void PagePanels::denyDevice(const std::string& message,
+                            std::function<void(PermissionDecision)> answer) {
+  tab_.host()->showToast(message, {});
+  answer(PermissionDecision::Deny);
+}
+
+void PagePanels::requestMediaCapturePermission(WebView&, const std::string&, CaptureDeviceType,
+                                               std::function<void(PermissionDecision)> answer) {
+  denyDevice("Camera and microphone aren’t available yet", std::move(answer));
+}
+
+void PagePanels::requestGeolocationPermission(WebView&, const std::string&,
+                                              std::function<void(PermissionDecision)> answer) {
+  denyDevice("Your location isn’t available yet", std::move(answer));
+}
+
+void PagePanels::fullscreenDidChange(WebView&, bool isFullscreen) {
+  tab_.host()->fullscreenDidChange(tab_, isFullscreen);
+}
+
+}  // namespace orvel
