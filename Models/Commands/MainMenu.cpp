@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Base/Texts.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {
@@ -27,8 +28,7 @@ class Builder {
 
  private:
   static MenuItem item(ActionID id, std::function<void()> perform) {
-    return {
-        .title = std::string(actionInfo(id).title), .action = id, .perform = std::move(perform)};
+    return {.title = _(actionInfo(id).title), .action = id, .perform = std::move(perform)};
   }
   MenuItem item(ActionID id, void (BrowserStore::*perform)()) const {
     return item(id, [&store = store_, perform] { (store.*perform)(); });
@@ -86,7 +86,7 @@ Menu Builder::file() const {
     return item(id, [&store = store_, mode] { store.showCommandBar(mode); });
   };
   return {
-      .title = "File",
+      .title = _("File"),
       .items = {bar(NewTab, CommandBarMode::NewTab), bar(OpenLocation, CommandBarMode::CurrentTab),
                 item(ReopenClosedTab, &BrowserStore::reopenClosedTab),
                 item(NewLittleWindow, &BrowserStore::newLittleWindow),
@@ -105,7 +105,7 @@ Menu Builder::file() const {
 
 Menu Builder::edit() const {
   using enum BrowserTab::FindDirection;
-  return {.title = "Edit",
+  return {.title = _("Edit"),
           .items = {editing(Undo, EditingCommand::Undo), editing(Redo, EditingCommand::Redo),
                     separator(), editing(Cut, EditingCommand::Cut),
                     editing(Copy, EditingCommand::Copy), editing(Paste, EditingCommand::Paste),
@@ -123,7 +123,7 @@ Menu Builder::view() const {
     return onTarget(id, [step](auto&, const auto& tab) { tab->zoom(step); });
   };
   return {
-      .title = "View",
+      .title = _("View"),
       .items = {
           item(ToggleSidebar, &BrowserStore::toggleSidebar),
           marked(inMainWindow(ToggleReader, [](auto& store) { store.toggleReader(); }),
@@ -152,7 +152,7 @@ Menu Builder::view() const {
 }
 
 Menu Builder::history() const {
-  return {.title = "History",
+  return {.title = _("History"),
           .items = {onTarget(Back, [](auto&, const auto& tab) { tab->goBack(); }),
                     onTarget(Forward, [](auto&, const auto& tab) { tab->goForward(); }),
                     separator(), utility(ShowHistory, UtilityWindow::History),
@@ -167,7 +167,7 @@ Menu Builder::tabs() const {
     return onTarget(id, [form](auto& store, const auto& tab) { store.copyLink(tab, form); });
   };
   Menu menu{
-      .title = "Tabs",
+      .title = _("Tabs"),
       .items = {inMainWindow(RecentTabs, [](auto& store) { store.advanceTabSwitcher(); }),
                 adjacent(NextTab, 1), adjacent(PreviousTab, -1), separator(),
                 onTarget(TogglePin, [](auto& store, const auto& tab) { store.togglePin(tab); }),
@@ -184,7 +184,7 @@ Menu Builder::tabs() const {
 
 Menu Builder::spaces() const {
   return {
-      .title = "Spaces", .makeItems = [builder = *this] {
+      .title = _("Spaces"), .makeItems = [builder = *this] {
         auto& store = builder.store_;
         std::vector<MenuItem> items;
         for (const auto& space : store.spaces.peek()) {
@@ -204,13 +204,13 @@ Menu Builder::spaces() const {
 }
 
 Menu Builder::window() const {
-  return {.title = "Window",
+  return {.title = _("Window"),
           .items = {onKeyWindow(Minimize, &DesktopWindow::minimize),
                     onKeyWindow(Zoom, &DesktopWindow::toggleMaximized)}};
 }
 
 Menu Builder::help() const {
-  return {.title = "Help", .items = {utility(ReportBug, UtilityWindow::BugReport)}};
+  return {.title = _("Help"), .items = {utility(ReportBug, UtilityWindow::BugReport)}};
 }
 
 }  // namespace

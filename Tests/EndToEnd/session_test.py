@@ -125,7 +125,7 @@ class SessionTest(EndToEndTest):
         program = self.start()
         for argument, code, said in (
             ("--version", 0, "Orvel "), ("--help", 0, "--new-tab"), ("--other", 2, "--other"),
-            ("no address", 2, '"no address" is no address'),
+            ("no address", 2, '“no address” is no address'),
         ):
             answer = program.second(argument)
             self.assertEqual(answer[0], code, answer)
@@ -210,14 +210,14 @@ class SessionTest(EndToEndTest):
             self.picture("already-running")
             self.keys("Return")
             self.assertEqual(program.process.wait(5), 1)
-            self.assertIn("another Orvel is using", (self.home / "log.txt").read_text())
+            self.assertIn("Another Orvel is using", (self.home / "log.txt").read_text())
 
     def test_without_a_bus_a_lock_decides(self):
         alone = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
         program = self.start("http://one.test/", environment=alone)
         self.wait_for_page("http://one.test/")
         other = self.start("http://two.test/", environment=alone)
-        eventually(lambda: "another Orvel is using" in (self.home / "log.txt").read_text(), "a word")
+        eventually(lambda: "Another Orvel is using" in (self.home / "log.txt").read_text(), "a word")
         self.assertIsNone(program.process.poll())
         other.kill()
         program.end()

@@ -1,8 +1,8 @@
 #include "Views/Sidebar/HeadingRow.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerfocus.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 
 namespace orvel {

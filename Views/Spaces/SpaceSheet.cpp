@@ -1,8 +1,8 @@
 #include "Views/Spaces/SpaceSheet.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerkey.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "Views/Window/Keyboard.h"
 

@@ -1,12 +1,12 @@
 #include "Views/Window/UtilityWindows.h"
 
 #include <adwaita.h>
-#include <glib/gi18n.h>
 #include <gtkmm/box.h>
 #include <gtkmm/centerbox.h>
 #include <gtkmm/label.h>
 #include <gtkmm/windowhandle.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Views/Window/AboutWindow.h"
@@ -71,8 +71,9 @@ class UtilityWindows::Window {
     root_.append(content_->body());
     if (place.isResizable) {
       gtk_window_set_default_size(window_, place.width, place.height);
-      frame_ = std::make_unique<WindowFrame>(window_, store.services().defaults,
-                                             std::string("Orvel") + place.title + "Window");
+      frame_ =
+          std::make_unique<WindowFrame>(window_, store.services().defaults,
+                                        std::string("Orvel") + place.title + "Window");  // no text
     } else {
       root_.set_size_request(place.width, place.height);
       gtk_window_set_resizable(window_, FALSE);

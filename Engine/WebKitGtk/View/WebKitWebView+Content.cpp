@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Base/FileSystem.h"
+#include "Base/Texts.h"
 #include "Engine/WebKitGtk/Scripts/EngineScripts.h"
 #include "Engine/WebKitGtk/View/WebKitWebView.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
@@ -281,7 +282,7 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
                      if (owned->error.empty())
                        result.data = FileSystem::disk()->read(owned->file).bytes;
                      if (!result.data && result.error.empty())
-                       result.error = "The page could not be printed to a file.";
+                       result.error = _("The page could not be printed to a file.");
                      g_unlink(owned->file.c_str());
                      owned->answer(std::move(result));
                    }),
