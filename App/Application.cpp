@@ -82,6 +82,7 @@ Application::~Application() {
 
 int Application::run(StartOptions options) {
   wantsNewTab_ = options.wantsNewTab;
+  startAddresses_ = options.addresses;
   auto* application = G_APPLICATION(application_);
   makeActions();
   GError* rawError = nullptr;
@@ -91,9 +92,9 @@ int Application::run(StartOptions options) {
     return 1;
   }
   if (g_application_get_is_remote(application)) {
-    for (const URL& address : options.addresses)
+    for (const std::string& address : options.addresses)
       g_action_group_activate_action(G_ACTION_GROUP(application), kOpenAddress,
-                                     g_variant_new_string(address.text().c_str()));
+                                     g_variant_new_string(address.c_str()));
     if (wantsNewTab_)
       g_action_group_activate_action(G_ACTION_GROUP(application), kNewTab, nullptr);
     else if (options.addresses.empty())
@@ -118,7 +119,7 @@ int Application::run(StartOptions options) {
     return 1;
   }
 
-  browser_ = std::make_unique<Browser>(application_, programFolder(), options.addresses);
+  browser_ = std::make_unique<Browser>(application_, programFolder());
   // Closing the window does not end the program.
   g_application_hold(application);
   for (const int number : kSignals)
@@ -185,6 +186,7 @@ void Application::makeActions() {
 bool Application::launchOnce() {
   if (std::exchange(hasLaunched_, true)) return false;
   browser_->didFinishLaunching();
+  for (const std::string& address : startAddresses_) openAddress(address);
   if (wantsNewTab_) newTab();
   return true;
 }
@@ -192,7 +194,7 @@ bool Application::launchOnce() {
 void Application::openAddress(const std::string& text) {
   if (!browser_) return;
   launchOnce();
-  if (const auto url = URL::parse(text)) browser_->open({*url});
+  if (const auto address = externalAddress(text)) browser_->open({*address});
 }
 
 void Application::newTab() {

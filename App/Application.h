@@ -37,6 +37,7 @@ class Application {
   GtkApplication* application_ = nullptr;
   std::optional<InstanceLock> lock_;
   std::unique_ptr<Browser> browser_;
+  std::vector<std::string> startAddresses_;
   bool wantsNewTab_ = false;
   bool hasLaunched_ = false;
 };

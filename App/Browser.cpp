@@ -6,7 +6,6 @@
 #include "App/WindowController.h"
 #include "BrowserCore/Addresses/Endpoints.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Models/Commands/MainMenu.h"
 
 namespace orvel {
 
@@ -29,8 +28,7 @@ std::string systemVersion() {
 
 }  // namespace
 
-Browser::Browser(GtkApplication* application, const std::filesystem::path& folder,
-                 const std::vector<URL>& addresses)
+Browser::Browser(GtkApplication* application, const std::filesystem::path& folder)
     : application_(application),
       paths_(AppPaths::in(g_get_user_data_dir(), g_get_user_cache_dir(), downloadsFolder())),
       share_(folder / "../share/orvel"),
@@ -64,15 +62,11 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                 }} {
   // The store first: it has the selected page's process started, beside which all else happens.
   store_ = BrowserStore::make(services_);
-  for (const URL& address : addresses) store_->openExternal(address);
   adw_init();
   StyleSheet::load(share_);
   ApplicationLifecycle::Steps steps;
   steps.appVersion = ORVEL_VERSION;
   steps.systemVersion = systemVersion();
-  steps.installMainMenu = [this] {
-    store_->mainMenu = std::make_unique<Menu>(MainMenu::make(*store_));
-  };
   steps.makeWindowController = [this] {
     return std::make_unique<WindowController>(application_, *store_, desktop_, defaults_);
   };
@@ -83,7 +77,8 @@ Browser::~Browser() = default;
 
 void Browser::handleReopen() {
   using enum ApplicationLifecycle::VisibleWindows;
-  lifecycle_->handleReopen(store_->window && store_->window->isVisible() ? Some : None);
+  const DesktopWindow* window = store_->window();
+  lifecycle_->handleReopen(window && window->isVisible() ? Some : None);
 }
 
 void Browser::newTab() {

@@ -11,6 +11,7 @@
 #include "Desktop/Gtk/GtkDesktop.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
 #include "Models/Store/ApplicationLifecycle.h"
+#include "Models/Store/SessionFile.h"
 
 namespace orvel {
 
@@ -19,17 +20,15 @@ namespace orvel {
 // it.
 class Browser {
  public:
-  // `folder` is the program's own: what ships with it lies beside it. `addresses` are those that
-  // the program was started with: they open at once, the window comes with the launch.
-  Browser(GtkApplication* application, const std::filesystem::path& folder,
-          const std::vector<URL>& addresses);
+  // `folder` is the program's own: what ships with it lies beside it.
+  Browser(GtkApplication* application, const std::filesystem::path& folder);
   ~Browser();
 
   void didFinishLaunching() { lifecycle_->didFinishLaunching(); }
   void handleReopen();
-  void open(const std::vector<URL>& urls) { lifecycle_->open(urls); }
+  void open(const std::vector<ExternalAddress>& addresses) { lifecycle_->open(addresses); }
   void newTab();
-  void save() { store_->save(); }
+  void save() { store_->session.save(); }
   void willTerminate() { lifecycle_->willTerminate(); }
 
  private:

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "Base/GRef.h"
 #include "Base/Texts.h"
@@ -17,14 +18,13 @@ namespace {
 
 constexpr int kUsageError = 2;
 
-// What stands on the command line is typed by a person: "example.com" is an address, and so is the
-// name of a file that exists.
-std::optional<URL> addressOf(const std::string& argument) {
+// The URI of the file with this name, or else the argument as it stands.
+std::string addressOf(const std::string& argument) {
   std::error_code error;
-  if (!std::filesystem::exists(argument, error)) return URLInput::explicitURL(argument);
+  if (!std::filesystem::exists(argument, error)) return argument;
   const GText uri(
       g_filename_to_uri(std::filesystem::absolute(argument, error).c_str(), nullptr, nullptr));
-  return uri ? URL::parse(uri.get()) : std::nullopt;
+  return uri ? uri.get() : argument;
 }
 
 StartOptions::Ended refuse(const std::string& reason) {
@@ -60,11 +60,20 @@ std::variant<StartOptions, StartOptions::Ended> StartOptions::parse(int count, c
 
   StartOptions options{.wantsNewTab = wantsNewTab != FALSE, .isService = isService != FALSE};
   for (int i = 1; i < count; ++i) {
-    const auto url = addressOf(arguments[i]);
-    if (!url) return refuse(filled(_("“{text}” is no address"), {{"text", arguments[i]}}));
-    options.addresses.push_back(*url);
+    std::string address = addressOf(arguments[i]);
+    if (!URLInput::explicitURL(address))
+      return refuse(filled(_("“{text}” is no address"), {{"text", arguments[i]}}));
+    options.addresses.push_back(std::move(address));
   }
   return options;
+}
+
+std::optional<ExternalAddress> externalAddress(const std::string& text) {
+  if (auto typed = URLInput::explicitURL(text); typed && typed->text() != text)
+    return ExternalAddress{*std::move(typed), SchemeSource::Supplied};
+  auto given = URL::parse(text);
+  if (!given) return std::nullopt;
+  return ExternalAddress{*std::move(given)};
 }
 
 }  // namespace orvel

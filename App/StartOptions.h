@@ -1,15 +1,18 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <variant>
 #include <vector>
 
-#include "BrowserCore/Addresses/URL.h"
+#include "Models/Store/ApplicationLifecycle.h"
 
 namespace orvel {
 
 // What the program is told on its command line.
 struct StartOptions {
-  std::vector<URL> addresses;
+  // As they were typed, files as their URIs. Each is an `externalAddress`.
+  std::vector<std::string> addresses;
   bool wantsNewTab = false;
   bool isService = false;  // started by the bus, which asks for a window when it wants one
 
@@ -19,5 +22,9 @@ struct StartOptions {
   // `Ended` when there is nothing more to do: help and version have been printed, or what is wrong.
   static std::variant<StartOptions, Ended> parse(int count, char** arguments);
 };
+
+// What another program or a person means by the text: "example.com" is an address, too, whose
+// scheme is then supplied. Absent for a text that is none.
+[[nodiscard]] std::optional<ExternalAddress> externalAddress(const std::string& text);
 
 }  // namespace orvel

@@ -4,7 +4,10 @@
 #include <benchmark/benchmark.h>
 
 #include "Models/CommandBar/CommandBar.h"
+#include "Models/CommandBar/PickedChoices.h"
 #include "Models/CommandBar/Suggestions.h"
+#include "Models/Store/Archive.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/World.h"
 
 namespace orvel::test {
@@ -38,14 +41,14 @@ struct Desk {
     for (int i = 0; i < kArchived; ++i)
       archive.push_back(
           {.tab = {.id = UUID::random(), .title = title(i), .url = address(link("former", i))}});
-    store.archive = std::move(archive);
+    test::publish(store.archive.records, std::move(archive));
     for (int i = 0; i < kCommands; ++i)
       commands.push_back({.id = "command" + std::to_string(i),
                           .title = "Do something with the present page " + std::to_string(i)});
     for (int i = 0; i < 400; ++i)
       store.history->recordVisit(world.space().profile->id, address(link("visited", i)), title(i),
                                  world.scheduler.now());
-    for (int i = 0; i < 2; ++i) store.learn(suggestion::Search{"tide"}, "tide");
+    for (int i = 0; i < 2; ++i) store.choices.learn(suggestion::Search{"tide"}, "tide");
     world.scheduler.settle();
   }
 };
@@ -69,7 +72,7 @@ void list(benchmark::State& state) {
          .shortcuts = store.settings.searchShortcuts.peek(),
          .tabs = tabs,
          .selectedTab = store.activeSpace()->selectedTab(),
-         .archive = store.archive.peek(),
+         .archive = store.archive.records.peek(),
          .commandsMatching =
              [&](const auto&) {
                std::vector<PaletteCommand> found;
@@ -77,7 +80,8 @@ void list(benchmark::State& state) {
                  if (needle.isIn(command.title)) found.push_back(command);
                return found;
              },
-         .topChoice = [&](const auto& query, auto rows) { return store.topChoice(query, rows); }}));
+         .topChoice = [&](const auto& query,
+                          auto rows) { return store.choices.topChoice(query, rows); }}));
   state.SetLabel(text + ", aim 1 ms");
 }
 BENCHMARK(list)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);

@@ -1,6 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "Models/Sidebar/SidebarRows.h"
+#include "Models/Store/SessionFile.h"
 #include "Tests/Models/World.h"
 
 // What the model costs the main thread by number of tabs.
@@ -47,7 +48,7 @@ void save(benchmark::State& state) {
   program.launch();
   program.scheduler.settle();
   for (auto _ : state) {
-    program.store->save();
+    program.store->session.save();
     state.PauseTiming();
     program.scheduler.settle();
     state.ResumeTiming();

@@ -17,6 +17,9 @@
 #include <cmath>
 
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Spaces/SpaceSwipe.h"
+#include "Models/Windows/Toasts.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/World.h"
 #include "Views/Window/BrowserView.h"
 #include "Views/Window/MainWindow.h"
@@ -126,7 +129,7 @@ struct Browser {
     for (int i = 1; i < spaces; ++i)
       list.push_back(std::make_shared<Space>(UUID::random(), first->profile,
                                              "Space " + std::to_string(i), "leaf.fill", 0.15 * i));
-    store.spaces = list;
+    store.setSpaces(list);
     for (const auto& space : list) {
       for (int i = 0; i < tabs; ++i) {
         const auto number = std::to_string(i);
@@ -136,7 +139,7 @@ struct Browser {
       }
       space->selectedTabID = std::nullopt;
     }
-    store.toast = std::nullopt;
+    test::publish(store.toasts.toast, std::nullopt);
     world.scheduler.settle();
     world.desktop.isMotionOn = true;
     window = std::make_unique<MainWindow>(nullptr, store);
@@ -158,7 +161,7 @@ struct Browser {
 // A hand that swipes on every second, half of it with the fingers down.
 void swipe() {
   Browser browser(3, 300);
-  auto& monitor = *browser.store().scrollMonitor;
+  auto& monitor = *browser.store().spaceSwipe;
   constexpr int kGesture = 60;
   constexpr int kFingersDown = 30;
   print("swipe, 3 spaces of 300 tabs", browser.run([&](int frame) {

@@ -1,7 +1,10 @@
 #include "Base/Overloaded.h"
+#include "Models/Commands/QuickBar.h"
+#include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Windows/LittleWindows.h"
 
-// What a choice of the command bar does.
+// The command bar comes, goes, and does what was chosen.
 namespace orvel {
 
 namespace {
@@ -14,15 +17,27 @@ bool actsInMainWindow(const Suggestion& suggestion) {
 
 }  // namespace
 
+void BrowserStore::showCommandBar(CommandBarMode mode) {
+  if (window()) window()->makeKeyAndOrderFront();
+  animate(Spring::entry, [&] { commandBar = mode; });
+}
+
+void BrowserStore::hideCommandBar() { commandBar = std::nullopt; }
+
+void BrowserStore::dismissCommandBar() {
+  animate(Spring::quick, [this] { hideCommandBar(); });
+  later([this] { focusWebView(); });
+}
+
 void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
   if (mode == CommandBarMode::Quick) {
-    orderQuickBarOut();
+    quickBar.orderQuickBarOut();
     if (actsInMainWindow(suggestion)) {
-      if (window) window->makeKeyAndOrderFront();
+      if (window()) window()->makeKeyAndOrderFront();
       services_.desktop.application.activate();
     }
   } else {
-    animate(Spring::quick, [this] { commandBar = std::nullopt; });
+    animate(Spring::quick, [this] { hideCommandBar(); });
   }
   const auto openIfAny = [&](const std::optional<URL>& url) {
     if (url) open(*url, mode);
@@ -31,7 +46,7 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
                           services_.desktop.pasteboard.setText(answer.answer);
                           if (mode == CommandBarMode::Quick) return;
                           showToast("Copied " + answer.answer);
-                          later([](BrowserStore& store) { store.focusWebView(); });
+                          later([this] { focusWebView(); });
                         },
                         [&](const suggestion::Shortcut& chosen) {
                           openIfAny(chosen.shortcut.url(chosen.query));
@@ -45,17 +60,17 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
                         [&](const suggestion::Command& chosen) {
                           if (chosen.command.perform) chosen.command.perform();
                           // Unless what it opened has taken the keyboard.
-                          later([](BrowserStore& store) { store.focusWebView(); });
+                          later([this] { focusWebView(); });
                         },
                         [&](const suggestion::Tab& chosen) { select(chosen.tab); },
                         [&](const suggestion::History& visit) { open(visit.entry.url, mode); },
-                        [&](const suggestion::Archived& chosen) { reopen(chosen.record); }},
+                        [&](const suggestion::Archived& chosen) { archive.reopen(chosen.record); }},
              suggestion);
 }
 
 void BrowserStore::open(const URL& url, CommandBarMode mode, SchemeSource scheme) {
   if (mode == CommandBarMode::Quick) {
-    openLittleWindow(url, nullptr, std::nullopt, scheme);
+    littleWindows.openLittleWindow(url, nullptr, std::nullopt, scheme);
     services_.desktop.application.activate();
     return;
   }
@@ -66,7 +81,7 @@ void BrowserStore::open(const URL& url, CommandBarMode mode, SchemeSource scheme
     return;
   }
   selected->load(url, scheme);
-  later([](BrowserStore& store) { store.focusWebView(); });
+  later([this] { focusWebView(); });
 }
 
 }  // namespace orvel

@@ -7,7 +7,10 @@
 #include "BrowserCore/Answers/CurrencyConversion.h"
 #include "BrowserCore/Text/Characters.h"
 #include "BrowserCore/Text/Text.h"
+#include "Models/CommandBar/PickedChoices.h"
 #include "Models/CommandBar/Suggestions.h"
+#include "Models/Commands/CommandList.h"
+#include "Models/Store/Archive.h"
 
 namespace orvel {
 
@@ -69,9 +72,11 @@ std::vector<Suggestion> CommandBar::suggestions() const {
        .shortcuts = store_.settings.searchShortcuts.get(),
        .tabs = tabs,
        .selectedTab = space->selectedTab(),
-       .archive = store_.archive.get(),
-       .commandsMatching = [this](const auto& text) { return store_.commandsMatching(text); },
-       .topChoice = [this](const auto& text, auto rows) { return store_.topChoice(text, rows); }});
+       .archive = store_.archive.records.get(),
+       .commandsMatching =
+           [this](const auto& text) { return store_.commands.commandsMatching(text); },
+       .topChoice = [this](const auto& text,
+                           auto rows) { return store_.choices.topChoice(text, rows); }});
   knownRows_ = idsOf(list);
   return list;
 }
@@ -200,7 +205,7 @@ void CommandBar::submit() {
   if (selection.peek() >= rows.size()) return;
   const Suggestion& row = rows[selection.peek()];
   isSpent_ = true;
-  store_.learn(row, text_.peek());
+  store_.choices.learn(row, text_.peek());
   store_.perform(row, mode);
 }
 

@@ -8,8 +8,8 @@
 
 #include "BrowserCore/Answers/CurrencyRates.h"
 #include "BrowserCore/Text/TextSearch.h"
+#include "Models/CommandBar/CommandBarMode.h"
 #include "Models/CommandBar/Suggestion.h"
-#include "Models/Store/StoreState.h"
 
 namespace orvel {
 

@@ -3,7 +3,18 @@
 #include <utility>
 
 #include "Base/Texts.h"
+#include "Models/Commands/CommandTarget.h"
+#include "Models/Settings/BlockingSwitches.h"
+#include "Models/Sidebar/CopiedLink.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Tab/PageClosing.h"
+#include "Models/Tab/PageSearch.h"
+#include "Models/Windows/LittleWindows.h"
+#include "Models/Windows/WindowChrome.h"
 
 namespace orvel {
 
@@ -30,8 +41,9 @@ class Builder {
   static MenuItem item(ActionID id, std::function<void()> perform) {
     return {.title = _(actionInfo(id).title), .action = id, .perform = std::move(perform)};
   }
-  MenuItem item(ActionID id, void (BrowserStore::*perform)()) const {
-    return item(id, [&store = store_, perform] { (store.*perform)(); });
+  template <class Topic>
+  static MenuItem item(ActionID id, Topic& topic, void (Topic::*perform)()) {
+    return item(id, [&topic, perform] { (topic.*perform)(); });
   }
   MenuItem marked(MenuItem item, std::function<bool()> isOn) const {
     item.isOn = std::move(isOn);
@@ -43,14 +55,14 @@ class Builder {
   template <class Perform>
   MenuItem onTarget(ActionID id, Perform perform) const {
     return item(id, [&store = store_, perform] {
-      if (const TabRef tab = store.targetTab()) perform(store, tab);
+      if (const TabRef tab = store.target.targetTab()) perform(store, tab);
     });
   }
   // Does nothing while another window is key.
   template <class Perform>
   MenuItem inMainWindow(ActionID id, Perform perform) const {
     return item(id, [&store = store_, perform] {
-      if (store.isMainWindowKey()) perform(store);
+      if (store.target.isMainWindowKey()) perform(store);
     });
   }
   // Acts on the key window; disabled while none of ours is.
@@ -63,12 +75,14 @@ class Builder {
     return made;
   }
   MenuItem editing(ActionID id, EditingCommand command) const {
-    return item(id, [&store = store_, command] { store.edit(command); });
+    return item(id, [&store = store_, command] { store.target.edit(command); });
   }
   MenuItem utility(ActionID id, UtilityWindow which) const {
     return item(id, [&store = store_, which] { store.showUtilityWindow(which); });
   }
-  MenuItem newSpace() const { return item(NewSpace, &BrowserStore::beginNewSpace); }
+  MenuItem newSpace() const {
+    return item(NewSpace, store_.spaceEditing, &SpaceEditing::beginNewSpace);
+  }
 
   BrowserStore& store_;
 };
@@ -76,8 +90,8 @@ class Builder {
 Menu Builder::application() const {
   return {.title = "Orvel",
           .items = {utility(About, UtilityWindow::About),
-                    item(CheckForUpdates, &BrowserStore::checkForUpdates), separator(),
-                    utility(Settings, UtilityWindow::Settings), separator(),
+                    item(CheckForUpdates, store_.coming, &ComingFeatures::checkForUpdates),
+                    separator(), utility(Settings, UtilityWindow::Settings), separator(),
                     item(Quit, [&store = store_] { store.pageClosing.quit(); })}};
 }
 
@@ -87,34 +101,36 @@ Menu Builder::file() const {
   };
   return {
       .title = _("File"),
-      .items = {bar(NewTab, CommandBarMode::NewTab), bar(OpenLocation, CommandBarMode::CurrentTab),
-                item(ReopenClosedTab, &BrowserStore::reopenClosedTab),
-                item(NewLittleWindow, &BrowserStore::newLittleWindow),
-                item(NewPrivateWindow, &BrowserStore::openPrivateWindow),
-                item(PromoteLittleWindow,
-                     [&store = store_] {
-                       if (const auto little = store.keyLittleWindow()) little->promote();
-                     }),
-                separator(), newSpace(), separator(),
-                onTarget(Capture, [](auto& store, const auto& tab) { store.beginCapture(tab); }),
-                onTarget(ExportPDF, [](auto&, const auto& tab) { tab->exportPDF(); }),
-                onTarget(Print, [](auto&, const auto& tab) { tab->printPage(); }), separator(),
-                item(CloseTab, &BrowserStore::closeSelectedTab),
-                onKeyWindow(CloseWindow, &DesktopWindow::performClose)}};
+      .items = {
+          bar(NewTab, CommandBarMode::NewTab), bar(OpenLocation, CommandBarMode::CurrentTab),
+          item(ReopenClosedTab, store_.archive, &Archive::reopenClosedTab),
+          item(NewLittleWindow, store_.littleWindows, &LittleWindows::newLittleWindow),
+          item(NewPrivateWindow, store_.coming, &ComingFeatures::openPrivateWindow),
+          item(PromoteLittleWindow,
+               [&store = store_] {
+                 if (const auto little = store.littleWindows.keyLittleWindow()) little->promote();
+               }),
+          separator(), newSpace(), separator(),
+          onTarget(Capture, [](auto& store, const auto& tab) { store.coming.beginCapture(tab); }),
+          onTarget(ExportPDF, [](auto&, const auto& tab) { tab->exportPDF(); }),
+          onTarget(Print, [](auto&, const auto& tab) { tab->printPage(); }), separator(),
+          item(CloseTab, store_.target, &CommandTarget::closeSelectedTab),
+          onKeyWindow(CloseWindow, &DesktopWindow::performClose)}};
 }
 
 Menu Builder::edit() const {
   using enum BrowserTab::FindDirection;
-  return {.title = _("Edit"),
-          .items = {editing(Undo, EditingCommand::Undo), editing(Redo, EditingCommand::Redo),
-                    separator(), editing(Cut, EditingCommand::Cut),
-                    editing(Copy, EditingCommand::Copy), editing(Paste, EditingCommand::Paste),
-                    editing(PasteAsPlainText, EditingCommand::PasteAsPlainText),
-                    editing(Delete, EditingCommand::Delete),
-                    editing(SelectAll, EditingCommand::SelectAll), separator(),
-                    inMainWindow(Find, [](auto& store) { store.showFindBar(); }),
-                    inMainWindow(FindNext, [](auto& store) { store.findNext(Forwards); }),
-                    inMainWindow(FindPrevious, [](auto& store) { store.findNext(Backwards); })}};
+  return {
+      .title = _("Edit"),
+      .items = {
+          editing(Undo, EditingCommand::Undo), editing(Redo, EditingCommand::Redo), separator(),
+          editing(Cut, EditingCommand::Cut), editing(Copy, EditingCommand::Copy),
+          editing(Paste, EditingCommand::Paste),
+          editing(PasteAsPlainText, EditingCommand::PasteAsPlainText),
+          editing(Delete, EditingCommand::Delete), editing(SelectAll, EditingCommand::SelectAll),
+          separator(), inMainWindow(Find, [](auto& store) { store.pageSearch.showFindBar(); }),
+          inMainWindow(FindNext, [](auto& store) { store.pageSearch.findNext(Forwards); }),
+          inMainWindow(FindPrevious, [](auto& store) { store.pageSearch.findNext(Backwards); })}};
 }
 
 Menu Builder::view() const {
@@ -124,31 +140,36 @@ Menu Builder::view() const {
   };
   return {
       .title = _("View"),
-      .items = {
-          item(ToggleSidebar, &BrowserStore::toggleSidebar),
-          marked(inMainWindow(ToggleReader, [](auto& store) { store.toggleReader(); }),
-                 [&store] { return store.reader.peek().has_value(); }),
-          item(SplitWithRecentTab, &BrowserStore::splitWithRecentTab),
-          item(CloseSplitView, &BrowserStore::closeSplitView), separator(),
-          marked(item(ToggleContentBlocking, &BrowserStore::toggleContentBlocking),
-                 [&store] { return store.contentBlocker.isEnabled.peek(); }),
-          marked(item(PauseBlocking,
-                      [&store = store_] { store.toggleBlockingOnCurrentSite(store.commandTab()); }),
-                 [&store] {
-                   const TabRef tab = store.commandTab();
-                   return store.contentBlocker.isPaused(tab ? tab->url.peek() : std::nullopt);
-                 }),
-          marked(item(ToggleCookieRejection, &BrowserStore::toggleCookieRejection),
-                 [&store] { return store.contentBlocker.isCookieRejectionEnabled.peek(); }),
-          onTarget(HideItems, [](auto& store, const auto& tab) { store.beginHidingItems(tab); }),
-          separator(),
-          onTarget(Reload, [](auto&, const auto& tab) { tab->reload(ReloadSource::Cache); }),
-          onTarget(ReloadFromOrigin,
-                   [](auto&, const auto& tab) { tab->reload(ReloadSource::Origin); }),
-          onTarget(Stop, [](auto&, const auto& tab) { tab->stopLoading(); }), separator(),
-          zooming(ZoomIn, BrowserTab::ZoomStep::In), zooming(ZoomOut, BrowserTab::ZoomStep::Out),
-          onTarget(ActualSize, [](auto&, const auto& tab) { tab->setZoom(1); }), separator(),
-          onKeyWindow(ToggleFullScreen, &DesktopWindow::toggleFullscreen)}};
+      .items = {item(ToggleSidebar, store_.chrome, &WindowChrome::toggleSidebar),
+                marked(inMainWindow(ToggleReader, [](auto& store) { store.coming.toggleReader(); }),
+                       [&store] { return store.coming.reader.peek().has_value(); }),
+                item(SplitWithRecentTab, store_.coming, &ComingFeatures::splitWithRecentTab),
+                item(CloseSplitView, store_.coming, &ComingFeatures::closeSplitView), separator(),
+                marked(item(ToggleContentBlocking, store_.blocking,
+                            &BlockingSwitches::toggleContentBlocking),
+                       [&store] { return store.contentBlocker.isEnabled.peek(); }),
+                marked(item(PauseBlocking,
+                            [&store = store_] {
+                              store.blocking.toggleBlockingOnCurrentSite(store.target.commandTab());
+                            }),
+                       [&store] {
+                         const TabRef tab = store.target.commandTab();
+                         return store.contentBlocker.isPaused(tab ? tab->url.peek() : std::nullopt);
+                       }),
+                marked(item(ToggleCookieRejection, store_.blocking,
+                            &BlockingSwitches::toggleCookieRejection),
+                       [&store] { return store.contentBlocker.isCookieRejectionEnabled.peek(); }),
+                onTarget(HideItems,
+                         [](auto& store, const auto& tab) { store.coming.beginHidingItems(tab); }),
+                separator(),
+                onTarget(Reload, [](auto&, const auto& tab) { tab->reload(ReloadSource::Cache); }),
+                onTarget(ReloadFromOrigin,
+                         [](auto&, const auto& tab) { tab->reload(ReloadSource::Origin); }),
+                onTarget(Stop, [](auto&, const auto& tab) { tab->stopLoading(); }), separator(),
+                zooming(ZoomIn, BrowserTab::ZoomStep::In),
+                zooming(ZoomOut, BrowserTab::ZoomStep::Out),
+                onTarget(ActualSize, [](auto&, const auto& tab) { tab->setZoom(1); }), separator(),
+                onKeyWindow(ToggleFullScreen, &DesktopWindow::toggleFullscreen)}};
 }
 
 Menu Builder::history() const {
@@ -156,23 +177,23 @@ Menu Builder::history() const {
           .items = {onTarget(Back, [](auto&, const auto& tab) { tab->goBack(); }),
                     onTarget(Forward, [](auto&, const auto& tab) { tab->goForward(); }),
                     separator(), utility(ShowHistory, UtilityWindow::History),
-                    item(ClearHistory, &BrowserStore::clearHistory)}};
+                    item(ClearHistory, store_, &BrowserStore::clearHistory)}};
 }
 
 Menu Builder::tabs() const {
   const auto adjacent = [this](ActionID id, int step) {
     return item(id, [&store = store_, step] { store.selectAdjacentTab(step); });
   };
-  const auto copying = [this](ActionID id, BrowserStore::LinkForm form) {
-    return onTarget(id, [form](auto& store, const auto& tab) { store.copyLink(tab, form); });
+  const auto copying = [this](ActionID id, LinkForm form) {
+    return onTarget(id,
+                    [form](auto& store, const auto& tab) { store.copiedLink.copyLink(tab, form); });
   };
   Menu menu{
       .title = _("Tabs"),
-      .items = {inMainWindow(RecentTabs, [](auto& store) { store.advanceTabSwitcher(); }),
+      .items = {inMainWindow(RecentTabs, [](auto& store) { store.coming.advanceTabSwitcher(); }),
                 adjacent(NextTab, 1), adjacent(PreviousTab, -1), separator(),
                 onTarget(TogglePin, [](auto& store, const auto& tab) { store.togglePin(tab); }),
-                copying(CopyLink, BrowserStore::LinkForm::Plain),
-                copying(CopyMarkdownLink, BrowserStore::LinkForm::Markdown)}};
+                copying(CopyLink, LinkForm::Plain), copying(CopyMarkdownLink, LinkForm::Markdown)}};
   for (int i = 0; i < kNumberedActions; ++i) {
     MenuItem selecting =
         item(selectTabAction(i), [&store = store_, i] { store.selectTabNumber(i + 1); });
@@ -192,13 +213,13 @@ Menu Builder::spaces() const {
           items.push_back({.title = space->name.peek(),
                            .action = index < kNumberedActions ? std::optional(spaceAction(index))
                                                               : std::nullopt,
-                           .perform = [&store, space] { store.switchTo(space); },
+                           .perform = [&store, space] { store.switching.switchTo(space); },
                            .isOn = [&store, space] { return store.activeSpace() == space; }});
         }
         items.push_back(separator());
         items.push_back(builder.newSpace());
-        items.push_back(
-            item(EditCurrentSpace, [&store] { store.beginEditing(*store.activeSpace()); }));
+        items.push_back(item(EditCurrentSpace,
+                             [&store] { store.spaceEditing.beginEditing(*store.activeSpace()); }));
         return items;
       }};
 }

@@ -1,3 +1,4 @@
+#include "Models/CommandBar/PickedChoices.h"
 #include "Models/Store/BrowserStore.h"
 
 // Forgetting where the user has been.
@@ -5,7 +6,7 @@ namespace orvel {
 
 void BrowserStore::clearHistory() {
   auto* asking = services_.desktop.application.keyWindow();
-  if (!asking && window && window->isVisible()) asking = window;
+  if (!asking && window() && window()->isVisible()) asking = window();
   services_.desktop.dialogs.showAlert(
       asking,
       {.messageText = "Clear all browsing history?",
@@ -13,16 +14,15 @@ void BrowserStore::clearHistory() {
                           "in every profile. Open tabs, favorites and the archive stay.",
        .buttons = {"Clear History", "Cancel"},
        .isDestructive = true},
-      [weak = weak_from_this()](const AlertAnswer& given) {
-        const auto store = weak.lock();
-        if (!store || !given.isFirstButton()) return;
-        store->later([](BrowserStore& live) {
-          if (live.history) live.history->removeAll(std::nullopt);
-          live.historyRevision = live.historyRevision.peek() + 1;
+      whileAlive([this](const AlertAnswer& given) {
+        if (!given.isFirstButton()) return;
+        later([this] {
+          if (history) history->removeAll(std::nullopt);
+          historyRevision = historyRevision.peek() + 1;
         });
-        store->forgetChoices();
-        store->showToast("History cleared");
-      });
+        choices.forgetChoices();
+        showToast("History cleared");
+      }));
 }
 
 }  // namespace orvel

@@ -5,6 +5,7 @@
 
 #include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
+#include "Models/CommandBar/PickedChoices.h"
 #include "Support/LocalDates.h"
 
 namespace orvel {
@@ -67,7 +68,7 @@ Task<> HistoryList::read(UUID profile, std::string text) {
 
 void HistoryList::open(const HistoryStore::Entry& entry) {
   store_.openTab(entry.url);
-  if (store_.window) store_.window->makeKeyAndOrderFront();
+  if (store_.window()) store_.window()->makeKeyAndOrderFront();
 }
 
 void HistoryList::copyLink(const HistoryStore::Entry& entry) {
@@ -83,7 +84,7 @@ void HistoryList::remove(const HistoryStore::Entry& entry) {
   });
   removed_.push_back(url);
   if (store_.history) store_.history->remove(url, shownProfile_);
-  store_.forgetChoices(shownProfile_, url);
+  store_.choices.forgetChoices(shownProfile_, url);
 }
 
 }  // namespace orvel

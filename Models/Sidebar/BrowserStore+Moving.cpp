@@ -1,9 +1,7 @@
 #include "Base/Overloaded.h"
-#include "BrowserCore/Addresses/TrackingParameters.h"
-#include "BrowserCore/Text/Text.h"
 #include "Models/Store/BrowserStore.h"
 
-// Moving and pinning tabs, folders, and copying addresses.
+// Moving and pinning tabs.
 namespace orvel {
 
 namespace {
@@ -88,12 +86,10 @@ void BrowserStore::togglePin(TabRef tab) {
   const auto space = activeSpace();
   const auto former = placeOf(*tab);
   if (!former || space->profile != tab->profile) return;
-  const auto undo = [weak = weak_from_this(), weakSpace = std::weak_ptr(space), tab,
-                     former = *former, kept = tab->pinnedURL.peek()] {
-    const auto store = weak.lock();
-    const auto live = weakSpace.lock();
-    if (store && live) store->undoPin(live, tab, former, kept);
-  };
+  const auto undo = whileAlive([this, weakSpace = std::weak_ptr(space), tab, former = *former,
+                                kept = tab->pinnedURL.peek()] {
+    if (const auto live = weakSpace.lock()) undoPin(live, tab, former, kept);
+  });
   const TabList& today = space->today.peek();
   if (contains(today, *tab)) {
     move(tab, PinnedDestination{}, space);
@@ -110,71 +106,6 @@ void BrowserStore::undoPin(std::shared_ptr<Space> space, TabRef tab, const TabDe
   if (!placeOf(*tab) || !hasFolderOf(*space, former)) return;
   move(tab, former, space);
   tab->pinnedURL = pinnedURL;
-}
-
-// Folders
-
-void BrowserStore::newFolder(TabRef with) {
-  const auto space = activeSpace();
-  const auto folder =
-      std::make_shared<Folder>(UUID::random(), "New Folder", Folder::Expansion::Expanded);
-  animate(Spring::quick, [&] {
-    space->pinned.update([&](SidebarItemList& items) { items.insert(items.begin(), folder); });
-  });
-  if (with) move(with, PinnedDestination{folder, std::nullopt}, space);
-  renamingFolderID = folder->id;
-  scheduleSave();
-}
-
-void BrowserStore::rename(FolderRef folder, const std::string& name) {
-  if (const std::string_view trimmed = text::trimmed(name); !trimmed.empty())
-    folder->name = std::string(trimmed);
-  renamingFolderID = std::nullopt;
-  scheduleSave();
-}
-
-void BrowserStore::toggle(FolderRef folder) {
-  animate(Spring::quick, [&] { folder->isExpanded = !folder->isExpanded.peek(); });
-  scheduleSave();
-}
-
-void BrowserStore::deleteFolder(FolderRef folder) {
-  const TabList tabs = tabsOf(folder->children.peek());
-  const auto space = activeSpace();
-  animate(Spring::quick, [&] {
-    // A folder that has gone has given its tabs away already.
-    if (!removeItem(space->pinned, folder->id)) return;
-    for (const TabRef& tab : tabs) tab->pinnedURL = std::nullopt;
-    space->today.update(
-        [&](TabList& today) { today.insert(today.begin(), tabs.begin(), tabs.end()); });
-  });
-  scheduleSave();
-}
-
-// The address
-
-void BrowserStore::copyLink(TabRef tab, LinkForm form) {
-  constexpr Duration kMarkStays = 1200ms;
-  if (!tab) tab = activeSpace()->selectedTab();
-  if (!tab || !tab->url.peek()) return;
-  const URL& shown = *tab->url.peek();
-  const URL address = TrackingParameters::stripped(shown).value_or(shown);
-  std::string copied = address.text();
-  if (form == LinkForm::Markdown) {
-    std::string title;
-    for (const char c : tab->displayTitle()) title.append(c == ']' ? "\\]" : std::string(1, c));
-    copied = "[" + title + "](" + address.text() + ")";
-  }
-  services_.desktop.pasteboard.setText(copied);
-  if (!isSidebarVisible.peek()) return showToast("Copied link", {.symbol = "link"});
-  animate(Spring::quick, [this] { didCopyLink = true; });
-  services_.scheduler.start(forgetCopiedLink(weak_from_this(), kMarkStays)).detach();
-}
-
-Task<> BrowserStore::forgetCopiedLink(std::weak_ptr<BrowserStore> weak, Duration after) {
-  co_await sleep(after);
-  if (const auto store = weak.lock())
-    store->animate(Spring::quick, [&] { store->didCopyLink = false; });
 }
 
 }  // namespace orvel

@@ -85,6 +85,13 @@ SpaceRecord Space::record() const {
                             : std::optional<std::string>(rawText(appearance.get()))};
 }
 
+std::optional<size_t> indexOfSpace(const std::vector<std::shared_ptr<Space>>& spaces,
+                                   const UUID& id) {
+  const auto found = std::ranges::find(spaces, id, [](const auto& space) { return space->id; });
+  if (found == spaces.end()) return std::nullopt;
+  return static_cast<size_t>(found - spaces.begin());
+}
+
 std::string_view rawText(Space::Appearance appearance) {
   switch (appearance) {
     case Space::Appearance::Auto:

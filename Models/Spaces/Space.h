@@ -81,6 +81,10 @@ class Space {
   Observable<std::vector<UUID>> split_;
 };
 
+// Where the space with the id stands in the list; absent when it is no member.
+[[nodiscard]] std::optional<size_t> indexOfSpace(const std::vector<std::shared_ptr<Space>>& spaces,
+                                                 const UUID& id);
+
 // "auto", "light", "dark".
 [[nodiscard]] std::string_view rawText(Space::Appearance appearance);
 // Automatic for any other text and for none.

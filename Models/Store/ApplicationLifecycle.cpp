@@ -3,6 +3,11 @@
 #include <algorithm>
 
 #include "Base/Log.h"
+#include "Models/Commands/QuickBar.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Store/SessionFile.h"
+#include "Models/Tab/Hibernation.h"
+#include "Models/Windows/LittleWindows.h"
 
 namespace orvel {
 
@@ -20,10 +25,9 @@ ApplicationLifecycle::ApplicationLifecycle(std::shared_ptr<BrowserStore> store, 
 void ApplicationLifecycle::didFinishLaunching() {
   Log::app.notice("Orvel {} on {}", steps_.appVersion, steps_.systemVersion);
   run(steps_.subscribeDiagnostics);
-  run(steps_.installMainMenu);
   showWindow();
   store_->services().desktop.application.activate();
-  store_->applyQuickBarKey();
+  store_->quickBar.applyQuickBarKey();
   run(steps_.startUpdates);
 }
 
@@ -35,9 +39,10 @@ void ApplicationLifecycle::showWindow() {
   windowController_->window().makeKeyAndOrderFront();
 }
 
-void ApplicationLifecycle::open(const std::vector<URL>& urls) {
+void ApplicationLifecycle::open(const std::vector<ExternalAddress>& addresses) {
   bool wantsWindow = false;
-  for (const URL& url : urls) wantsWindow = store_->openExternal(url) || wantsWindow;
+  for (const auto& [url, scheme] : addresses)
+    wantsWindow = store_->littleWindows.openExternal(url, scheme) || wantsWindow;
   if (wantsWindow || !windowController_) showWindow();
 }
 
@@ -49,7 +54,7 @@ void ApplicationLifecycle::handleReopen(VisibleWindows visible) {
 }
 
 bool ApplicationLifecycle::continueActivity(const std::string& identifier) {
-  return store_->openSpotlightItem(identifier);
+  return store_->coming.openSpotlightItem(identifier);
 }
 
 void ApplicationLifecycle::willTerminate() {
@@ -60,10 +65,10 @@ void ApplicationLifecycle::willTerminate() {
     services.files.drain(std::max(end - services.scheduler.instant(), Duration::zero()),
                          services.paths.session());
   };
-  store_->save();
+  store_->session.save();
   // A slow disk costs positions on pages before it costs the session.
   drain();
-  store_->saveTabStates(BrowserStore::StateWriting::Now);
+  store_->hibernation.saveTabStates(Hibernation::StateWriting::Now);
   drain();
   run(steps_.installUpdateIfReady);
 }

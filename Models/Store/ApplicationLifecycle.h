@@ -17,6 +17,14 @@ class MainWindowController {
   virtual DesktopWindow& window() = 0;
 };
 
+// An address from outside: the command line, another program.
+struct ExternalAddress {
+  URL url;
+  SchemeSource schemeSource = SchemeSource::Given;  // whether its scheme was written
+
+  friend bool operator==(const ExternalAddress&, const ExternalAddress&) = default;
+};
+
 // The order of the program's beginning and end, apart from any toolkit.
 class ApplicationLifecycle {
  public:
@@ -25,8 +33,7 @@ class ApplicationLifecycle {
     std::string appVersion;     // for example "1.2"
     std::string systemVersion;  // for example "Debian GNU/Linux 12"
     std::function<void()> subscribeDiagnostics;
-    std::function<void()> installMainMenu;
-    // Makes the main window, puts it into the store and shows nothing yet.
+    // Makes the main window, which becomes the store's interface, and shows nothing yet.
     std::function<std::unique_ptr<MainWindowController>()> makeWindowController;
     std::function<void()> startUpdates;
     std::function<void()> installUpdateIfReady;
@@ -42,7 +49,7 @@ class ApplicationLifecycle {
   void didFinishLaunching();
   // Makes the main window if there is none, and brings it forward.
   void showWindow();
-  void open(const std::vector<URL>& urls);
+  void open(const std::vector<ExternalAddress>& addresses);
   // The user started the program again or clicked its icon: what is there comes forward.
   enum class VisibleWindows { None, Some };
   void handleReopen(VisibleWindows visible);

@@ -1,5 +1,11 @@
+#include <unordered_set>
+
 #include "Base/Assert.h"
+#include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Tab/PageFullscreen.h"
+#include "Models/Windows/LittleWindows.h"
 
 // Opening, selecting and closing tabs.
 namespace orvel {
@@ -36,7 +42,7 @@ TabRef BrowserStore::openTab(const std::optional<URL>& url, OpenOptions options)
   if (!space) space = activeSpace();
 
   TabRef tab = BrowserTab::make(services_, {.profile = space->profile,
-                                            .store = weak_from_this(),
+                                            .host = tabHost(),
                                             .url = url,
                                             .lastActiveAt = services_.scheduler.now(),
                                             .configuration = std::move(options.configuration),
@@ -51,14 +57,6 @@ TabRef BrowserStore::openTab(const std::optional<URL>& url, OpenOptions options)
   if (options.select) select(tab, space);
   scheduleSave();
   return tab;
-}
-
-void BrowserStore::reopenClosedTab() {
-  if (closedTabs.empty()) return;
-  const ClosedTab closed = std::move(closedTabs.back());
-  closedTabs.pop_back();
-  const TabRef tab = openTab(closed.record.url, {.in = spaceWithID(closed.spaceID)});
-  tab->title = closed.record.title;
 }
 
 // Selecting
@@ -77,16 +75,14 @@ void BrowserStore::select(TabRef tab, std::shared_ptr<Space> space) {
   if (contains(split, *tab))
     for (const TabRef& member : split) member->lastActiveAt = now;
 
-  if (reader.peek() && reader.peek()->tabID != tab->id) reader = std::nullopt;
-  if (capture.peek() && capture.peek() != tab->id) capture = std::nullopt;
-  if (hidingItemsTabID.peek() != tab->id) endHidingItems();
+  coming.didSelect(tab->id);
   if (pageFullscreen.tab.peek() != tab) pageFullscreen.leave();
 
   setActiveSpaceID(space->id);
   space->selectedTabID = tab->id;
   if (!tab->isDiscarded.peek()) tab->webView();
   if (prior != tab) didActivate(tab, prior);
-  later([](BrowserStore& store) { store.focusWebView(); });
+  later([this] { focusWebView(); });
   scheduleSave();
 }
 
@@ -130,24 +126,14 @@ void BrowserStore::selectTabNumber(int number) {
 
 // Closing
 
-void BrowserStore::closeSelectedTab() {
-  if (const auto little = keyLittleWindow()) return little->close();
-  DesktopWindow* key = services_.desktop.application.keyWindow();
-  if (key && key != window) return key->performClose();
-  if (peek.peek()) return closePeek();
-  if (const TabRef selected = activeSpace()->selectedTab()) return pageClosing.close(selected);
-  if (window) window->performClose();
-}
-
 void BrowserStore::close(TabRef tab) {
   requireMainThread();
-  for (const auto& little : littleWindows)
-    if (little->tab() == tab) return std::shared_ptr(little)->close();
+  if (const auto little = littleWindows.windowOf(*tab)) return little->close();
 
   auto space = spaceContaining(*tab);
   if (!space) space = activeSpace();
   const bool wasSelected = space->selectedTab() == tab;
-  if (hidingItemsTabID.peek() == tab->id) endHidingItems();
+  if (coming.hidingItemsTabID.peek() == tab->id) coming.endHidingItems();
   std::vector<UUID> split = space->split();
   std::erase(split, tab->id);
   space->setSplit(std::move(split));
@@ -155,7 +141,7 @@ void BrowserStore::close(TabRef tab) {
   size_t next = 0;
   if (const auto index = indexOf(space->today.peek(), *tab)) {
     next = *index;
-    closedTabs.push_back({space->id, tab->record()});
+    archive.didClose(*tab, *space);
     animate(Spring::quick, [&] { removeTab(space->today, *tab); });
     tab->isDiscarded = true;
     tab->teardown();
@@ -179,7 +165,7 @@ void BrowserStore::clearToday(std::shared_ptr<Space> space) {
   const TabRef selected = space->selectedTab();
   const bool losesSelection = selected && contains(tabs, *selected);
   for (const TabRef& tab : tabs) {
-    closedTabs.push_back({space->id, tab->record()});
+    archive.didClose(*tab, *space);
     if (auto* controller = extensionsKnowing(*tab)) controller->didCloseTab(*tab);
   }
   animate(
@@ -196,9 +182,8 @@ void BrowserStore::clearToday(std::shared_ptr<Space> space) {
   if (losesSelection) space->selectedTabID = std::nullopt;
   scheduleSave();
   showToast("Closed " + std::to_string(tabs.size()) + (tabs.size() == 1 ? " tab" : " tabs"),
-            {.symbol = "xmark.circle", .undo = [weak = weak_from_this(), space, tabs] {
-               if (const auto store = weak.lock()) store->undoClearToday(space, tabs);
-             }});
+            {.symbol = "xmark.circle",
+             .undo = whileAlive([this, space, tabs] { undoClearToday(space, tabs); })});
 }
 
 void BrowserStore::undoClearToday(const std::shared_ptr<Space>& space, const TabList& tabs) {
@@ -207,14 +192,11 @@ void BrowserStore::undoClearToday(const std::shared_ptr<Space>& space, const Tab
     space->today.update(
         [&](TabList& today) { today.insert(today.begin(), tabs.begin(), tabs.end()); });
   });
-  std::unordered_set<UUID> ids;
   for (const TabRef& tab : tabs) {
-    ids.insert(tab->id);
     tab->pageState.markStale();  // its file may be gone
     if (auto* controller = extensionsKnowing(*tab)) controller->didOpenTab(*tab);
   }
-  std::erase_if(closedTabs,
-                [&](const ClosedTab& closed) { return ids.contains(closed.record.id); });
+  archive.forgetClosed(tabs);
   scheduleSave();
 }
 

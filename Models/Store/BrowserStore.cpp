@@ -1,9 +1,88 @@
 #include "Models/Store/BrowserStore.h"
 
+#include <unordered_set>
+
 #include "Base/Assert.h"
-#include "Models/CommandBar/ChoicesFile.h"
+#include "Models/CommandBar/PickedChoices.h"
+#include "Models/Commands/CommandList.h"
+#include "Models/Commands/CommandTarget.h"
+#include "Models/Commands/QuickBar.h"
+#include "Models/Settings/BlockingSwitches.h"
+#include "Models/Sidebar/CopiedLink.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwipe.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/Archive.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Store/SessionFile.h"
+#include "Models/Store/StoreTabHost.h"
+#include "Models/Tab/Hibernation.h"
+#include "Models/Tab/PageClosing.h"
+#include "Models/Tab/PageFullscreen.h"
+#include "Models/Tab/PageSearch.h"
+#include "Models/Tab/Peek.h"
+#include "Models/Windows/LittleWindows.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
 
 namespace orvel {
+
+namespace {
+
+Interface& withoutInterface() {
+  static Interface none;
+  return none;
+}
+
+Task<> reopenExtensionPages(std::shared_ptr<BrowserStore> store) {
+  co_await store->extensions.loadInstalled();
+  for (const TabRef& tab : store->everyTab()) tab->reopenExtensionPage();
+}
+
+Task<> runLater(std::weak_ptr<BrowserStore> weak, std::function<void()> action) {
+  if (const auto store = weak.lock()) action();
+  co_return;
+}
+
+Task<> runAfter(std::weak_ptr<BrowserStore> weak, Duration delay, std::function<void()> action) {
+  const SleepResult slept = co_await sleep(delay);
+  const auto store = weak.lock();
+  if (!store || slept == SleepResult::Cancelled) co_return;
+  const bool wasCancelled = co_await isCancelled();
+  if (!wasCancelled) action();
+}
+
+}  // namespace
+
+// Each topic with the store that it is a part of.
+struct BrowserStore::Topics {
+  explicit Topics(BrowserStore& of) : store(of) {}
+
+  BrowserStore& store;
+  SessionFile session{store};
+  Archive archive{store};
+  WindowChrome chrome{store};
+  Toasts toasts{store};
+  LittleWindows littleWindows{store};
+  SpaceEditing spaceEditing{store};
+  SpaceSwitching switching{store};
+  SpaceSwipe spaceSwipe{store};
+  Folders folders{store};
+  CopiedLink copiedLink{store};
+  CommandList commands{store};
+  CommandTarget target{store};
+  QuickBar quickBar{store};
+  PickedChoices choices{store};
+  PageSearch pageSearch{store};
+  PageClosing pageClosing{store};
+  PageFullscreen pageFullscreen{store};
+  Peek peek{store};
+  Hibernation hibernation{store};
+  BlockingSwitches blocking{store};
+  ComingFeatures coming{store};
+  StoreTabHost tabHost{store};
+};
 
 std::shared_ptr<BrowserStore> BrowserStore::make(const Services& services) {
   requireMainThread();
@@ -13,12 +92,33 @@ std::shared_ptr<BrowserStore> BrowserStore::make(const Services& services) {
 }
 
 BrowserStore::BrowserStore(const Services& services)
-    : settings(services.defaults),
+    : services_(services),
+      topics_(std::make_unique<Topics>(*this)),
+      session(topics_->session),
+      archive(topics_->archive),
+      chrome(topics_->chrome),
+      toasts(topics_->toasts),
+      littleWindows(topics_->littleWindows),
+      spaceEditing(topics_->spaceEditing),
+      switching(topics_->switching),
+      spaceSwipe(topics_->spaceSwipe),
+      folders(topics_->folders),
+      copiedLink(topics_->copiedLink),
+      commands(topics_->commands),
+      target(topics_->target),
+      quickBar(topics_->quickBar),
+      choices(topics_->choices),
+      pageSearch(topics_->pageSearch),
+      pageClosing(topics_->pageClosing),
+      pageFullscreen(topics_->pageFullscreen),
+      peek(topics_->peek),
+      hibernation(topics_->hibernation),
+      blocking(topics_->blocking),
+      coming(topics_->coming),
+      settings(services.defaults),
       contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
                      services.resources / "Scripts"),
-      services_(services),
-      sessionFile_(services.files, services.paths.session()),
-      pageStates_(services.files, services.paths.tabStates()) {
+      interface_(&withoutInterface()) {
   services.paths.create(services.files.files());
   if (services.openHistory) history = services.openHistory(services.paths.history());
 }
@@ -32,66 +132,29 @@ BrowserStore::~BrowserStore() {
 void BrowserStore::start() {
   contentBlocker.start();
   services_.scheduler.start(reopenExtensionPages(shared_from_this())).detach();
-  restore();
-  if (const auto bytes = services_.files.files().read(services_.paths.choices()).bytes)
-    choices = ChoicesFile::decode(*bytes).value_or(ChoicesFile::Choices());
-  loops_.push_back(services_.scheduler.start(archiveLoop(weak_from_this())));
-  startHibernating();
-  startMediaMonitoring();
-  installEscapeMonitor();
-  installSplitFocusMonitor();
-  installSpaceSwipeMonitor();
-  installTabSwitcherMonitor();
+  session.restore();
+  choices.restore();
+  archive.startArchiving();
+  hibernation.startHibernating();
+  coming.startMediaMonitoring();
   services_.engine.setDownloadDelegate(services_.downloads);
-  services_.downloads->onFinish = [weak = weak_from_this()](const std::string& name) {
-    if (const auto store = weak.lock()) store->showToast("Downloaded " + name);
-  };
+  services_.downloads->onFinish =
+      whileAlive([this](const std::string& name) { showToast("Downloaded " + name); });
 }
 
-Task<> BrowserStore::reopenExtensionPages(std::shared_ptr<BrowserStore> store) {
-  co_await store->extensions.loadInstalled();
-  for (const TabRef& tab : store->everyTab()) tab->reopenExtensionPage();
+// Profiles and spaces
+
+void BrowserStore::setProfiles(std::vector<std::shared_ptr<Profile>> members) {
+  profiles = std::move(members);
 }
 
-Task<> BrowserStore::archiveLoop(std::weak_ptr<BrowserStore> weak) {
-  constexpr Duration kInterval = 900s;
-  for (;;) {
-    {
-      const auto store = weak.lock();
-      if (!store) co_return;
-      store->archiveStaleTabs(store->services_.scheduler.now());
-    }
-    const SleepResult result = co_await sleep(kInterval, SleepClock::Boot);
-    if (result == SleepResult::Cancelled) co_return;
-  }
+void BrowserStore::setSpaces(std::vector<std::shared_ptr<Space>> ordered) {
+  spaces = std::move(ordered);
 }
-
-// The media loop waits for one tab after the other, so that a slow page delays nobody but the rest.
-Task<> BrowserStore::mediaLoop(std::weak_ptr<BrowserStore> weak) {
-  constexpr Duration kInterval = 10s;
-  for (;;) {
-    const SleepResult result = co_await sleep(kInterval);
-    if (result == SleepResult::Cancelled) co_return;
-    TabList playing;
-    {
-      const auto store = weak.lock();
-      if (!store) co_return;
-      for (const TabRef& tab : store->everyTab())
-        if (tab->isPlayingMedia) playing.push_back(tab);
-    }
-    for (const TabRef& tab : playing) co_await tab->refreshMediaState();
-  }
-}
-
-void BrowserStore::startMediaMonitoring() {
-  loops_.push_back(services_.scheduler.start(mediaLoop(weak_from_this())));
-}
-
-// Spaces
 
 void BrowserStore::setActiveSpaceID(const UUID& id) {
-  if (!activeSpaceID_.set(id)) return;
-  updateWindowAppearance();
+  if (!activeSpaceID.set(id)) return;
+  chrome.updateWindowAppearance();
   if (pageFullscreen.tab.peek() != activeSpace()->selectedTab()) pageFullscreen.leave();
 }
 
@@ -102,7 +165,7 @@ std::shared_ptr<Space> BrowserStore::spaceWithID(const UUID& id) const {
 }
 
 std::shared_ptr<Space> BrowserStore::activeSpace() const {
-  if (auto space = spaceWithID(activeSpaceID())) return space;
+  if (auto space = spaceWithID(activeSpaceID)) return space;
   require(!spaces.get().empty(), "there is always a space");
   return spaces.get().front();
 }
@@ -116,33 +179,67 @@ TabList BrowserStore::everyTab() const {
   return tabs;
 }
 
-// Small helpers of all topics
-
-static Task<> runLater(std::weak_ptr<BrowserStore> weak,
-                       std::function<void(BrowserStore&)> action) {
-  if (const auto store = weak.lock()) action(*store);
-  co_return;
+std::weak_ptr<TabHost> BrowserStore::tabHost() {
+  return std::shared_ptr<TabHost>(shared_from_this(), &topics_->tabHost);
 }
 
-void BrowserStore::later(std::function<void(BrowserStore&)> action) {
-  services_.scheduler.start(runLater(weak_from_this(), std::move(action))).detach();
+// Windows
+
+void BrowserStore::setInterface(Interface* interface) {
+  interface_ = interface ? interface : &withoutInterface();
 }
+
+void BrowserStore::showUtilityWindow(UtilityWindow which) {
+  if (interface_->openUtilityWindow(which)) return;
+  switch (which) {
+    case UtilityWindow::About:
+    case UtilityWindow::Settings:
+    case UtilityWindow::History:
+      return;
+    case UtilityWindow::BugReport:
+      return showToast("Reporting a bug isn’t available yet");
+  }
+}
+
+void BrowserStore::openDownloadsFolder() {
+  services_.desktop.workspace.openFile(services_.paths.downloads, whileAlive([this](bool isOpened) {
+                                         if (!isOpened)
+                                           showToast("The downloads folder can’t be opened");
+                                       }));
+}
+
+void BrowserStore::focusWebView() {
+  services_.scheduler.post(whileAlive([this] {
+    if (window() && window()->isTextEditorFocused()) return;
+    const TabRef selected = activeSpace()->selectedTab();
+    if (!selected) return;
+    if (selected->questions.current.peek())
+      selected->questions.calls = selected->questions.calls.peek() + 1;
+    else if (const auto view = selected->liveWebView())
+      view->focus();
+  }));
+}
+
+// What nearly every topic calls
+
+void BrowserStore::showToast(std::string message, ToastOptions options) {
+  toasts.showToast(std::move(message), std::move(options));
+}
+
+void BrowserStore::scheduleSave() { session.scheduleSave(); }
 
 void BrowserStore::animate(const Spring& spring, const std::function<void()>& change,
                            std::function<void()> completion) {
+  if (completion) completion = whileAlive(std::move(completion));
   services_.desktop.animator.animate(spring, change, std::move(completion));
 }
 
-// Empty until their features are built
+void BrowserStore::later(std::function<void()> action) {
+  services_.scheduler.start(runLater(weak_from_this(), std::move(action))).detach();
+}
 
-void BrowserStore::archiveStaleTabs(Date) {}
-void BrowserStore::installEscapeMonitor() {}
-void BrowserStore::installSplitFocusMonitor() {}
-void BrowserStore::installTabSwitcherMonitor() {}
-void BrowserStore::endHidingItems() {}
-void BrowserStore::updateSpotlight() {}
-void BrowserStore::orderQuickBarOut() {}
-bool BrowserStore::peeksLinks(const BrowserTab&) const { return false; }
-bool BrowserStore::openSpotlightItem(const std::string&) { return false; }
+TaskHandle BrowserStore::after(Duration delay, std::function<void()> action) {
+  return services_.scheduler.start(runAfter(weak_from_this(), delay, std::move(action)));
+}
 
 }  // namespace orvel

@@ -3,7 +3,6 @@
 
 #include "Base/Assert.h"
 #include "BrowserCore/Text/Text.h"
-#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/BrowserTab.h"
 
 // What the tab asks of its view and what it mirrors of it.
@@ -13,7 +12,7 @@ void BrowserTab::load(const URL& address, SchemeSource scheme) {
   requireMainThread();
   suppliedAddress_ = scheme == SchemeSource::Supplied ? std::optional(address) : std::nullopt;
   setAddress(address);
-  if (const auto store = store_.lock()) store->scheduleSave();
+  host()->scheduleSave();
   if (const auto& view = webView_.peek()) {
     scriptDialogs_.leave();
     view->load(requestFor(address));
@@ -64,11 +63,10 @@ void BrowserTab::sync(const WebView& view) {
   requireMainThread();
   // Pages decide how long their titles get.
   constexpr size_t kLongestTitle = 4096;
-  const auto store = store_.lock();
   const auto shownTitle = text::prefix(view.title().value_or(""), kLongestTitle);
   if (!shownTitle.empty() && title.set(shownTitle)) {
-    if (store) store->scheduleSave();
-    propertiesDidChange(TabProperties::Title);
+    host()->scheduleSave();
+    host()->propertiesDidChange(*this, TabProperties::Title);
   }
   nameVisit(view);
   if (const auto address = view.url()) {
@@ -77,7 +75,7 @@ void BrowserTab::sync(const WebView& view) {
       // A step within the page.
       if (!view.isLoading()) scriptDialogs_.stay();
       pageDidChange();
-      propertiesDidChange(TabProperties::URL);
+      host()->propertiesDidChange(*this, TabProperties::URL);
     }
   }
   isLoading = view.isLoading();
@@ -92,12 +90,6 @@ void BrowserTab::setAddress(const std::optional<URL>& address) {
   };
   if (host(address) != host(url.peek())) setFavicon(cachedFavicon(address));
   url = address;
-}
-
-void BrowserTab::propertiesDidChange(TabProperties properties) {
-  const auto store = store_.lock();
-  if (store && !profile->isPrivate)
-    store->extensions.controller->didChangeTabProperties(properties, *this);
 }
 
 // Pictures, finding, printing
@@ -164,7 +156,7 @@ void BrowserTab::exportPDF() {
   std::string name = displayTitle();
   std::ranges::replace(name, '/', '-');
   services_.desktop.dialogs.showSavePanel(
-      panelParent(), {.proposedName = name + ".pdf"},
+      host()->window(), {.proposedName = name + ".pdf"},
       [weak = weak_from_this()](const std::optional<std::filesystem::path>& file) {
         if (const auto tab = weak.lock(); tab && file) tab->writePDF(*file);
       });
@@ -177,7 +169,7 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
     const auto tab = weak.lock();
     if (!tab) return;
     auto& dialogs = tab->services_.desktop.dialogs;
-    if (!result.data) return tellOfFailedExport(dialogs, tab->panelParent(), result.error);
+    if (!result.data) return tellOfFailedExport(dialogs, tab->host()->window(), result.error);
     const auto failure = std::make_shared<std::optional<std::string>>();
     tab->services_.scheduler.runInBackground(
         [failure, file, data = std::move(*result.data), &files = tab->services_.files.files()] {
@@ -186,7 +178,7 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
         [failure, weak, &dialogs] {
           const auto live = weak.lock();
           if (*failure)
-            tellOfFailedExport(dialogs, live ? live->panelParent() : nullptr, **failure);
+            tellOfFailedExport(dialogs, live ? live->host()->window() : nullptr, **failure);
         },
         WorkPriority::UserInitiated);
   });
@@ -196,11 +188,7 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
 
 void BrowserTab::setZoom(double zoom) {
   if (const auto& view = webView_.peek()) view->setPageZoom(zoom);
-  const auto store = store_.lock();
-  if (!store) return;
-  if (!profile->isPrivate) store->settings.setZoom(zoom, url.peek());
-  if (store->activeSpace()->selectedTab().get() == this)
-    store->showToast(std::to_string(std::lround(zoom * 100)) + "%", {.symbol = "magnifyingglass"});
+  host()->didZoom(*this, zoom);
 }
 
 void BrowserTab::zoom(ZoomStep step) {

@@ -4,7 +4,6 @@
 #include "BrowserCore/Addresses/TrackingParameters.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "BrowserCore/Text/Text.h"
-#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/BrowserTab.h"
 #include "Support/Network/ErrorPage.h"
 
@@ -44,33 +43,24 @@ void BrowserTab::decidePolicyForAction(WebView& view, const NavigationAction& ac
     answer(NavigationPolicy::Cancel);
     return openInAnotherApplication(view, action);
   }
-  const auto store = store_.lock();
   if (isMainFrame(action.targetFrame)) {
     if (const auto instead = insteadOf(view, action)) {
       answer(NavigationPolicy::Cancel);
       return instead();
     }
-    if (store && contentController_) {
-      // Before the page's first request, so that a pause is in force when it starts.
-      store->contentBlocker.setCurrentSite(*contentController_, ContentBlocker::site(address));
-      store->contentBlocker.install(*contentController_);
-    }
+    if (contentController_) host()->willNavigate(*contentController_, address);
   }
   if (!isLinkClick(action) || !isNewTabClick(action) || profile->isPrivate)
     return answer(NavigationPolicy::Allow);
-  if (store)
-    store->openTab(cleaned(address),
-                   {.after = shared_from_this(), .select = action.modifierFlags.shift});
+  using enum TabHost::Selection;
+  host()->openLink(cleaned(address), *this, action.modifierFlags.shift ? Selects : StaysBehind);
   answer(NavigationPolicy::Cancel);
 }
 
 std::function<void()> BrowserTab::insteadOf(WebView& view, const NavigationAction& action) {
   const URL& address = action.request->url;
-  const auto store = store_.lock();
-
   // A page of an extension lives in a view made for that extension, and nowhere else.
-  const auto context =
-      store ? store->extensions.controller->extensionContextForURL(address) : std::nullopt;
+  const auto context = host()->extensionContext(address);
   const auto base = context ? std::optional(context->baseURL) : std::nullopt;
   if (!base && address.scheme() == "webkit-extension") return [] {};
   if (base != extensionBaseURL_) {
@@ -85,8 +75,8 @@ std::function<void()> BrowserTab::insteadOf(WebView& view, const NavigationActio
 
   const bool isLink = isLinkClick(action);
   if (isNewTabClick(action)) return {};
-  if (isLink && store && opensInPeek(view, action, *store))
-    return [this, store, address] { store->openPeek(cleaned(address), shared_from_this()); };
+  if (isLink && opensInPeek(view, action))
+    return [this, address] { host()->openPeek(cleaned(address), *this); };
 
   const bool isStripped = isLink || action.navigationType == NavigationType::Other;
   if (!isStripped || action.request->method != "GET") return {};
@@ -97,11 +87,10 @@ std::function<void()> BrowserTab::insteadOf(WebView& view, const NavigationActio
   return [&view, address = *clean] { view.load({.url = address}); };
 }
 
-bool BrowserTab::opensInPeek(const WebView& view, const NavigationAction& action,
-                             const BrowserStore& store) const {
-  if (profile->isPrivate || store.peek.peek().get() == this) return false;
+bool BrowserTab::opensInPeek(const WebView& view, const NavigationAction& action) const {
+  if (!host()->canPeek(*this)) return false;
   if (action.modifierFlags.shift) return true;
-  if (!store.peeksLinks(*this)) return false;
+  if (!host()->peeksLinks(*this)) return false;
   const auto present = view.url();
   return siteKey(action.request->url) != (present ? siteKey(*present) : std::nullopt);
 }
@@ -128,7 +117,7 @@ void BrowserTab::confirmOpeningApp(const WebView& view, const URL& address) {
   isConfirmingApp_ = true;
   const auto& shown = url.peek();
   services_.desktop.dialogs.showAlert(
-      panelParent(),
+      host()->window(),
       {.messageText = "Open “" + application->displayName + "”?",
        .informativeText =
            (shown ? displayHost(*shown) : "This page") + " wants to open this application.",
@@ -153,8 +142,7 @@ void BrowserTab::didBecomeDownload(WebView&, std::shared_ptr<Download> download)
 }
 
 void BrowserTab::didCommit(WebView& view) {
-  const auto store = store_.lock();
-  const double zoom = store ? store->settings.zoom(view.url()) : 1.0;
+  const double zoom = host()->zoom(view.url());
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
   pageDidChange();
   namelessVisit_.reset();
@@ -162,7 +150,7 @@ void BrowserTab::didCommit(WebView& view) {
   scriptDialogs_.pageDidChange();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
-  if (store && store->hidingItemsTabID.peek() == id) store->endHidingItems();
+  host()->didCommit(*this);
   applyHiddenItems(view);
 }
 
@@ -175,27 +163,18 @@ void BrowserTab::didFinish(WebView& view) {
 }
 
 void BrowserTab::recordVisit(const WebView& view) {
-  const auto store = store_.lock();
   const auto address = view.url();
-  if (!store || !store->history || !address || profile->isPrivate) return;
-  if (view.title().value_or("").empty()) namelessVisit_ = address;
-  services_.scheduler.post([weak = store_, profileID = profile->id, address = *address,
-                            shown = view.title().value_or(""), now = services_.scheduler.now()] {
-    if (const auto live = weak.lock(); live && live->history)
-      live->history->recordVisit(profileID, address, shown, now);
-  });
+  if (!address) return;
+  const auto shown = view.title().value_or("");
+  if (shown.empty()) namelessVisit_ = address;
+  host()->recordVisit(*this, *address, shown);
 }
 
 void BrowserTab::nameVisit(const WebView& view) {
   const auto shown = view.title().value_or("");
   if (!namelessVisit_ || shown.empty()) return;
   const URL address = *std::exchange(namelessVisit_, std::nullopt);
-  if (view.url() != address) return;
-  // After the visit, which is recorded a turn after the finish.
-  services_.scheduler.post([weak = store_, profileID = profile->id, address, shown] {
-    if (const auto live = weak.lock(); live && live->history)
-      live->history->setTitle(profileID, address, shown);
-  });
+  if (view.url() == address) host()->nameVisit(*this, address, shown);
 }
 
 // Failures

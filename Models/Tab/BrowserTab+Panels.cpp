@@ -1,4 +1,3 @@
-#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/BrowserTab.h"
 
 // What pages and servers ask the user, and the windows that pages open.
@@ -25,28 +24,16 @@ Alert pageAlert(const FrameInfo& frame, const std::string& message,
 
 }  // namespace
 
-DesktopWindow* BrowserTab::panelParent() const {
-  const auto store = store_.lock();
-  return store ? store->window : nullptr;
-}
-
 std::shared_ptr<WebView> BrowserTab::createWebView(WebView& opener,
                                                    const WebViewConfiguration& configuration,
                                                    const NavigationAction& action) {
-  const auto store = store_.lock();
-  if (!store || handOver(opener, action)) return nullptr;
-  if (profile->isPrivate) {
-    const TabRef opened = store->openLittleWindow(std::nullopt, profile, configuration);
-    return opened ? opened->webView() : nullptr;
-  }
+  if (handOver(opener, action)) return nullptr;
   const auto address = action.request ? std::optional(action.request->url) : std::nullopt;
-  return store->openTab(address, {.after = shared_from_this(), .configuration = configuration})
-      ->webView();
+  const TabRef opened = host()->openWindow(address, *this, configuration);
+  return opened ? opened->webView() : nullptr;
 }
 
-void BrowserTab::webViewDidClose(WebView&) {
-  if (const auto store = store_.lock()) store->close(shared_from_this());
-}
+void BrowserTab::webViewDidClose(WebView&) { host()->close(*this); }
 
 void BrowserTab::showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer) {
   using Audience = ScriptDialogs::Audience;
@@ -83,10 +70,9 @@ void BrowserTab::runJavaScriptTextInputPanel(
 
 void BrowserTab::runBeforeUnloadPanel(WebView& view, const FrameInfo&,
                                       std::function<void(bool)> answer) {
-  const auto store = store_.lock();
-  if (closing_ && store) {
+  if (closing_) {
     closing_->hasAskedUser = true;
-    if (!view.isInWindow()) store->select(shared_from_this());
+    if (!view.isInWindow()) host()->select(*this);
   } else if (!view.isInWindow()) {
     return answer(true);
   }
@@ -107,7 +93,7 @@ void BrowserTab::runOpenPanel(
     std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) {
   if (!view.isInWindow()) return answer(std::nullopt);
   services_.desktop.dialogs.showOpenPanel(
-      panelParent(),
+      host()->window(),
       {.allowsMultipleSelection = parameters.allowsMultipleSelection,
        .allowsFiles = true,
        .allowsDirectories = parameters.allowsDirectories,
@@ -141,7 +127,7 @@ void BrowserTab::didReceiveAuthenticationChallenge(
 
 void BrowserTab::denyDevice(const std::string& message,
                             std::function<void(PermissionDecision)> answer) {
-  if (const auto store = store_.lock()) store->showToast(message);
+  host()->showToast(message, {});
   answer(PermissionDecision::Deny);
 }
 
@@ -156,8 +142,7 @@ void BrowserTab::requestGeolocationPermission(WebView&, const std::string&,
 }
 
 void BrowserTab::fullscreenDidChange(WebView&, bool isFullscreen) {
-  if (const auto store = store_.lock())
-    store->pageFullscreen.didChange(shared_from_this(), isFullscreen);
+  host()->fullscreenDidChange(*this, isFullscreen);
 }
 
 }  // namespace orvel

@@ -1,5 +1,4 @@
 #include "BrowserCore/Addresses/URLInput.h"
-#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/BrowserTab.h"
 
 // Pages that are to be closed, and pages that do not answer.

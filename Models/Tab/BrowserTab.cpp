@@ -3,7 +3,6 @@
 #include "Base/Assert.h"
 #include "BrowserCore/Addresses/PinnedAddress.h"
 #include "BrowserCore/Addresses/URLInput.h"
-#include "Models/Store/BrowserStore.h"
 #include "Support/Network/UserAgent.h"
 
 namespace orvel {
@@ -22,7 +21,7 @@ BrowserTab::BrowserTab(const Services& services, Values values)
       lastActiveAt(values.lastActiveAt),
       pageState(services.files.files(), services.paths.tabState(id), values.stateFile),
       services_(services),
-      store_(std::move(values.store)),
+      host_(std::move(values.host)),
       pendingConfiguration_(std::move(values.configuration)) {
   if (values.schemeSource == SchemeSource::Supplied) suppliedAddress_ = url.peek();
 }
@@ -33,6 +32,11 @@ BrowserTab::~BrowserTab() {
     view->setNavigationDelegate(nullptr);
     view->setUIDelegate(nullptr);
   }
+}
+
+std::shared_ptr<TabHost> BrowserTab::host() const {
+  auto present = host_.lock();
+  return present ? present : TabHost::nowhere();
 }
 
 // What the tab shows of itself
@@ -83,7 +87,7 @@ void BrowserTab::hibernate() {
 
 void BrowserTab::pageDidChange() {
   pageState.markStale();
-  if (const auto store = store_.lock()) store->scheduleSave();
+  host()->scheduleSave();
 }
 
 // The web view
@@ -106,18 +110,17 @@ std::shared_ptr<WebView> BrowserTab::webView() {
 }
 
 WebViewConfiguration BrowserTab::prepareConfiguration() {
-  const auto store = store_.lock();
   std::optional<WebExtensionContext> context;
-  if (store && !pendingConfiguration_ && !profile->isPrivate && url.peek())
-    context = store->extensions.controller->extensionContextForURL(*url.peek());
+  if (!pendingConfiguration_ && !profile->isPrivate && url.peek())
+    context = host()->extensionContext(*url.peek());
   extensionBaseURL_ = context ? std::optional(context->baseURL) : std::nullopt;
   contentController_ = nullptr;
   if (context && context->webViewConfiguration) return *context->webViewConfiguration;
 
   WebViewConfiguration configuration =
       pendingConfiguration_ ? *pendingConfiguration_ : makeConfiguration(*profile);
-  if (!store) return configuration;
-  contentController_ = store->contentBlocker.makeUserContentController();
+  contentController_ = host()->makeUserContentController();
+  if (!contentController_) return configuration;
   configuration.userContentController = contentController_;
   // The controller outlives the tab: its handlers hold it weakly.
   contentController_->addScriptMessageHandler(
@@ -162,22 +165,17 @@ void BrowserTab::observe(WebView& view) {
 }
 
 void BrowserTab::restorePage(const std::shared_ptr<WebView>& view) {
-  auto restore = [weakTab = weak_from_this(), weak = std::weak_ptr(view), address = url.peek()] {
-    const auto tab = weakTab.lock();
-    const auto live = weak.lock();
-    if (!tab || !live || tab->webView_.peek() != live) return;
-    const auto state = tab->pageState.take(address);
-    // Something newer has navigated the view while the action waited.
-    if (live->url() || live->isLoading()) return;
-    const bool isRestored = state && live->setInteractionState(*state);
-    if (!isRestored && address) live->load(tab->requestFor(*address));
-  };
-  const auto store = store_.lock();
-  const bool waitsForRules = store && store->contentBlocker.holdsFirstLoads();
-  if (waitsForRules)
-    store->contentBlocker.readyHandlers.push_back(std::move(restore));
-  else
-    restore();
+  host()->whenReadyToLoad(
+      [weakTab = weak_from_this(), weak = std::weak_ptr(view), address = url.peek()] {
+        const auto tab = weakTab.lock();
+        const auto live = weak.lock();
+        if (!tab || !live || tab->webView_.peek() != live) return;
+        const auto state = tab->pageState.take(address);
+        // Something newer has navigated the view while the action waited.
+        if (live->url() || live->isLoading()) return;
+        const bool isRestored = state && live->setInteractionState(*state);
+        if (!isRestored && address) live->load(tab->requestFor(*address));
+      });
 }
 
 void BrowserTab::teardown() {
@@ -185,8 +183,7 @@ void BrowserTab::teardown() {
   const auto view = webView_.peek();
   if (!view) return;
   observations_.clear();
-  if (const auto store = store_.lock(); store && store->pageFullscreen.tab.peek().get() == this)
-    store->pageFullscreen.leave();
+  host()->willTearDown(*this);
   scriptDialogs_.pageDidChange();
   askAgain_.cancel();
   isUnresponsive = false;

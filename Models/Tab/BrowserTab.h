@@ -15,11 +15,9 @@
 #include "Models/Tab/PageQuestions.h"
 #include "Models/Tab/PageState.h"
 #include "Models/Tab/ScriptDialogs.h"
-#include "WebEngine/ExtensionHost.h"
+#include "Models/Tab/TabHost.h"
 
 namespace orvel {
-
-class BrowserStore;
 
 // One tab: the few lasting facts of a page and, only while it is needed, a live web view. The view
 // is made on first demand, can be thrown away at any time and is made again from the page's saved
@@ -34,7 +32,7 @@ class BrowserTab final : public NavigationDelegate,
   struct Values {
     UUID id = UUID::random();
     std::shared_ptr<Profile> profile;
-    std::weak_ptr<BrowserStore> store;
+    std::weak_ptr<TabHost> host;
     std::optional<URL> url;
     std::string title;
     std::optional<URL> pinnedURL;
@@ -182,6 +180,8 @@ class BrowserTab final : public NavigationDelegate,
  private:
   BrowserTab(const Services& services, Values values);
 
+  // The surroundings, or the ones of a tab that has none any more.
+  std::shared_ptr<TabHost> host() const;
   void makeWebView();
   WebViewConfiguration prepareConfiguration();
   void restorePage(const std::shared_ptr<WebView>& view);
@@ -190,8 +190,7 @@ class BrowserTab final : public NavigationDelegate,
   URLRequest requestFor(const URL& address) const;
   // What takes the place of a navigation of the main frame; empty: it goes on.
   std::function<void()> insteadOf(WebView& view, const NavigationAction& action);
-  bool opensInPeek(const WebView& view, const NavigationAction& action,
-                   const BrowserStore& store) const;
+  bool opensInPeek(const WebView& view, const NavigationAction& action) const;
   void openInAnotherApplication(const WebView& view, const NavigationAction& action);
   // Asks whether to open an address that belongs to another application; false for any other.
   bool handOver(const WebView& view, const NavigationAction& action);
@@ -203,7 +202,6 @@ class BrowserTab final : public NavigationDelegate,
   void writePDF(const std::filesystem::path& file);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
-  void propertiesDidChange(TabProperties properties);
   void recordVisit(const WebView& view);
   // Hands on the title of a page whose visit was recorded before the engine knew one.
   void nameVisit(const WebView& view);
@@ -215,7 +213,6 @@ class BrowserTab final : public NavigationDelegate,
                             const std::optional<URL>& address);
   std::string logLabel(const std::optional<URL>& address) const;
   ImageRef cachedFavicon(const std::optional<URL>& address) const;
-  DesktopWindow* panelParent() const;
   void showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer);
   void followResponsiveness(const WebView& view);
   void askAboutUnresponsivePage();
@@ -224,7 +221,7 @@ class BrowserTab final : public NavigationDelegate,
   void denyDevice(const std::string& message, std::function<void(PermissionDecision)> answer);
 
   const Services& services_;
-  const std::weak_ptr<BrowserStore> store_;
+  const std::weak_ptr<TabHost> host_;
   // Absent until first asked for.
   mutable Observable<std::optional<ImageRef>> favicon_;
   Observable<std::shared_ptr<WebView>> webView_;

@@ -8,34 +8,36 @@ namespace orvel {
 
 using Answer = BrowserTab::CloseAnswer;
 
+namespace {
+
+Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
+  const auto store = weak.lock();
+  if (!store) co_return;
+  for (const TabRef& tab : store->everyTab()) {
+    auto [future, resolve] = makeFuture<Answer>();
+    store->pageClosing.willAskToQuit(tab);
+    tab->requestClose(resolve);
+    const Answer answer = co_await std::move(future);
+    store->pageClosing.willAskToQuit(nullptr);
+    if (answer == Answer::Leave) break;
+    if (answer == Answer::Stay) co_return;
+  }
+  store->services().desktop.application.terminate();
+}
+
+}  // namespace
+
 void PageClosing::close(TabRef tab) {
   if (!asked_.insert(tab).second) return;
-  tab->requestClose([weak = store_.weak_from_this(), tab](Answer answer) {
-    const auto store = weak.lock();
-    if (!store) return;
-    store->pageClosing.asked_.erase(tab);
-    if (answer != Answer::Stay) store->close(tab);
-  });
+  tab->requestClose(store_.whileAlive([this, tab](Answer answer) {
+    asked_.erase(tab);
+    if (answer != Answer::Stay) store_.close(tab);
+  }));
 }
 
 void PageClosing::quit() {
   if (askedToQuit_) return store_.select(askedToQuit_);
   store_.services().scheduler.start(quitAfterAsking(store_.weak_from_this())).detach();
-}
-
-Task<> PageClosing::quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
-  const auto store = weak.lock();
-  if (!store) co_return;
-  for (const TabRef& tab : store->everyTab()) {
-    auto [future, resolve] = makeFuture<Answer>();
-    store->pageClosing.askedToQuit_ = tab;
-    tab->requestClose(resolve);
-    const Answer answer = co_await std::move(future);
-    store->pageClosing.askedToQuit_ = nullptr;
-    if (answer == Answer::Leave) break;
-    if (answer == Answer::Stay) co_return;
-  }
-  store->services().desktop.application.terminate();
 }
 
 }  // namespace orvel

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <unordered_set>
+#include <utility>
 
-#include "Base/Task.h"
 #include "Models/Spaces/Space.h"
 
 namespace orvel {
@@ -19,10 +19,10 @@ class PageClosing {
   // Ends the program unless the user stays on one of its pages. Leaving one is leaving all. Asked
   // for again, it shows the page that waits for an answer.
   void quit();
+  // The tab is asked whether the program may end; null: no tab is any more.
+  void willAskToQuit(TabRef tab) { askedToQuit_ = std::move(tab); }
 
  private:
-  static Task<> quitAfterAsking(std::weak_ptr<BrowserStore> store);
-
   BrowserStore& store_;
   // Those whose answer is awaited.
   std::unordered_set<TabRef> asked_;

@@ -11,7 +11,8 @@ void PageFullscreen::didChange(const TabRef& of, bool isFullscreen) {
     if (tab.peek() == of) tab = nullptr;
     return;
   }
-  if (!tab.peek()) wasWindowFullscreen_ = store_.window && store_.window->isFullscreen();
+  const DesktopWindow* window = store_.window();
+  if (!tab.peek()) wasWindowFullscreen_ = window && window->isFullscreen();
   tab = of;
 }
 
@@ -20,8 +21,8 @@ void PageFullscreen::leave() {
   if (!left) return;
   tab = nullptr;
   if (const auto view = left->liveWebView()) view->exitFullscreen();
-  if (store_.window && store_.window->isFullscreen() && !wasWindowFullscreen_)
-    store_.window->toggleFullscreen();
+  DesktopWindow* window = store_.window();
+  if (window && window->isFullscreen() && !wasWindowFullscreen_) window->toggleFullscreen();
 }
 
 }  // namespace orvel

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Base/Observable.h"
+#include "Base/Published.h"
 #include "Models/Spaces/Space.h"
 
 namespace orvel {
@@ -14,7 +14,7 @@ class PageFullscreen {
   explicit PageFullscreen(BrowserStore& store) : store_(store) {}
 
   // Null: none.
-  Observable<TabRef> tab;
+  Published<TabRef, PageFullscreen> tab;
 
   // The engine tells that an element took or left the screen.
   void didChange(const TabRef& of, bool isFullscreen);

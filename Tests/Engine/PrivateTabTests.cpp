@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include "Models/CommandBar/PickedChoices.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Store/SessionFile.h"
 #include "Tests/Engine/EngineTest.h"
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeHTTPSession.h"
@@ -66,7 +68,7 @@ class PrivateTabTest : public EngineTest {
     server.refuse(host, 443);
     const TabRef tab = BrowserTab::make(
         program.services,
-        {.profile = profile, .store = program.store, .url = URL::parse(site + "/")});
+        {.profile = profile, .host = program.store->tabHost(), .url = URL::parse(site + "/")});
     show(*tab->webView());
     EXPECT_TRUE(eventually([&] { return tab->title.peek() == "At " + host; }, 15s));
     return tab;
@@ -83,13 +85,13 @@ TEST_F(PrivateTabTest, LeavesNothingThatATwinLeaves) {
     const TabRef twin = visit(program, ordinary, "open-harbour.test");
     const TabRef tab = visit(program, hidden, "hidden-harbour.test");
     program.store->activeSpace()->today = {twin};
-    program.store->learn(suggestion::Tab{twin}, "open-harbour");
-    program.store->save();
+    program.store->choices.learn(suggestion::Tab{twin}, "open-harbour");
+    program.store->session.save();
     EXPECT_TRUE(
         eventually([&] { return !filesHolding(engineFolder(), "open-harbour").empty(); }, 15s));
     tab->teardown();
     twin->teardown();
-    program.store->save();
+    program.store->session.save();
     program.writer.drain(2s);
   }
   turnFor(1s);

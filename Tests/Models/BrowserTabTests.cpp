@@ -1,4 +1,7 @@
 #include "Base/Log.h"
+#include "Models/Tab/PageClosing.h"
+#include "Models/Tab/PageFullscreen.h"
+#include "Models/Windows/Toasts.h"
 #include "Support/Network/UserAgent.h"
 #include "Tests/Models/ModelTest.h"
 
@@ -10,7 +13,7 @@ constexpr auto kMayExist = PageState::FormerFile::MayExist;
 struct Tab : ModelTest {
   TabRef make(BrowserTab::Values values) {
     if (!values.profile) values.profile = space().profile;
-    if (!hasNoStore) values.store = world.store;
+    if (!hasNoStore) values.host = world.store->tabHost();
     return BrowserTab::make(world.services, std::move(values));
   }
   TabRef make(const std::string& url) { return make({.url = address(url)}); }
@@ -405,7 +408,7 @@ TEST_F(Tab, CrashesAreAnsweredByPlaceAndTime) {
 
 struct Panels : Tab {
   Panels() : tab(world.open("https://a/")) {
-    store().window = &world.window;
+    world.interface.shown = &world.window;
     settle();
     view = world.viewOnScreen(tab);
   }
@@ -614,7 +617,7 @@ TEST_F(Panels, AHugeQuestionIsCutAndDevicesAreDenied) {
   page().requestMediaCapturePermission(*view, "a.org", CaptureDeviceType::Camera,
                                        [&](auto answer) { decision = answer; });
   EXPECT_EQ(decision, PermissionDecision::Deny);
-  EXPECT_EQ(store().toast.peek()->message, "Camera and microphone aren’t available yet");
+  EXPECT_EQ(store().toasts.toast.peek()->message, "Camera and microphone aren’t available yet");
 }
 
 }  // namespace

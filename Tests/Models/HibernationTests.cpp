@@ -1,19 +1,26 @@
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
+
+#include "Models/Store/SessionFile.h"
+#include "Models/Tab/Hibernation.h"
+#include "Models/Tab/Peek.h"
+#include "Models/Windows/Toasts.h"
 
 namespace orvel::test {
 namespace {
 
-struct Hibernation : ModelTest {
-  Hibernation() {
+struct HibernationTest : ModelTest {
+  HibernationTest() {
     for (int i = 0; i < 3; ++i) tabs.push_back(load("https://a" + std::to_string(i) + "/"));
   }
   bool isLive(size_t tab) { return tabs[tab]->liveWebView() != nullptr; }
   void pass(Duration age) {
-    world.scheduler.start(store().hibernateIdleTabs(age, world.scheduler.now())).detach();
+    world.scheduler.start(store().hibernation.hibernateIdleTabs(age, world.scheduler.now()))
+        .detach();
     settle();
   }
-  void saveStates(BrowserStore::StateWriting writing) {
-    store().saveTabStates(writing);
+  void saveStates(Hibernation::StateWriting writing) {
+    store().hibernation.saveTabStates(writing);
     settle();
   }
   std::string stateFile(const TabRef& tab) {
@@ -23,7 +30,7 @@ struct Hibernation : ModelTest {
   TabList tabs;
 };
 
-TEST_F(Hibernation, IdleTabsGiveUpTheirViewsAndComeBackAsTheyWere) {
+TEST_F(HibernationTest, IdleTabsGiveUpTheirViewsAndComeBackAsTheyWere) {
   tabs[0]->load(address("https://second/"));
   advance(1799s);
   EXPECT_TRUE(isLive(0));
@@ -39,7 +46,7 @@ TEST_F(Hibernation, IdleTabsGiveUpTheirViewsAndComeBackAsTheyWere) {
   EXPECT_TRUE(tabs[0]->canGoBack);
 }
 
-TEST_F(Hibernation, TheLoopPassesEveryFiveMinutesAndWritesTheStates) {
+TEST_F(HibernationTest, TheLoopPassesEveryFiveMinutesAndWritesTheStates) {
   advance(299s);
   world.disk->put(tabs[1]->pageState.file(), "before it was scrolled");
   advance(1s);
@@ -48,12 +55,12 @@ TEST_F(Hibernation, TheLoopPassesEveryFiveMinutesAndWritesTheStates) {
   EXPECT_FALSE(isLive(1));
 }
 
-TEST_F(Hibernation, WhatIsInUseStays) {
+TEST_F(HibernationTest, WhatIsInUseStays) {
   const std::function<void()> uses[] = {
       [this] { world.view(tabs[0])->camera = CaptureState::Active; },
       [this] { world.view(tabs[0])->microphone = CaptureState::Muted; },
       [this] { world.view(tabs[0])->media = MediaPlaybackState::Playing; },
-      [this] { store().peek = tabs[0]; },
+      [this] { publish(store().peek.tab, tabs[0]); },
       [this] {
         space().setSplit({tabs[0]->id, tabs[2]->id});
       },
@@ -61,7 +68,7 @@ TEST_F(Hibernation, WhatIsInUseStays) {
   const auto endAllUse = [this] {
     world.view(tabs[0])->camera = world.view(tabs[0])->microphone = CaptureState::None;
     world.view(tabs[0])->media = MediaPlaybackState::Paused;
-    store().peek = nullptr;
+    publish(store().peek.tab, nullptr);
     space().setSplit({});
     space().selectedTabID = tabs[2]->id;
     tabs[2]->webView();
@@ -81,13 +88,13 @@ TEST_F(Hibernation, WhatIsInUseStays) {
   EXPECT_TRUE(isLive(2));
 }
 
-TEST_F(Hibernation, ATabSelectedDuringTheQuestionStays) {
+TEST_F(HibernationTest, ATabSelectedDuringTheQuestionStays) {
   for (int turns = 0; turns < 5; ++turns) {
     store().select(tabs[2]);
     tabs[0]->webView();
     settle();
     const Date now = world.scheduler.now();
-    world.scheduler.start(store().hibernateIdleTabs(Duration::zero(), now)).detach();
+    world.scheduler.start(store().hibernation.hibernateIdleTabs(Duration::zero(), now)).detach();
     for (int turn = 0; turn < turns; ++turn) world.scheduler.turn();
     store().select(tabs[0]);
     settle();
@@ -95,8 +102,8 @@ TEST_F(Hibernation, ATabSelectedDuringTheQuestionStays) {
   }
 }
 
-TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
-  using enum BrowserStore::StateWriting;
+TEST_F(HibernationTest, TheFolderHoldsTheStatesOfLivingTabsOnly) {
+  using enum Hibernation::StateWriting;
   saveStates(Background);
   const TabRef closed = tabs[0];
   store().close(closed);
@@ -116,32 +123,32 @@ TEST_F(Hibernation, TheFolderHoldsTheStatesOfLivingTabsOnly) {
   store().clearToday(store().activeSpace());
   saveStates(Now);
   EXPECT_TRUE(stateFile(tabs[1]).empty());
-  store().undoToast();
+  store().toasts.undoToast();
   saveStates(Now);
   EXPECT_FALSE(stateFile(tabs[1]).empty()) << "it is back";
 }
 
-TEST_F(Hibernation, UnreadFilesAreCarriedOverUntouched) {
-  world.store->save();
-  store().saveTabStates(BrowserStore::StateWriting::Now);
+TEST_F(HibernationTest, UnreadFilesAreCarriedOverUntouched) {
+  world.store->session.save();
+  store().hibernation.saveTabStates(Hibernation::StateWriting::Now);
   world.writer.drain(1s);
   World again(world.disk);
   again.launch();
   again.scheduler.settle();
   const int before = again.disk->stepCount();
   const std::string unread = stateFile(tabs[0]);
-  again.store->saveTabStates(BrowserStore::StateWriting::Now);
+  again.store->hibernation.saveTabStates(Hibernation::StateWriting::Now);
   again.writer.drain(1s);
   EXPECT_EQ(again.disk->stepCount() - before, 4) << "only the page on screen is written";
   EXPECT_EQ(stateFile(tabs[0]), unread);
   EXPECT_FALSE(unread.empty());
   again.store->clearToday(again.store->activeSpace());
-  again.store->undoToast();
+  again.store->toasts.undoToast();
   EXPECT_TRUE(again.space().tab(tabs[0]->id)->pageState.saved()) << "the file still counts";
 }
 
 // What is on the disk at some moment brings each page back as the session has it then.
-TEST_F(Hibernation, AKillCostsNoPositionAndNoAddress) {
+TEST_F(HibernationTest, AKillCostsNoPositionAndNoAddress) {
   struct Restart : World {
     explicit Restart(World& killed) : World(killed.disk) { launch(); }
     std::shared_ptr<FakeWebView> reopened(const TabRef& killed) {
@@ -171,13 +178,13 @@ TEST_F(Hibernation, AKillCostsNoPositionAndNoAddress) {
   EXPECT_EQ(after.reopened(tabs[0])->url(), address("https://c/")) << "it was on its way there";
 }
 
-TEST_F(Hibernation, AStateThatCouldNotBeWrittenIsTriedAgain) {
+TEST_F(HibernationTest, AStateThatCouldNotBeWrittenIsTriedAgain) {
   pass(Duration::zero());
   world.disk->failAlways(MemoryFileSystem::Fault::InputOutput);
-  saveStates(BrowserStore::StateWriting::Background);
+  saveStates(Hibernation::StateWriting::Background);
   world.disk->failAlways(MemoryFileSystem::Fault::None);
   EXPECT_TRUE(stateFile(tabs[0]).empty());
-  saveStates(BrowserStore::StateWriting::Background);
+  saveStates(Hibernation::StateWriting::Background);
   EXPECT_FALSE(stateFile(tabs[0]).empty());
   world.disk->put(tabs[0]->pageState.file(), "written once");
   store().scheduleSave();

@@ -3,6 +3,7 @@
 #include <unicode/ucal.h>
 #include <unicode/uloc.h>
 
+#include "Models/CommandBar/PickedChoices.h"
 #include "Support/LocalDates.h"
 #include "Tests/Models/ModelTest.h"
 
@@ -91,8 +92,8 @@ TEST_F(HistoryWindowTest, ShowsWhatIsRecentOrWhatMatches) {
 TEST_F(HistoryWindowTest, OpensAndDeletesWhatItShows) {
   shown();
   const auto entry = list.sections.peek().front().entries.at(1);
-  store().learn(suggestion::History{entry}, "t");
-  store().learn(suggestion::Search{"tides"}, "t");
+  store().choices.learn(suggestion::History{entry}, "t");
+  store().choices.learn(suggestion::Search{"tides"}, "t");
   list.open(entry);
   EXPECT_EQ(selected()->url.peek()->text(), "https://two.test/");
 
@@ -103,7 +104,8 @@ TEST_F(HistoryWindowTest, OpensAndDeletesWhatItShows) {
   settle();
   EXPECT_THAT(titles(), ElementsAre("three", "one")) << "the answer was on its way";
   EXPECT_THAT(shown(), ElementsAre("three", "one"));
-  EXPECT_EQ(store().choices[profile].choices.at("t").size(), 1u) << "its pick is forgotten";
+  EXPECT_EQ(store().choices.byProfile[profile].choices.at("t").size(), 1u)
+      << "its pick is forgotten";
   store().history = nullptr;
   EXPECT_THAT(shown(), IsEmpty());
 }

@@ -4,6 +4,14 @@
 #include <iostream>
 #include <random>
 
+#include "Models/Sidebar/Folders.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/Archive.h"
+#include "Models/Store/SessionFile.h"
+#include "Models/Tab/Hibernation.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Tests/Models/World.h"
 
 namespace orvel::test {
@@ -51,8 +59,8 @@ class Hand {
 
  private:
   void note() {
-    moments.push_back(
-        {world_.scheduler.elapsed(), untracked([&] { return store().record().encoded(); })});
+    moments.push_back({world_.scheduler.elapsed(),
+                       untracked([&] { return store().session.record().encoded(); })});
   }
   BrowserStore& store() { return *world_.store; }
   Space& space() { return world_.space(); }
@@ -103,49 +111,52 @@ class Hand {
        [this] {
          withTab([this](const TabRef& one) { store().move(one, PinnedDestination{folder(), {}}); });
        }},
-      {"new folder", [this] { store().newFolder(tab()); }},
+      {"new folder", [this] { store().folders.newFolder(tab()); }},
       {"dissolve",
        [this] {
-         if (const auto one = folder()) store().deleteFolder(one);
+         if (const auto one = folder()) store().folders.deleteFolder(one);
        }},
       {"back to today",
        [this] { withTab([this](const TabRef& one) { store().move(one, TodayDestination{}); }); }},
       {"fold",
        [this] {
-         if (const auto one = folder()) store().toggle(one);
+         if (const auto one = folder()) store().folders.toggle(one);
        }},
       {"rename",
        [this] {
-         if (const auto one = folder()) store().rename(one, page().text());
+         if (const auto one = folder()) store().folders.rename(one, page().text());
        }},
       {"clear", [this] { store().clearToday(store().activeSpace()); }},
-      {"undo", [this] { store().undoToast(); }},
-      {"reopen", [this] { store().reopenClosedTab(); }},
+      {"undo", [this] { store().toasts.undoToast(); }},
+      {"reopen", [this] { store().archive.reopenClosedTab(); }},
       {"from the archive",
        [this] {
-         store().reopen({{.id = UUID::random(), .title = "Old", .url = page()}, space().id, {}});
+         store().archive.reopen(
+             {{.id = UUID::random(), .title = "Old", .url = page()}, space().id, {}});
        }},
       {"new space",
        [this] {
          const bool isShared = random_() % 2 == 0;
          if (store().spaces.peek().size() < 4)
-           store().commit(
+           store().spaceEditing.commit(
                {.name = "Space",
                 .profileID = isShared ? std::optional(space().profile->id) : std::nullopt});
        }},
-      {"switch", [this] { store().switchTo(anySpace()); }},
+      {"switch", [this] { store().switching.switchTo(anySpace()); }},
       {"delete space",
        [this] {
-         if (random_() % 4 == 0) store().deleteSpace(anySpace());
+         if (random_() % 4 == 0) store().spaceEditing.deleteSpace(anySpace());
        }},
       {"edit space",
-       [this] { store().commit({.spaceID = anySpace()->id, .name = page().text()}); }},
-      {"sidebar", [this] { store().toggleSidebar(); }},
-      {"widen", [this] { store().setSidebarWidth(200 + static_cast<double>(random_() % 100)); }},
+       [this] { store().spaceEditing.commit({.spaceID = anySpace()->id, .name = page().text()}); }},
+      {"sidebar", [this] { store().chrome.toggleSidebar(); }},
+      {"widen",
+       [this] { store().chrome.setSidebarWidth(200 + static_cast<double>(random_() % 100)); }},
       {"hibernate",
        [this] {
          const Date now = world_.scheduler.now();
-         world_.scheduler.start(store().hibernateIdleTabs(Duration::zero(), now)).detach();
+         world_.scheduler.start(store().hibernation.hibernateIdleTabs(Duration::zero(), now))
+             .detach();
        }},
   };
 };
@@ -177,7 +188,8 @@ void runRounds(int rounds, End end, std::mt19937& random) {
       for (auto actions = random() % 30; actions > 0; --actions) {
         hand.act();
         hand.pause();
-        if (random() % 9 == 0) world.store->saveTabStates(BrowserStore::StateWriting::Background);
+        if (random() % 9 == 0)
+          world.store->hibernation.saveTabStates(Hibernation::StateWriting::Background);
       }
       died = world.scheduler.elapsed();
       disk->failAtStep(0, MemoryFileSystem::Fault::Killed);
@@ -193,7 +205,7 @@ void runRounds(int rounds, End end, std::mt19937& random) {
 
     World after(disk);
     after.launch();
-    const std::string found = untracked([&] { return after.store->record().encoded(); });
+    const std::string found = untracked([&] { return after.store->session.record().encoded(); });
     ASSERT_TRUE(after.file("session.unreadable.json").empty());
     // A moment lasts until the next one.
     bool isRecent = false;

@@ -1,4 +1,7 @@
 #include "Models/CommandBar/ChoicesFile.h"
+#include "Models/CommandBar/PickedChoices.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/SessionFile.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -41,54 +44,56 @@ TEST_F(Memory, RowsThatLeadToTheSamePlaceShareAKey) {
 TEST_F(Memory, WhatIsPickedTwiceComesFirst) {
   const std::vector<Suggestion> rows = {
       kCats, suggestion::History{.entry = {.url = address("https://a.org/")}}};
-  store().learn(kPage, "a.o");
-  EXPECT_EQ(store().topChoice("a", rows), nullptr);
-  store().learn(kPage, "a.o");
-  EXPECT_EQ(store().topChoice("a", rows), &rows[1]);
-  EXPECT_EQ(store().topChoice("a", {rows.data(), 1}), nullptr) << "only what is on offer";
-  store().learn(suggestion::Answer{.question = "a", .answer = "b"}, "z");
+  store().choices.learn(kPage, "a.o");
+  EXPECT_EQ(store().choices.topChoice("a", rows), nullptr);
+  store().choices.learn(kPage, "a.o");
+  EXPECT_EQ(store().choices.topChoice("a", rows), &rows[1]);
+  EXPECT_EQ(store().choices.topChoice("a", {rows.data(), 1}), nullptr) << "only what is on offer";
+  store().choices.learn(suggestion::Answer{.question = "a", .answer = "b"}, "z");
   EXPECT_THAT(saved(), HasSubstr("url:https://a.org/"));
   EXPECT_THAT(saved(), Not(HasSubstr("\"z\"")));
 
-  store().save();
+  store().session.save();
   settle();
   World next(world.disk);
   next.launch();
-  EXPECT_EQ(next.store->topChoice(" A.", rows), &rows[1]) << "it lasts";
+  EXPECT_EQ(next.store->choices.topChoice(" A.", rows), &rows[1]) << "it lasts";
 }
 
 TEST_F(Memory, APrivateProfileLearnsNothing) {
   const auto space =
       std::make_shared<Space>(UUID::random(), privateProfile(), "P", "leaf.fill", 0.0);
-  store().spaces.update([&](auto& list) { list.push_back(space); });
-  store().switchTo(space);
-  store().learn(kCats, "c");
-  EXPECT_THAT(store().choices, IsEmpty());
+  auto spaces = store().spaces.peek();
+  spaces.push_back(space);
+  store().setSpaces(std::move(spaces));
+  store().switching.switchTo(space);
+  store().choices.learn(kCats, "c");
+  EXPECT_THAT(store().choices.byProfile, IsEmpty());
 }
 
 TEST_F(Memory, IsForgottenByAddressByProfileOrAltogether) {
   const UUID here = world.space().profile->id, there = UUID::random();
   const auto fill = [&] {
-    store().choices.clear();
-    store().learn(kPage, "a");
-    store().learn(kCats, "a");
-    store().choices[there] = store().choices[here];
+    store().choices.byProfile.clear();
+    store().choices.learn(kPage, "a");
+    store().choices.learn(kCats, "a");
+    store().choices.byProfile[there] = store().choices.byProfile[here];
   };
   fill();
-  store().forgetChoices(here, address("https://a.org/"));
-  EXPECT_EQ(store().choices[here].choices.at("a").size(), 1u);
-  EXPECT_EQ(store().choices[there].choices.at("a").size(), 2u);
-  store().forgetChoices(UUID::random(), address("https://a.org/"));
-  EXPECT_EQ(store().choices.size(), 2u);
+  store().choices.forgetChoices(here, address("https://a.org/"));
+  EXPECT_EQ(store().choices.byProfile[here].choices.at("a").size(), 1u);
+  EXPECT_EQ(store().choices.byProfile[there].choices.at("a").size(), 2u);
+  store().choices.forgetChoices(UUID::random(), address("https://a.org/"));
+  EXPECT_EQ(store().choices.byProfile.size(), 2u);
   fill();
-  store().forgetChoices(here);
+  store().choices.forgetChoices(here);
   settle();
   const auto kept = ChoicesFile::decode(saved());
   ASSERT_TRUE(kept);
   EXPECT_TRUE(kept->size() == 1 && kept->contains(there));
   fill();
-  store().forgetChoices();
-  EXPECT_THAT(store().choices, IsEmpty());
+  store().choices.forgetChoices();
+  EXPECT_THAT(store().choices.byProfile, IsEmpty());
   EXPECT_EQ(saved(), "") << "the file is gone";
 }
 
@@ -96,19 +101,19 @@ TEST_F(Memory, HistoryIsClearedAfterAQuestion) {
   const auto pages = [&] { return visits(space().profile->id).size(); };
   load("https://a.org/");
   EXPECT_EQ(pages(), 1u) << "a visit reaches the database";
-  store().learn(kCats, "c");
+  store().choices.learn(kCats, "c");
   clearHistory(1);
   EXPECT_EQ(pages(), 1u);
   EXPECT_TRUE(world.desktop.alerts.at(0).alert.isDestructive);
   clearHistory(0);
   EXPECT_EQ(pages(), 0u);
-  EXPECT_THAT(store().choices, IsEmpty());
+  EXPECT_THAT(store().choices.byProfile, IsEmpty());
   EXPECT_EQ(toast(), "History cleared");
 
   store().history.reset();
-  store().learn(kCats, "c");
+  store().choices.learn(kCats, "c");
   clearHistory(0);
-  EXPECT_THAT(store().choices, IsEmpty()) << "also without a database";
+  EXPECT_THAT(store().choices.byProfile, IsEmpty()) << "also without a database";
 }
 
 }  // namespace

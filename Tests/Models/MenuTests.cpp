@@ -2,6 +2,11 @@
 
 #include <map>
 
+#include "Models/Commands/CommandList.h"
+#include "Models/Settings/BlockingSwitches.h"
+#include "Models/Tab/PageSearch.h"
+#include "Models/Windows/Toasts.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -53,26 +58,26 @@ TEST(ActionCatalogue, GlyphsFollowAFixedOrder) {
 
 struct MenuTest : ModelTest {
   MenuTest() {
-    store().mainMenu = std::make_unique<Menu>(MainMenu::make(store()));
-    store().window = &world.window;
+    world.interface.shown = &world.window;
     world.desktop.key = &world.window;
   }
 
   std::vector<std::string> titles(const std::string& query) {
     std::vector<std::string> found;
-    for (const auto& command : store().commandsMatching(query)) found.push_back(command.title);
+    for (const auto& command : store().commands.commandsMatching(query))
+      found.push_back(command.title);
     return found;
   }
   std::optional<PaletteCommand> command(const std::string& query, const std::string& id) {
-    for (auto& found : store().commandsMatching(query))
+    for (auto& found : store().commands.commandsMatching(query))
       if (found.id == id) return found;
     return std::nullopt;
   }
   void perform(const std::string& menu, const std::string& title) {
-    store().performMenuItem(std::vector{menu, title});
+    store().commands.performMenuItem(std::vector{menu, title});
   }
   const MenuItem& item(ActionID id) {
-    for (const auto& menu : store().mainMenu->items) {
+    for (const auto& menu : store().commands.mainMenu().items) {
       menu.submenu->update();
       for (const auto& one : menu.submenu->items)
         if (one.action == id) return one;
@@ -85,11 +90,11 @@ struct MenuTest : ModelTest {
       spaces.push_back(std::make_shared<Space>(UUID::random(), space().profile,
                                                "Bay" + std::to_string(spaces.size() + 1),
                                                "leaf.fill", 0.3));
-    store().spaces = spaces;
+    store().setSpaces(spaces);
   }
   // What the toast says once the row was chosen.
   std::string told(const std::string& menu, const std::string& title) {
-    store().toast = std::nullopt;
+    publish(store().toasts.toast, std::nullopt);
     perform(menu, title);
     settle();
     return toast();
@@ -136,7 +141,7 @@ TEST_F(MenuTest, ThePaletteWinsOverItsTwinInTheMenu) {
   EXPECT_EQ(zoom->symbol, "filemenu.and.selection");
   zoom->perform();
   EXPECT_DOUBLE_EQ(world.view(tab)->pageZoom(), 1.1);
-  for (const auto& found : store().commandsMatching("undo"))
+  for (const auto& found : store().commands.commandsMatching("undo"))
     EXPECT_NE(found.keywords, std::vector<std::string>{"Edit"}) << "editing needs no bar";
 }
 
@@ -155,12 +160,12 @@ TEST_F(MenuTest, ThePaletteFollowsTheState) {
 
   addSpaces(11);
   EXPECT_THAT(titles("switch"), SizeIs(10));
-  EXPECT_EQ(store().commandsMatching("switch bay9").front().shortcut, "⌃9");
-  const auto beyondTheKeys = store().commandsMatching("switch bay11").front();
+  EXPECT_EQ(store().commands.commandsMatching("switch bay9").front().shortcut, "⌃9");
+  const auto beyondTheKeys = store().commands.commandsMatching("switch bay11").front();
   EXPECT_EQ(beyondTheKeys.shortcut, std::nullopt);
   beyondTheKeys.perform();
   EXPECT_EQ(space().name.peek(), "Bay11");
-  store().commandsMatching("downloads").front().perform();
+  store().commands.commandsMatching("downloads").front().perform();
   EXPECT_THAT(world.desktop.openedFiles, ElementsAre("/downloads"));
 }
 
@@ -168,7 +173,7 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   addSpaces(2);
   const auto harvested = [this] {
     std::vector<std::string> ids;
-    for (const auto& one : store().menuCommands()) ids.push_back(one.id);
+    for (const auto& one : store().commands.menuCommands()) ids.push_back(one.id);
     return ids;
   };
   EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));
@@ -180,7 +185,7 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));
   advance(999ms);
   EXPECT_THAT(harvested(), Contains("menu.Spaces.Bay2"));
-  const auto stale = store().menuCommands();
+  const auto stale = store().commands.menuCommands();
   advance(1ms);
   EXPECT_THAT(harvested(), Not(Contains("menu.Spaces.Bay2")));
   EXPECT_THAT(harvested(), Contains("menu.Spaces.Cove"));
@@ -192,8 +197,8 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   perform("Spaces", "Cove");
   EXPECT_EQ(store().activeSpace(), spaces[1]);
   perform("Nowhere", "Cove");
-  store().performMenuItem({});
-  store().performMenuItem(std::vector<std::string>{"View"});
+  store().commands.performMenuItem({});
+  store().commands.performMenuItem(std::vector<std::string>{"View"});
 
   // Disabled items are left out, and not chosen.
   world.desktop.key = nullptr;
@@ -201,9 +206,6 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   EXPECT_THAT(harvested(), Not(Contains("menu.File.Close Window")));
   perform("File", "Close Window");
   EXPECT_EQ(world.window.closeCount, 0);
-  advance(1s);
-  store().mainMenu = nullptr;
-  EXPECT_THAT(harvested(), IsEmpty());
 }
 
 TEST_F(MenuTest, RowsActOnTheTargetTab) {
@@ -218,7 +220,7 @@ TEST_F(MenuTest, RowsActOnTheTargetTab) {
   world.desktop.key = &other;
   EXPECT_FALSE(zoomedIn()) << "another window is key";
   perform("Edit", "Find…");
-  EXPECT_FALSE(store().find.peek());
+  EXPECT_FALSE(store().pageSearch.find.peek());
   perform("Window", "Minimize");
   perform("Window", "Zoom");
   perform("View", "Enter Full Screen");
@@ -226,10 +228,11 @@ TEST_F(MenuTest, RowsActOnTheTargetTab) {
   world.desktop.key = nullptr;
   EXPECT_FALSE(zoomedIn());
 
-  const TabRef inside = world.open("https://b.example/", false);
-  inside->webView();
-  const auto little = std::make_shared<FakeLittleWindow>(store(), inside);
-  store().littleWindows.push_back(little);
+  std::shared_ptr<FakeLittleWindow> little;
+  world.interface.makeLittle = [&](const TabRef& tab) {
+    return little = std::make_shared<FakeLittleWindow>(store(), tab);
+  };
+  const TabRef inside = store().littleWindows.openLittleWindow(address("https://b.example/"));
   EXPECT_FALSE(zoomedIn());
   EXPECT_GT(world.view(inside)->pageZoom(), 1);
   perform("File", "Open Little Window in Orvel");
@@ -274,8 +277,8 @@ TEST_F(MenuTest, BlockingIsSwitchedMarkedAndTold) {
   }
   EXPECT_EQ(world.view(tab)->requests.size(), 1u + 6u) << "each reloads";
   world.open("about:blank");
-  store().toast = std::nullopt;
-  store().toggleBlockingOnCurrentSite();
+  publish(store().toasts.toast, std::nullopt);
+  store().blocking.toggleBlockingOnCurrentSite();
   EXPECT_EQ(toast(), "") << "no host, no site";
 }
 
@@ -283,17 +286,17 @@ TEST_F(MenuTest, KeysChooseHiddenAndNumberedRows) {
   const TabRef first = world.open("https://a.example/");
   const TabRef second = world.open("https://b.example/");
   EXPECT_TRUE(item(ActionID::SelectLastTab).isHidden);
-  EXPECT_TRUE(store().performAction(ActionID::SelectLastTab));
+  EXPECT_TRUE(store().commands.performAction(ActionID::SelectLastTab));
   EXPECT_EQ(selected(), first);
-  EXPECT_TRUE(store().performAction(ActionID::SelectTab1));
+  EXPECT_TRUE(store().commands.performAction(ActionID::SelectTab1));
   EXPECT_EQ(selected(), second);
   advance(1s);
-  EXPECT_TRUE(store().performAction(ActionID::RecentTabs));
+  EXPECT_TRUE(store().commands.performAction(ActionID::RecentTabs));
   EXPECT_EQ(selected(), first);
 
-  EXPECT_FALSE(store().performAction(ActionID::Space2)) << "there is one space";
+  EXPECT_FALSE(store().commands.performAction(ActionID::Space2)) << "there is one space";
   addSpaces(2);
-  EXPECT_TRUE(store().performAction(ActionID::Space2));
+  EXPECT_TRUE(store().commands.performAction(ActionID::Space2));
   EXPECT_EQ(space().name.peek(), "Bay2");
 }
 
@@ -319,7 +322,7 @@ TEST_F(MenuTest, NothingThatCanBeChosenIsSilent) {
   for (const auto& [menu, title] : unfinished)
     EXPECT_THAT(told(menu, title), HasSubstr("available yet")) << title;
   std::vector<UtilityWindow> opened;
-  store().openUtilityWindow = [&](UtilityWindow which) {
+  world.interface.openUtility = [&](UtilityWindow which) {
     opened.push_back(which);
     return true;
   };

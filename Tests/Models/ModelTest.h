@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "Models/Windows/LittleWindows.h"
+#include "Models/Windows/Toasts.h"
 #include "Tests/Models/World.h"
 
 namespace orvel::test {
@@ -25,7 +27,7 @@ class FakeLittleWindow final : public LittleWindow {
   void close() override {
     tab_->isDiscarded = true;
     tab_->teardown();
-    store_.littleWindowDidClose(*this);
+    store_.littleWindows.littleWindowDidClose(*this);
   }
 
   bool isPromoted = false;
@@ -60,7 +62,8 @@ struct ModelTest : testing::Test {
   // A tab in none of the lists, whose page has loaded.
   TabRef loadAside(const std::string& url) {
     const TabRef tab = BrowserTab::make(
-        world.services, {.profile = space().profile, .store = world.store, .url = address(url)});
+        world.services,
+        {.profile = space().profile, .host = world.store->tabHost(), .url = address(url)});
     tab->webView();
     settle();
     return tab;
@@ -79,7 +82,7 @@ struct ModelTest : testing::Test {
   }
   // What the toast on screen says; empty without one.
   std::string toast() {
-    const auto& shown = store().toast.peek();
+    const auto& shown = store().toasts.toast.peek();
     return shown ? shown->message : "";
   }
 

@@ -1,4 +1,7 @@
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
+
+#include "Models/Tab/Peek.h"
 
 namespace orvel::test {
 namespace {
@@ -10,7 +13,7 @@ const FrameInfo kSubframe{.id = 2, .isMainFrame = false};
 
 struct Policy : ModelTest {
   Policy() {
-    store().window = &world.window;
+    world.interface.shown = &world.window;
     world.desktop.applications["mailto"] = {"org.example.Mail.desktop", "Mail"};
     show(load("https://a.org/"));
   }
@@ -21,9 +24,9 @@ struct Policy : ModelTest {
     view = world.viewOnScreen(tab);
   }
   void usePrivateTab() {
-    show(BrowserTab::make(
-        world.services,
-        {.profile = privateProfile(), .store = world.store, .url = address("https://a.org/")}));
+    show(BrowserTab::make(world.services, {.profile = privateProfile(),
+                                           .host = world.store->tabHost(),
+                                           .url = address("https://a.org/")}));
   }
   static NavigationAction action(const std::string& url,
                                  NavigationType type = NavigationType::LinkActivated) {
@@ -172,7 +175,7 @@ TEST_F(Policy, ClicksByModifierAndButton) {
   for (const auto& test : cases) {
     show(load("https://a.org/"));
     if (test.place == PrivatePage) usePrivateTab();
-    store().peek = test.place == Peek ? tab : nullptr;
+    publish(store().peek.tab, test.place == Peek ? tab : nullptr);
     const TabRef former = selected();
     const size_t before = space().today.peek().size();
     const bool opens = test.opens != Opens::Nothing;
@@ -186,7 +189,7 @@ TEST_F(Policy, ClicksByModifierAndButton) {
     if (opens) EXPECT_EQ(std::ranges::count(tabs, "https://b.org/"), 1) << test.name;
     EXPECT_EQ(selected() != former, test.opens == Opens::InFront) << test.name;
     store().clearToday(store().activeSpace());
-    store().peek = nullptr;
+    publish(store().peek.tab, nullptr);
   }
 }
 

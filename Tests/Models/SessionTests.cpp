@@ -2,6 +2,11 @@
 
 #include "Base/Log.h"
 #include "Models/CommandBar/ChoicesFile.h"
+#include "Models/CommandBar/PickedChoices.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Store/Archive.h"
+#include "Models/Store/SessionFile.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -80,20 +85,20 @@ TEST_F(Session, EverythingComesBack) {
   favorite->title = "A “quoted” title";
   first.store->move(favorite, FavoritesDestination{});
   const TabRef pinned = first.open("https://pinned/?q=a|b&c[]=%zz", false);
-  first.store->newFolder(pinned);
-  first.store->toggle(foldersOf(first.space().pinned).front());
+  first.store->folders.newFolder(pinned);
+  first.store->folders.toggle(foldersOf(first.space().pinned).front());
   const TabRef left = first.open("https://left/");
   const TabRef right = first.open("https://right/");
   first.space().setSplit({left->id, right->id});
   first.space().splitWidths = std::vector<double>{0.25, 0.75};
   first.space().appearance = Space::Appearance::Dark;
-  first.store->setSidebarWidth(311);
-  first.store->toggleSidebar();
+  first.store->chrome.setSidebarWidth(311);
+  first.store->chrome.toggleSidebar();
   first.scheduler.advance(2s);
   // Times lose what is less than a second.
   for (const TabRef& tab : first.space().allTabs())
     tab->lastActiveAt = VirtualScheduler::startDate();
-  first.store->save();
+  first.store->session.save();
   first.scheduler.settle();
   const SpaceRecord before = first.space().record();
 
@@ -102,8 +107,8 @@ TEST_F(Session, EverythingComesBack) {
   EXPECT_EQ(second.space().record(), before);
   EXPECT_EQ(second.space().profile->favorites.peek().front()->title.peek(), "A “quoted” title");
   EXPECT_EQ(second.space().appearance.peek(), Space::Appearance::Dark);
-  EXPECT_FALSE(second.store->isSidebarVisible);
-  EXPECT_EQ(second.store->sidebarWidth.peek(), 311);
+  EXPECT_FALSE(second.store->chrome.isSidebarVisible);
+  EXPECT_EQ(second.store->chrome.sidebarWidth.peek(), 311);
   EXPECT_EQ(second.engine.views.size(), 1u) << "only the page on screen gets a view";
   EXPECT_EQ(second.space().selectedTab()->url.peek(), address("https://right/"));
 }
@@ -148,7 +153,7 @@ TEST_F(Session, PartsThatNameNothingAreTolerated) {
   given["activeSpaceID"] = kTab;
   launch(given.dump());
   EXPECT_EQ(world.store->spaces.peek().size(), 1u);
-  EXPECT_EQ(world.store->activeSpaceID().text(), kSpace);
+  EXPECT_EQ(world.store->activeSpaceID.get().text(), kSpace);
   EXPECT_EQ(world.space().appearance.peek(), Space::Appearance::Auto);
   EXPECT_EQ(world.space().selectedTab(), nullptr);
   EXPECT_EQ(world.space().selectedTabID.peek()->text(), kProfile) << "left as it stands";
@@ -304,12 +309,13 @@ TEST_F(Session, AnArchivedTabIsInOneOfTheFilesAtAnyTime) {
       first.disk->put("/data/Orvel/archive.json", ArchivedTabRecord::encoded({archived}));
       first.launch();
       first.disk->failAtStep(step, fault);
-      first.store->reopen(archived);
+      first.store->archive.reopen(archived);
       first.scheduler.settle();
       first.disk->restartAfterPowerCut();
       World after(first.disk);
       after.launch();
-      const size_t found = after.store->archive.peek().size() + after.space().today.peek().size();
+      const size_t found =
+          after.store->archive.records.peek().size() + after.space().today.peek().size();
       EXPECT_GE(found, 1u) << "step " << step;
     }
   }
@@ -317,7 +323,7 @@ TEST_F(Session, AnArchivedTabIsInOneOfTheFilesAtAnyTime) {
   again.disk->put("/data/Orvel/archive.json", ArchivedTabRecord::encoded({archived}));
   again.launch();
   again.disk->failAtStep(5, MemoryFileSystem::Fault::InputOutput);
-  again.store->reopen(archived);
+  again.store->archive.reopen(archived);
   again.scheduler.settle();
   again.open("https://a/");
   again.scheduler.advance(1100ms);
@@ -362,8 +368,8 @@ TEST_F(Session, ArchiveAndChoicesAreReadAndBadOnesPassedOver) {
   world.disk->put("/data/Orvel/archive.json", ArchivedTabRecord::encoded({archived}));
   world.disk->put("/data/Orvel/Choices.json", ChoicesFile::encoded(choices));
   world.launch();
-  EXPECT_THAT(world.store->archive.peek(), ElementsAre(archived));
-  EXPECT_EQ(world.store->choices.at(profile).choices, choices.at(profile).choices);
+  EXPECT_THAT(world.store->archive.records.peek(), ElementsAre(archived));
+  EXPECT_EQ(world.store->choices.byProfile.at(profile).choices, choices.at(profile).choices);
   EXPECT_THAT(ChoicesFile::encoded(choices), HasSubstr("\"lastUsed\": 1.500001\n"))
       << "seconds since 2001";
 
@@ -371,8 +377,8 @@ TEST_F(Session, ArchiveAndChoicesAreReadAndBadOnesPassedOver) {
   bad.disk->put("/data/Orvel/archive.json", "{}");
   bad.disk->put("/data/Orvel/Choices.json", R"([{"profile":"x","prefixes":[]}])");
   bad.launch();
-  EXPECT_THAT(bad.store->archive.peek(), IsEmpty());
-  EXPECT_TRUE(bad.store->choices.empty());
+  EXPECT_THAT(bad.store->archive.records.peek(), IsEmpty());
+  EXPECT_TRUE(bad.store->choices.byProfile.empty());
   EXPECT_EQ(bad.file("archive.json"), "{}");
 }
 

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "Models/Store/SessionFile.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -104,7 +105,7 @@ TEST_F(SidebarItems, NoDepthOfFoldersCostsStack) {
   EXPECT_EQ(space().tab(tabs[0]->id), tabs[0]);
   EXPECT_EQ(sidebarRows(space(), 2).size(), kLevels + 4);
   EXPECT_NE(parentOf(space().pinned, tabs[0]->id), nullptr);
-  EXPECT_EQ(store().makeItems(space().record().pinned, space().profile).size(), 1u);
+  EXPECT_EQ(store().session.makeItems(space().record().pinned, space().profile).size(), 1u);
   EXPECT_TRUE(removeItem(space().pinned, tabs[0]->id));
   space().pinned = SidebarItemList{};
 }

@@ -1,4 +1,14 @@
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
+
+#include "Models/CommandBar/PickedChoices.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwipe.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/Archive.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Tab/Peek.h"
+#include "Models/Windows/WindowChrome.h"
 
 namespace orvel::test {
 namespace {
@@ -8,40 +18,40 @@ using testing::Truly;
 struct Spaces : ModelTest {
   SpaceRef at(size_t index) { return store().spaces.peek().at(index); }
   SpaceRef make(const std::string& name, std::optional<UUID> profile = std::nullopt) {
-    store().beginNewSpace();
-    SpaceDraft draft = *store().spaceDraft.peek();
+    store().spaceEditing.beginNewSpace();
+    SpaceDraft draft = *store().spaceEditing.spaceDraft.peek();
     draft.name = name;
     draft.profileID = profile;
-    store().commit(draft);
+    store().spaceEditing.commit(draft);
     return store().spaces.peek().back();
   }
 };
 
 TEST_F(Spaces, NewOnesWalkThroughThemesAndSymbols) {
   for (int i = 0; i < 12; ++i) make("more");
-  store().beginNewSpace();
-  EXPECT_EQ(store().spaceDraft.peek()->symbol, "briefcase.fill");
-  EXPECT_EQ(store().spaceDraft.peek()->hue, Theme::all[13 % 8].hue);
+  store().spaceEditing.beginNewSpace();
+  EXPECT_EQ(store().spaceEditing.spaceDraft.peek()->symbol, "briefcase.fill");
+  EXPECT_EQ(store().spaceEditing.spaceDraft.peek()->hue, Theme::all[13 % 8].hue);
 }
 
 TEST_F(Spaces, ADraftIsCommittedByWhatItNames) {
   const SpaceRef first = at(0);
-  store().beginEditing(*first);
-  SpaceDraft draft = *store().spaceDraft.peek();
+  store().spaceEditing.beginEditing(*first);
+  SpaceDraft draft = *store().spaceEditing.spaceDraft.peek();
   EXPECT_EQ(draft.spaceID, first->id);
   EXPECT_EQ(draft.profileID, first->profile->id);
   draft.name = " \n\t";
-  store().commit(draft);
-  EXPECT_TRUE(store().spaceDraft.peek()) << "the sheet stays open";
+  store().spaceEditing.commit(draft);
+  EXPECT_TRUE(store().spaceEditing.spaceDraft.peek()) << "the sheet stays open";
 
   draft.name = " Work \n";
   draft.symbol = "leaf.fill";
   draft.hue = 0.5;
   draft.appearance = Space::Appearance::Dark;
   draft.profileID = std::nullopt;
-  store().window = &world.window;
-  store().commit(draft);
-  EXPECT_FALSE(store().spaceDraft.peek());
+  world.interface.shown = &world.window;
+  store().spaceEditing.commit(draft);
+  EXPECT_FALSE(store().spaceEditing.spaceDraft.peek());
   EXPECT_EQ(first->name.peek() + first->symbol.peek(), "Workleaf.fill");
   EXPECT_EQ(world.window.current, WindowAppearance::Dark);
   EXPECT_THAT(store().profiles.peek(), SizeIs(1)) << "an edit ignores the choice of profile";
@@ -54,10 +64,10 @@ TEST_F(Spaces, ADraftIsCommittedByWhatItNames) {
   EXPECT_EQ(make("Own")->profile->name.peek(), "Own");
   EXPECT_EQ(make("Lost profile", UUID::random())->profile->name.peek(), "Lost profile");
 
-  store().beginEditing(*shared);
-  draft = *store().spaceDraft.peek();
-  store().deleteSpace(shared);
-  store().commit(draft);
+  store().spaceEditing.beginEditing(*shared);
+  draft = *store().spaceEditing.spaceDraft.peek();
+  store().spaceEditing.deleteSpace(shared);
+  store().spaceEditing.commit(draft);
   EXPECT_EQ(store().spaces.peek().back()->name.peek(), "Shared") << "made anew";
   EXPECT_NE(store().spaces.peek().back(), shared);
 }
@@ -66,23 +76,23 @@ TEST_F(Spaces, SwitchingWakesTheSelectedTab) {
   const TabRef tab = load("https://a/");
   const SpaceRef first = at(0), second = make("Second");
   tab->teardown();
-  store().capture = tab->id;
+  store().coming.capture = tab->id;
   advance(2s);
   world.disk->put(world.services.paths.session(), "untouched");
-  store().switchTo(second);
+  store().switching.switchTo(second);
   advance(2s);
-  EXPECT_TRUE(store().capture.peek()) << "the active space: nothing happens";
+  EXPECT_TRUE(store().coming.capture.peek()) << "the active space: nothing happens";
   EXPECT_EQ(world.sessionFile(), "untouched");
-  store().reader = ReaderArticle{.tabID = tab->id};
-  store().revealingSpaceID = first->id;
-  store().peek = loadAside("https://peek/");
+  store().coming.reader = ReaderArticle{.tabID = tab->id};
+  publish(store().switching.revealingSpaceID, first->id);
+  publish(store().peek.tab, loadAside("https://peek/"));
 
-  store().switchTo(first);
-  EXPECT_FALSE(store().spaceSwitchForward);
+  store().switching.switchTo(first);
+  EXPECT_FALSE(store().switching.spaceSwitchForward);
   EXPECT_NE(tab->liveWebView(), nullptr);
-  EXPECT_FALSE(store().capture.peek() || store().reader.peek() || store().peek.peek() ||
-               store().revealingSpaceID.peek());
-  EXPECT_FALSE(store().leavingSpaceID.peek()) << "no motion: the change is over at once";
+  EXPECT_FALSE(store().coming.capture.peek() || store().coming.reader.peek() ||
+               store().peek.tab.peek() || store().switching.revealingSpaceID.peek());
+  EXPECT_FALSE(store().switching.leavingSpaceID.peek()) << "no motion: the change is over at once";
   advance(1s);
   EXPECT_GT(world.view(tab)->focusCount, 0);
   EXPECT_THAT(world.sessionFile(), HasSubstr(first->id.text()));
@@ -92,34 +102,35 @@ TEST_F(Spaces, ThePagerShowsTheLeavingOneUntilTheLatestSwitchIsOver) {
   const SpaceRef first = at(0), second = make("2"), third = make("3");
   settle();
   world.desktop.isMotionOn = true;
-  store().switchTo(first);
-  EXPECT_THAT(store().pagerSpaces(), ElementsAre(first, third));
-  EXPECT_EQ(store().pagerPosition(*third), 1);
+  store().switching.switchTo(first);
+  EXPECT_THAT(store().switching.pagerSpaces(), ElementsAre(first, third));
+  EXPECT_EQ(store().switching.pagerPosition(*third), 1);
   advance(200ms);
-  store().switchTo(second);
-  EXPECT_TRUE(store().spaceSwitchForward);
-  EXPECT_THAT(store().pagerSpaces(), ElementsAre(first, second));
-  EXPECT_EQ(store().pagerPosition(*first), -1);
-  EXPECT_EQ(store().pagerPosition(*second), 0);
+  store().switching.switchTo(second);
+  EXPECT_TRUE(store().switching.spaceSwitchForward);
+  EXPECT_THAT(store().switching.pagerSpaces(), ElementsAre(first, second));
+  EXPECT_EQ(store().switching.pagerPosition(*first), -1);
+  EXPECT_EQ(store().switching.pagerPosition(*second), 0);
   advance(100ms);
-  EXPECT_EQ(store().leavingSpaceID.peek(), first->id) << "the former switch's end does no harm";
+  EXPECT_EQ(store().switching.leavingSpaceID.peek(), first->id)
+      << "the former switch's end does no harm";
   advance(180ms);
-  EXPECT_THAT(store().pagerSpaces(), ElementsAre(second));
+  EXPECT_THAT(store().switching.pagerSpaces(), ElementsAre(second));
 }
 
 TEST_F(Spaces, DeletingTheActiveOneActivatesItsNeighbour) {
   const SpaceRef first = at(0), second = make("2"), third = make("3"), fourth = make("4");
   store().setActiveSpaceID(UUID::random());
   EXPECT_EQ(store().activeSpace(), first) << "where none is";
-  store().switchTo(third);
-  store().deleteSpace(third);
+  store().switching.switchTo(third);
+  store().spaceEditing.deleteSpace(third);
   EXPECT_EQ(store().activeSpace(), second);
-  store().deleteSpace(fourth);
-  store().switchTo(first);
-  store().deleteSpace(first);
+  store().spaceEditing.deleteSpace(fourth);
+  store().switching.switchTo(first);
+  store().spaceEditing.deleteSpace(first);
   EXPECT_EQ(store().activeSpace(), second);
-  store().deleteSpace(third);
-  store().deleteSpace(second);
+  store().spaceEditing.deleteSpace(third);
+  store().spaceEditing.deleteSpace(second);
   EXPECT_THAT(store().spaces.peek(), ElementsAre(second)) << "the last one stays";
 }
 
@@ -130,21 +141,21 @@ TEST_F(Spaces, DeletionTakesAlongWhatBelongsToTheSpaceAndNothingElse) {
   const TabRef pinned = world.open("https://pinned/");
   store().togglePin(pinned);
   const TabRef today = load("https://today/");
-  store().closedTabs = {{kept->id, {}}, {gone->id, {}}};
-  store().archive = {{.spaceID = gone->id}, {.spaceID = kept->id}};
+  publish(store().archive.closedTabs, {{kept->id, {}}, {gone->id, {}}});
+  publish(store().archive.records, {{.spaceID = gone->id}, {.spaceID = kept->id}});
   store().settings.linkRoutes = {{.pattern = "a", .spaceID = gone->id},
                                  {.pattern = "b", .spaceID = kept->id}};
   world.told.clear();
   EXPECT_THAT(store().everyTab(), ElementsAre(favorite, pinned, today)) << "a favorite once";
-  EXPECT_FALSE(store().deletesProfile(*gone));
-  store().deleteSpace(gone);
+  EXPECT_FALSE(store().spaceEditing.deletesProfile(*gone));
+  store().spaceEditing.deleteSpace(gone);
   EXPECT_THAT(world.told, ElementsAre("close https://pinned/", "close https://today/"));
   for (const TabRef& tab : {pinned, today})
     EXPECT_TRUE(tab->isDiscarded && !tab->liveWebView()) << tab->url.peek()->text();
   EXPECT_FALSE(favorite->isDiscarded) << "the profile lives on";
   const auto isKept = [&](const auto& one) { return one.spaceID == kept->id; };
-  EXPECT_THAT(store().closedTabs, ElementsAre(Truly(isKept)));
-  EXPECT_THAT(store().archive.peek(), ElementsAre(Truly(isKept)));
+  EXPECT_THAT(store().archive.closedTabs.peek(), ElementsAre(Truly(isKept)));
+  EXPECT_THAT(store().archive.records.peek(), ElementsAre(Truly(isKept)));
   EXPECT_THAT(store().settings.linkRoutes.peek(), ElementsAre(Truly(isKept)));
   advance(10s);
   EXPECT_THAT(world.file("archive.json"), Not(HasSubstr(gone->id.text())));
@@ -154,20 +165,20 @@ TEST_F(Spaces, DeletionTakesAlongWhatBelongsToTheSpaceAndNothingElse) {
 
 TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
   const SpaceRef gone = at(0), kept = make("Kept");
-  store().switchTo(gone);
+  store().switching.switchTo(gone);
   const TabRef favorite = world.open("https://favorite/");
   store().move(favorite, FavoritesDestination());
   const UUID profile = gone->profile->id;
-  store().learn(suggestion::Search{.text = "cats"}, "c");
+  store().choices.learn(suggestion::Search{.text = "cats"}, "c");
   settle();
   EXPECT_THAT(visits(profile), SizeIs(1));
   world.engine.failingRemovals = 4;
-  EXPECT_TRUE(store().deletesProfile(*gone));
-  store().deleteSpace(gone);
+  EXPECT_TRUE(store().spaceEditing.deletesProfile(*gone));
+  store().spaceEditing.deleteSpace(gone);
   EXPECT_TRUE(favorite->isDiscarded);
   EXPECT_THAT(gone->profile->favorites.peek(), IsEmpty()) << "they hold on to their profile";
   EXPECT_THAT(store().profiles.peek(), ElementsAre(kept->profile));
-  EXPECT_FALSE(store().choices.contains(profile));
+  EXPECT_FALSE(store().choices.byProfile.contains(profile));
   EXPECT_THAT(visits(profile), IsEmpty());
   EXPECT_THAT(world.file("Choices.json"), Not(HasSubstr("cats")));
   advance(4999ms);
@@ -177,7 +188,7 @@ TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
 
   make("Other");
   world.engine.failingRemovals = 100;
-  store().deleteSpace(kept);
+  store().spaceEditing.deleteSpace(kept);
   advance(60s);
   EXPECT_EQ(world.engine.failingRemovals, 95) << "a store that stays in use is left";
 }
@@ -186,17 +197,17 @@ TEST_F(Spaces, TheLastSpaceOfAProfileTakesItsData) {
 
 struct Swipe : Spaces {
   Swipe() : first(at(0)), second(make("2")) {
-    store().switchTo(first);
-    store().setSidebarWidth(kWidth);
+    store().switching.switchTo(first);
+    store().chrome.setSidebarWidth(kWidth);
     world.desktop.isMotionOn = true;
     advance(5s);
   }
   void event(ScrollEvent::Phase phase, double travel = 0, double dy = 0) {
-    EXPECT_FALSE(store().scrollMonitor->handle({.phase = phase,
-                                                .deltaX = -travel,
-                                                .deltaY = dy,
-                                                .timestamp = time,
-                                                .pointerX = pointerX}));
+    EXPECT_FALSE(store().spaceSwipe.handle({.phase = phase,
+                                            .deltaX = -travel,
+                                            .deltaY = dy,
+                                            .timestamp = time,
+                                            .pointerX = pointerX}));
   }
   // A gesture of equal steps, which stays in the air.
   void drag(double travel, double duration, int steps = 10) {
@@ -221,18 +232,19 @@ struct Swipe : Spaces {
 
 TEST_F(Swipe, ThePageFollowsTheFingers) {
   drag(80, 0.4);
-  EXPECT_NEAR(store().spaceSwipeOffset.peek(), -80, 1e-9);
-  EXPECT_EQ(store().revealingSpace(), second);
+  EXPECT_NEAR(store().switching.spaceSwipeOffset.peek(), -80, 1e-9);
+  EXPECT_EQ(store().switching.revealingSpace(), second);
   event(ScrollEvent::Phase::Changed, 500);
-  EXPECT_EQ(store().spaceSwipeOffset.peek(), -kWidth);
+  EXPECT_EQ(store().switching.spaceSwipeOffset.peek(), -kWidth);
   event(ScrollEvent::Phase::Changed, -600);
-  EXPECT_EQ(store().revealingSpace(), nullptr) << "there is nothing on that side";
-  EXPECT_NEAR(store().spaceSwipeOffset.peek(), kWidth * (1 - 1 / (20 * 0.55 / kWidth + 1)), 1e-9);
+  EXPECT_EQ(store().switching.revealingSpace(), nullptr) << "there is nothing on that side";
+  EXPECT_NEAR(store().switching.spaceSwipeOffset.peek(),
+              kWidth * (1 - 1 / (20 * 0.55 / kWidth + 1)), 1e-9);
   event(ScrollEvent::Phase::Changed, -100000);
-  EXPECT_GT(store().spaceSwipeOffset.peek(), 0.99 * kWidth);
-  EXPECT_LT(store().spaceSwipeOffset.peek(), kWidth);
+  EXPECT_GT(store().switching.spaceSwipeOffset.peek(), 0.99 * kWidth);
+  EXPECT_LT(store().switching.spaceSwipeOffset.peek(), kWidth);
   lift();
-  EXPECT_EQ(store().spaceSwipeOffset.peek(), 0);
+  EXPECT_EQ(store().switching.spaceSwipeOffset.peek(), 0);
   EXPECT_EQ(store().activeSpace(), first);
 }
 
@@ -255,7 +267,7 @@ TEST_F(Swipe, EndsByProjection) {
   };
   for (const Case& test : cases) {
     advance(5s);
-    store().switchTo(first);
+    store().switching.switchTo(first);
     time += 10;
     drag(test.travel * kWidth, test.duration, 200);
     if (test.rests) rest();
@@ -265,14 +277,14 @@ TEST_F(Swipe, EndsByProjection) {
     }
     lift();
     EXPECT_EQ(store().activeSpace() == second, test.switches) << test.name;
-    EXPECT_EQ(store().spaceSwipeOffset.peek(), 0) << test.name;
+    EXPECT_EQ(store().switching.spaceSwipeOffset.peek(), 0) << test.name;
   }
 }
 
 TEST_F(Swipe, TheSpringTakesOverTheFingersSpeed) {
   std::optional<Spring> spring;
   const Effect watcher = effect([&](const Wake& wake) {
-    (void)store().spaceSwipeOffset.get();
+    (void)store().switching.spaceSwipeOffset.get();
     spring = wake.transaction ? std::optional(wake.transaction->spring) : std::nullopt;
   });
   drag(60, 0.06);
@@ -286,13 +298,13 @@ TEST_F(Swipe, TheSpringTakesOverTheFingersSpeed) {
   EXPECT_NEAR(spring->initialVelocity, 1000.0 / 140, 1e-6);
   advance(5s);
 
-  store().switchTo(first);
+  store().switching.switchTo(first);
   drag(190, 0.01);
   lift();
   settle();
   EXPECT_EQ(spring->initialVelocity, 20) << "the highest";
   advance(5s);
-  store().switchTo(first);
+  store().switching.switchTo(first);
   drag(20, 4);
   rest();
   lift();
@@ -304,26 +316,26 @@ TEST_F(Swipe, CancellingNeverSwitchesAndANewGestureKeepsWhatItReveals) {
   drag(199, 0.1);
   event(ScrollEvent::Phase::Cancelled);
   EXPECT_EQ(store().activeSpace(), first);
-  EXPECT_EQ(store().revealingSpace(), second) << "until the page is back";
+  EXPECT_EQ(store().switching.revealingSpace(), second) << "until the page is back";
   advance(1s);
-  EXPECT_EQ(store().revealingSpace(), nullptr);
+  EXPECT_EQ(store().switching.revealingSpace(), nullptr);
 
   drag(199, 0.1);
   event(ScrollEvent::Phase::Cancelled);
   advance(100ms);
   drag(60, 0.1);
   advance(5s);
-  EXPECT_EQ(store().revealingSpace(), second);
+  EXPECT_EQ(store().switching.revealingSpace(), second);
 }
 
 TEST_F(Swipe, WhatIsNoSwipe) {
   const auto isFollowed = [&](const std::function<void()>& gesture) {
-    store().isSidebarVisible = true;
-    store().isSidebarPeeking = false;
+    publish(store().chrome.isSidebarVisible, true);
+    publish(store().chrome.isSidebarPeeking, false);
     pointerX = 100;
     gesture();
     event(ScrollEvent::Phase::Changed, 50);
-    const bool isMoved = store().spaceSwipeOffset.peek() != 0;
+    const bool isMoved = store().switching.spaceSwipeOffset.peek() != 0;
     event(ScrollEvent::Phase::Cancelled);
     world.saveNow();
     return isMoved;
@@ -346,19 +358,19 @@ TEST_F(Swipe, WhatIsNoSwipe) {
     begin();
   })) << "beside the sidebar";
   EXPECT_FALSE(isFollowed([&] {
-    store().isSidebarVisible = false;
+    publish(store().chrome.isSidebarVisible, false);
     begin();
   }));
   EXPECT_TRUE(isFollowed([&] {
-    store().isSidebarVisible = false;
-    store().isSidebarPeeking = true;
+    publish(store().chrome.isSidebarVisible, false);
+    publish(store().chrome.isSidebarPeeking, true);
     begin();
   }));
   drag(50, 0.1);
   event(ScrollEvent::Phase::Cancelled);
-  store().scrollMonitor->handle(
+  store().spaceSwipe.handle(
       {.phase = ScrollEvent::Phase::Changed, .isMomentum = true, .deltaX = -90});
-  EXPECT_EQ(store().spaceSwipeOffset.peek(), 0) << "momentum is nobody's finger";
+  EXPECT_EQ(store().switching.spaceSwipeOffset.peek(), 0) << "momentum is nobody's finger";
 }
 
 }  // namespace

@@ -1,18 +1,25 @@
+#include "Models/Commands/CommandTarget.h"
+#include "Models/Commands/QuickBar.h"
+#include "Models/Spaces/SpaceEditing.h"
 #include "Models/Store/ApplicationLifecycle.h"
+#include "Models/Tab/PageSearch.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
 namespace {
 
 struct Store : ModelTest {
-  Store() { store().window = &world.window; }
+  Store() { world.interface.shown = &world.window; }
 };
 
 // Toasts
 
 TEST_F(Store, AToastOfTheSameKindIsUpdatedInPlaceAndOfAnotherIsNew) {
   const struct {
-    BrowserStore::ToastOptions first, second;
+    ToastOptions first, second;
     bool isSame;
     Duration lasts;
   } cases[] = {{{.symbol = "a"}, {.symbol = "a"}, true, 1600ms},
@@ -23,11 +30,11 @@ TEST_F(Store, AToastOfTheSameKindIsUpdatedInPlaceAndOfAnotherIsNew) {
                {{}, {.undo = [] {}, .lasts = 10s}, false, 10s}};
   for (const auto& test : cases) {
     store().showToast("one", test.first);
-    const UUID id = store().toast.peek()->id;
+    const UUID id = store().toasts.toast.peek()->id;
     advance(1s);
     store().showToast("two", test.second);
-    EXPECT_EQ(store().toast.peek()->id == id, test.isSame);
-    EXPECT_TRUE(Toast(*store().toast.peek()) == store().toast.peek())
+    EXPECT_EQ(store().toasts.toast.peek()->id == id, test.isSame);
+    EXPECT_TRUE(Toast(*store().toasts.toast.peek()) == store().toasts.toast.peek())
         << "an equal one wakes nobody";
     advance(test.lasts - 1ms);
     EXPECT_EQ(toast(), "two") << "its time begins anew";
@@ -42,73 +49,73 @@ TEST_F(Store, WhatComesLaterIsNotEndedByWhatWasBefore) {
   store().showToast("Second");
   advance(1s);
   EXPECT_EQ(toast(), "Second");
-  store().toggleSidebar();
-  store().setSidebarPeeking(true);
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
+  store().chrome.setSidebarPeeking(true);
+  store().chrome.toggleSidebar();
   advance(1s);
-  EXPECT_FALSE(store().isSidebarPeeking) << "it has docked meanwhile";
+  EXPECT_FALSE(store().chrome.isSidebarPeeking) << "it has docked meanwhile";
 }
 
 TEST_F(Store, UndoRunsOnceAfterTheToastIsGone) {
   std::vector<std::string> shownAtUndo;
   store().showToast("text", {.undo = [&] { shownAtUndo.push_back(toast()); }});
-  store().undoToast();
-  store().undoToast();
+  store().toasts.undoToast();
+  store().toasts.undoToast();
   EXPECT_THAT(shownAtUndo, ElementsAre(""));
 }
 
 // Sidebar and window
 
 TEST_F(Store, APendingPeekSurvivesAReportThatNoneIsWanted) {
-  store().toggleSidebar();
-  store().setSidebarPeeking(true);
+  store().chrome.toggleSidebar();
+  store().chrome.setSidebarPeeking(true);
   advance(60ms);
-  store().setSidebarPeeking(false);
+  store().chrome.setSidebarPeeking(false);
   advance(59ms);
-  EXPECT_FALSE(store().isSidebarPeeking);
+  EXPECT_FALSE(store().chrome.isSidebarPeeking);
   advance(1ms);
-  EXPECT_TRUE(store().isSidebarPeeking);
+  EXPECT_TRUE(store().chrome.isSidebarPeeking);
   EXPECT_FALSE(world.window.hidden[WindowButton::Close]);
-  store().setSidebarPeeking(false);
+  store().chrome.setSidebarPeeking(false);
   advance(100ms);
-  store().setSidebarPeeking(true);
+  store().chrome.setSidebarPeeking(true);
   advance(1s);
-  EXPECT_TRUE(store().isSidebarPeeking) << "the pointer came back in time";
-  store().setSidebarPeeking(false);
+  EXPECT_TRUE(store().chrome.isSidebarPeeking) << "the pointer came back in time";
+  store().chrome.setSidebarPeeking(false);
   advance(280ms);
-  EXPECT_FALSE(store().isSidebarPeeking);
+  EXPECT_FALSE(store().chrome.isSidebarPeeking);
 }
 
 TEST_F(Store, TogglingAPeekingSidebarDocksItInTwoTurns) {
-  store().toggleSidebar();
-  store().setSidebarPeeking(true);
+  store().chrome.toggleSidebar();
+  store().chrome.setSidebarPeeking(true);
   advance(1s);
-  store().toggleSidebar();
-  EXPECT_TRUE(store().sidebarDocksFromPeek);
-  EXPECT_FALSE(store().isSidebarVisible);
+  store().chrome.toggleSidebar();
+  EXPECT_TRUE(store().chrome.sidebarDocksFromPeek);
+  EXPECT_FALSE(store().chrome.isSidebarVisible);
   settle();
-  EXPECT_TRUE(store().isSidebarVisible);
-  EXPECT_FALSE(store().isSidebarPeeking);
-  EXPECT_FALSE(store().sidebarDocksFromPeek);
+  EXPECT_TRUE(store().chrome.isSidebarVisible);
+  EXPECT_FALSE(store().chrome.isSidebarPeeking);
+  EXPECT_FALSE(store().chrome.sidebarDocksFromPeek);
 }
 
 TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
   EXPECT_EQ(world.window.alpha[WindowButton::Zoom], 0);
   EXPECT_DOUBLE_EQ(world.window.lastDuration, 0.18);
   EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]);
   advance(180ms);
   EXPECT_TRUE(world.window.hidden[WindowButton::Zoom]);
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
   EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]);
   EXPECT_EQ(world.window.alpha[WindowButton::Zoom], 1);
-  store().toggleSidebar();
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
+  store().chrome.toggleSidebar();
   advance(1s);
   EXPECT_FALSE(world.window.hidden[WindowButton::Zoom]) << "shown again before the fade ended";
-  store().isSidebarVisible = false;
+  publish(store().chrome.isSidebarVisible, false);
   store().scheduleSave();
-  store().updateWindowChrome(BrowserStore::ChromeMotion::AtOnce);
+  store().chrome.updateWindowChrome(WindowChrome::Motion::AtOnce);
   EXPECT_TRUE(world.window.hidden[WindowButton::Zoom]);
   EXPECT_EQ(world.window.lastDuration, 0);
 }
@@ -116,14 +123,14 @@ TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
 TEST_F(Store, TheWindowTakesTheActiveSpacesAppearanceOnce) {
   space().appearance = Space::Appearance::Dark;
   store().scheduleSave();
-  store().updateWindowAppearance();
-  store().updateWindowAppearance();
+  store().chrome.updateWindowAppearance();
+  store().chrome.updateWindowAppearance();
   EXPECT_EQ(world.window.current, WindowAppearance::Dark);
   EXPECT_EQ(world.window.appearanceCount, 1);
-  store().previewAppearance = Space::Appearance::Light;
-  store().updateWindowAppearance();
+  publish(store().spaceEditing.previewAppearance, Space::Appearance::Light);
+  store().chrome.updateWindowAppearance();
   EXPECT_EQ(world.window.current, WindowAppearance::Light);
-  store().previewAppearance = std::nullopt;
+  publish(store().spaceEditing.previewAppearance, std::nullopt);
   store().setActiveSpaceID(UUID::random());
   EXPECT_EQ(world.window.current, WindowAppearance::Auto);
 }
@@ -202,7 +209,6 @@ struct Lifecycle : Store {
     return {.appVersion = "1.2",
             .systemVersion = "Test 1",
             .subscribeDiagnostics = note("diagnostics"),
-            .installMainMenu = note("menu"),
             .makeWindowController =
                 [this] {
                   done.push_back("window");
@@ -218,7 +224,7 @@ struct Lifecycle : Store {
 
 TEST_F(Lifecycle, LaunchesInOrderAndKeepsItsWindow) {
   lifecycle.didFinishLaunching();
-  EXPECT_THAT(done, ElementsAre("diagnostics", "menu", "window", "updates"));
+  EXPECT_THAT(done, ElementsAre("diagnostics", "window", "updates"));
   EXPECT_EQ(world.desktop.activateCount, 1);
   lifecycle.showWindow();
   lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::Some);
@@ -227,29 +233,29 @@ TEST_F(Lifecycle, LaunchesInOrderAndKeepsItsWindow) {
   lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::None);
   EXPECT_EQ(shown, 3);
   EXPECT_EQ(world.window.frontCount, 3);
-  EXPECT_THAT(done, testing::SizeIs(4));
+  EXPECT_THAT(done, testing::SizeIs(3));
   EXPECT_FALSE(lifecycle.continueActivity("unknown"));
 }
 
 TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
-  store().makeLittleWindow = [this](const TabRef& tab) {
+  world.interface.makeLittle = [this](const TabRef& tab) {
     return std::make_shared<FakeLittleWindow>(store(), tab);
   };
-  lifecycle.open({address("https://a/")});
+  lifecycle.open({{address("https://a/")}});
   EXPECT_EQ(shown, 1) << "the program has no window yet";
-  ASSERT_EQ(store().littleWindows.size(), 1u);
-  lifecycle.open({address("https://b/")});
+  ASSERT_EQ(store().littleWindows.windows().size(), 1u);
+  lifecycle.open({{address("https://b/")}});
   EXPECT_EQ(shown, 1) << "a little window took the link";
-  EXPECT_EQ(store().commandTab()->url.peek(), address("https://a/"));
-  store().closeSelectedTab();
-  store().close(store().littleWindows.front()->tab());
-  EXPECT_THAT(store().littleWindows, IsEmpty());
+  EXPECT_EQ(store().target.commandTab()->url.peek(), address("https://a/"));
+  store().target.closeSelectedTab();
+  store().close(store().littleWindows.windows().front()->tab());
+  EXPECT_THAT(store().littleWindows.windows(), IsEmpty());
   const SpaceRef home = store().activeSpace();
-  store().commit({.name = "Away"});
+  store().spaceEditing.commit({.name = "Away"});
   store().settings.linkRoutes =
       std::vector<LinkRoute>{{.pattern = "routed.org", .spaceID = UUID::random()},
                              {.pattern = "routed.org", .spaceID = home->id}};
-  lifecycle.open({address("https://c/"), address("https://routed.org/")});
+  lifecycle.open({{address("https://c/")}, {address("https://routed.org/")}});
   EXPECT_EQ(shown, 2);
   EXPECT_THAT(urls(home->today), ElementsAre("https://routed.org/"));
 }
@@ -267,7 +273,7 @@ TEST_F(Lifecycle, TheEndSavesWhatIsLessThanASecondOld) {
 struct QuickBarKeys : Store {
   void choose(std::optional<QuickBarKey> key) {
     store().settings.quickBarKey = key;
-    store().applyQuickBarKey();
+    store().quickBar.applyQuickBarKey();
   }
 };
 
@@ -275,20 +281,20 @@ TEST_F(QuickBarKeys, ATakenKeyIsToldAndStaysChosen) {
   world.desktop.isHotKeyTaken = true;
   choose(QuickBarKey::ShiftOptionSpace);
   settle();
-  EXPECT_TRUE(store().isQuickBarKeyTaken.peek());
+  EXPECT_TRUE(store().quickBar.isQuickBarKeyTaken.peek());
   EXPECT_EQ(store().settings.quickBarKey.peek(), QuickBarKey::ShiftOptionSpace);
 
   // The late answer to one key says nothing of the next choice.
   choose(QuickBarKey::OptionSpace);
   choose(std::nullopt);
   settle();
-  EXPECT_FALSE(store().isQuickBarKeyTaken.peek());
+  EXPECT_FALSE(store().quickBar.isQuickBarKeyTaken.peek());
 }
 
 TEST_F(QuickBarKeys, TheKeyOpensTheBarAndClosesItInFront) {
   choose(QuickBarKey::ControlShiftSpace);
   settle();
-  EXPECT_FALSE(store().isQuickBarKeyTaken.peek());
+  EXPECT_FALSE(store().quickBar.isQuickBarKeyTaken.peek());
   world.desktop.hotKeyPressed();
   EXPECT_EQ(store().commandBar.peek(), CommandBarMode::NewTab);
   EXPECT_EQ(world.window.frontCount, 1);
@@ -299,52 +305,51 @@ TEST_F(QuickBarKeys, TheKeyOpensTheBarAndClosesItInFront) {
 TEST_F(Store, TakesTheMarksOffThePageThatWasSearched) {
   const TabRef tab = load("https://a/");
   world.view(tab)->pageText = "one word";
-  store().showFindBar();
-  store().find.update([](auto& state) { state->query = "word"; });
-  store().findNext(BrowserTab::FindDirection::Forwards);
+  store().pageSearch.showFindBar();
+  store().pageSearch.setQuery("word");
+  store().pageSearch.findNext(BrowserTab::FindDirection::Forwards);
   settle();
   EXPECT_TRUE(world.view(tab)->hasMarks);
   world.open("https://two.test/");
-  store().hideFindBar();
+  store().pageSearch.hideFindBar();
   EXPECT_FALSE(world.view(tab)->hasMarks);
 }
 
 TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
   const TabRef tab = load("https://a/");
   world.view(tab)->pageText = "late words";
-  const auto search = [&] { store().findNext(BrowserTab::FindDirection::Forwards); };
+  const auto search = [&] { store().pageSearch.findNext(BrowserTab::FindDirection::Forwards); };
   search();
   settle();
-  EXPECT_FALSE(store().find.peek()) << "nothing is shown, nothing is searched";
-  store().showFindBar();
-  store().find.update([](auto& state) { state->query = "late"; });
+  EXPECT_FALSE(store().pageSearch.find.peek()) << "nothing is shown, nothing is searched";
+  store().pageSearch.showFindBar();
+  store().pageSearch.setQuery("late");
   search();
-  store().hideFindBar();
+  store().pageSearch.hideFindBar();
   settle();
-  EXPECT_FALSE(store().find.peek());
+  EXPECT_FALSE(store().pageSearch.find.peek());
   EXPECT_FALSE(world.view(tab)->hasMarks) << "it marked the page after the bar had gone";
   // An answer tells nothing of another text, nor of a bar that was opened since.
-  const std::function<void()> overtaking[] = {
-      [&] {
-        store().find.update([](auto& state) { state->query = ""; });
-        search();
-      },
-      [&] {
-        store().hideFindBar();
-        store().showFindBar();
-      }};
+  const std::function<void()> overtaking[] = {[&] {
+                                                store().pageSearch.setQuery("");
+                                                search();
+                                              },
+                                              [&] {
+                                                store().pageSearch.hideFindBar();
+                                                store().pageSearch.showFindBar();
+                                              }};
   for (const auto& overtake : overtaking) {
-    store().showFindBar();
-    store().find.update([](auto& state) { state->query = "nowhere"; });
+    store().pageSearch.showFindBar();
+    store().pageSearch.setQuery("nowhere");
     search();
     overtake();
     settle();
-    EXPECT_EQ(store().find.peek()->matchFound, std::nullopt);
+    EXPECT_EQ(store().pageSearch.find.peek()->matchFound, std::nullopt);
   }
-  store().hideFindBar();
+  store().pageSearch.hideFindBar();
   store().close(tab);
-  store().showFindBar();
-  EXPECT_FALSE(store().find.peek()) << "without a tab there is nothing to search";
+  store().pageSearch.showFindBar();
+  EXPECT_FALSE(store().pageSearch.find.peek()) << "without a tab there is nothing to search";
 }
 
 TEST_F(Store, AFinishedDownloadIsTold) {

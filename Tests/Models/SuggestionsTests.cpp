@@ -1,3 +1,4 @@
+#include "BrowserCore/Addresses/ChoiceMemory.h"
 #include "Models/CommandBar/Suggestions.h"
 
 #include "Tests/Models/ModelTest.h"

@@ -1,5 +1,17 @@
 #include <regex>
 
+#include "Models/Commands/CommandTarget.h"
+#include "Models/Sidebar/CopiedLink.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/Archive.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Tab/Peek.h"
+#include "Models/Windows/LittleWindows.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -58,7 +70,7 @@ TEST_F(TabOperations, ClosingAPinnedTabEndsItsPageAndReturnsHome) {
   EXPECT_FALSE(tabs[2]->isDiscarded);
   EXPECT_EQ(tabsOf(space().pinned).size(), 1u);
   EXPECT_EQ(selected(), tabs[0]);
-  EXPECT_THAT(store().closedTabs, IsEmpty());
+  EXPECT_THAT(store().archive.closedTabs.peek(), IsEmpty());
 }
 
 TEST_F(TabOperations, ReopensAnArchivedTabInItsSpaceOrElseTheActiveOne) {
@@ -67,13 +79,13 @@ TEST_F(TabOperations, ReopensAnArchivedTabInItsSpaceOrElseTheActiveOne) {
         {.id = UUID::random(), .title = title, .url = address("https://old.test/")}, space, {}};
   };
   const std::vector archive = {record(space().id, "Here"), record(UUID::random(), "Nowhere")};
-  store().archive = archive;
+  publish(store().archive.records, archive);
   for (const auto& archived : archive) {
-    store().reopen(archived);
+    store().archive.reopen(archived);
     EXPECT_EQ(selected()->title.peek(), archived.tab.title);
     EXPECT_NE(selected()->id, archived.tab.id);
   }
-  EXPECT_THAT(store().archive.peek(), IsEmpty());
+  EXPECT_THAT(store().archive.records.peek(), IsEmpty());
 }
 
 TEST_F(TabOperations, ReopeningBringsBackTheLatestAndFallsBackOnTheActiveSpace) {
@@ -81,32 +93,34 @@ TEST_F(TabOperations, ReopeningBringsBackTheLatestAndFallsBackOnTheActiveSpace) 
   tabs[0]->title = "First";
   store().close(tabs[1]);
   store().close(tabs[0]);
-  store().closedTabs.back().spaceID = UUID::random();
-  store().reopenClosedTab();
+  auto closed = store().archive.closedTabs.peek();
+  closed.back().spaceID = UUID::random();
+  publish(store().archive.closedTabs, closed);
+  store().archive.reopenClosedTab();
   EXPECT_EQ(selected()->title.peek(), "First");
   EXPECT_NE(selected()->id, tabs[0]->id);
-  store().reopenClosedTab();
-  store().reopenClosedTab();
+  store().archive.reopenClosedTab();
+  store().archive.reopenClosedTab();
   EXPECT_THAT(urls(space().today), ElementsAre("https://b/", "https://a/"));
 }
 
 TEST_F(TabOperations, ClearingTodayCanBeUndoneWithTheTabsAlive) {
   store().clearToday(store().activeSpace());
-  EXPECT_FALSE(store().toast.peek());
+  EXPECT_FALSE(store().toasts.toast.peek());
   world.desktop.isMotionOn = true;
   const auto tabs = openTabs(3);
   store().select(tabs[1]);
   const auto view = tabs[1]->liveWebView();
   store().clearToday(store().activeSpace());
   EXPECT_EQ(toast(), "Closed 3 tabs");
-  EXPECT_EQ(store().closedTabs.size(), 3u);
+  EXPECT_EQ(store().archive.closedTabs.peek().size(), 3u);
   EXPECT_EQ(selected(), nullptr);
   world.open("https://new/", false);
-  store().undoToast();
+  store().toasts.undoToast();
   advance(1s);
   EXPECT_THAT(urls(space().today),
               ElementsAre("https://a/", "https://b/", "https://c/", "https://new/"));
-  EXPECT_THAT(store().closedTabs, IsEmpty());
+  EXPECT_THAT(store().archive.closedTabs.peek(), IsEmpty());
   EXPECT_EQ(selected(), nullptr);
   EXPECT_EQ(tabs[1]->liveWebView(), view) << "an undo in time finds the page alive";
 }
@@ -122,14 +136,14 @@ TEST_F(TabOperations, ClearedTabsAreTornDownWithTheirStateOnceTheyAreGone) {
 
 TEST_F(TabOperations, ADeletedSpaceIsNotFilledByAnUndo) {
   const SpaceRef first = store().activeSpace();
-  store().commit({.name = "Second"});
+  store().spaceEditing.commit({.name = "Second"});
   const SpaceRef second = store().activeSpace();
   openTabs(2);
   store().clearToday(second);
-  store().deleteSpace(second);
+  store().spaceEditing.deleteSpace(second);
   settle();
   world.told.clear();
-  store().undoToast();
+  store().toasts.undoToast();
   EXPECT_THAT(world.told, IsEmpty());
   EXPECT_THAT(second->today.peek(), IsEmpty());
 }
@@ -138,18 +152,18 @@ TEST_F(TabOperations, ADeletedSpaceIsNotFilledByAnUndo) {
 TEST_F(TabOperations, ASpaceThatHasGoneTakesNothing) {
   const auto tabs = openTabs(1);
   const SpaceRef home = store().activeSpace();
-  store().commit({.name = "Gone", .profileID = home->profile->id});
+  store().spaceEditing.commit({.name = "Gone", .profileID = home->profile->id});
   const SpaceRef gone = store().activeSpace();
   const TabRef old = world.open("https://old/");
-  store().deleteSpace(gone);
+  store().spaceEditing.deleteSpace(gone);
   world.told.clear();
-  store().switchTo(gone);
+  store().switching.switchTo(gone);
   store().select(old, gone);
   store().move(tabs[0], TodayDestination{}, gone);
   store().clearToday(gone);
-  EXPECT_EQ(store().activeSpaceID(), home->id);
+  EXPECT_EQ(store().activeSpaceID.get(), home->id);
   EXPECT_THAT(home->today.peek(), ElementsAre(tabs[0]));
-  EXPECT_THAT(store().closedTabs, IsEmpty());
+  EXPECT_THAT(store().archive.closedTabs.peek(), IsEmpty());
   EXPECT_THAT(world.told, IsEmpty());
   store().openTab(address("https://x/"), {.in = gone});
   EXPECT_THAT(urls(home->today), ElementsAre("https://x/", "https://a/"));
@@ -162,7 +176,7 @@ TEST_F(TabOperations, ATabThatHasClosedMeanwhileIsNotSelected) {
   store().select(tabs[1]);
   EXPECT_EQ(selected(), tabs[0]);
   const TabRef cleared = world.open("https://c/", false);
-  store().commit({.name = "Second"});
+  store().spaceEditing.commit({.name = "Second"});
   store().select(cleared, store().activeSpace());
   EXPECT_EQ(selected(), nullptr) << "not in that space";
   EXPECT_EQ(space().selectedTabID.peek(), std::nullopt);
@@ -174,23 +188,24 @@ TEST_F(TabOperations, WhatTheyWorkOnMayStandInTheListThatTheyChange) {
   store().close(today.front());
   store().move(today.front(), PinnedDestination{});
   store().togglePin(today.front());
-  store().newFolder(today.front());
+  store().folders.newFolder(today.front());
   store().select(today.front());
   EXPECT_EQ(selected(), today.front());
-  store().archive = std::vector{ArchivedTabRecord{{.id = UUID::random()}, UUID::random(), {}}};
-  store().reopen(store().archive.peek().front());
-  store().deleteFolder(std::get<FolderRef>(space().pinned.peek().front()));
+  publish(store().archive.records,
+          std::vector{ArchivedTabRecord{{.id = UUID::random()}, UUID::random(), {}}});
+  store().archive.reopen(store().archive.records.peek().front());
+  store().folders.deleteFolder(std::get<FolderRef>(space().pinned.peek().front()));
   EXPECT_EQ(today.size(), 4u);
-  store().commit({.name = "Second"});
-  store().switchTo(store().spaces.peek().front());
-  store().deleteSpace(store().spaces.peek().front());
+  store().spaceEditing.commit({.name = "Second"});
+  store().switching.switchTo(store().spaces.peek().front());
+  store().spaceEditing.deleteSpace(store().spaces.peek().front());
   EXPECT_EQ(space().name.peek(), "Second");
 }
 
 TEST_F(TabOperations, ATabStaysWithItsProfile) {
   const auto tabs = openTabs(1);
   const SpaceRef home = store().activeSpace();
-  store().commit({.name = "Other profile"});
+  store().spaceEditing.commit({.name = "Other profile"});
   const SpaceRef other = store().activeSpace();
   const std::function<void()> moves[] = {[&] { store().move(tabs[0], TodayDestination{}, other); },
                                          [&] { store().move(tabs[0], PinnedDestination{}); },
@@ -201,7 +216,7 @@ TEST_F(TabOperations, ATabStaysWithItsProfile) {
     EXPECT_THAT(home->today.peek(), ElementsAre(tabs[0]));
     EXPECT_THAT(other->allTabs(), IsEmpty());
     EXPECT_FALSE(tabs[0]->pinnedURL.peek());
-    EXPECT_FALSE(store().toast.peek());
+    EXPECT_FALSE(store().toasts.toast.peek());
   }
   const auto gone = std::make_shared<Folder>(UUID::random(), "Gone", Folder::Expansion::Expanded);
   store().move(tabs[0], PinnedDestination{gone, std::nullopt}, home);
@@ -246,7 +261,7 @@ TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   const auto tabs = openTabs(3);
   store().togglePin(tabs[1]);
   EXPECT_EQ(toast(), "Pinned to Personal");
-  store().undoToast();
+  store().toasts.undoToast();
   EXPECT_THAT(urls(space().today), ElementsAre("https://a/", "https://b/", "https://c/"));
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());
 
@@ -256,38 +271,38 @@ TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   EXPECT_EQ(toast(), "Moved to Today");
   EXPECT_EQ(space().today.peek().front(), tabs[1]);
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());
-  store().undoToast();
+  store().toasts.undoToast();
   EXPECT_THAT(space().profile->favorites.peek(), ElementsAre(tabs[1]));
   EXPECT_EQ(tabs[1]->pinnedURL.peek(), address("https://b/"));
 }
 
 TEST_F(TabOperations, UndoOfAPinDoesNothingWithoutItsFolder) {
   const auto tabs = openTabs(1);
-  store().newFolder(tabs[0]);
+  store().folders.newFolder(tabs[0]);
   const FolderRef folder = foldersOf(space().pinned).front();
-  EXPECT_EQ(store().renamingFolderID.peek(), folder->id);
+  EXPECT_EQ(store().folders.renamingFolderID.peek(), folder->id);
   store().togglePin(tabs[0]);
-  store().deleteFolder(folder);
-  store().undoToast();
+  store().folders.deleteFolder(folder);
+  store().toasts.undoToast();
   EXPECT_THAT(space().today.peek(), ElementsAre(tabs[0]));
 }
 
 TEST_F(TabOperations, FoldersAreNamedToggledAndDissolved) {
   const auto tabs = openTabs(4);
-  store().newFolder(tabs[1]);
+  store().folders.newFolder(tabs[1]);
   const FolderRef folder = foldersOf(space().pinned).front();
-  store().rename(folder, " \n ");
+  store().folders.rename(folder, " \n ");
   EXPECT_EQ(folder->name.peek(), "New Folder");
-  store().rename(folder, "  Reading\n");
+  store().folders.rename(folder, "  Reading\n");
   EXPECT_EQ(folder->name.peek(), "Reading");
-  EXPECT_FALSE(store().renamingFolderID.peek());
+  EXPECT_FALSE(store().folders.renamingFolderID.peek());
   advance(2s);
-  store().toggle(folder);
+  store().folders.toggle(folder);
   EXPECT_TRUE(isSavePending());
   store().move(tabs[2], PinnedDestination{folder, std::nullopt});
   store().select(tabs[2]);
-  store().deleteFolder(folder);
-  store().deleteFolder(folder);
+  store().folders.deleteFolder(folder);
+  store().folders.deleteFolder(folder);
   EXPECT_THAT(space().today.peek(), ElementsAre(tabs[1], tabs[2], tabs[0], tabs[3]));
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());
   EXPECT_EQ(selected(), tabs[2]);
@@ -306,16 +321,16 @@ TEST_F(TabOperations, SelectionGoesRoundAndByNumber) {
     store().selectTabNumber(number);
     EXPECT_EQ(selected(), tabs[expected]) << number;
   }
-  store().newFolder(tabs[0]);
+  store().folders.newFolder(tabs[0]);
   store().select(tabs[0]);
-  store().toggle(foldersOf(space().pinned).front());
+  store().folders.toggle(foldersOf(space().pinned).front());
   store().selectAdjacentTab(1);
   EXPECT_EQ(selected(), tabs[1]) << "from a collapsed folder to the first visible tab";
   advance(1s);
   store().select(tabs[2]);
   advance(1s);
   store().select(tabs[0]);
-  store().advanceTabSwitcher();
+  store().coming.advanceTabSwitcher();
   EXPECT_EQ(selected(), tabs[2]) << "the one before";
 }
 
@@ -323,17 +338,17 @@ TEST_F(TabOperations, SelectingTellsEverybodyOnce) {
   const auto tabs = openTabs(2);
   store().select(tabs[0]);
   world.told.clear();
-  store().reader = ReaderArticle{.tabID = tabs[0]->id};
-  store().capture = tabs[0]->id;
+  store().coming.reader = ReaderArticle{.tabID = tabs[0]->id};
+  store().coming.capture = tabs[0]->id;
   store().select(tabs[0]);
   EXPECT_THAT(world.told, IsEmpty());
-  EXPECT_TRUE(store().reader.peek() && store().capture.peek());
+  EXPECT_TRUE(store().coming.reader.peek() && store().coming.capture.peek());
   advance(5s);
   world.told.clear();
   world.viewOnScreen(tabs[0])->snapshot = Image::make(1, 1, {0, 0, 0, 0});
   store().select(tabs[1]);
   EXPECT_THAT(world.told, ElementsAre("activate https://b/ after https://a/"));
-  EXPECT_FALSE(store().reader.peek() || store().capture.peek());
+  EXPECT_FALSE(store().coming.reader.peek() || store().coming.capture.peek());
   EXPECT_EQ(tabs[0]->lastActiveAt, world.scheduler.now());
   EXPECT_EQ(tabs[1]->lastActiveAt, world.scheduler.now());
   settle();
@@ -350,30 +365,30 @@ TEST_F(TabOperations, EveryChangeIsSavedByItself) {
   const auto tabs = openTabs(2);
   const SpaceRef home = store().activeSpace();
   for (const TabRef& tab : tabs) store().select(tab);
-  store().commit({.name = "Second", .profileID = home->profile->id});
-  store().newFolder();
+  store().spaceEditing.commit({.name = "Second", .profileID = home->profile->id});
+  store().folders.newFolder();
   const FolderRef folder = std::get<FolderRef>(space().pinned.peek().front());
   const std::function<void()> changes[] = {
-      [&] { store().switchTo(home); },
+      [&] { store().switching.switchTo(home); },
       [&] { store().select(tabs[0]); },
       [&] { world.view(tabs[0])->setTitle("New"); },
-      [&] { store().newFolder(); },
-      [&] { store().deleteFolder(std::get<FolderRef>(space().pinned.peek().front())); },
-      [&] { store().switchTo(store().spaces.peek().back()); },
-      [&] { store().rename(folder, "Name"); },
-      [&] { store().toggle(folder); },
-      [&] { store().setSidebarWidth(301); },
-      [&] { store().toggleSidebar(); },
+      [&] { store().folders.newFolder(); },
+      [&] { store().folders.deleteFolder(std::get<FolderRef>(space().pinned.peek().front())); },
+      [&] { store().switching.switchTo(store().spaces.peek().back()); },
+      [&] { store().folders.rename(folder, "Name"); },
+      [&] { store().folders.toggle(folder); },
+      [&] { store().chrome.setSidebarWidth(301); },
+      [&] { store().chrome.toggleSidebar(); },
       [&] { store().move(tabs[0], TodayDestination{}, home); },
       [&] { store().clearToday(home); },
-      [&] { store().undoToast(); },
+      [&] { store().toasts.undoToast(); },
       [&] {
         space().setSplit({tabs[0]->id});
         store().scheduleSave();
       },
-      [&] { store().closeSplitView(); },
-      [&] { store().commit({.spaceID = home->id, .name = "Renamed"}); },
-      [&] { store().deleteSpace(home); },
+      [&] { store().coming.closeSplitView(); },
+      [&] { store().spaceEditing.commit({.spaceID = home->id, .name = "Renamed"}); },
+      [&] { store().spaceEditing.deleteSpace(home); },
   };
   for (const auto& change : changes) {
     SCOPED_TRACE(&change - changes);
@@ -389,14 +404,16 @@ TEST_F(TabOperations, EveryChangeIsSavedByItself) {
 TEST_F(TabOperations, ExtensionsNeverHearOfAPrivateTab) {
   const auto secret =
       std::make_shared<Space>(UUID::random(), privateProfile(), "Secret", "leaf.fill", 0.0);
-  store().spaces.update([&](auto& list) { list.push_back(secret); });
-  store().switchTo(secret);
+  auto spaces = store().spaces.peek();
+  spaces.push_back(secret);
+  store().setSpaces(std::move(spaces));
+  store().switching.switchTo(secret);
   const auto tabs = openTabs(3);
   for (const TabRef& tab : tabs) store().select(tab);
   store().close(tabs[0]);
   store().clearToday(secret);
-  store().undoToast();
-  store().deleteSpace(secret);
+  store().toasts.undoToast();
+  store().spaceEditing.deleteSpace(secret);
   EXPECT_THAT(world.told, IsEmpty());
 }
 
@@ -411,7 +428,7 @@ TEST_F(TabOperations, ASpaceNeedNotBeActive) {
       store->select(tabs[1]);
       store->move(tabs[3], PinnedDestination{}, home);
       tabs[3]->load(address("https://wandered/"));
-      store->commit({.name = "Away", .profileID = home->profile->id});
+      store->spaceEditing.commit({.name = "Away", .profileID = home->profile->id});
       away = store->activeSpace();
       scheduler.advance(5s);
       told.clear();
@@ -428,7 +445,7 @@ TEST_F(TabOperations, ASpaceNeedNotBeActive) {
       const TabRef selected = home->selectedTab();
       text += " selected " + (selected ? selected->url.peek()->text() : "none");
       for (const auto& one : told) text += ", " + one;
-      text += ", " + std::to_string(store->closedTabs.size()) + " closed";
+      text += ", " + std::to_string(store->archive.closedTabs.peek().size()) + " closed";
       return std::regex_replace(text, std::regex("https://|/(?=[ ,])"), "");
     }
     SpaceRef home, away;
@@ -484,14 +501,14 @@ TEST_F(TabOperations, ASpaceNeedNotBeActive) {
        "open b, open c, 0 closed",
        [](Scene& s) {
          s.store->clearToday(s.home);
-         s.store->undoToast();
+         s.store->toasts.undoToast();
        }},
       {"clear and reopen",
        "favorites pinned wandered today c selected c, close a, close b, close c, open c, activate "
        "c, title c, 2 closed",
        [](Scene& s) {
          s.store->clearToday(s.home);
-         s.store->reopenClosedTab();
+         s.store->archive.reopenClosedTab();
        }},
       {"pin", "favorites pinned a wandered today b c selected b, 0 closed",
        [](Scene& s) {
@@ -505,7 +522,8 @@ TEST_F(TabOperations, ASpaceNeedNotBeActive) {
        "favorites pinned wandered today x a b c selected x, open x, activate x after b, title x, 0 "
        "closed",
        [](Scene& s) {
-         s.store->reopen({{.id = UUID::random(), .url = address("https://x/")}, s.home->id, {}});
+         s.store->archive.reopen(
+             {{.id = UUID::random(), .url = address("https://x/")}, s.home->id, {}});
        }},
       {"a page's own window",
        "favorites pinned wandered today a b popup c selected popup, open popup, activate popup "
@@ -522,7 +540,7 @@ TEST_F(TabOperations, ASpaceNeedNotBeActive) {
     SCOPED_TRACE(name);
     for (const bool isActive : {false, true}) {
       Scene scene;
-      if (isActive) scene.store->switchTo(scene.home);
+      if (isActive) scene.store->switching.switchTo(scene.home);
       scene.scheduler.advance(5s);
       scene.expectSaved();
       operate(scene);
@@ -538,46 +556,47 @@ TEST_F(TabOperations, ASpaceNeedNotBeActive) {
 TEST_F(TabOperations, CommandWFindsWhatToClose) {
   const auto tabs = openTabs(1);
   FakeWindow other;
-  store().window = &world.window;
+  world.interface.shown = &world.window;
   store().select(tabs[0]);
   const TabRef peeked = loadAside("https://peek/");
-  store().peek = peeked;
-  store().closeSelectedTab();
-  EXPECT_FALSE(store().peek.peek() || peeked->liveWebView());
+  publish(store().peek.tab, peeked);
+  store().target.closeSelectedTab();
+  EXPECT_FALSE(store().peek.tab.peek() || peeked->liveWebView());
   EXPECT_EQ(selected(), tabs[0]);
   world.desktop.key = &other;
-  store().closeSelectedTab();
+  store().target.closeSelectedTab();
   EXPECT_EQ(other.closeCount, 1);
   world.desktop.key = &world.window;
-  store().closeSelectedTab();
+  store().target.closeSelectedTab();
   EXPECT_THAT(space().today.peek(), IsEmpty());
   EXPECT_EQ(world.window.closeCount, 0);
-  store().closeSelectedTab();
+  store().target.closeSelectedTab();
   EXPECT_EQ(world.window.closeCount, 1);
 }
 
 TEST_F(TabOperations, LinksAreCopiedCleanAndEscaped) {
-  store().copyLink();
+  store().copiedLink.copyLink();
   EXPECT_FALSE(world.desktop.pasteboardText);
   const TabRef tab = load("https://a/");
   tab->url = address("https://a/?utm_source=x&q=1");
   tab->title = "A [b] c";
   world.saveNow();
-  store().copyLink(nullptr, BrowserStore::LinkForm::Markdown);
+  store().copiedLink.copyLink(nullptr, LinkForm::Markdown);
   EXPECT_EQ(world.desktop.pasteboardText, "[A [b\\] c](https://a/?q=1)");
-  EXPECT_TRUE(store().didCopyLink);
-  EXPECT_FALSE(store().toast.peek());
+  EXPECT_TRUE(store().copiedLink.didCopyLink);
+  EXPECT_FALSE(store().toasts.toast.peek());
   advance(1199ms);
-  EXPECT_TRUE(store().didCopyLink);
+  EXPECT_TRUE(store().copiedLink.didCopyLink);
   advance(1ms);
-  EXPECT_FALSE(store().didCopyLink);
-  store().toggleSidebar();
-  store().copyLink();
+  EXPECT_FALSE(store().copiedLink.didCopyLink);
+  store().chrome.toggleSidebar();
+  store().copiedLink.copyLink();
   EXPECT_EQ(toast(), "Copied link");
 }
 
 TEST_F(TabOperations, TabsOfOnePrivateWindowAreNobodysBusiness) {
-  EXPECT_EQ(store().openLittleWindow(address("https://secret/"), privateProfile()), nullptr);
+  EXPECT_EQ(store().littleWindows.openLittleWindow(address("https://secret/"), privateProfile()),
+            nullptr);
   EXPECT_THAT(space().today.peek(), IsEmpty());
 }
 

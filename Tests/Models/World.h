@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Models/Store/BrowserStore.h"
+#include "Models/Store/SessionFile.h"
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "Tests/Fakes/FakeHTTPSession.h"
@@ -46,6 +47,20 @@ class RecordingExtensions final : public WebExtensionController {
   std::vector<std::string>& log_;
 };
 
+// An interface that has what a test gives it.
+struct FakeInterface final : Interface {
+  DesktopWindow* window() override { return shown; }
+  bool hasLittleWindows() const override { return static_cast<bool>(makeLittle); }
+  std::shared_ptr<LittleWindow> makeLittleWindow(const TabRef& tab) override {
+    return makeLittle(tab);
+  }
+  bool openUtilityWindow(UtilityWindow which) override { return openUtility && openUtility(which); }
+
+  DesktopWindow* shown = nullptr;
+  std::function<std::shared_ptr<LittleWindow>(const TabRef&)> makeLittle;
+  std::function<bool(UtilityWindow)> openUtility;
+};
+
 // One run of the program over a disk: all that the model stands on, and the store.
 class World {
  public:
@@ -60,6 +75,7 @@ class World {
     defaults.setBoolean("contentBlockingEnabled", false);
     defaults.setNumber("filterListsLastChecked", 1e12);
     store = BrowserStore::make(services);
+    store->setInterface(&interface);
     auto recorder = std::make_unique<RecordingExtensions>(told);
     extensions = recorder.get();
     store->extensions.controller = std::move(recorder);
@@ -88,13 +104,13 @@ class World {
 
   // What a save would write stands on the disk, or a save is on its way.
   void expectSaved() {
-    if (!store || store->isSavePending() || present() == saved_) return;
+    if (!store || store->session.isSavePending() || present() == saved_) return;
     saved_ = present();
     EXPECT_EQ(sessionFile(), saved_) << "a change that is not saved";
   }
   // For tests that change the model behind its operations.
   void saveNow() {
-    store->save();
+    store->session.save();
     scheduler.settle();
   }
 
@@ -103,6 +119,7 @@ class World {
   FakeEngine engine{scheduler};
   FakeDesktop desktop{scheduler};
   FakeWindow window;
+  FakeInterface interface;
   FileWriter writer{scheduler, disk};
   FaviconStore favicons{*disk, "/data/Orvel/Favicons"};
   // No list is there and none is fetched; blocking is off, so that no first page waits.
@@ -133,7 +150,7 @@ class World {
 
  private:
   std::string present() const {
-    return untracked([this] { return store->record().encoded(); });
+    return untracked([this] { return store->session.record().encoded(); });
   }
 
   std::string saved_;

@@ -1,4 +1,7 @@
 #include "Base/GRef.h"
+#include "Models/Store/Archive.h"
+#include "Models/Windows/WindowChrome.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Sidebar/SidebarLayout.h"
 
@@ -172,7 +175,7 @@ TEST_F(CommandBarViewTest, KeysMoveSubmitAndCancel) {
   // A bar that a picked row asks for is a new one.
   show();
   type("2+2");
-  store().commandBar = std::nullopt;
+  publish(store().commandBar, std::nullopt);
   store().showCommandBar(CommandBarMode::CurrentTab);
   settle();
   EXPECT_EQ(shown(), sample.reading->url.peek()->text());
@@ -222,10 +225,10 @@ TEST_F(CommandBarViewTest, IsToldToAssistiveTechnology) {
 }
 
 TEST_F(CommandBarViewTest, FitsASmallWindow) {
+  auto archive = store().archive.records.peek();
   for (int i = 0; i < 30; ++i)
-    store().archive.update([&](auto& archive) {
-      archive.push_back({.tab = {.id = UUID::random(), .title = "tide " + std::to_string(i)}});
-    });
+    archive.push_back({.tab = {.id = UUID::random(), .title = "tide " + std::to_string(i)}});
+  publish(store().archive.records, archive);
   gtk_window_set_default_size(window->native(), 640, 420);
   ASSERT_TRUE(runUntil([&] {
     const int width = window->view().get_width();
@@ -245,7 +248,7 @@ TEST_F(CommandBarViewTest, FitsASmallWindow) {
 }
 
 TEST_F(CommandBarViewTest, AHiddenSidebarStaysHidden) {
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
   settle();
   ASSERT_TRUE(runUntil([&] { return !window->view().sidebar().get_mapped(); }));
   show();

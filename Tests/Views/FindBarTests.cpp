@@ -1,5 +1,8 @@
 #include "Tests/Views/ShownWindow.h"
 
+#include "Models/Commands/CommandList.h"
+#include "Models/Tab/PageSearch.h"
+
 namespace orvel::test {
 namespace {
 
@@ -10,7 +13,7 @@ struct FindBarTest : ShownWindow {
     show();
   }
   void show() {
-    store().showFindBar();
+    store().pageSearch.showFindBar();
     settle();
   }
   FakeWebView& page() { return *sample.world.view(sample.reading); }
@@ -42,13 +45,13 @@ TEST_F(FindBarTest, TakesTheKeyboardEachTimeItIsAskedFor) {
   insert(bar().field(), "word");
   store().focusWebView();
   gtk_window_set_focus(window->native(), nullptr);
-  EXPECT_TRUE(store().performAction(ActionID::Find));
+  EXPECT_TRUE(store().commands.performAction(ActionID::Find));
   settle();
   EXPECT_EQ(focus(), field());
   store().showCommandBar(CommandBarMode::NewTab);
   settle();
   EXPECT_NE(focus(), field());
-  EXPECT_TRUE(store().performAction(ActionID::Find));
+  EXPECT_TRUE(store().commands.performAction(ActionID::Find));
   settle();
   EXPECT_FALSE(store().commandBar.peek());
   EXPECT_EQ(focus(), field());
@@ -63,7 +66,7 @@ TEST_F(FindBarTest, GoesThroughTheMatches) {
   EXPECT_TRUE(press(bar().field(), GDK_KEY_Down));
   g_signal_emit_by_name(field(), "activate");
   settle();
-  EXPECT_TRUE(store().performAction(ActionID::FindNext));
+  EXPECT_TRUE(store().commands.performAction(ActionID::FindNext));
   settle();
   EXPECT_THAT(page().searches,
               ElementsAre("word backwards", "word", "word backwards", "word", "word", "word"));
@@ -73,7 +76,7 @@ TEST_F(FindBarTest, GoesAndGivesTheKeyboardBack) {
   insert(bar().field(), "word");
   const int focusCount = page().focusCount;
   EXPECT_TRUE(press(bar().field(), GDK_KEY_Escape));
-  EXPECT_FALSE(store().find.peek());
+  EXPECT_FALSE(store().pageSearch.find.peek());
   EXPECT_NE(focus(), field());
   EXPECT_EQ(page().focusCount, focusCount + 1);
   EXPECT_TRUE(runUntil([this] { return !bar().get_mapped(); }));
@@ -81,15 +84,15 @@ TEST_F(FindBarTest, GoesAndGivesTheKeyboardBack) {
   show();
   EXPECT_EQ(bar().field().text(), "");
   click(part("Close (Esc)"));
-  EXPECT_FALSE(store().find.peek());
+  EXPECT_FALSE(store().pageSearch.find.peek());
 
   show();
   sample.reading->title = std::string("Another title");
   settle();
-  EXPECT_TRUE(store().find.peek());
+  EXPECT_TRUE(store().pageSearch.find.peek());
   store().select(sample.radio);
   settle();
-  EXPECT_FALSE(store().find.peek()) << "it was opened for another page";
+  EXPECT_FALSE(store().pageSearch.find.peek()) << "it was opened for another page";
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 #include "Base/GRef.h"
+#include "Models/Spaces/SpaceEditing.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Settings/SettingsContent.h"
 #include "Views/Sidebar/SidebarMenus.h"
@@ -40,7 +41,7 @@ struct FormTest : ShownWindow {
 };
 
 TEST_F(FormTest, ASpaceIsMadeWithALivePreview) {
-  store().beginNewSpace();
+  store().spaceEditing.beginNewSpace();
   settle();
   EXPECT_TRUE(editor().name().get_mapped());
   // The keyboard stays in the sheet.
@@ -50,14 +51,14 @@ TEST_F(FormTest, ASpaceIsMadeWithALivePreview) {
   editor().name().set_text("  ");
   EXPECT_FALSE(editor().commitButton().get_sensitive());
   g_signal_emit_by_name(editor().name().gobj(), "activate");
-  EXPECT_TRUE(store().spaceDraft.peek());
+  EXPECT_TRUE(store().spaceEditing.spaceDraft.peek());
 
   editor().name().set_text(" Orchard ");
   click(withTooltip(root(), "Navy"));
   click(withTooltip(root(), "Star"));
   click(buttonOf(root(), "Dark"));
-  EXPECT_EQ(store().previewTheme.peek()->id, "navy");
-  EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Dark);
+  EXPECT_EQ(store().spaceEditing.previewTheme.peek()->id, "navy");
+  EXPECT_EQ(store().spaceEditing.previewAppearance.peek(), Space::Appearance::Dark);
   const auto count = store().spaces.peek().size();
   g_signal_emit_by_name(editor().name().gobj(), "activate");
   settle();
@@ -68,20 +69,20 @@ TEST_F(FormTest, ASpaceIsMadeWithALivePreview) {
   EXPECT_EQ(made.symbol.peek(), "star.fill");
   EXPECT_EQ(made.appearance.peek(), Space::Appearance::Dark);
   EXPECT_NE(made.profile, store().spaces.peek().front()->profile);
-  EXPECT_EQ(store().activeSpaceID(), made.id);
-  EXPECT_EQ(store().previewTheme.peek(), std::nullopt);
+  EXPECT_EQ(store().activeSpaceID.get(), made.id);
+  EXPECT_EQ(store().spaceEditing.previewTheme.peek(), std::nullopt);
   EXPECT_TRUE(runUntil([&] { return !window->view().sheet().get_mapped(); }));
 }
 
 TEST_F(FormTest, EscapeLeavesTheSpaceAsItWas) {
   const double hue = space().hue.peek();
-  store().beginEditing(space());
+  store().spaceEditing.beginEditing(space());
   settle();
   editor().name().set_text("Never");
   click(withTooltip(root(), "Heather"));
   EXPECT_TRUE(press(window->view().sheet(), GDK_KEY_Escape));
-  EXPECT_EQ(store().spaceDraft.peek(), std::nullopt);
-  EXPECT_EQ(store().previewTheme.peek(), std::nullopt);
+  EXPECT_EQ(store().spaceEditing.spaceDraft.peek(), std::nullopt);
+  EXPECT_EQ(store().spaceEditing.previewTheme.peek(), std::nullopt);
   EXPECT_EQ(space().name.peek(), "Personal");
   EXPECT_EQ(space().hue.peek(), hue);
   EXPECT_TRUE(window->view().sidebar().get_can_focus());
@@ -98,7 +99,7 @@ TEST_F(FormTest, DeletingASpaceAsksAndWarnsOfWhatGoes) {
   }
   EXPECT_THAT(desktop.alerts.back().alert.informativeText,
               testing::HasSubstr("Logins stay with the spaces that share its profile."));
-  store().spaces = {store().spaces.peek().front()};
+  store().setSpaces({store().spaces.peek().front()});
   EXPECT_FALSE(spaceMenu(store(), store().spaces.peek().front()).back().perform);
 }
 
@@ -175,7 +176,7 @@ TEST_F(FormTest, AShortcutsRowSaysWhatItWants) {
 }
 
 TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
-  store().beginNewSpace();
+  store().spaceEditing.beginNewSpace();
   store().showUtilityWindow(UtilityWindow::Settings);
   settle();
   const struct {
@@ -212,7 +213,7 @@ TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
     EXPECT_TRUE(pressKey(group, GDK_KEY_Home));
     EXPECT_FALSE(pressKey(group, GDK_KEY_Tab));
   }
-  EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Auto);
+  EXPECT_EQ(store().spaceEditing.previewAppearance.peek(), Space::Appearance::Auto);
   auto* well = withTooltip(root(), "Claret");
   EXPECT_EQ(gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(gtk_widget_get_parent(well))),
             GTK_ACCESSIBLE_ROLE_RADIO_GROUP);
@@ -220,13 +221,13 @@ TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
 
 TEST_F(FormTest, WhatIsChosenAlreadyCanBeTriedToo) {
   space().appearance = Space::Appearance::Light;
-  store().beginEditing(space());
+  store().spaceEditing.beginEditing(space());
   settle();
   const std::string present(Theme::forHue(space().hue).name);
   click(withTooltip(root(), present.c_str()));
-  EXPECT_TRUE(store().previewTheme.peek());
+  EXPECT_TRUE(store().spaceEditing.previewTheme.peek());
   click(buttonOf(root(), "Light"));
-  EXPECT_EQ(store().previewAppearance.peek(), Space::Appearance::Light);
+  EXPECT_EQ(store().spaceEditing.previewAppearance.peek(), Space::Appearance::Light);
 }
 
 TEST_F(FormTest, ListsKeepTheKeyboard) {
@@ -338,7 +339,7 @@ TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {
   settle();
   click(buttonOf(form, "Add Rule"));
   ASSERT_EQ(settings.linkRoutes.peek().size(), 1u);
-  EXPECT_EQ(settings.linkRoutes.peek().front().spaceID, store().activeSpaceID());
+  EXPECT_EQ(settings.linkRoutes.peek().front().spaceID, store().activeSpaceID.get());
   enterLast(form, "field", "fjord.example/courses");
   EXPECT_EQ(settings.linkRoutes.peek().front().pattern, "fjord.example/courses");
   click(withTooltip(form, "Remove Rule"));

@@ -1,3 +1,4 @@
+#include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/History/HistoryContent.h"
 
@@ -51,7 +52,7 @@ TEST_F(HistoryTest, ListsVisitsByDayAndSearchesThem) {
   EXPECT_TRUE(press(content().field(), GDK_KEY_Escape));
   EXPECT_TRUE(isShown("Tide tables")) << "Escape takes the search back first";
   store().history->removeAll(std::nullopt);
-  store().historyRevision = store().historyRevision.peek() + 1;
+  publish(store().historyRevision, store().historyRevision.peek() + 1);
   settle();
   EXPECT_TRUE(isShown("No History Yet"));
   EXPECT_TRUE(press(content().field(), GDK_KEY_Escape));

@@ -1,4 +1,7 @@
 #include "Base/GRef.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Windows/WindowChrome.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Window/UtilityWindows.h"
 
@@ -119,7 +122,7 @@ TEST_F(MenuViewTest, TheMenuOfARowHasTheKeysToItself) {
 }
 
 TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
   settle();
   EXPECT_TRUE(runUntil([this] { return !window->view().sidebar().get_mapped(); }));
   EXPECT_TRUE(press(ActionID::MainMenu));
@@ -129,35 +132,36 @@ TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
 }
 
 TEST_F(MenuViewTest, ASheetKeepsTheKeysForItself) {
-  store().beginNewSpace();
+  store().spaceEditing.beginNewSpace();
   settle();
   EXPECT_FALSE(press(ActionID::ToggleSidebar));
   EXPECT_FALSE(press(ActionID::MainMenu));
-  EXPECT_TRUE(store().isSidebarVisible.peek());
+  EXPECT_TRUE(store().chrome.isSidebarVisible.peek());
   // Another window's keys are the same store's.
   store().showUtilityWindow(UtilityWindow::History);
   settle();
   auto* history = GTK_WIDGET(window->utilityWindows().native(UtilityWindow::History));
-  const auto draft = store().spaceDraft.peek()->id;
+  const auto draft = store().spaceEditing.spaceDraft.peek()->id;
   for (const auto action : {ActionID::NewSpace, ActionID::NewTab, ActionID::ToggleSidebar})
     EXPECT_FALSE(press(history, action));
-  EXPECT_EQ(store().spaceDraft.peek()->id, draft);
+  EXPECT_EQ(store().spaceEditing.spaceDraft.peek()->id, draft);
   EXPECT_EQ(store().commandBar.peek(), std::nullopt);
   EXPECT_TRUE(press(history, ActionID::CloseTab));
   // What ends the program or moves a window stays.
   EXPECT_TRUE(press(ActionID::Minimize));
   EXPECT_TRUE(press(ActionID::Quit));
   EXPECT_EQ(sample.world.desktop.terminateCount, 1);
-  store().spaceDraft = std::nullopt;
+  publish(store().spaceEditing.spaceDraft, std::nullopt);
   settle();
   EXPECT_TRUE(press(ActionID::ToggleSidebar));
-  EXPECT_FALSE(store().isSidebarVisible.peek());
+  EXPECT_FALSE(store().chrome.isSidebarVisible.peek());
   EXPECT_FALSE(press(ActionID::Space9)) << "there is none";
   EXPECT_FALSE(press(ActionID::Copy)) << "it is the page's";
 }
 
 TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
-  EXPECT_FALSE(store().openUtilityWindow(UtilityWindow::BugReport)) << "nothing fills it";
+  EXPECT_FALSE(store().interface().openUtilityWindow(UtilityWindow::BugReport))
+      << "nothing fills it";
   auto& windows = window->utilityWindows();
   int made = 0;
   windows.didMake = [&](GtkDesktopWindow&) { ++made; };

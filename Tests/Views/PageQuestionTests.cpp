@@ -1,5 +1,7 @@
 #include "Tests/Views/ShownWindow.h"
 
+#include "Models/Tab/PageSearch.h"
+
 namespace orvel::test {
 namespace {
 
@@ -85,7 +87,7 @@ TEST_F(PageQuestionTest, EachTabHasItsOwnQuestion) {
 TEST_F(PageQuestionTest, WhoTypesKeepsTheKeyboard) {
   for (const bool isSearching : {true, false}) {
     if (isSearching)
-      store().showFindBar();
+      store().pageSearch.showFindBar();
     else
       store().showCommandBar(CommandBarMode::NewTab);
     settle();

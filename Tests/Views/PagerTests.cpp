@@ -1,5 +1,10 @@
 #include "BrowserCore/Session/SessionRecord.h"
 #include "DesignSystem/Palette.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Sidebar/SidebarLayout.h"
 
@@ -54,7 +59,8 @@ struct PagerTest : ShownWindow {
 TEST_F(PagerTest, NothingIsSwipedBelowALayer) {
   const std::function<void(bool)> layers[] = {
       [this](bool isShown) {
-        isShown ? store().beginNewSpace() : void(store().spaceDraft = std::nullopt);
+        isShown ? store().spaceEditing.beginNewSpace()
+                : publish(store().spaceEditing.spaceDraft, std::nullopt);
       },
       [this](bool isShown) {
         isShown ? store().showCommandBar(CommandBarMode::NewTab) : store().dismissCommandBar();
@@ -64,21 +70,21 @@ TEST_F(PagerTest, NothingIsSwipedBelowALayer) {
     settle();
     begin();
     move(6);
-    EXPECT_EQ(store().spaceSwipeOffset.peek(), 0);
+    EXPECT_EQ(store().switching.spaceSwipeOffset.peek(), 0);
     end();
     layer(false);
     settle();
   }
   begin();
   move(6);
-  EXPECT_NE(store().spaceSwipeOffset.peek(), 0);
+  EXPECT_NE(store().switching.spaceSwipeOffset.peek(), 0);
 }
 
 TEST_F(PagerTest, ThePagesFollowTheFingers) {
   EXPECT_EQ(pager().sectionOf(spaces[1]), nullptr);
   begin();
   move(6);
-  const double way = -store().spaceSwipeOffset.peek();
+  const double way = -store().switching.spaceSwipeOffset.peek();
   ASSERT_GT(way, 20);
   EXPECT_NEAR(*pageX(spaces[0]), -way, 1);
   EXPECT_NEAR(*pageX(spaces[1]), width() - way, 1);
@@ -136,7 +142,7 @@ TEST_F(PagerTest, AFlickAndAButtonSlideToTheNextSpace) {
   EXPECT_TRUE(runUntil([&] { return pageX(spaces[1]) == 0.0; }));
 
   // By button from there, over a space between: the two stand side by side.
-  store().switchTo(spaces[3]);
+  store().switching.switchTo(spaces[3]);
   sample.world.scheduler.settle();
   EXPECT_TRUE(runUntil([&] { return pager().distance() > -0.9 && pager().distance() < -0.1; }));
   EXPECT_NEAR(*pageX(spaces[3]) - *pageX(spaces[1]), width(), 1);
@@ -150,10 +156,10 @@ TEST_F(PagerTest, APageShowsItsSelectionAndNotTheFormerSpacesPlace) {
   for (const int i : {0, 1, 2}) {
     const auto& tabs = spaces[1]->today.peek();
     spaces[1]->selectedTabID = i == 1 ? tabs.front()->id : tabs.back()->id;
-    store().switchTo(spaces[1]);
+    store().switching.switchTo(spaces[1]);
     settle();
     EXPECT_TRUE(runUntil([&] { return i == 1 ? value() < 100 : value() > 100; })) << i;
-    store().switchTo(spaces[3]);
+    store().switching.switchTo(spaces[3]);
     settle();
     sample.world.scheduler.advance(1s);
   }
@@ -167,7 +173,7 @@ TEST_F(PagerTest, APageHasItsOwnSpacesTheme) {
   };
   EXPECT_TRUE(wears(0, "theme-claret"));
   EXPECT_TRUE(wears(1, "theme-cognac"));
-  store().previewTheme = *Theme::withID("sage");
+  publish(store().spaceEditing.previewTheme, *Theme::withID("sage"));
   settle();
   EXPECT_TRUE(wears(0, "theme-sage"));
   EXPECT_TRUE(wears(1, "theme-cognac"));
@@ -177,10 +183,10 @@ TEST_F(PagerTest, AStoredWidthIsShownWithinItsBounds) {
   for (const auto& [stored, shown] :
        {std::pair(1e9, kMaximumSidebarWidth), std::pair(-5.0, kMinimumSidebarWidth),
         std::pair(300.0, 300.0)}) {
-    store().sidebarWidth = stored;
+    publish(store().chrome.sidebarWidth, stored);
     settle();
     EXPECT_TRUE(runUntil([&] { return width() == shown; })) << stored << " as " << width();
-    EXPECT_EQ(store().sidebarWidth.peek(), stored);
+    EXPECT_EQ(store().chrome.sidebarWidth.peek(), stored);
   }
 }
 
@@ -197,7 +203,7 @@ TEST_F(PagerTest, TheTowelIsThereOnItsDayAlone) {
     EXPECT_EQ(gtk_widget_get_visible(towel()), month == 5);
   }
   click(towel());
-  EXPECT_EQ(store().toast.peek()->message, "Happy Towel Day. You know where your towel is.");
+  EXPECT_EQ(store().toasts.toast.peek()->message, "Happy Towel Day. You know where your towel is.");
   sample.world.scheduler.advance(24h);
   EXPECT_FALSE(gtk_widget_get_visible(towel()));
 }

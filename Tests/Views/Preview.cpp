@@ -12,6 +12,13 @@
 #include <iostream>
 
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwipe.h"
+#include "Models/Tab/PageSearch.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Views/SampleStore.h"
 #include "Tests/Views/ViewTest.h"
 #include "Views/History/HistoryContent.h"
@@ -58,8 +65,8 @@ struct Preview {
     if (state == "dark") adw_style_manager_set_color_scheme(manager, ADW_COLOR_SCHEME_FORCE_DARK);
     if (state == "empty") space->selectedTabID = std::nullopt;
     if (state == "narrow") gtk_window_set_default_size(window->native(), 640, 420);
-    if (state == "peek" || state == "hidden") store.isSidebarVisible = false;
-    if (state == "peek") store.isSidebarPeeking = true;
+    if (state == "peek" || state == "hidden") test::publish(store.chrome.isSidebarVisible, false);
+    if (state == "peek") test::publish(store.chrome.isSidebarPeeking, true);
     if (state == "rtl") gtk_widget_set_default_direction(GTK_TEXT_DIR_RTL);
     if (state == "contrast") window->view().add_css_class("high-contrast");
     if (state.starts_with("large="))
@@ -71,23 +78,23 @@ struct Preview {
     if (state.starts_with("down=")) down = std::stoi(state.substr(5));
     if (state.starts_with("find=")) {
       sample.world.view(sample.reading)->pageText = "slack";
-      store.showFindBar();
+      store.pageSearch.showFindBar();
       sought = state.substr(5);
     }
     if (state == "no-history") store.history->removeAll(std::nullopt);
     if (state.starts_with("history=")) sought = state.substr(8);
     if (state == "paused") store.contentBlocker.togglePause(*sample.reading->url.peek());
     if (state == "space") {
-      store.beginNewSpace();
+      store.spaceEditing.beginNewSpace();
       const auto* theme = Theme::withID("sage");
-      store.spaceDraft.update([theme](auto& draft) {
+      store.spaceEditing.spaceDraft.update([theme](auto& draft) {
         draft->name = "Garden";
         draft->hue = theme->hue;
         draft->symbol = "leaf.fill";
       });
-      store.previewTheme = *theme;
+      test::publish(store.spaceEditing.previewTheme, *theme);
     }
-    if (state == "space-edit") store.beginEditing(*space);
+    if (state == "space-edit") store.spaceEditing.beginEditing(*space);
     if (state == "toast")
       store.showToast("Closed 5 tabs", {.symbol = "xmark.circle", .undo = [] {}, .lasts = 60s});
     if (state == "loading") {
@@ -100,7 +107,8 @@ struct Preview {
       sample.radio->title = std::string("Sub specie aeternitatis: notes on a very long title");
       sample.radio->isMuted = true;
     }
-    if (state == "menu") store.renamingFolderID = foldersOf(space->pinned).front()->id;
+    if (state == "menu")
+      test::publish(store.folders.renamingFolderID, foldersOf(space->pinned).front()->id);
     if (state == "swipe") swipe();
     if (state == "many")
       for (int i = 0; i < 300; ++i)
@@ -110,7 +118,7 @@ struct Preview {
       for (int i = 0; i < std::stoi(state.substr(7)); ++i)
         spaces.push_back(std::make_shared<Space>(UUID::random(), space->profile, "More",
                                                  std::string(kSpaceSymbols[i % 12].symbol), 0.3));
-      store.spaces = spaces;
+      store.setSpaces(spaces);
     }
     if (state.starts_with("theme="))
       if (const auto* theme = Theme::withID(state.substr(6))) space->hue = theme->hue;
@@ -142,11 +150,12 @@ struct Preview {
           store.openTab(URL::parse("https://studio.example/"), {.in = next, .select = false});
       tab->title = std::string(title);
     }
-    store.toast = std::nullopt;
+    test::publish(store.toasts.toast, std::nullopt);
     using Phase = ScrollEvent::Phase;
-    store.scrollMonitor->handle({.phase = Phase::Began, .pointerX = 100});
-    store.scrollMonitor->handle(
-        {.phase = Phase::Changed, .deltaX = -0.4 * store.sidebarWidth.peek(), .pointerX = 100});
+    store.spaceSwipe->handle({.phase = Phase::Began, .pointerX = 100});
+    store.spaceSwipe->handle({.phase = Phase::Changed,
+                              .deltaX = -0.4 * store.chrome.sidebarWidth.peek(),
+                              .pointerX = 100});
   }
 
   void openMenu(const std::string& name) {
@@ -258,7 +267,7 @@ struct Preview {
         auto* content = window->utilityWindows().content(UtilityWindow::History);
         typeLater(static_cast<HistoryContent*>(content)->field());
       }
-    if (sample.store().find.peek()) typeLater(window->view().findBar().field());
+    if (sample.store().pageSearch.find.peek()) typeLater(window->view().findBar().field());
     if (sample.store().commandBar.peek())
       Glib::signal_timeout().connect_once([this] { typeIntoBar(); }, 600);
     Glib::signal_timeout().connect_once(

@@ -6,7 +6,10 @@
 
 #include "Base/GRef.h"
 #include "DesignSystem/Paint.h"
-#include "Models/Commands/MainMenu.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Store/Archive.h"
+#include "Models/Windows/Toasts.h"
+#include "Tests/Kit/Publish.h"
 
 namespace orvel::test {
 
@@ -94,7 +97,6 @@ GtkWidget* makePage(const std::string& title) {
 SampleStore::SampleStore() {
   world.launch();
   auto& model = store();
-  model.mainMenu = std::make_unique<Menu>(MainMenu::make(model));
   const auto open = [&](const char* host, const char* title, Color color, const char* letter) {
     const std::string url = std::string("https://") + host + "/";
     world.engine.pages[url] = {.title = title};
@@ -118,7 +120,7 @@ SampleStore::SampleStore() {
   for (const auto& other : others)
     spaces.push_back(std::make_shared<Space>(UUID::random(), space->profile, other.name,
                                              other.symbol, other.hue));
-  model.spaces = spaces;
+  model.setSpaces(std::move(spaces));
 
   const struct {
     const char* host;
@@ -134,17 +136,17 @@ SampleStore::SampleStore() {
     model.move(open(favorite.host, favorite.title, Color::hex(favorite.color), favorite.letter),
                FavoritesDestination{}, space);
 
-  model.newFolder(open("slowtable.example", "Starters", Color::hex(0xC9772C), "S"));
+  model.folders.newFolder(open("slowtable.example", "Starters", Color::hex(0xC9772C), "S"));
   const auto recipes = foldersOf(space->pinned).front();
-  model.rename(recipes, "Recipes");
-  model.toggle(recipes);
-  model.newFolder(open("norrland-line.example", "Sailings and fares, Norrland Line",
-                       Color::hex(0x0F4C81), "N"));
+  model.folders.rename(recipes, "Recipes");
+  model.folders.toggle(recipes);
+  model.folders.newFolder(open("norrland-line.example", "Sailings and fares, Norrland Line",
+                               Color::hex(0x0F4C81), "N"));
   const auto crossing = foldersOf(space->pinned).front();
-  model.rename(crossing, "Crossing in June");
+  model.folders.rename(crossing, "Crossing in June");
   model.move(open("way.example", "Skerry Point to Old Quay", Color::hex(0xF1B63B), "W"),
              PinnedDestination{crossing, std::nullopt}, space);
-  model.renamingFolderID = std::nullopt;
+  model.folders.endRenaming();
   model.move(open("harbour-post.example", "The Harbour Post", Color::hex(0x23324D), "H"),
              PinnedDestination{}, space);
   model.move(open("encyclia.example", "Encyclia: Celestial navigation", Color::hex(0x6E675B), "E"),
@@ -167,16 +169,17 @@ SampleStore::SampleStore() {
   for (const auto& page : former)
     model.history->recordVisit(space->profile->id, address(page.url), page.title,
                                world.scheduler.now());
-  model.archive = std::vector<ArchivedTabRecord>{
-      {.tab = {.id = UUID::random(),
-               .title = "Harmonic analysis of tides: reading notes",
-               .url = address("https://fjord.example/notes")}},
-      {.tab = {.id = UUID::random(),
-               .title = "Summer timetable, draft",
-               .url = address("https://norrland-line.example/draft")}}};
+  publish(model.archive.records,
+          std::vector<ArchivedTabRecord>{
+              {.tab = {.id = UUID::random(),
+                       .title = "Harmonic analysis of tides: reading notes",
+                       .url = address("https://fjord.example/notes")}},
+              {.tab = {.id = UUID::random(),
+                       .title = "Summer timetable, draft",
+                       .url = address("https://norrland-line.example/draft")}}});
   for (const auto& tab : space->today.peek()) tab->lastActiveAt.reset();
   for (const auto& tab : space->allTabs()) tab->lastActiveAt.reset();
-  model.toast = std::nullopt;
+  publish(model.toasts.toast, std::nullopt);
   model.select(reading, space);
   world.scheduler.settle();
   showPages();

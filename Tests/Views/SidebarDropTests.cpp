@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "Models/Sidebar/Folders.h"
 #include "Tests/Models/World.h"
 #include "Views/Sidebar/SidebarDrops.h"
 
@@ -24,10 +25,10 @@ struct SidebarDrops : testing::Test {
       store.move(tab, destination, store.activeSpace());
     };
     for (const char* name : {"f1", "f2", "f3", "f4", "f5"}) add(name, FavoritesDestination{});
-    store.newFolder();
+    store.folders.newFolder();
     folder = foldersOf(world.space().pinned).front();
     ids["folder"] = folder->id;
-    if (!folder->isExpanded.peek()) store.toggle(folder);
+    if (!folder->isExpanded.peek()) store.folders.toggle(folder);
     add("in1", PinnedDestination{folder, std::nullopt});
     add("in2", PinnedDestination{folder, std::nullopt});
     add("p1", PinnedDestination{});
@@ -106,7 +107,7 @@ TEST_F(SidebarDrops, KeysMoveATabByOnePlace) {
   for (const auto& one : cases)
     EXPECT_EQ(describe(sidebarMove(rows, one.row, one.step)), one.meaning)
         << "row " << one.row << " by " << one.step;
-  world.store->toggle(folder);
+  world.store->folders.toggle(folder);
   rows = sidebarRows(world.space(), 4);
   EXPECT_EQ(describe(sidebarMove(rows, 4, -1)), "pinned folder") << "past one that is closed";
   EXPECT_EQ(describe(sidebarMove({}, 0, 1)), "none");
@@ -119,7 +120,7 @@ TEST_F(SidebarDrops, WithoutFavoritesTheirPlaceIsAboveTheFirstHeading) {
 }
 
 TEST_F(SidebarDrops, BehindAClosedFolderIsBehindAllItHolds) {
-  world.store->toggle(folder);
+  world.store->folders.toggle(folder);
   rows = sidebarRows(world.space(), 4);
   EXPECT_EQ(describe({3, 0.5, 0.9}), "pinned p1 gap 4");
 }

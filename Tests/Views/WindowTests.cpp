@@ -1,5 +1,11 @@
 #include "Base/GRef.h"
 #include "DesignSystem/Paint.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Tab/PageSearch.h"
+#include "Models/Windows/WindowChrome.h"
+#include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Sidebar/SidebarLayout.h"
 #include "Views/Support/Menu.h"
@@ -47,14 +53,14 @@ TEST_F(WindowTest, RowsSelectCloseAndOpenFolders) {
   const auto folder = foldersOf(space().pinned).front();
   const auto count = list().rows().size();
   const auto children = folder->children.peek().size();
-  store().toggle(folder);
+  store().folders.toggle(folder);
   settle();
   EXPECT_EQ(list().rows().size(), count - children);
 }
 
 TEST_F(WindowTest, AFolderIsRenamedInPlace) {
   const auto folder = foldersOf(space().pinned).front();
-  store().renamingFolderID = folder->id;
+  publish(store().folders.renamingFolderID, folder->id);
   settle();
   ASSERT_TRUE(focus() && GTK_IS_TEXT(focus()));
   auto* field = gtk_widget_get_parent(focus());
@@ -62,9 +68,9 @@ TEST_F(WindowTest, AFolderIsRenamedInPlace) {
   g_signal_emit_by_name(field, "activate");
   settle();
   EXPECT_EQ(folder->name.peek(), "Voyages");
-  EXPECT_EQ(store().renamingFolderID.peek(), std::nullopt);
+  EXPECT_EQ(store().folders.renamingFolderID.peek(), std::nullopt);
 
-  store().renamingFolderID = folder->id;
+  publish(store().folders.renamingFolderID, folder->id);
   settle();
   gtk_editable_set_text(GTK_EDITABLE(field), "Nothing of it");
   EXPECT_TRUE(pressKey(field, GDK_KEY_Escape));
@@ -79,7 +85,7 @@ TEST_F(WindowTest, AFolderMadeOutOfSightTakesTheKeyboard) {
   auto adjustment = window->view().sidebar().section().get_vadjustment();
   adjustment->set_value(adjustment->get_upper());
   settle();
-  store().newFolder();
+  store().folders.newFolder();
   settle();
   ASSERT_TRUE(runUntil([this] { return focus() && GTK_IS_TEXT(focus()); }));
   auto* field = gtk_widget_get_parent(focus());
@@ -153,10 +159,10 @@ TEST_F(WindowTest, ClearShowsBelowThePointerWhileThereIsSomethingToClear) {
 
 TEST_F(WindowTest, ThePeekingSidebarLiesOverTheFindBar) {
   gtk_window_set_default_size(window->native(), 730, 500);
-  store().sidebarWidth = kMaximumSidebarWidth;
-  store().isSidebarVisible = false;
-  store().isSidebarPeeking = true;
-  store().showFindBar();
+  publish(store().chrome.sidebarWidth, kMaximumSidebarWidth);
+  publish(store().chrome.isSidebarVisible, false);
+  publish(store().chrome.isSidebarPeeking, true);
+  store().pageSearch.showFindBar();
   settle();
   auto* bar = window->view().findBar().Gtk::Widget::gobj();
   auto* sidebar = window->view().sidebar().Gtk::Widget::gobj();
@@ -176,7 +182,7 @@ TEST_F(WindowTest, ManySpacesScrollToTheActiveOne) {
   for (int i = 0; i < 11; ++i)
     spaces.push_back(std::make_shared<Space>(UUID::random(), spaces.front()->profile,
                                              "More " + std::to_string(i), "leaf.fill", 0.3));
-  store().spaces = spaces;
+  store().setSpaces(spaces);
   settle();
   const auto isInView = [&](const char* name) {
     auto* seal = withTooltip(root(), name);
@@ -187,7 +193,7 @@ TEST_F(WindowTest, ManySpacesScrollToTheActiveOne) {
     return x >= 0 && x + gtk_widget_get_width(seal) <= gtk_widget_get_width(viewport);
   };
   EXPECT_TRUE(isInView("Personal"));
-  store().switchTo(spaces.back());
+  store().switching.switchTo(spaces.back());
   settle();
   EXPECT_TRUE(runUntil([&] { return isInView("More 10"); }));
   EXPECT_FALSE(isInView("Personal"));
@@ -278,11 +284,11 @@ TEST_F(WindowTest, AssistiveToolsHearWhatIsThere) {
   EXPECT_TRUE(hasState(toast, GTK_ACCESSIBLE_STATE_HIDDEN, TRUE));
   EXPECT_TRUE(hasProperty(sheet, GTK_ACCESSIBLE_PROPERTY_MODAL, TRUE));
   store().showToast("Closed 5 tabs", {.undo = [] {}});
-  store().beginNewSpace();
+  store().spaceEditing.beginNewSpace();
   settle();
   EXPECT_FALSE(isHidden(view.sheet()));
   EXPECT_FALSE(hasState(toast, GTK_ACCESSIBLE_STATE_HIDDEN, TRUE));
-  store().spaceDraft = std::nullopt;
+  publish(store().spaceEditing.spaceDraft, std::nullopt);
   settle();
   EXPECT_TRUE(isHidden(view.sheet()));
 
@@ -291,14 +297,14 @@ TEST_F(WindowTest, AssistiveToolsHearWhatIsThere) {
                     GTK_ACCESSIBLE_TRISTATE_TRUE);
   };
   EXPECT_TRUE(isPressed("Personal"));
-  store().switchTo(store().spaces.peek()[1]);
+  store().switching.switchTo(store().spaces.peek()[1]);
   settle();
   EXPECT_TRUE(isPressed("Studio"));
   EXPECT_FALSE(isPressed("Personal"));
 
   auto* handle = findWidget(
       root(), [](GtkWidget* one) { return gtk_widget_has_css_class(one, "sidebar-edge"); });
-  store().sidebarWidth = 300;
+  publish(store().chrome.sidebarWidth, 300);
   settle();
   EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, kMinimumSidebarWidth));
   EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, kMaximumSidebarWidth));
@@ -325,7 +331,7 @@ TEST_F(WindowTest, KeysMoveTheRowThatHasThem) {
 
 TEST_F(WindowTest, WhatTakesTheKeyboardHasAName) {
   space().selectedTabID = std::nullopt;
-  store().beginNewSpace();
+  store().spaceEditing.beginNewSpace();
   store().showUtilityWindow(UtilityWindow::Settings);
   store().showUtilityWindow(UtilityWindow::History);
   settle();
@@ -370,15 +376,15 @@ TEST_F(WindowTest, TheToolkitsColorsChangeOnceTheThemeHasStayed) {
     settle();
     EXPECT_TRUE(isOf("claret"));
   }
-  store().spaceSwipeOffset = 10;
+  publish(store().switching.spaceSwipeOffset, 10);
   runFrames(40);
   EXPECT_TRUE(isOf("claret")) << "the fingers are still at it";
-  store().spaceSwipeOffset = 0;
+  publish(store().switching.spaceSwipeOffset, 0);
   EXPECT_TRUE(runUntil([&] { return isOf("sage"); }));
 }
 
 TEST_F(WindowTest, ANarrowWindowHasANarrowSidebarBesideThePage) {
-  const double width = store().sidebarWidth.peek();
+  const double width = store().chrome.sidebarWidth.peek();
   auto& sidebar = window->view().sidebar();
   auto* page = window->view().page().Gtk::Widget::gobj();
   const auto pageX = [&] {
@@ -393,13 +399,13 @@ TEST_F(WindowTest, ANarrowWindowHasANarrowSidebarBesideThePage) {
   EXPECT_NEAR(pageX(), kMinimumSidebarWidth, 1);
   EXPECT_EQ(sidebar.get_width(), kMinimumSidebarWidth);
   EXPECT_FALSE(sidebar.has_css_class("floating"));
-  EXPECT_EQ(store().sidebarWidth.peek(), width);
+  EXPECT_EQ(store().chrome.sidebarWidth.peek(), width);
 
   // Hidden it floats when it is called, and leaves the page where it is.
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
   settle();
   EXPECT_TRUE(runUntil([&] { return !sidebar.get_mapped() && pageX() < 10; }));
-  store().setSidebarPeeking(true);
+  store().chrome.setSidebarPeeking(true);
   sample.world.scheduler.advance(200ms);
   settle();
   EXPECT_TRUE(runUntil([&] { return sidebar.get_mapped(); }));
@@ -408,10 +414,10 @@ TEST_F(WindowTest, ANarrowWindowHasANarrowSidebarBesideThePage) {
 }
 
 TEST_F(WindowTest, TheSidebarHidesAndPeeks) {
-  store().toggleSidebar();
+  store().chrome.toggleSidebar();
   settle();
   EXPECT_TRUE(runUntil([&] { return !window->view().sidebar().get_mapped(); }));
-  store().setSidebarPeeking(true);
+  store().chrome.setSidebarPeeking(true);
   sample.world.scheduler.advance(200ms);
   settle();
   EXPECT_TRUE(window->view().sidebar().get_mapped());

@@ -2,6 +2,7 @@
 
 #include "Base/Texts.h"
 #include "Models/Commands/ActionCatalogue.h"
+#include "Models/Tab/PageSearch.h"
 #include "Views/Window/Keyboard.h"
 
 namespace orvel {
@@ -46,28 +47,23 @@ FindBar::FindBar(BrowserStore& store)
         static_cast<Gtk::Widget*>(&notFound_), static_cast<Gtk::Widget*>(&previous_),
         static_cast<Gtk::Widget*>(&next_), static_cast<Gtk::Widget*>(&close_)})
     append(*part);
-  previous_.signal_clicked().connect([this] { store_.findNext(kBackwards); });
-  next_.signal_clicked().connect([this] { store_.findNext(kForwards); });
-  close_.signal_clicked().connect([this] { store_.hideFindBar(); });
+  previous_.signal_clicked().connect([this] { store_.pageSearch.findNext(kBackwards); });
+  next_.signal_clicked().connect([this] { store_.pageSearch.findNext(kForwards); });
+  close_.signal_clicked().connect([this] { store_.pageSearch.hideFindBar(); });
   follow_ = effect([this](const Wake& wake) { follow(wake); });
 }
 
 KeyTextField::Actions FindBar::fieldActions() {
-  return {.onChange = [this](std::string text) { search(std::move(text)); },
-          .onMove = [this](int delta) { store_.findNext(delta < 0 ? kBackwards : kForwards); },
-          .onSubmit = [this] { store_.findNext(kForwards); },
-          .onCancel = [this] { store_.hideFindBar(); },
+  return {.onChange = [this](std::string text) { store_.pageSearch.setQuery(std::move(text)); },
+          .onMove =
+              [this](int delta) { store_.pageSearch.findNext(delta < 0 ? kBackwards : kForwards); },
+          .onSubmit = [this] { store_.pageSearch.findNext(kForwards); },
+          .onCancel = [this] { store_.pageSearch.hideFindBar(); },
           .complete = {}};
 }
 
-void FindBar::search(std::string query) {
-  if (!store_.find.peek()) return;
-  store_.find.update([&](auto& state) { state->query = std::move(query); });
-  store_.findNext(kForwards);
-}
-
 void FindBar::follow(const Wake& wake) {
-  const auto& state = store_.find.get();
+  const auto& state = store_.pageSearch.find.get();
   const auto selected = store_.activeSpace()->selectedTab();
   const auto tab = selected ? std::optional(selected->id) : std::nullopt;
   const bool wasNotFound = state && state->matchFound == false;
@@ -110,7 +106,7 @@ void FindBar::end() {
 
 void FindBar::hideSoon() {
   store_.services().scheduler.post([weak = store_.weak_from_this()] {
-    if (const auto store = weak.lock()) store->hideFindBar();
+    if (const auto store = weak.lock()) store->pageSearch.hideFindBar();
   });
 }
 

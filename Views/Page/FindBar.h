@@ -7,6 +7,7 @@
 #include "DesignSystem/SpringAnimation.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Tab/PageSearch.h"
 #include "Views/Support/KeyTextField.h"
 
 namespace orvel {
@@ -25,7 +26,6 @@ class FindBar final : public Gtk::Box {
 
  private:
   KeyTextField::Actions fieldActions();
-  void search(std::string query);
   void follow(const Wake& wake);
   void begin(const FindState& state);
   void end();

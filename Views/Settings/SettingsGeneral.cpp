@@ -2,6 +2,8 @@
 
 #include "Base/Texts.h"
 
+#include "Models/Commands/QuickBar.h"
+
 namespace orvel {
 
 namespace {
@@ -145,7 +147,7 @@ void SettingsGeneral::addQuickBar() {
   quickBar_.setChoices(std::move(labels), 0);
   quickBar_.onChoice([this](size_t index) {
     settings_.quickBarKey = index == 0 ? std::nullopt : std::optional(kQuickBarKeys[index - 1]);
-    store_.applyQuickBarKey();
+    store_.quickBar.applyQuickBarKey();
   });
   addSetting(addGroup(), _("Quick search from any app"), quickBar_);
   quickBarNote_ = &addNote();
@@ -205,7 +207,7 @@ void SettingsGeneral::showQuickBar() {
   const auto key = settings_.quickBarKey.get();
   quickBar_.setChosen(key ? static_cast<size_t>(*key) + 1 : 0);
   std::string note;
-  if (key && store_.isQuickBarKeyTaken)
+  if (key && store_.quickBar.isQuickBarKeyTaken)
     note = filled(_("{keys} is already used by the desktop or another app. Pick a different "
                     "shortcut."),
                   {{"keys", label(*key)}}) +

@@ -108,7 +108,7 @@ SettingsLinks::SettingsLinks(BrowserStore& store)
   addRule_.signal_clicked().connect([this] {
     rules_.focusNew();
     store_.settings.linkRoutes.update(
-        [this](auto& routes) { routes.push_back({.spaceID = store_.activeSpaceID()}); });
+        [this](auto& routes) { routes.push_back({.spaceID = store_.activeSpaceID.get()}); });
   });
   auto* buttons = Gtk::make_managed<Gtk::Box>();
   buttons->add_css_class("settings-buttons");

@@ -8,6 +8,8 @@
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/TextScale.h"
 #include "Models/Commands/ActionCatalogue.h"
+#include "Models/Settings/BlockingSwitches.h"
+#include "Models/Sidebar/CopiedLink.h"
 
 namespace orvel {
 
@@ -39,8 +41,8 @@ AddressPill::AddressPill(BrowserStore& store)
   auto click = Gtk::GestureClick::create();
   click->signal_released().connect([this](int, double, double) { openBar(); });
   glyph_.add_controller(click);
-  shield_.signal_clicked().connect([this] { store_.toggleBlockingOnCurrentSite(); });
-  link_.signal_clicked().connect([this] { store_.copyLink(); });
+  shield_.signal_clicked().connect([this] { store_.blocking.toggleBlockingOnCurrentSite(); });
+  link_.signal_clicked().connect([this] { store_.copiedLink.copyLink(); });
 
   addressEffect_ = effect([this] { showAddress(); });
   shieldEffect_ = effect([this] { showShield(); });
@@ -54,7 +56,7 @@ void AddressPill::openBar() {
 void AddressPill::showAddress() {
   const auto tab = store_.activeSpace()->selectedTab();
   const auto url = tab ? tab->url.get() : std::nullopt;
-  const bool wasCopied = store_.didCopyLink;
+  const bool wasCopied = store_.copiedLink.didCopyLink;
   const std::string prompt = _("Search or enter address");
   const std::string text = wasCopied ? _("Copied") : url ? shownText(displayHost(*url)) : prompt;
   host_.set_text(text);

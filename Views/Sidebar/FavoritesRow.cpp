@@ -4,6 +4,7 @@
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Tab/PageClosing.h"
 #include "Views/Sidebar/SidebarLayout.h"
 #include "Views/Sidebar/SidebarMenus.h"
 

@@ -4,6 +4,7 @@
 
 #include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
+#include "Models/Sidebar/Folders.h"
 
 namespace orvel {
 
@@ -38,7 +39,7 @@ HeadingRow::HeadingRow(SidebarContext& context)
   append(newFolder_);
   append(clear_);
 
-  newFolder_.signal_clicked().connect([this] { context_.store.newFolder(); });
+  newFolder_.signal_clicked().connect([this] { context_.store.folders.newFolder(); });
   clear_.signal_clicked().connect([this] { context_.store.clearToday(context_.space); });
 
   auto focus = Gtk::EventControllerFocus::create();

@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "Models/Sidebar/SidebarRows.h"
+#include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Windows/WindowChrome.h"
 
 namespace orvel {
 
@@ -18,7 +20,7 @@ inline constexpr double kRoomyWidth = 720;
 // The sidebar's width as it is shown; a stored one may be anything. Subscribes to it, as do the
 // others.
 [[nodiscard]] inline double shownSidebarWidth(const BrowserStore& store) {
-  return std::clamp(store.sidebarWidth.get(), kMinimumSidebarWidth, kMaximumSidebarWidth);
+  return std::clamp(store.chrome.sidebarWidth.get(), kMinimumSidebarWidth, kMaximumSidebarWidth);
 }
 
 // How many favorites stand side by side in the sidebar.
@@ -29,8 +31,8 @@ inline constexpr double kRoomyWidth = 720;
 // How far the fingers have moved the pages of the sidebar, as a share of a page, from -1 to 1;
 // positive brings the previous space.
 [[nodiscard]] inline double swipeShare(const BrowserStore& store) {
-  const double offset = store.spaceSwipeOffset;
-  return std::clamp(offset / std::max(store.sidebarWidth.get(), 1.0), -1.0, 1.0);
+  const double offset = store.switching.spaceSwipeOffset;
+  return std::clamp(offset / std::max(store.chrome.sidebarWidth.get(), 1.0), -1.0, 1.0);
 }
 
 }  // namespace orvel

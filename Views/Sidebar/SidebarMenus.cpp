@@ -2,6 +2,11 @@
 
 #include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
+#include "Models/Sidebar/CopiedLink.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Tab/PageClosing.h"
 
 namespace orvel {
 
@@ -24,7 +29,7 @@ MenuEntry folderEntries(BrowserStore& store, const std::shared_ptr<Space>& space
     entry.submenu.push_back(std::move(target));
   }
   entry.submenu.push_back({.title = _("New Folder"),
-                           .perform = [&store, tab] { store.newFolder(tab); },
+                           .perform = [&store, tab] { store.folders.newFolder(tab); },
                            .symbol = "folder.badge.plus",
                            .beginsSection = true});
   return entry;
@@ -33,20 +38,20 @@ MenuEntry folderEntries(BrowserStore& store, const std::shared_ptr<Space>& space
 void askToDelete(BrowserStore& store, const std::shared_ptr<Space>& space) {
   const auto title = filled(_("Delete “{space}”?"), {{"space", shownText(space->name.peek())}});
   const std::string warning =
-      store.deletesProfile(*space)
+      store.spaceEditing.deletesProfile(*space)
           ? _("Its tabs, favorites and all website data (cookies, logins, site storage) will be "
               "permanently removed.")
           : _("Its pinned and today tabs will be removed. Logins stay with the spaces that share "
               "its profile.");
   store.services().desktop.dialogs.showAlert(
-      store.window,
+      store.window(),
       {.messageText = title,
        .informativeText = warning,
        .buttons = {_("Delete Space"), _("Cancel")},
        .isDestructive = true},
       [weak = store.weak_from_this(), space](const AlertAnswer& answer) {
         const auto store = weak.lock();
-        if (store && answer.isFirstButton()) store->deleteSpace(space);
+        if (store && answer.isFirstButton()) store->spaceEditing.deleteSpace(space);
       });
 }
 
@@ -71,7 +76,7 @@ std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>
   entries.push_back(folderEntries(store, space, tab));
 
   entries.push_back({.title = _("Open in Split View"),
-                     .perform = [&store] { store.splitWithRecentTab(); },
+                     .perform = [&store] { store.coming.splitWithRecentTab(); },
                      .beginsSection = true});
   entries.push_back({.title = tab->isMuted ? _("Unmute Tab") : _("Mute Tab"),
                      .perform = [tab] { tab->toggleMute(); }});
@@ -85,13 +90,13 @@ std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>
     return hasAddress ? std::move(perform) : std::function<void()>();
   };
   entries.push_back({.title = _("Copy Link"),
-                     .perform = whenLoaded([&store, tab] { store.copyLink(tab); }),
+                     .perform = whenLoaded([&store, tab] { store.copiedLink.copyLink(tab); }),
                      .accelerator = "<Control><Shift>c",
                      .beginsSection = true});
-  entries.push_back({.title = _("Copy as Markdown Link"),
-                     .perform = whenLoaded(
-                         [&store, tab] { store.copyLink(tab, BrowserStore::LinkForm::Markdown); }),
-                     .accelerator = "<Control><Alt><Shift>c"});
+  entries.push_back(
+      {.title = _("Copy as Markdown Link"),
+       .perform = whenLoaded([&store, tab] { store.copiedLink.copyLink(tab, LinkForm::Markdown); }),
+       .accelerator = "<Control><Alt><Shift>c"});
   entries.push_back({.title = _("Duplicate Tab"), .perform = [&store, space, tab] {
                        store.openTab(tab->url.get(), {.in = space, .after = tab});
                      }});
@@ -105,10 +110,9 @@ std::vector<MenuEntry> tabMenu(BrowserStore& store, const std::shared_ptr<Space>
 
 std::vector<MenuEntry> folderMenu(BrowserStore& store, const FolderRef& folder) {
   return {
-      {.title = _("Rename"),
-       .perform = [&store, folder] { store.renamingFolderID.set(folder->id); }},
+      {.title = _("Rename"), .perform = [&store, folder] { store.folders.beginRenaming(folder); }},
       {.title = _("Delete Folder"),
-       .perform = [&store, folder] { store.deleteFolder(folder); },
+       .perform = [&store, folder] { store.folders.deleteFolder(folder); },
        .beginsSection = true},
   };
 }
@@ -117,7 +121,8 @@ std::vector<MenuEntry> spaceMenu(BrowserStore& store, const std::shared_ptr<Spac
   // The last space stays.
   const bool canDelete = store.spaces.peek().size() > 1;
   return {
-      {.title = _("Edit Space…"), .perform = [&store, space] { store.beginEditing(*space); }},
+      {.title = _("Edit Space…"),
+       .perform = [&store, space] { store.spaceEditing.beginEditing(*space); }},
       {.title = _("Delete Space…"),
        .perform =
            canDelete ? [&store, space] { askToDelete(store, space); } : std::function<void()>(),

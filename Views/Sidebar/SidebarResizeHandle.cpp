@@ -6,6 +6,7 @@
 #include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel {
@@ -50,7 +51,6 @@ SidebarResizeHandle::SidebarResizeHandle(BrowserStore& store) : store_(store) {
   });
   gesture->signal_drag_end().connect([this](double, double) {
     setClass(Gtk::Widget::gobj(), "dragging", false);
-    if (startWidth_) store_.scheduleSave();
     startWidth_.reset();
   });
   add_controller(gesture);
@@ -73,15 +73,14 @@ double SidebarResizeHandle::windowX(double x) const {
 void SidebarResizeHandle::drag(double translation) {
   if (!startWidth_) startWidth_ = shownSidebarWidth(store_);
   const double sign = get_direction() == Gtk::TextDirection::RTL ? -1 : 1;
-  store_.sidebarWidth =
-      std::clamp(*startWidth_ + sign * translation, kMinimumSidebarWidth, kMaximumSidebarWidth);
+  store_.chrome.setSidebarWidth(
+      std::clamp(*startWidth_ + sign * translation, kMinimumSidebarWidth, kMaximumSidebarWidth));
 }
 
 bool SidebarResizeHandle::keyPressed(guint key) {
   if (key != GDK_KEY_Left && key != GDK_KEY_Right) return false;
   drag(key == GDK_KEY_Right ? kKeyStep : -kKeyStep);
   startWidth_.reset();
-  store_.scheduleSave();
   return true;
 }
 

@@ -3,6 +3,8 @@
 #include "Base/Texts.h"
 #include "Models/Commands/ActionCatalogue.h"
 
+#include "Models/Windows/WindowChrome.h"
+
 namespace orvel {
 
 namespace {
@@ -55,7 +57,7 @@ SidebarTopBar::SidebarTopBar(BrowserStore& store)
   set_child(*bar);
 
   const auto selected = [&store] { return store.activeSpace()->selectedTab(); };
-  toggle_.signal_clicked().connect([&store] { store.toggleSidebar(); });
+  toggle_.signal_clicked().connect([&store] { store.chrome.toggleSidebar(); });
   back_.signal_clicked().connect([selected] {
     if (const auto tab = selected()) tab->goBack();
   });

@@ -4,6 +4,8 @@
 #include "BrowserCore/Text/Text.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Views/Settings/ChoiceRow.h"
 
 namespace orvel {
@@ -88,8 +90,7 @@ void SpaceEditor::addColors() {
     auto* well = wells_.emplace_back(Gtk::make_managed<ColorWell>(theme));
     row.add(*well, theme == present, [this, &theme] {
       draft_.hue = theme.hue;
-      store_.previewTheme = theme;
-      store_.updateWindowAppearance();
+      store_.spaceEditing.preview(theme);
     });
   }
   addField(_("Color"), row);
@@ -116,8 +117,7 @@ void SpaceEditor::addAppearance() {
     row.add(*button, draft_.appearance == choice.appearance,
             [this, appearance = choice.appearance] {
               draft_.appearance = appearance;
-              store_.previewAppearance = appearance;
-              store_.updateWindowAppearance();
+              store_.spaceEditing.preview(appearance);
             });
   }
   addField(_("Appearance"), row);
@@ -167,24 +167,12 @@ void SpaceEditor::redraw() {
 
 void SpaceEditor::commit() {
   if (!commit_.get_sensitive()) return;
-  endPreview();
-  store_.commit(draft_);
-  leave();
+  store_.spaceEditing.commit(draft_);
+  store_.focusWebView();
 }
 
 void SpaceEditor::cancel() {
-  endPreview();
-  store_.spaceDraft = std::nullopt;
-  leave();
-}
-
-void SpaceEditor::endPreview() {
-  store_.previewTheme = std::nullopt;
-  store_.previewAppearance = std::nullopt;
-}
-
-void SpaceEditor::leave() {
-  store_.updateWindowAppearance();
+  store_.spaceEditing.endDraft();
   store_.focusWebView();
 }
 

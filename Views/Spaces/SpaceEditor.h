@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "Models/Spaces/SpaceEditing.h"
 #include "Models/Store/BrowserStore.h"
 #include "Views/Settings/ChoiceButton.h"
 #include "Views/Spaces/ColorWell.h"
@@ -37,8 +38,6 @@ class SpaceEditor final : public Gtk::Box {
   void addButtons();
   void showWhetherComplete();
   void commit();
-  void endPreview();
-  void leave();
 
   BrowserStore& store_;
   SpaceDraft draft_;

@@ -6,6 +6,8 @@
 #include <cmath>
 
 #include "DesignSystem/Icons.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
 #include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel {
@@ -31,18 +33,19 @@ SpacePager::~SpacePager() {
 void SpacePager::follow(const Wake& wake) {
   const auto active = store_.activeSpace();
   std::vector<Place> places;
-  for (const auto& space : store_.pagerSpaces())
-    places.push_back({space, store_.pagerPosition(*space)});
+  for (const auto& space : store_.switching.pagerSpaces())
+    places.push_back({space, store_.switching.pagerPosition(*space)});
   const double share = swipeShare(store_);
   // Two may stand on the same side; the one that the fingers bring is seen.
-  if (const auto revealing = store_.revealingSpace()) {
-    const int position = store_.pagerPosition(*revealing);
+  if (const auto revealing = store_.switching.revealingSpace()) {
+    const int position = store_.switching.pagerPosition(*revealing);
     std::erase_if(places, [&](const Place& place) {
       return place.position == position && place.space != revealing && place.space != active;
     });
   }
   untracked([&] {
-    if (active_ && active_ != active) activePlace_ += store_.spaceSwitchForward.peek() ? 1 : -1;
+    if (active_ && active_ != active)
+      activePlace_ += store_.switching.spaceSwitchForward.peek() ? 1 : -1;
     active_ = active;
     setPages(places);
     const double target = activePlace_ - share;
@@ -129,7 +132,7 @@ SpaceSection* SpacePager::sectionOf(const std::shared_ptr<Space>& space) {
 
 void SpacePager::showTheme(Page& page) {
   const auto& space = page.section->space();
-  const auto& preview = store_.previewTheme.get();
+  const auto& preview = store_.spaceEditing.previewTheme.get();
   const bool isTried = preview && store_.activeSpace() == space;
   page.theme.set(isTried ? *preview : Theme::forHue(space->hue), scheme_.get());
 }

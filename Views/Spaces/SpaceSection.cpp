@@ -3,6 +3,7 @@
 #include <gtkmm/viewport.h>
 
 #include "Base/Texts.h"
+#include "Models/Sidebar/Folders.h"
 #include "Views/Sidebar/FavoritesRow.h"
 #include "Views/Sidebar/FolderRow.h"
 #include "Views/Sidebar/HeadingRow.h"
@@ -63,7 +64,7 @@ void SpaceSection::scrollToSelection() {
 }
 
 void SpaceSection::showRenaming() {
-  const auto& renamed = context_.store.renamingFolderID.get();
+  const auto& renamed = context_.store.folders.renamingFolderID.get();
   const auto row = std::ranges::find_if(
       list_.rows(), [&](const SidebarRow& one) { return one.folder && one.folder->id == renamed; });
   isRenamingAhead_ = renamed && row == list_.rows().end();

@@ -4,6 +4,7 @@
 
 #include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
+#include "Models/Spaces/SpaceEditing.h"
 #include "Views/Window/Keyboard.h"
 
 namespace orvel {
@@ -56,7 +57,7 @@ SpaceSheet::SpaceSheet(BrowserStore& store)
   add_controller(keys);
 
   follow_ = effect([this] {
-    const auto& draft = store_.spaceDraft.get();
+    const auto& draft = store_.spaceEditing.spaceDraft.get();
     untracked([&] { follow(draft); });
   });
 }

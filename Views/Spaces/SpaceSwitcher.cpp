@@ -8,6 +8,8 @@
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Models/Commands/ActionCatalogue.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
 #include "Views/Sidebar/SidebarMenus.h"
 #include "Views/Window/MainMenuView.h"
 
@@ -35,7 +37,7 @@ SpaceSwitcher::SpaceSwitcher(BrowserStore& store, SidebarDrag& drag)
   append(towel_);
   towel_.signal_clicked().connect(
       [this] { store_.showToast(_("Happy Towel Day. You know where your towel is.")); });
-  newSpace_.signal_clicked().connect([this] { store_.beginNewSpace(); });
+  newSpace_.signal_clicked().connect([this] { store_.spaceEditing.beginNewSpace(); });
   append(newSpace_);
   // Before they are laid out the seals have no place.
   scroller_.get_hadjustment()->signal_changed().connect([this] { bringIntoViewLater(); });
@@ -73,7 +75,7 @@ void SpaceSwitcher::addSeal(const std::shared_ptr<Space>& space) {
   auto* icon = makeIcon("person.fill", kIcon);
   seal.button.set_child(*icon);
   seal.button.add_css_class("seal");
-  seal.button.signal_clicked().connect([this, space] { store_.switchTo(space); });
+  seal.button.signal_clicked().connect([this, space] { store_.switching.switchTo(space); });
   installContextMenu(seal.button, [this, space] { return spaceMenu(store_, space); });
   takeDrops(seal.button, space);
   row_.append(seal.button);

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Base/Observable.h"
+#include "Models/Commands/CommandList.h"
 
 namespace orvel {
 
@@ -15,7 +16,7 @@ struct Context {
 
   bool perform(ActionID action) const {
     const auto answer = meansHere ? meansHere(action) : std::nullopt;
-    const bool wasPerformed = answer ? *answer : store.performAction(action);
+    const bool wasPerformed = answer ? *answer : store.commands.performAction(action);
     // What the keys have opened takes the keyboard now: the next key may be waiting already.
     flushEffects();
     return wasPerformed;

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 
+#include "Models/Commands/ActionCatalogue.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {

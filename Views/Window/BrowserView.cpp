@@ -3,6 +3,10 @@
 #include <adwaita.h>
 #include <gtkmm/eventcontrollermotion.h>
 
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Tab/PageFullscreen.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Views/Sidebar/SidebarLayout.h"
 #include "Views/Window/Keyboard.h"
 
@@ -29,7 +33,7 @@ BrowserView::BrowserView(BrowserStore& store)
       store_(store),
       scheme_(StyleSheet::scheme()),
       contentTheme_(content_.Gtk::Widget::gobj()),
-      stockColors_([&store] { return store.spaceSwipeOffset.peek() != 0; }),
+      stockColors_([&store] { return store.switching.spaceSwipeOffset.peek() != 0; }),
       sidebar_(store, scheme_),
       handle_(store),
       handleTheme_(handle_.Gtk::Widget::gobj()),
@@ -56,7 +60,7 @@ BrowserView::BrowserView(BrowserStore& store)
   followContrast(gobj());
   sidebarEffect_ = effect([this](const Wake& wake) { followSidebar(wake); });
   widthEffect_ = effect([this] {
-    store_.sidebarWidth.get();
+    store_.chrome.sidebarWidth.get();
     queue_allocate();
   });
   themeEffect_ = effect([this] { followTheme(); });
@@ -73,14 +77,14 @@ BrowserView::~BrowserView() {
 
 void BrowserView::watchPeeking(Gtk::Widget& widget) {
   auto motion = Gtk::EventControllerMotion::create();
-  motion->signal_enter().connect([this](double, double) { store_.setSidebarPeeking(true); });
-  motion->signal_leave().connect([this] { store_.setSidebarPeeking(false); });
+  motion->signal_enter().connect([this](double, double) { store_.chrome.setSidebarPeeking(true); });
+  motion->signal_leave().connect([this] { store_.chrome.setSidebarPeeking(false); });
   widget.add_controller(motion);
 }
 
 void BrowserView::followSidebar(const Wake& wake) {
-  isSidebarVisible_ = store_.isSidebarVisible;
-  const bool isPeeking = store_.isSidebarPeeking;
+  isSidebarVisible_ = store_.chrome.isSidebarVisible;
+  const bool isPeeking = store_.chrome.isSidebarPeeking;
   const auto move = [&](SpringAnimation& amount, bool isShown) {
     if (wake.transaction)
       amount.animateTo(isShown ? 1 : 0, wake.transaction->spring);
@@ -88,7 +92,7 @@ void BrowserView::followSidebar(const Wake& wake) {
       amount.set(isShown ? 1 : 0);
   };
   // A peeking sidebar that docks stands where it is while the page makes room.
-  const bool docksFromPeek = store_.sidebarDocksFromPeek;
+  const bool docksFromPeek = store_.chrome.sidebarDocksFromPeek;
   if (docksFromPeek && isSidebarVisible_)
     floating_.set(0);
   else
@@ -98,7 +102,7 @@ void BrowserView::followSidebar(const Wake& wake) {
 }
 
 void BrowserView::followTheme() {
-  const auto& preview = store_.previewTheme.get();
+  const auto& preview = store_.spaceEditing.previewTheme.get();
   const Theme& theme = preview ? *preview : Theme::forHue(store_.activeSpace()->hue);
   const ColorScheme scheme = scheme_;
   const auto palette = paletteOf(theme, scheme);
@@ -117,10 +121,10 @@ void BrowserView::followBackdrop(const Wake& wake) {
   const auto backdropOf = [scheme = scheme_.get()](const Theme& theme) {
     return theme.in(scheme).backdrop;
   };
-  const auto& preview = store_.previewTheme.get();
+  const auto& preview = store_.spaceEditing.previewTheme.get();
   auto colors = backdropOf(preview ? *preview : Theme::forHue(store_.activeSpace()->hue));
   const double share = swipeShare(store_);
-  if (const auto next = store_.revealingSpace())
+  if (const auto next = store_.switching.revealingSpace())
     colors = blend(colors, backdropOf(Theme::forHue(next->hue)), std::abs(share));
   for (auto* ground : {&backdrop_, &sidebar_.ground()}) {
     if (wake.transaction)
@@ -144,7 +148,8 @@ void BrowserView::followFullscreen() {
 void BrowserView::followLayers() {
   // Below a sheet and the command bar nothing takes the keyboard.
   const auto bar = store_.commandBar.get();
-  const bool isFree = !store_.spaceDraft.get() && (!bar || bar == CommandBarMode::Quick);
+  const bool isFree =
+      !store_.spaceEditing.spaceDraft.get() && (!bar || bar == CommandBarMode::Quick);
   content_.set_can_focus(isFree);
   sidebar_.set_can_focus(isFree);
   handle_.set_can_focus(isFree);

@@ -4,6 +4,7 @@
 
 #include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
+#include "Models/Commands/CommandList.h"
 
 namespace orvel {
 
@@ -46,8 +47,7 @@ std::vector<MenuEntry> entriesOf(Menu& menu) {
 }  // namespace
 
 std::vector<MenuEntry> mainMenuEntries(BrowserStore& store) {
-  if (!store.mainMenu || store.mainMenu->items.empty()) return {};
-  const auto& menus = store.mainMenu->items;
+  const auto& menus = store.commands.mainMenu().items;
   std::vector<MenuEntry> entries;
   for (auto menu = menus.begin() + 1; menu != menus.end(); ++menu)
     entries.push_back({.title = shownTitle(*menu), .submenu = entriesOf(*menu->submenu)});

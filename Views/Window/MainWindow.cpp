@@ -2,6 +2,10 @@
 
 #include "DesignSystem/ShownText.h"
 #include "Engine/WebView.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwipe.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Views/History/HistoryContent.h"
 #include "Views/Settings/SettingsContent.h"
 #include "Views/Window/Accelerators.h"
@@ -27,9 +31,9 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       desktopWindow_(window_),
       view_(std::make_unique<BrowserView>(store)),
       utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())),
-      scroll_(std::make_unique<GtkScrollSource>(
-          GTK_WIDGET(window_), *store.scrollMonitor,
-          [&store] { return !store.spaceDraft.peek() && !store.commandBar.peek(); })) {
+      scroll_(std::make_unique<GtkScrollSource>(GTK_WIDGET(window_), store.spaceSwipe, [&store] {
+        return !store.spaceEditing.spaceDraft.peek() && !store.commandBar.peek();
+      })) {
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
   gtk_window_set_hide_on_close(window_, TRUE);
@@ -44,10 +48,9 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
                         [&store] { return std::make_unique<SettingsContent>(store); });
   utilityWindows_->fill(UtilityWindow::History,
                         [&store] { return std::make_unique<HistoryContent>(store); });
-  store_.openUtilityWindow = [this](UtilityWindow which) { return utilityWindows_->show(which); };
-  store_.window = &desktopWindow_;
-  store_.updateWindowChrome(BrowserStore::ChromeMotion::AtOnce);
-  store_.updateWindowAppearance();
+  store_.setInterface(this);
+  store_.chrome.updateWindowChrome(WindowChrome::Motion::AtOnce);
+  store_.chrome.updateWindowAppearance();
   title_ = effect([this] {
     const auto tab = store_.activeSpace()->selectedTab();
     const auto title = tab ? shownText(tab->displayTitle()) : std::string("Orvel");
@@ -59,10 +62,9 @@ MainWindow::~MainWindow() {
   title_.stop();
   // A menu that is still open takes the keyboard along.
   gtk_window_set_focus(window_, nullptr);
-  store_.openUtilityWindow = nullptr;
+  if (&store_.interface() == this) store_.setInterface(nullptr);
   utilityWindows_.reset();
   scroll_.reset();
-  if (store_.window == &desktopWindow_) store_.window = nullptr;
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), nullptr);
   view_.reset();
   gtk_window_destroy(window_);
@@ -73,17 +75,19 @@ SettingsContent& MainWindow::settings() {
   return static_cast<SettingsContent&>(*utilityWindows_->content(UtilityWindow::Settings));
 }
 
+bool MainWindow::openUtilityWindow(UtilityWindow which) { return utilityWindows_->show(which); }
+
 void MainWindow::present() { gtk_window_present(window_); }
 
 std::optional<bool> MainWindow::perform(ActionID action) {
   // A sheet keeps the keys for itself.
-  if (store_.spaceDraft.peek() && !worksUnderSheet(action)) return false;
+  if (store_.spaceEditing.spaceDraft.peek() && !worksUnderSheet(action)) return false;
   if (action == ActionID::MainMenu)
     toggleMainMenu();
   else if (action == ActionID::SwitchRegion)
     view_->switchRegion();
   else if (action == ActionID::Undo && offersUndo())
-    store_.undoToast();
+    store_.toasts.undoToast();
   else
     return std::nullopt;
   return true;
@@ -91,7 +95,7 @@ std::optional<bool> MainWindow::perform(ActionID action) {
 
 // A field has its own.
 bool MainWindow::offersUndo() const {
-  const auto& toast = store_.toast.peek();
+  const auto& toast = store_.toasts.toast.peek();
   if (!toast || !toast->undo || desktopWindow_.isTextEditorFocused()) return false;
   const auto tab = store_.activeSpace()->selectedTab();
   const auto view = tab ? tab->liveWebView() : nullptr;

@@ -6,7 +6,9 @@
 
 #include "Desktop/Gtk/GtkDesktopWindow.h"
 #include "Desktop/Gtk/GtkScrollSource.h"
+#include "Models/Commands/ActionCatalogue.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Windows/Interface.h"
 
 namespace orvel {
 
@@ -15,14 +17,16 @@ class SettingsContent;
 class UtilityWindows;
 
 // The one window of the sidebar and the pages.
-class MainWindow {
+class MainWindow final : public Interface {
  public:
   // `application` may be null, in tests; the store outlives the window. The style sheet is loaded.
-  // The window puts itself and its utility windows into the store and shows nothing yet; closing it
-  // hides it.
+  // The window becomes the store's interface and shows nothing yet; closing it hides it.
   MainWindow(GtkApplication* application, BrowserStore& store);
-  ~MainWindow();
+  ~MainWindow() override;
   MainWindow(const MainWindow&) = delete;
+
+  DesktopWindow* window() override { return &desktopWindow_; }
+  bool openUtilityWindow(UtilityWindow which) override;
 
   void present();
   UtilityWindows& utilityWindows() { return *utilityWindows_; }

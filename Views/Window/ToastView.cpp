@@ -1,6 +1,7 @@
 #include "Views/Window/ToastView.h"
 
 #include "DesignSystem/ShownText.h"
+#include "Models/Windows/Toasts.h"
 
 namespace orvel {
 
@@ -37,10 +38,10 @@ ToastView::ToastView(BrowserStore& store)
   words->append(divider_);
   words->append(action_);
   append(*words);
-  action_.signal_clicked().connect([&store] { store.undoToast(); });
+  action_.signal_clicked().connect([&store] { store.toasts.undoToast(); });
 
   follow_ = effect([this, &store](const Wake& wake) {
-    const auto& toast = store.toast.get();
+    const auto& toast = store.toasts.toast.get();
     // A message that leaves keeps its words while it fades.
     if (toast) show(*toast);
     set_can_target(toast.has_value());

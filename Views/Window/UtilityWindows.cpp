@@ -9,6 +9,7 @@
 #include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Spaces/SpaceEditing.h"
 #include "Views/Window/AboutWindow.h"
 #include "Views/Window/Accelerators.h"
 #include "Views/Window/WindowFrame.h"
@@ -129,7 +130,8 @@ class UtilityWindows::Window {
                             return true;
                           }
                           if (action == ActionID::Find && content_->beginSearch()) return true;
-                          if (store.spaceDraft.peek() && !worksUnderSheet(action)) return false;
+                          if (store.spaceEditing.spaceDraft.peek() && !worksUnderSheet(action))
+                            return false;
                           return std::nullopt;
                         });
   }

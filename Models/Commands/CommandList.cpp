@@ -1,11 +1,13 @@
+#include "Models/Commands/CommandList.h"
+
 #include <algorithm>
 #include <unordered_set>
 
 #include "BrowserCore/Text/Characters.h"
 #include "BrowserCore/Text/Text.h"
+#include "Models/Commands/MainMenu.h"
 #include "Models/Store/BrowserStore.h"
 
-// The commands that the command bar offers, and the main menu's actions.
 namespace orvel {
 
 namespace {
@@ -52,7 +54,12 @@ bool choose(const MenuItem& item) {
 
 }  // namespace
 
-std::vector<PaletteCommand> BrowserStore::commandsMatching(const std::string& query) {
+Menu& CommandList::mainMenu() {
+  if (!mainMenu_) mainMenu_ = std::make_unique<Menu>(MainMenu::make(store_));
+  return *mainMenu_;
+}
+
+std::vector<PaletteCommand> CommandList::commandsMatching(const std::string& query) {
   constexpr size_t kShortestFirstWord = 2;
   const std::string lowered = text::lower(query);
   const auto words = text::splitNonEmpty(lowered, ' ');
@@ -76,21 +83,19 @@ std::vector<PaletteCommand> BrowserStore::commandsMatching(const std::string& qu
 
 // Harvesting the menu
 
-std::vector<PaletteCommand> BrowserStore::menuCommands() {
+std::vector<PaletteCommand> CommandList::menuCommands() {
   constexpr Duration kFresh = 1s;
-  const Instant now = services_.scheduler.instant();
-  if (menuCommandCache_ && now - menuCommandCache_->time < kFresh)
-    return menuCommandCache_->commands;
-  if (!mainMenu) return {};
+  const Instant now = store_.services().scheduler.instant();
+  if (menuCommands_ && now - menuCommands_->time < kFresh) return menuCommands_->commands;
   std::vector<PaletteCommand> commands;
-  for (const MenuItem& item : mainMenu->items)
+  for (const MenuItem& item : mainMenu().items)
     if (item.submenu) collect(*item.submenu, {item.title}, commands);
-  menuCommandCache_ = {now, commands};
+  menuCommands_ = {now, commands};
   return commands;
 }
 
-void BrowserStore::collect(Menu& menu, const std::vector<std::string>& path,
-                           std::vector<PaletteCommand>& commands) {
+void CommandList::collect(Menu& menu, const std::vector<std::string>& path,
+                          std::vector<PaletteCommand>& commands) {
   const auto below = [&path](const std::string& title) {
     auto longer = path;
     longer.push_back(title);
@@ -118,15 +123,15 @@ void BrowserStore::collect(Menu& menu, const std::vector<std::string>& path,
   }
 }
 
-std::optional<std::string> BrowserStore::shortcut(const MenuItem& of) {
+std::optional<std::string> CommandList::shortcut(const MenuItem& of) {
   return of.action ? glyphs(actionInfo(*of.action).equivalent) : std::nullopt;
 }
 
 // Choosing from the menu
 
-void BrowserStore::performMenuItem(std::span<const std::string> titles) {
-  if (!mainMenu || titles.empty()) return;
-  Menu* menu = mainMenu.get();
+void CommandList::performMenuItem(std::span<const std::string> titles) {
+  if (titles.empty()) return;
+  Menu* menu = &mainMenu();
   for (const std::string& title : titles.first(titles.size() - 1)) {
     const MenuItem* item = itemTitled(*menu, title);
     if (!item || !item->submenu) return;
@@ -136,9 +141,8 @@ void BrowserStore::performMenuItem(std::span<const std::string> titles) {
   if (const MenuItem* item = itemTitled(*menu, titles.back())) choose(*item);
 }
 
-bool BrowserStore::performAction(ActionID action) {
-  if (!mainMenu) return false;
-  for (const MenuItem& top : mainMenu->items) {
+bool CommandList::performAction(ActionID action) {
+  for (const MenuItem& top : mainMenu().items) {
     if (!top.submenu) continue;
     top.submenu->update();
     const auto& items = top.submenu->items;
@@ -146,22 +150,6 @@ bool BrowserStore::performAction(ActionID action) {
     if (found != items.end()) return choose(*found);
   }
   return false;
-}
-
-bool BrowserStore::isMainWindowKey() const {
-  return window && services_.desktop.application.keyWindow() == window;
-}
-
-TabRef BrowserStore::targetTab() const {
-  if (const auto little = keyLittleWindow()) return little->tab();
-  return isMainWindowKey() ? activeSpace()->selectedTab() : nullptr;
-}
-
-void BrowserStore::edit(EditingCommand command) {
-  auto* key = services_.desktop.application.keyWindow();
-  if (key && key->isTextEditorFocused()) return key->edit(command);
-  const TabRef tab = targetTab();
-  if (const auto view = tab ? tab->liveWebView() : nullptr) view->edit(command);
 }
 
 }  // namespace orvel

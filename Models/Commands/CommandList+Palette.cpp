@@ -1,4 +1,15 @@
+#include "Models/Commands/CommandList.h"
+#include "Models/Settings/BlockingSwitches.h"
+#include "Models/Sidebar/CopiedLink.h"
+#include "Models/Sidebar/Folders.h"
+#include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Store/ComingFeatures.h"
+#include "Models/Tab/PageSearch.h"
+#include "Models/Windows/LittleWindows.h"
+#include "Models/Windows/WindowChrome.h"
 
 // The commands of the command bar that are written by hand.
 namespace orvel {
@@ -11,10 +22,10 @@ std::optional<std::string> shortcutOf(ActionID action) {
 
 }  // namespace
 
-std::vector<PaletteCommand> BrowserStore::paletteCommands() {
-  const bool isBlocking = contentBlocker.isEnabled.peek();
-  const auto calling = [this](void (BrowserStore::*operation)()) {
-    return [this, operation] { (this->*operation)(); };
+std::vector<PaletteCommand> CommandList::paletteCommands() {
+  const bool isBlocking = store_.contentBlocker.isEnabled.peek();
+  const auto calling = []<class Topic>(Topic& topic, void (Topic::*operation)()) {
+    return [&topic, operation] { (topic.*operation)(); };
   };
   std::vector<PaletteCommand> commands = {
       {"settings",
@@ -22,77 +33,77 @@ std::vector<PaletteCommand> BrowserStore::paletteCommands() {
        "gearshape",
        {"preferences"},
        shortcutOf(ActionID::Settings),
-       [this] { showUtilityWindow(UtilityWindow::Settings); }},
+       [this] { store_.showUtilityWindow(UtilityWindow::Settings); }},
       {"space.new",
        "New Space",
        "plus.square.on.square",
        {"profile"},
        shortcutOf(ActionID::NewSpace),
-       calling(&BrowserStore::beginNewSpace)},
+       calling(store_.spaceEditing, &SpaceEditing::beginNewSpace)},
       {"sidebar",
        "Toggle Sidebar",
        "sidebar.left",
        {"hide", "show"},
        shortcutOf(ActionID::ToggleSidebar),
-       calling(&BrowserStore::toggleSidebar)},
+       calling(store_.chrome, &WindowChrome::toggleSidebar)},
       {"little",
        "New Little Window",
        "macwindow",
        {},
        shortcutOf(ActionID::NewLittleWindow),
-       calling(&BrowserStore::newLittleWindow)},
+       calling(store_.littleWindows, &LittleWindows::newLittleWindow)},
       {"private",
        "New Private Window",
        "eyeglasses",
        {"incognito"},
        shortcutOf(ActionID::NewPrivateWindow),
-       calling(&BrowserStore::openPrivateWindow)},
+       calling(store_.coming, &ComingFeatures::openPrivateWindow)},
       {"history.show",
        "Show History",
        "clock",
        {},
        shortcutOf(ActionID::ShowHistory),
-       [this] { showUtilityWindow(UtilityWindow::History); }},
+       [this] { store_.showUtilityWindow(UtilityWindow::History); }},
       {"folder.new",
        "New Folder",
        "folder.badge.plus",
        {"group"},
        std::nullopt,
-       [this] { newFolder(); }},
+       [this] { store_.folders.newFolder(); }},
       {"tab.reopen",
        "Reopen Closed Tab",
        "arrow.uturn.backward",
        {"undo"},
        shortcutOf(ActionID::ReopenClosedTab),
-       calling(&BrowserStore::reopenClosedTab)},
+       calling(store_.archive, &Archive::reopenClosedTab)},
       {"history.clear",
        "Clear History",
        "clock.arrow.circlepath",
        {"delete", "privacy"},
        std::nullopt,
-       calling(&BrowserStore::clearHistory)},
+       calling(store_, &BrowserStore::clearHistory)},
       {"blocking",
        isBlocking ? "Turn Off Ad Blocking" : "Turn On Ad Blocking",
        "shield",
        {"adblock", "tracker", "privacy"},
        std::nullopt,
-       calling(&BrowserStore::toggleContentBlocking)},
+       calling(store_.blocking, &BlockingSwitches::toggleContentBlocking)},
       {"downloads",
        "Open Downloads Folder",
        "arrow.down.circle",
        {},
        std::nullopt,
-       calling(&BrowserStore::openDownloadsFolder)},
+       calling(store_, &BrowserStore::openDownloadsFolder)},
   };
-  if (const TabRef tab = activeSpace()->selectedTab()) addTabCommands(commands, tab);
+  if (const TabRef tab = store_.activeSpace()->selectedTab()) addTabCommands(commands, tab);
   addSpaceCommands(commands);
   return commands;
 }
 
-void BrowserStore::addTabCommands(std::vector<PaletteCommand>& commands, const TabRef& tab) {
-  const bool isOfToday = contains(activeSpace()->today.peek(), *tab);
+void CommandList::addTabCommands(std::vector<PaletteCommand>& commands, const TabRef& tab) {
+  const bool isOfToday = contains(store_.activeSpace()->today.peek(), *tab);
   const bool isMuted = tab->isMuted.peek();
-  const bool isPaused = contentBlocker.isPaused(tab->url.peek());
+  const bool isPaused = store_.contentBlocker.isPaused(tab->url.peek());
   const auto add = [&](PaletteCommand command) { commands.push_back(std::move(command)); };
 
   add({"tab.copy",
@@ -100,25 +111,25 @@ void BrowserStore::addTabCommands(std::vector<PaletteCommand>& commands, const T
        "link",
        {"url", "share"},
        shortcutOf(ActionID::CopyLink),
-       [this, tab] { copyLink(tab); }});
+       [this, tab] { store_.copiedLink.copyLink(tab); }});
   add({"tab.copy.markdown",
        "Copy as Markdown Link",
        "text.badge.plus",
        {"url", "md"},
        shortcutOf(ActionID::CopyMarkdownLink),
-       [this, tab] { copyLink(tab, LinkForm::Markdown); }});
+       [this, tab] { store_.copiedLink.copyLink(tab, LinkForm::Markdown); }});
   add({"tab.pin",
        isOfToday ? "Pin Tab" : "Unpin Tab",
        isOfToday ? "pin" : "pin.slash",
        {},
        shortcutOf(ActionID::TogglePin),
-       [this, tab] { togglePin(tab); }});
+       [this, tab] { store_.togglePin(tab); }});
   add({"tab.split",
        "Split with Recent Tab",
        "rectangle.split.2x1",
        {"side by side"},
        shortcutOf(ActionID::SplitWithRecentTab),
-       [this] { splitWithRecentTab(); }});
+       [this] { store_.coming.splitWithRecentTab(); }});
   add({"tab.mute",
        isMuted ? "Unmute Tab" : "Mute Tab",
        isMuted ? "speaker.wave.2" : "speaker.slash",
@@ -126,17 +137,17 @@ void BrowserStore::addTabCommands(std::vector<PaletteCommand>& commands, const T
        std::nullopt,
        [tab] { tab->toggleMute(); }});
   add({"reader",
-       reader.peek() ? "Hide Reader" : "Show Reader",
+       store_.coming.reader.peek() ? "Hide Reader" : "Show Reader",
        "doc.plaintext",
        {"article", "read"},
        shortcutOf(ActionID::ToggleReader),
-       [this] { toggleReader(); }});
+       [this] { store_.coming.toggleReader(); }});
   add({"capture",
        "Capture",
        "camera.viewfinder",
        {"screenshot", "area", "image"},
        shortcutOf(ActionID::Capture),
-       [this, tab] { beginCapture(tab); }});
+       [this, tab] { store_.coming.beginCapture(tab); }});
   add({"print", "Print Page", "printer", {}, shortcutOf(ActionID::Print), [tab] {
          tab->printPage();
        }});
@@ -148,24 +159,24 @@ void BrowserStore::addTabCommands(std::vector<PaletteCommand>& commands, const T
        "text.magnifyingglass",
        {"search"},
        shortcutOf(ActionID::Find),
-       [this] { showFindBar(); }});
+       [this] { store_.pageSearch.showFindBar(); }});
   add({"hide.items",
        "Hide Distracting Items",
        "eye.slash",
        {"zap", "remove", "annoying", "clutter", "banner"},
        std::nullopt,
-       [this, tab] { beginHidingItems(tab); }});
+       [this, tab] { store_.coming.beginHidingItems(tab); }});
   add({"site.blocking",
        isPaused ? "Resume Blocking on This Site" : "Pause Blocking on This Site",
        "shield.slash",
        {"adblock", "broken"},
        std::nullopt,
-       [this, tab] { toggleBlockingOnCurrentSite(tab); }});
+       [this, tab] { store_.blocking.toggleBlockingOnCurrentSite(tab); }});
 }
 
-void BrowserStore::addSpaceCommands(std::vector<PaletteCommand>& commands) {
-  const auto active = activeSpace();
-  const auto& all = spaces.peek();
+void CommandList::addSpaceCommands(std::vector<PaletteCommand>& commands) {
+  const auto active = store_.activeSpace();
+  const auto& all = store_.spaces.peek();
   for (size_t i = 0; i < all.size(); ++i) {
     const auto& space = all[i];
     if (space == active) continue;
@@ -175,7 +186,7 @@ void BrowserStore::addSpaceCommands(std::vector<PaletteCommand>& commands) {
                         space->symbol.peek(),
                         {"space"},
                         index < kNumberedActions ? shortcutOf(spaceAction(index)) : std::nullopt,
-                        [this, space] { switchTo(space); }});
+                        [this, space] { store_.switching.switchTo(space); }});
   }
 }
 

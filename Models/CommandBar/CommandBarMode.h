@@ -1,0 +1,7 @@
+#pragma once
+
+namespace orvel {
+
+enum class CommandBarMode { NewTab, CurrentTab, Quick };
+
+}  // namespace orvel

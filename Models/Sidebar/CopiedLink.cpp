@@ -1,0 +1,31 @@
+#include "Models/Sidebar/CopiedLink.h"
+
+#include "BrowserCore/Addresses/TrackingParameters.h"
+#include "Models/Store/BrowserStore.h"
+#include "Models/Windows/WindowChrome.h"
+
+namespace orvel {
+
+void CopiedLink::copyLink(TabRef tab, LinkForm form) {
+  constexpr Duration kMarkStays = 1200ms;
+  if (!tab) tab = store_.activeSpace()->selectedTab();
+  if (!tab || !tab->url.peek()) return;
+  const URL& shown = *tab->url.peek();
+  const URL address = TrackingParameters::stripped(shown).value_or(shown);
+  std::string copied = address.text();
+  if (form == LinkForm::Markdown) {
+    std::string title;
+    for (const char c : tab->displayTitle()) title.append(c == ']' ? "\\]" : std::string(1, c));
+    copied = "[" + title + "](" + address.text() + ")";
+  }
+  store_.services().desktop.pasteboard.setText(copied);
+  if (!store_.chrome.isSidebarVisible.peek())
+    return store_.showToast("Copied link", {.symbol = "link"});
+  const auto mark = [this](bool isMarked) {
+    store_.animate(Spring::quick, [&] { didCopyLink = isMarked; });
+  };
+  mark(true);
+  store_.after(kMarkStays, [mark] { mark(false); }).detach();
+}
+
+}  // namespace orvel
