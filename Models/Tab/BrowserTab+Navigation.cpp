@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "Base/Log.h"
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/TrackingParameters.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "BrowserCore/Text/Text.h"
@@ -118,10 +119,11 @@ void BrowserTab::confirmOpeningApp(const WebView& view, const URL& address) {
   const auto& shown = url.peek();
   services_.desktop.dialogs.showAlert(
       host()->window(),
-      {.messageText = "Open “" + application->displayName + "”?",
-       .informativeText =
-           (shown ? displayHost(*shown) : "This page") + " wants to open this application.",
-       .buttons = {"Open", "Cancel"}},
+      {.messageText =
+           filled(_("Open “{application}”?"), {{"application", application->displayName}}),
+       .informativeText = filled(_("{site} wants to open this application."),
+                                 {{"site", shown ? displayHost(*shown) : _("This page")}}),
+       .buttons = {_("Open"), _("Cancel")}},
       [weak = weak_from_this(), &workspace = services_.desktop.workspace,
        address](const AlertAnswer& given) {
         if (const auto tab = weak.lock()) tab->isConfirmingApp_ = false;
@@ -217,7 +219,8 @@ void BrowserTab::webContentProcessDidTerminate(WebView& view) {
   if (lastCrash_ && now - *lastCrash_ < kCrashMemory) {
     Log::navigation.error("Page keeps crashing ({}): showing the error page", Masked{label});
     showErrorPage(
-        view, {.domain = "Orvel", .code = 1, .localizedDescription = "This page keeps crashing."},
+        view,
+        {.domain = "Orvel", .code = 1, .localizedDescription = _("This page keeps crashing.")},
         url.peek());
   } else {
     Log::navigation.error("Page crashed ({}): reloading", Masked{label});

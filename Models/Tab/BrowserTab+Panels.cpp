@@ -1,3 +1,4 @@
+#include "Base/Texts.h"
 #include "Models/Tab/BrowserTab.h"
 
 // What pages and servers ask the user, and the windows that pages open.
@@ -43,7 +44,7 @@ void BrowserTab::showScriptDialog(const WebView& view, Alert alert, PageQuestion
 
 void BrowserTab::runJavaScriptAlertPanel(WebView& view, const std::string& message,
                                          const FrameInfo& frame, std::function<void()> answer) {
-  showScriptDialog(view, pageAlert(frame, message, {"OK"}),
+  showScriptDialog(view, pageAlert(frame, message, {_("OK")}),
                    [answer = std::move(answer)](const AlertAnswer&) { answer(); });
 }
 
@@ -51,14 +52,14 @@ void BrowserTab::runJavaScriptConfirmPanel(WebView& view, const std::string& mes
                                            const FrameInfo& frame,
                                            std::function<void(bool)> answer) {
   showScriptDialog(
-      view, pageAlert(frame, message, {"OK", "Cancel"}),
+      view, pageAlert(frame, message, {_("OK"), _("Cancel")}),
       [answer = std::move(answer)](const AlertAnswer& given) { answer(given.isFirstButton()); });
 }
 
 void BrowserTab::runJavaScriptTextInputPanel(
     WebView& view, const std::string& prompt, const std::string& defaultText,
     const FrameInfo& frame, std::function<void(std::optional<std::string>)> answer) {
-  Alert alert = pageAlert(frame, prompt, {"OK", "Cancel"});
+  Alert alert = pageAlert(frame, prompt, {_("OK"), _("Cancel")});
   alert.fields = {{.text = bounded(defaultText, "")}};
   showScriptDialog(view, std::move(alert), [answer = std::move(answer)](const AlertAnswer& given) {
     if (given.isFirstButton() && !given.fields.empty())
@@ -77,9 +78,9 @@ void BrowserTab::runBeforeUnloadPanel(WebView& view, const FrameInfo&,
     return answer(true);
   }
   questions.ask({.voice = PageQuestion::Voice::Program,
-                 .alert = {.messageText = "Leave this page?",
-                           .informativeText = "What you have entered may be lost.",
-                           .buttons = {"Stay", "Leave"}},
+                 .alert = {.messageText = _("Leave this page?"),
+                           .informativeText = _("What you have entered may be lost."),
+                           .buttons = {_("Stay"), _("Leave")}},
                  .escape = 0},
                 [weak = weak_from_this(), answer = std::move(answer)](const AlertAnswer& given) {
                   const bool isLeaving = given.button == 1u;
@@ -105,24 +106,25 @@ void BrowserTab::didReceiveAuthenticationChallenge(
     WebView& view, const AuthenticationChallenge& challenge,
     std::function<void(std::optional<Credential>)> answer) {
   if (!view.isInWindow()) return answer(std::nullopt);
-  std::string explanation =
-      challenge.isProxy ? "The proxy asks you to sign in." : "The server asks you to sign in.";
-  if (challenge.isRetry) explanation = "The user name or password was not accepted.";
-  if (challenge.isInsecure) explanation += " Your password will be sent unencrypted.";
+  std::string explanation = challenge.isProxy ? _("The proxy asks you to sign in.")
+                                              : _("The server asks you to sign in.");
+  if (challenge.isRetry) explanation = _("The user name or password was not accepted.");
+  if (challenge.isInsecure)
+    explanation += " " + std::string(_("Your password will be sent unencrypted."));
   if (!challenge.realm.empty()) explanation += "\n“" + bounded(challenge.realm) + "”";
-  questions.ask(
-      {.voice = PageQuestion::Voice::Program,
-       .symbol = "lock.fill",
-       .alert = {.messageText = challenge.host,
-                 .informativeText = std::move(explanation),
-                 .buttons = {"OK", "Cancel"},
-                 .fields = {{.label = "User name"}, {.label = "Password", .isSecret = true}}}},
-      [answer = std::move(answer)](const AlertAnswer& given) {
-        if (given.isFirstButton() && given.fields.size() == 2)
-          answer(Credential{given.fields[0], given.fields[1]});
-        else
-          answer(std::nullopt);
-      });
+  questions.ask({.voice = PageQuestion::Voice::Program,
+                 .symbol = "lock.fill",
+                 .alert = {.messageText = challenge.host,
+                           .informativeText = std::move(explanation),
+                           .buttons = {_("OK"), _("Cancel")},
+                           .fields = {{.label = _("User name")},
+                                      {.label = _("Password"), .isSecret = true}}}},
+                [answer = std::move(answer)](const AlertAnswer& given) {
+                  if (given.isFirstButton() && given.fields.size() == 2)
+                    answer(Credential{given.fields[0], given.fields[1]});
+                  else
+                    answer(std::nullopt);
+                });
 }
 
 void BrowserTab::denyDevice(const std::string& message,
@@ -133,12 +135,12 @@ void BrowserTab::denyDevice(const std::string& message,
 
 void BrowserTab::requestMediaCapturePermission(WebView&, const std::string&, CaptureDeviceType,
                                                std::function<void(PermissionDecision)> answer) {
-  denyDevice("Camera and microphone aren’t available yet", std::move(answer));
+  denyDevice(_("Camera and microphone aren’t available yet"), std::move(answer));
 }
 
 void BrowserTab::requestGeolocationPermission(WebView&, const std::string&,
                                               std::function<void(PermissionDecision)> answer) {
-  denyDevice("Your location isn’t available yet", std::move(answer));
+  denyDevice(_("Your location isn’t available yet"), std::move(answer));
 }
 
 void BrowserTab::fullscreenDidChange(WebView&, bool isFullscreen) {
