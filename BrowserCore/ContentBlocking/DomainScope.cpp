@@ -10,11 +10,9 @@ namespace {
 // The lower case of each character of a host; 0 for every other byte.
 constexpr auto hostCharacters = [] {
   std::array<char, 256> characters{};
-  for (char c = 'a'; c <= 'z'; ++c) {
-    characters[static_cast<size_t>(c)] = c;
-    characters[static_cast<size_t>(c - 'a' + 'A')] = c;
-  }
-  for (const char c : std::string_view("0123456789.-")) characters[static_cast<size_t>(c)] = c;
+  for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyz0123456789.-"))
+    characters[static_cast<unsigned char>(c)] = c;
+  for (unsigned char c = 'A'; c <= 'Z'; ++c) characters[c] = static_cast<char>(c + 'a' - 'A');
   return characters;
 }();
 

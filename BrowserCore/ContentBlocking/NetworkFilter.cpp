@@ -23,7 +23,7 @@ constexpr auto optionCharacters = [] {
   std::array<bool, 256> characters{};
   for (size_t c = 0; c < 0x80; ++c) characters[c] = isLetter(static_cast<char>(c));
   for (const char c : std::string_view("0123456789~-_=|.,*"))
-    characters[static_cast<size_t>(c)] = true;
+    characters[static_cast<unsigned char>(c)] = true;
   return characters;
 }();
 
