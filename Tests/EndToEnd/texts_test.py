@@ -12,7 +12,7 @@ import orvel_kit  # noqa: E402
 from orvel_kit import BUILD, ROOT, EndToEndTest, eventually  # noqa: E402
 
 # What is nobody's to translate: keys, names of things, what pages and people wrote.
-OWN = re.compile(r"[Oo]rvel|Gtk\w+|gtkmm__\w+|WebKitWebView|[A-Z]|F\d+|\W*|(Ctrl|Alt|Shift)\+.*|.*\.test.*|https?:.*|One|Personal|%s|"
+OWN = re.compile(r"\d+:\d+.*|[Oo]rvel|Gtk\w+|gtkmm__\w+|WebKitWebView|[A-Z]|F\d+|\W*|(Ctrl|Alt|Shift)\+.*|.*\.test.*|https?:.*|One|Personal|%s|"
                  r"Google|DuckDuckGo|Kagi|Bing|Ecosia|Startpage|[a-z]{1,4}|YouTube|GitHub|"
                  r"Wikipedia|Apple Maps|Amazon|Reddit|Google Images|Stack Overflow|what I typed")
 
