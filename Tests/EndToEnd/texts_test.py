@@ -70,6 +70,7 @@ class TextsTest(EndToEndTest):
         self.start("http://one.test/", environment={"LANGUAGE": "qx", "LC_ALL": "C.UTF-8"})
         self.find("One")
         self.look(at="Today")
+        self.look("ctrl+d", at="Undo")
         self.look("ctrl+f", at="Find on page")
         self.look("Escape", "ctrl+t", at="Command bar")
         self.type("sett")
@@ -79,7 +80,6 @@ class TextsTest(EndToEndTest):
         self.look("Escape", "ctrl+comma", at="Search shortcuts")
         self.look("ctrl+w", "ctrl+y", at="Search history")
         self.look("ctrl+w", "ctrl+shift+n", at="Create Space")
-        self.look("Escape", "ctrl+d", at="Undo")
 
 
 if __name__ == "__main__":
