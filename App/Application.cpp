@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Base/GRef.h"
+#include "Base/Texts.h"
 
 namespace orvel {
 
@@ -20,12 +21,6 @@ constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 std::filesystem::path dataFolder() {
   return std::filesystem::path(g_get_user_data_dir()) / "Orvel";
-}
-
-std::filesystem::path programFolder() {
-  std::error_code error;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return program.parent_path();
 }
 
 // Blocks until the person has read it.
@@ -60,6 +55,12 @@ bool hasSessionBus() {
 }
 
 }  // namespace
+
+std::filesystem::path programFolder() {
+  std::error_code error;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+  return program.parent_path();
+}
 
 Application::Application() {
   // Without a bus there is nobody to ask whether the program runs already; the lock then decides.
@@ -111,9 +112,10 @@ int Application::run(StartOptions options) {
   lock_ = InstanceLock::take(dataFolder(), kPatience);
   if (!lock_) {
     const std::string folder = dataFolder().string();
-    fmt::print(stderr, "orvel: another Orvel is using {}\n", folder);
-    tellInDialog("Orvel is already running",
-                 fmt::format("Another Orvel is using {}. Quit it and start again.", folder));
+    const std::string advice = filled(
+        _("Another Orvel is using {folder}. Quit it and start again."), {{"folder", folder}});
+    fmt::print(stderr, "orvel: {}\n", advice);
+    tellInDialog(_("Orvel is already running"), advice);
     return 1;
   }
 

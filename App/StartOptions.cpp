@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "Base/GRef.h"
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 
 namespace orvel {
@@ -38,16 +39,17 @@ std::variant<StartOptions, StartOptions::Ended> StartOptions::parse(int count, c
   gboolean wantsVersion = FALSE;
   gboolean isService = FALSE;
   const GOptionEntry entries[] = {{"new-tab", 0, G_OPTION_FLAG_NONE, G_OPTION_ARG_NONE,
-                                   &wantsNewTab, "Open the command bar for a new tab", nullptr},
+                                   &wantsNewTab, N_("Open the command bar for a new tab"), nullptr},
                                   {"version", 0, G_OPTION_FLAG_NONE, G_OPTION_ARG_NONE,
-                                   &wantsVersion, "Print the version", nullptr},
+                                   &wantsVersion, N_("Print the version"), nullptr},
                                   {"gapplication-service", 0, G_OPTION_FLAG_HIDDEN,
                                    G_OPTION_ARG_NONE, &isService, nullptr, nullptr},
                                   {}};
   const std::unique_ptr<GOptionContext, void (*)(GOptionContext*)> context(
-      g_option_context_new("[ADDRESS OR FILE...]"), g_option_context_free);
-  g_option_context_set_summary(context.get(), "A web browser whose tabs live in a sidebar.");
-  g_option_context_add_main_entries(context.get(), entries, nullptr);
+      g_option_context_new(N_("[ADDRESS OR FILE...]")), g_option_context_free);
+  g_option_context_set_summary(context.get(), N_("A web browser whose tabs live in a sidebar."));
+  g_option_context_set_translation_domain(context.get(), kTextDomain);
+  g_option_context_add_main_entries(context.get(), entries, kTextDomain);
   GError* rawError = nullptr;
   if (!g_option_context_parse(context.get(), &count, &arguments, &rawError))
     return refuse(GErrorRef(rawError)->message);
@@ -60,7 +62,7 @@ std::variant<StartOptions, StartOptions::Ended> StartOptions::parse(int count, c
   for (int i = 1; i < count; ++i) {
     std::string address = addressOf(arguments[i]);
     if (!URLInput::explicitURL(address))
-      return refuse(fmt::format("\"{}\" is no address", arguments[i]));
+      return refuse(filled(_("“{text}” is no address"), {{"text", arguments[i]}}));
     options.addresses.push_back(std::move(address));
   }
   return options;

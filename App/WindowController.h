@@ -1,33 +1,34 @@
 #pragma once
 
-#include <vector>
+#include <memory>
 
 #include "Desktop/Gtk/GtkDesktop.h"
 #include "Models/Store/ApplicationLifecycle.h"
 #include "Support/Stores/UserDefaults.h"
-#include "Views/Window/MainWindow.h"
-#include "Views/Window/WindowFrame.h"
 
 namespace orvel {
 
 // The main window's place in the program, and that of its utility windows: they are the desktop's,
-// and the main window's size is remembered.
+// and the main window's size is remembered. The windows are made when they are to be shown and end
+// when the user closes the main one.
 class WindowController final : public MainWindowController {
  public:
   WindowController(GtkApplication* application, BrowserStore& store, GtkDesktop& desktop,
                    UserDefaults& defaults);
   ~WindowController() override;
 
-  void show() override { window_.present(); }
-  DesktopWindow& window() override { return window_.desktopWindow(); }
+  void show() override;
+  // Of a window that is on show.
+  DesktopWindow& window() override;
 
  private:
-  void add(GtkDesktopWindow& window);
+  struct Windows;
 
+  GtkApplication* application_;
+  BrowserStore& store_;
   GtkDesktop& desktop_;
-  MainWindow window_;
-  WindowFrame frame_;
-  std::vector<GtkDesktopWindow*> added_;
+  UserDefaults& defaults_;
+  std::unique_ptr<Windows> windows_;
 };
 
 }  // namespace orvel

@@ -1,10 +1,10 @@
 #include "DesignSystem/Towel.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/snapshot.h>
 
 #include <memory>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/Paint.h"
 

@@ -3,6 +3,7 @@
 #include "BrowserCore/Addresses/URLInput.h"
 #include "BrowserCore/Text/Characters.h"
 #include "BrowserCore/Text/Text.h"
+#include "BrowserCore/Text/Translatable.h"
 
 namespace orvel {
 
@@ -39,7 +40,7 @@ std::string siteName(std::string_view title, const std::optional<URL>& url) {
     if (!name.empty() && text::characterCount(name, kLongestName + 1) <= kLongestName)
       return std::string(name);
   }
-  return url ? displayHost(*url) : "Pinned tab";
+  return url ? displayHost(*url) : translatable("Pinned tab");
 }
 
 }  // namespace orvel

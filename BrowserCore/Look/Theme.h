@@ -50,9 +50,9 @@ struct Theme {
     friend constexpr bool operator==(const Variant&, const Variant&) = default;
   };
 
-  std::string_view id;    // Stored in the space's record.
-  std::string_view name;  // Shown to people.
-  double hue = 0;         // On the colour circle, from 0 to 1.
+  std::string_view id;  // Stored in the space's record.
+  const char* name;     // Shown to people; marked, not looked up.
+  double hue = 0;       // On the colour circle, from 0 to 1.
   Variant light;
   Variant dark;
 

@@ -1,4 +1,5 @@
 #include "Base/Overloaded.h"
+#include "Base/Texts.h"
 #include "Models/Commands/QuickBar.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
@@ -45,7 +46,7 @@ void BrowserStore::perform(const Suggestion& suggestion, CommandBarMode mode) {
   std::visit(Overloaded{[&](const suggestion::Answer& answer) {
                           services_.desktop.clipboard.setText(answer.answer);
                           if (mode == CommandBarMode::Quick) return;
-                          showToast("Copied " + answer.answer);
+                          showToast(filled(_("Copied {answer}"), {{"answer", answer.answer}}));
                           later([this] { focusWebView(); });
                         },
                         [&](const suggestion::Shortcut& chosen) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/InlineCompletion.h"
 #include "BrowserCore/Answers/CurrencyConversion.h"
 #include "BrowserCore/Text/Characters.h"
@@ -52,8 +53,8 @@ std::string_view CommandBar::symbol() const {
 }
 
 std::string_view CommandBar::placeholder() const {
-  return mode == CommandBarMode::CurrentTab ? "Enter address…"
-                                            : "Search, enter address, or type 20+20…";
+  return mode == CommandBarMode::CurrentTab ? _("Enter address…")
+                                            : _("Search, enter address, or type 20+20…");
 }
 
 std::string CommandBar::query() const { return std::string(text::trimmed(text_.peek())); }

@@ -1,6 +1,7 @@
 #include "Models/CommandBar/Suggestion.h"
 
 #include "Base/Overloaded.h"
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "BrowserCore/Text/LetterCase.h"
 #include "Models/Tab/BrowserTab.h"
@@ -33,26 +34,28 @@ std::string suggestionID(const Suggestion& suggestion) {
 
 SuggestionPresentation presentation(const Suggestion& suggestion, SearchEngine searchEngine) {
   using Shown = SuggestionPresentation;
-  const auto searchWith = [](std::string_view name) { return "Search " + std::string(name); };
+  const auto searchWith = [](std::string_view name) {
+    return filled(_("Search {engine}"), {{"engine", name}});
+  };
   return std::visit(
       Overloaded{
           [](const suggestion::Answer& of) {
-            return Shown{"equal.circle", of.answer, of.question, "Copy"};
+            return Shown{"equal.circle", of.answer, of.question, _("Copy")};
           },
           [&](const suggestion::Shortcut& of) {
             return Shown{"magnifyingglass", of.query, searchWith(of.shortcut.name), {}};
           },
           [](const suggestion::Address& of) {
-            return Shown{"globe", of.url.text(), "Open page", {}};
+            return Shown{"globe", of.url.text(), _("Open page"), {}};
           },
           [&](const suggestion::Search& of) {
             return Shown{"magnifyingglass", of.text, searchWith(searchEngine.name()), {}};
           },
           [](const suggestion::Command& of) {
-            return Shown{of.command.symbol, of.command.title, "Command", of.command.shortcut};
+            return Shown{of.command.symbol, of.command.title, _("Command"), of.command.shortcut};
           },
           [](const suggestion::Tab& of) {
-            return Shown{of.tab, of.tab->displayTitle(), hostOf(of.tab->url), "Switch to Tab"};
+            return Shown{of.tab, of.tab->displayTitle(), hostOf(of.tab->url), _("Switch to Tab")};
           },
           [](const suggestion::History& of) {
             const std::string host = displayHost(of.entry.url);
@@ -61,9 +64,10 @@ SuggestionPresentation presentation(const Suggestion& suggestion, SearchEngine s
           },
           [](const suggestion::Archived& of) {
             const TabRecord& tab = of.record.tab;
-            return Shown{"archivebox",
-                         tab.title.empty() ? hostOf(tab.url).value_or("Archived tab") : tab.title,
-                         hostOf(tab.url), "Reopen"};
+            return Shown{
+                "archivebox",
+                tab.title.empty() ? hostOf(tab.url).value_or(_("Archived tab")) : tab.title,
+                hostOf(tab.url), _("Reopen")};
           }},
       suggestion);
 }

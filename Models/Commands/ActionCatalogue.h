@@ -124,7 +124,7 @@ enum class KeyReach {
 // In the order in which the table reads.
 struct ActionInfo {  // NOLINT(clang-analyzer-optin.performance.Padding)
   ActionID id;
-  std::string_view title;
+  const char* title;  // marked, not looked up
   KeyEquivalent equivalent;
   // In the toolkit's notation, alternatives between "|", the one to be read first: "<Control>r|F5".
   // Empty: none.
@@ -143,5 +143,7 @@ struct ActionInfo {  // NOLINT(clang-analyzer-optin.performance.Padding)
 [[nodiscard]] std::string shownKeys(std::string_view keys);
 // The same for the action that has these glyphs; absent when none has.
 [[nodiscard]] std::optional<std::string> shownShortcut(std::string_view glyphs);
+// What a control does, with the keys that do it too: "Copy Link (Ctrl+Shift+C)".
+[[nodiscard]] std::string withKeys(std::string_view name, ActionID action);
 
 }  // namespace orvel

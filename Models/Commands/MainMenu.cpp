@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Base/Texts.h"
 #include "Models/Commands/CommandTarget.h"
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
@@ -38,8 +39,7 @@ class Builder {
 
  private:
   static MenuItem item(ActionID id, std::function<void()> perform) {
-    return {
-        .title = std::string(actionInfo(id).title), .action = id, .perform = std::move(perform)};
+    return {.title = _(actionInfo(id).title), .action = id, .perform = std::move(perform)};
   }
   template <class Topic>
   static MenuItem item(ActionID id, Topic& topic, void (Topic::*perform)()) {
@@ -102,7 +102,7 @@ Menu Builder::file() const {
     return item(id, [&store = store_, mode] { store.showCommandBar(mode); });
   };
   return {
-      .title = "File",
+      .title = _("File"),
       .items = {
           bar(NewTab, CommandBarMode::NewTab), bar(OpenLocation, CommandBarMode::CurrentTab),
           item(ReopenClosedTab, store_.archive, &Archive::reopenClosedTab),
@@ -123,7 +123,7 @@ Menu Builder::file() const {
 Menu Builder::edit() const {
   using enum BrowserTab::FindDirection;
   return {
-      .title = "Edit",
+      .title = _("Edit"),
       .items = {
           editing(Undo, EditingCommand::Undo), editing(Redo, EditingCommand::Redo), separator(),
           editing(Cut, EditingCommand::Cut), editing(Copy, EditingCommand::Copy),
@@ -141,7 +141,7 @@ Menu Builder::view() const {
     return onTarget(id, [step](auto&, const auto& tab) { tab->zoom(step); });
   };
   return {
-      .title = "View",
+      .title = _("View"),
       .items = {item(ToggleSidebar, store_.chrome, &WindowChrome::toggleSidebar),
                 marked(inMainWindow(ToggleReader, [](auto& store) { store.coming.toggleReader(); }),
                        [&store] { return store.coming.reader.peek().has_value(); }),
@@ -175,7 +175,7 @@ Menu Builder::view() const {
 }
 
 Menu Builder::history() const {
-  return {.title = "History",
+  return {.title = _("History"),
           .items = {onTarget(Back, [](auto&, const auto& tab) { tab->goBack(); }),
                     onTarget(Forward, [](auto&, const auto& tab) { tab->goForward(); }),
                     separator(), utility(ShowHistory, UtilityWindow::History),
@@ -191,7 +191,7 @@ Menu Builder::tabs() const {
                     [form](auto& store, const auto& tab) { store.copiedLink.copyLink(tab, form); });
   };
   Menu menu{
-      .title = "Tabs",
+      .title = _("Tabs"),
       .items = {inMainWindow(RecentTabs, [](auto& store) { store.coming.advanceTabSwitcher(); }),
                 adjacent(NextTab, 1), adjacent(PreviousTab, -1), separator(),
                 onTarget(TogglePin, [](auto& store, const auto& tab) { store.togglePin(tab); }),
@@ -207,7 +207,7 @@ Menu Builder::tabs() const {
 
 Menu Builder::spaces() const {
   return {
-      .title = "Spaces", .makeItems = [builder = *this] {
+      .title = _("Spaces"), .makeItems = [builder = *this] {
         auto& store = builder.store_;
         std::vector<MenuItem> items;
         for (const auto& space : store.spaces.peek()) {
@@ -227,13 +227,13 @@ Menu Builder::spaces() const {
 }
 
 Menu Builder::window() const {
-  return {.title = "Window",
+  return {.title = _("Window"),
           .items = {onActiveWindow(Minimize, &DesktopWindow::minimize),
                     onActiveWindow(Zoom, &DesktopWindow::toggleMaximized)}};
 }
 
 Menu Builder::help() const {
-  return {.title = "Help", .items = {utility(ReportBug, UtilityWindow::BugReport)}};
+  return {.title = _("Help"), .items = {utility(ReportBug, UtilityWindow::BugReport)}};
 }
 
 }  // namespace

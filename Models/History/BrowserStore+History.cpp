@@ -1,3 +1,4 @@
+#include "Base/Texts.h"
 #include "Models/CommandBar/PickedChoices.h"
 #include "Models/Store/BrowserStore.h"
 
@@ -9,10 +10,11 @@ void BrowserStore::clearHistory() {
   if (!asking && window() && window()->isVisible()) asking = window();
   services_.desktop.dialogs.showAlert(
       asking,
-      {.messageText = "Clear all browsing history?",
-       .informativeText = "Visited pages, and what the command bar learned you pick, are forgotten "
-                          "in every profile. Open tabs, favorites and the archive stay.",
-       .buttons = {"Clear History", "Cancel"},
+      {.messageText = _("Clear all browsing history?"),
+       .informativeText =
+           _("Visited pages, and what the command bar learned you pick, are forgotten "
+             "in every profile. Open tabs, favorites and the archive stay."),
+       .buttons = {_("Clear History"), _("Cancel")},
        .isDestructive = true},
       whileAlive([this](const AlertAnswer& given) {
         if (!given.isFirstButton()) return;
@@ -21,7 +23,7 @@ void BrowserStore::clearHistory() {
           historyRevision = historyRevision.peek() + 1;
         });
         choices.forgetChoices();
-        showToast("History cleared");
+        showToast(_("History cleared"));
       }));
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Models/CommandBar/PickedChoices.h"
 #include "Support/LocalDates.h"
@@ -21,8 +22,8 @@ std::vector<HistorySection> historySections(std::vector<HistoryStore::Entry> ent
   const Date today = local_dates::startOfDay(now);
   const Date yesterday = local_dates::previousDay(today);
   const auto titleOf = [&](Date day) -> std::string {
-    if (day == today) return "Today";
-    return day == yesterday ? "Yesterday" : local_dates::completeDate(day);
+    if (day == today) return _("Today");
+    return day == yesterday ? _("Yesterday") : local_dates::completeDate(day);
   };
   std::vector<HistorySection> sections;
   std::optional<Date> day;  // the latest section's start

@@ -1,5 +1,6 @@
 #include "Models/Settings/BlockingSwitches.h"
 
+#include "Base/Texts.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {
@@ -7,14 +8,14 @@ namespace orvel {
 void BlockingSwitches::toggleContentBlocking() {
   const bool isOn = !store_.contentBlocker.isEnabled.peek();
   store_.contentBlocker.setEnabled(isOn);
-  store_.showToast(isOn ? "Blocking ads & trackers" : "Ad & tracker blocking off");
+  store_.showToast(isOn ? _("Blocking ads & trackers") : _("Ad & tracker blocking off"));
   reloadSelectedTab();
 }
 
 void BlockingSwitches::toggleCookieRejection() {
   const bool isOn = !store_.contentBlocker.isCookieRejectionEnabled.peek();
   store_.contentBlocker.setCookieRejectionEnabled(isOn);
-  store_.showToast(isOn ? "Rejecting cookie pop-ups" : "Cookie pop-up rejection off");
+  store_.showToast(isOn ? _("Rejecting cookie pop-ups") : _("Cookie pop-up rejection off"));
   reloadSelectedTab();
 }
 
@@ -24,7 +25,9 @@ void BlockingSwitches::toggleBlockingOnCurrentSite(TabRef tab) {
   const auto site = address ? ContentBlocker::site(*address) : std::nullopt;
   if (!site) return;
   const bool isPaused = store_.contentBlocker.togglePause(*address);
-  store_.showToast((isPaused ? "Blocking paused on " : "Blocking back on for ") + *site);
+  store_.showToast(
+      filled(isPaused ? _("Blocking paused on {site}") : _("Blocking back on for {site}"),
+             {{"site", *site}}));
   reloadSelectedTab();
 }
 

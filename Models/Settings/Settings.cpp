@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Base/Texts.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
@@ -26,9 +27,9 @@ std::optional<std::string> pageKey(const std::optional<URL>& url) {
 std::string_view label(ExternalLinks links) {
   switch (links) {
     case ExternalLinks::LittleWindow:
-      return "A little window";
+      return _("A little window");
     case ExternalLinks::CurrentSpace:
-      return "The current space";
+      return _("The current space");
   }
   return {};
 }
@@ -36,13 +37,13 @@ std::string_view label(ExternalLinks links) {
 std::string_view label(ArchiveInterval interval) {
   switch (interval) {
     case ArchiveInterval::TwelveHours:
-      return "12 hours";
+      return _("12 hours");
     case ArchiveInterval::Day:
-      return "1 day";
+      return _("1 day");
     case ArchiveInterval::Week:
-      return "7 days";
+      return _("7 days");
     case ArchiveInterval::Never:
-      return "Never";
+      return _("Never");
   }
   return {};
 }
@@ -50,11 +51,11 @@ std::string_view label(ArchiveInterval interval) {
 std::string_view label(QuickBarKey key) {
   switch (key) {
     case QuickBarKey::OptionSpace:
-      return "Ctrl+Alt+Space";
+      return _("Ctrl+Alt+Space");
     case QuickBarKey::ShiftOptionSpace:
-      return "Alt+Shift+Space";
+      return _("Alt+Shift+Space");
     case QuickBarKey::ControlShiftSpace:
-      return "Ctrl+Shift+Space";
+      return _("Ctrl+Shift+Space");
   }
   return {};
 }

@@ -1,4 +1,5 @@
 #include "Base/Overloaded.h"
+#include "Base/Texts.h"
 #include "Models/Store/BrowserStore.h"
 
 // Moving and pinning tabs.
@@ -111,11 +112,12 @@ void BrowserStore::togglePin(TabRef tab) {
   const TabList& today = space->today.peek();
   if (contains(today, *tab)) {
     move(tab, PinnedDestination{}, space);
-    showToast("Pinned to " + space->name.peek(), {.symbol = "pin.fill", .undo = undo});
+    showToast(filled(_("Pinned to {space}"), {{"space", space->name.peek()}}),
+              {.symbol = "pin.fill", .undo = undo});
   } else {
     const auto first = today.empty() ? std::nullopt : std::optional(today.front()->id);
     move(tab, TodayDestination{first}, space);
-    showToast("Moved to Today", {.symbol = "pin.slash", .undo = undo});
+    showToast(_("Moved to Today"), {.symbol = "pin.slash", .undo = undo});
   }
 }
 

@@ -1,5 +1,6 @@
 #include "Models/Sidebar/CopiedLink.h"
 
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/TrackingParameters.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Windows/WindowChrome.h"
@@ -20,7 +21,7 @@ void CopiedLink::copyLink(TabRef tab, LinkForm form) {
   }
   store_.services().desktop.clipboard.setText(copied);
   if (!store_.chrome.isSidebarVisible.peek())
-    return store_.showToast("Copied link", {.symbol = "link"});
+    return store_.showToast(_("Copied link"), {.symbol = "link"});
   const auto mark = [this](bool isMarked) {
     store_.animate(Spring::quick, [&] { didCopyLink = isMarked; });
   };

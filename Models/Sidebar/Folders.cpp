@@ -1,5 +1,6 @@
 #include "Models/Sidebar/Folders.h"
 
+#include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Models/Store/BrowserStore.h"
 
@@ -8,7 +9,7 @@ namespace orvel {
 void Folders::newFolder(TabRef with) {
   const auto space = store_.activeSpace();
   const auto folder =
-      std::make_shared<Folder>(UUID::random(), "New Folder", Folder::Expansion::Expanded);
+      std::make_shared<Folder>(UUID::random(), _("New Folder"), Folder::Expansion::Expanded);
   store_.animate(Spring::quick, [&] {
     space->pinned.update([&](SidebarItemList& items) { items.insert(items.begin(), folder); });
   });

@@ -9,6 +9,7 @@
 
 #include "Base/Observable.h"
 #include "BrowserCore/Session/SessionRecord.h"
+#include "BrowserCore/Text/Translatable.h"
 #include "Models/Sidebar/SidebarItem.h"
 #include "Models/Spaces/Profile.h"
 
@@ -21,18 +22,18 @@ struct SpaceSymbol {
 };
 // New spaces are offered them in turn.
 inline constexpr std::array<SpaceSymbol, 12> kSpaceSymbols = {{
-    {"person.fill", "Person"},
-    {"briefcase.fill", "Briefcase"},
-    {"house.fill", "House"},
-    {"graduationcap.fill", "Graduation Cap"},
-    {"gamecontroller.fill", "Game Controller"},
-    {"sparkles", "Sparkles"},
-    {"leaf.fill", "Leaf"},
-    {"flame.fill", "Flame"},
-    {"star.fill", "Star"},
-    {"heart.fill", "Heart"},
-    {"bolt.fill", "Bolt"},
-    {"globe.americas.fill", "Globe"},
+    {"person.fill", translatable("Person")},
+    {"briefcase.fill", translatable("Briefcase")},
+    {"house.fill", translatable("House")},
+    {"graduationcap.fill", translatable("Graduation Cap")},
+    {"gamecontroller.fill", translatable("Game Controller")},
+    {"sparkles", translatable("Sparkles")},
+    {"leaf.fill", translatable("Leaf")},
+    {"flame.fill", translatable("Flame")},
+    {"star.fill", translatable("Star")},
+    {"heart.fill", translatable("Heart")},
+    {"bolt.fill", translatable("Bolt")},
+    {"globe.americas.fill", translatable("Globe")},
 }};
 
 // A set of tabs with a look of its own. It shares web data and favorites with the other spaces of

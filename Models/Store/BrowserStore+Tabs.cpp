@@ -1,6 +1,7 @@
 #include <unordered_set>
 
 #include "Base/Assert.h"
+#include "Base/Texts.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
@@ -184,9 +185,10 @@ void BrowserStore::clearToday(std::shared_ptr<Space> space, const std::optional<
       });
   if (losesSelection) space->selectedTabID = std::nullopt;
   scheduleSave();
-  showToast("Closed " + std::to_string(tabs.size()) + (tabs.size() == 1 ? " tab" : " tabs"),
-            {.symbol = "xmark.circle",
-             .undo = whileAlive([this, space, tabs] { undoClearToday(space, tabs); })});
+  showToast(
+      counted(ngettext("Closed {count} tab", "Closed {count} tabs", tabs.size()), tabs.size()),
+      {.symbol = "xmark.circle",
+       .undo = whileAlive([this, space, tabs] { undoClearToday(space, tabs); })});
 }
 
 void BrowserStore::undoClearToday(const std::shared_ptr<Space>& space, const TabList& tabs) {

@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "Base/Assert.h"
+#include "Base/Texts.h"
 #include "Models/CommandBar/PickedChoices.h"
 #include "Models/Commands/CommandList.h"
 #include "Models/Commands/CommandTarget.h"
@@ -139,8 +140,9 @@ void BrowserStore::start() {
   coming.startMediaMonitoring();
   spaceSwipe.install();
   services_.engine.setDownloadDelegate(services_.downloads);
-  services_.downloads->onFinish =
-      whileAlive([this](const std::string& name) { showToast("Downloaded " + name); });
+  services_.downloads->onFinish = whileAlive([this](const std::string& name) {
+    showToast(filled(_("Downloaded {name}"), {{"name", name}}));
+  });
 }
 
 // Profiles and spaces
@@ -198,14 +200,14 @@ void BrowserStore::showUtilityWindow(UtilityWindow which) {
     case UtilityWindow::History:
       return;
     case UtilityWindow::BugReport:
-      return showToast("Reporting a bug isn’t available yet");
+      return showToast(_("Reporting a bug isn’t available yet"));
   }
 }
 
 void BrowserStore::openDownloadsFolder() {
   services_.desktop.workspace.openFile(services_.paths.downloads, whileAlive([this](bool isOpened) {
                                          if (!isOpened)
-                                           showToast("The downloads folder can’t be opened");
+                                           showToast(_("The downloads folder can’t be opened"));
                                        }));
 }
 

@@ -1,5 +1,6 @@
 #include "Models/Store/ComingFeatures.h"
 
+#include "Base/Texts.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {
@@ -12,7 +13,7 @@ Task<> copyPicture(std::weak_ptr<BrowserStore> weak, TabRef tab, std::optional<P
   const auto store = weak.lock();
   if (!store || !image) co_return;
   store->services().desktop.clipboard.setImage(image);
-  store->showToast("Capture copied", {.symbol = "camera.viewfinder"});
+  store->showToast(_("Capture copied"), {.symbol = "camera.viewfinder"});
 }
 
 // Waits for one tab after the other, so that a slow page delays nobody but the rest.
@@ -80,15 +81,15 @@ void ComingFeatures::advanceTabSwitcher() {
 // Not there yet
 
 void ComingFeatures::openPrivateWindow() {
-  store_.showToast("Private windows aren’t available yet");
+  store_.showToast(_("Private windows aren’t available yet"));
 }
-void ComingFeatures::toggleReader() { store_.showToast("The reader isn’t available yet"); }
-void ComingFeatures::splitWithRecentTab() { store_.showToast("Split view isn’t available yet"); }
+void ComingFeatures::toggleReader() { store_.showToast(_("The reader isn’t available yet")); }
+void ComingFeatures::splitWithRecentTab() { store_.showToast(_("Split view isn’t available yet")); }
 void ComingFeatures::beginHidingItems(TabRef) {
-  store_.showToast("Hiding items isn’t available yet");
+  store_.showToast(_("Hiding items isn’t available yet"));
 }
 void ComingFeatures::checkForUpdates() {
-  store_.showToast("Checking for updates isn’t available yet");
+  store_.showToast(_("Checking for updates isn’t available yet"));
 }
 void ComingFeatures::endHidingItems() {}
 void ComingFeatures::updateSpotlight() {}

@@ -5,6 +5,7 @@
 
 #include "Base/Assert.h"
 #include "Base/Log.h"
+#include "Base/Texts.h"
 #include "BrowserCore/Look/Theme.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
@@ -163,8 +164,8 @@ void SessionFile::apply(const SessionRecord& session) {
 }
 
 void SessionFile::createDefaultSpace() {
-  auto profile = std::make_shared<Profile>(store_.services().engine, UUID::random(), "Personal");
-  auto space = std::make_shared<Space>(UUID::random(), profile, "Personal", "person.fill",
+  auto profile = std::make_shared<Profile>(store_.services().engine, UUID::random(), _("Personal"));
+  auto space = std::make_shared<Space>(UUID::random(), profile, _("Personal"), "person.fill",
                                        Theme::all.front().hue);
   auto profiles = store_.profiles.peek();
   profiles.push_back(profile);

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "Base/Assert.h"
+#include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Models/Tab/BrowserTab.h"
 
@@ -142,9 +143,9 @@ namespace {
 
 void tellOfFailedExport(Dialogs& dialogs, DesktopWindow* parent, const std::string& error) {
   dialogs.showAlert(parent,
-                    {.messageText = "Couldn't export the page as PDF",
+                    {.messageText = _("Couldn't export the page as PDF"),
                      .informativeText = error,
-                     .buttons = {"OK"}},
+                     .buttons = {_("OK")}},
                     [](const AlertAnswer&) {});
 }
 

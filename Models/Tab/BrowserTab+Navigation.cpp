@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "Base/Log.h"
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/TrackingParameters.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "BrowserCore/Text/Text.h"
@@ -164,7 +165,8 @@ void BrowserTab::webContentProcessDidTerminate(WebView& view) {
   if (crashes_.isRepeated(services_.scheduler.now())) {
     Log::navigation.error("Page keeps crashing ({}): showing the error page", Masked{label});
     showErrorPage(
-        view, {.domain = "Orvel", .code = 1, .localizedDescription = "This page keeps crashing."},
+        view,
+        {.domain = "Orvel", .code = 1, .localizedDescription = _("This page keeps crashing.")},
         url.peek());
   } else {
     Log::navigation.error("Page crashed ({}): reloading", Masked{label});

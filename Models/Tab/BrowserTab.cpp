@@ -1,6 +1,7 @@
 #include "Models/Tab/BrowserTab.h"
 
 #include "Base/Assert.h"
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/PinnedAddress.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "Support/Network/UserAgent.h"
@@ -47,7 +48,7 @@ std::shared_ptr<TabHost> BrowserTab::host() const {
 std::string BrowserTab::displayTitle() const {
   if (!title.get().empty()) return title;
   const std::optional<URL>& address = url;
-  return address ? displayHost(*address) : "New Tab";
+  return address ? displayHost(*address) : _("New Tab");
 }
 
 bool BrowserTab::hasWanderedFromPin() const { return orvel::hasWanderedFromPin(pinnedURL, url); }

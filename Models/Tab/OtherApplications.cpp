@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "Models/Tab/BrowserTab.h"
 
@@ -38,10 +39,11 @@ void OtherApplications::confirm(const WebView& view, const URL& address) {
   const auto& shown = tab_.url.peek();
   services_.desktop.dialogs.showAlert(
       tab_.host()->window(),
-      {.messageText = "Open “" + application->displayName + "”?",
-       .informativeText =
-           (shown ? displayHost(*shown) : "This page") + " wants to open this application.",
-       .buttons = {"Open", "Cancel"}},
+      {.messageText =
+           filled(_("Open “{application}”?"), {{"application", application->displayName}}),
+       .informativeText = filled(_("{site} wants to open this application."),
+                                 {{"site", shown ? displayHost(*shown) : _("This page")}}),
+       .buttons = {_("Open"), _("Cancel")}},
       [this, weak = tab_.weak_from_this(), &workspace = services_.desktop.workspace,
        address](const AlertAnswer& given) {
         if (weak.lock()) isConfirming_ = false;

@@ -1,3 +1,4 @@
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "Models/Tab/BrowserTab.h"
 #include "Models/Tab/PagePanels.h"
@@ -46,10 +47,11 @@ void PagePanels::askAboutUnresponsivePage() {
       {.voice = PageQuestion::Voice::Program,
        .symbol = "hourglass",
        .alert = {.messageText =
-                     (address ? displayHost(*address) : "This page") + " isn’t answering",
+                     filled(_("{site} isn’t answering"),
+                            {{"site", address ? displayHost(*address) : _("This page")}}),
                  .informativeText =
-                     "You can wait for the page or stop it.\nOther tabs go on as they are.",
-                 .buttons = {"Wait", "Stop"}},
+                     _("You can wait for the page or stop it.\nOther tabs go on as they are."),
+                 .buttons = {_("Wait"), _("Stop")}},
        .escape = 0},
       [this, weak = tab_.weak_from_this()](const AlertAnswer& given) {
         const auto tab = weak.lock();
@@ -77,7 +79,7 @@ void PagePanels::stopUnresponsivePage() {
   view->loadHTMLString(
       ErrorPage::html({.domain = "Orvel",
                        .code = 2,
-                       .localizedDescription = "This page wasn’t answering and was stopped."},
+                       .localizedDescription = _("This page wasn’t answering and was stopped.")},
                       address),
       address);
 }

@@ -1,5 +1,6 @@
 #include "Models/Tab/PagePanels.h"
 
+#include "Base/Texts.h"
 #include "Models/Tab/BrowserTab.h"
 
 namespace orvel {
@@ -58,7 +59,7 @@ void PagePanels::showScriptDialog(const WebView& view, Alert alert, PageQuestion
 
 void PagePanels::runJavaScriptAlertPanel(WebView& view, const std::string& message,
                                          const FrameInfo& frame, std::function<void()> answer) {
-  showScriptDialog(view, pageAlert(frame, message, {"OK"}),
+  showScriptDialog(view, pageAlert(frame, message, {_("OK")}),
                    [answer = std::move(answer)](const AlertAnswer&) { answer(); });
 }
 
@@ -66,14 +67,14 @@ void PagePanels::runJavaScriptConfirmPanel(WebView& view, const std::string& mes
                                            const FrameInfo& frame,
                                            std::function<void(bool)> answer) {
   showScriptDialog(
-      view, pageAlert(frame, message, {"OK", "Cancel"}),
+      view, pageAlert(frame, message, {_("OK"), _("Cancel")}),
       [answer = std::move(answer)](const AlertAnswer& given) { answer(given.isFirstButton()); });
 }
 
 void PagePanels::runJavaScriptTextInputPanel(
     WebView& view, const std::string& prompt, const std::string& defaultText,
     const FrameInfo& frame, std::function<void(std::optional<std::string>)> answer) {
-  Alert alert = pageAlert(frame, prompt, {"OK", "Cancel"});
+  Alert alert = pageAlert(frame, prompt, {_("OK"), _("Cancel")});
   alert.fields = {{.text = bounded(defaultText, "")}};
   showScriptDialog(view, std::move(alert), [answer = std::move(answer)](const AlertAnswer& given) {
     if (given.isFirstButton() && !given.fields.empty())
@@ -93,9 +94,9 @@ void PagePanels::runBeforeUnloadPanel(WebView& view, const FrameInfo&,
   }
   tab_.questions.ask(
       {.voice = PageQuestion::Voice::Program,
-       .alert = {.messageText = "Leave this page?",
-                 .informativeText = "What you have entered may be lost.",
-                 .buttons = {"Stay", "Leave"}},
+       .alert = {.messageText = _("Leave this page?"),
+                 .informativeText = _("What you have entered may be lost."),
+                 .buttons = {_("Stay"), _("Leave")}},
        .escape = 0},
       [this, weak = tab_.weak_from_this(), answer = std::move(answer)](const AlertAnswer& given) {
         const bool isLeaving = given.button == 1u;
@@ -120,24 +121,25 @@ void PagePanels::runOpenPanel(
 void PagePanels::signIn(const WebView& view, const AuthenticationChallenge& challenge,
                         std::function<void(std::optional<Credential>)> answer) {
   if (!view.isInWindow()) return answer(std::nullopt);
-  std::string explanation =
-      challenge.isProxy ? "The proxy asks you to sign in." : "The server asks you to sign in.";
-  if (challenge.isRetry) explanation = "The user name or password was not accepted.";
-  if (challenge.isInsecure) explanation += " Your password will be sent unencrypted.";
+  std::string explanation = challenge.isProxy ? _("The proxy asks you to sign in.")
+                                              : _("The server asks you to sign in.");
+  if (challenge.isRetry) explanation = _("The user name or password was not accepted.");
+  if (challenge.isInsecure)
+    explanation += " " + std::string(_("Your password will be sent unencrypted."));
   if (!challenge.realm.empty()) explanation += "\n" + quoted(bounded(challenge.realm));
-  tab_.questions.ask(
-      {.voice = PageQuestion::Voice::Program,
-       .symbol = "lock.fill",
-       .alert = {.messageText = challenge.host,
-                 .informativeText = std::move(explanation),
-                 .buttons = {"OK", "Cancel"},
-                 .fields = {{.label = "User name"}, {.label = "Password", .isSecret = true}}}},
-      [answer = std::move(answer)](const AlertAnswer& given) {
-        if (given.isFirstButton() && given.fields.size() == 2)
-          answer(Credential{given.fields[0], given.fields[1]});
-        else
-          answer(std::nullopt);
-      });
+  tab_.questions.ask({.voice = PageQuestion::Voice::Program,
+                      .symbol = "lock.fill",
+                      .alert = {.messageText = challenge.host,
+                                .informativeText = std::move(explanation),
+                                .buttons = {_("OK"), _("Cancel")},
+                                .fields = {{.label = _("User name")},
+                                           {.label = _("Password"), .isSecret = true}}}},
+                     [answer = std::move(answer)](const AlertAnswer& given) {
+                       if (given.isFirstButton() && given.fields.size() == 2)
+                         answer(Credential{given.fields[0], given.fields[1]});
+                       else
+                         answer(std::nullopt);
+                     });
 }
 
 void PagePanels::denyDevice(const std::string& message,
@@ -148,12 +150,12 @@ void PagePanels::denyDevice(const std::string& message,
 
 void PagePanels::requestMediaCapturePermission(WebView&, const std::string&, CaptureDeviceType,
                                                std::function<void(PermissionDecision)> answer) {
-  denyDevice("Camera and microphone aren’t available yet", std::move(answer));
+  denyDevice(_("Camera and microphone aren’t available yet"), std::move(answer));
 }
 
 void PagePanels::requestGeolocationPermission(WebView&, const std::string&,
                                               std::function<void(PermissionDecision)> answer) {
-  denyDevice("Your location isn’t available yet", std::move(answer));
+  denyDevice(_("Your location isn’t available yet"), std::move(answer));
 }
 
 void PagePanels::fullscreenDidChange(WebView&, bool isFullscreen) {

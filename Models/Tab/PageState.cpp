@@ -6,7 +6,7 @@ namespace orvel {
 
 namespace {
 
-constexpr std::string_view kHeading = "Orvel page state 1\n";
+constexpr std::string_view kHeading = "Orvel page state 1\n";  // no text
 
 }  // namespace
 

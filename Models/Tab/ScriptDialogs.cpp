@@ -1,5 +1,7 @@
 #include "Models/Tab/ScriptDialogs.h"
 
+#include "Base/Texts.h"
+
 namespace orvel {
 
 void ScriptDialogs::show(Alert alert, Audience audience, PageQuestions::Answer answer) {
@@ -9,7 +11,7 @@ void ScriptDialogs::show(Alert alert, Audience audience, PageQuestions::Answer a
     return isStuck_();
   }
   if (++shown_ > 1)
-    alert.suppression = Alert::CheckBox{.title = "Don’t let this page show more messages"};
+    alert.suppression = Alert::CheckBox{.title = _("Don’t let this page show more messages")};
   questions_.ask({.alert = std::move(alert)},
                  [this, answer = std::move(answer)](AlertAnswer given) {
                    if (given.isSuppressionOn) isSilenced_ = true;

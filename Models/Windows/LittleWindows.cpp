@@ -1,5 +1,6 @@
 #include "Models/Windows/LittleWindows.h"
 
+#include "Base/Texts.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {
@@ -48,7 +49,7 @@ void LittleWindows::newLittleWindow() {
   if (store_.interface().hasLittleWindows())
     openLittleWindow(std::nullopt);
   else
-    store_.showToast("Little windows aren’t available yet");
+    store_.showToast(_("Little windows aren’t available yet"));
 }
 
 void LittleWindows::littleWindowDidClose(const LittleWindow& closed) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "Base/Texts.h"
 #include "Base/Time.h"
 #include "BrowserCore/UUID.h"
 
@@ -13,9 +14,9 @@ namespace orvel {
 struct Toast {
   UUID id = UUID::random();
   std::string message;
-  std::optional<std::string> symbol;  // the name of an icon
-  std::function<void()> undo;         // empty: no button
-  std::string actionTitle = "Undo";   // the button's label
+  std::optional<std::string> symbol;    // the name of an icon
+  std::function<void()> undo;           // empty: no button
+  std::string actionTitle = _("Undo");  // the button's label
 
   // By id and what is seen.
   friend bool operator==(const Toast& a, const Toast& b) {
@@ -27,7 +28,7 @@ struct Toast {
 struct ToastOptions {
   std::optional<std::string> symbol;
   std::function<void()> undo;
-  std::string actionTitle = "Undo";
+  std::string actionTitle = _("Undo");
   std::optional<Duration> lasts;  // absent: 4 s with an undo, 1.6 s without
 };
 

@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 
 namespace orvel::ErrorPage {
@@ -81,18 +82,21 @@ bool isConnectionProblem(const LoadError& error) {
 }
 
 std::string html(const LoadError& error, const std::optional<URL>& url) {
-  const std::string host = escaped(url ? displayHost(*url) : "This page");
-  const std::string_view guide =
+  const std::string title =
+      escaped(filled(_("Can’t open {site}"), {{"site", url ? displayHost(*url) : _("This page")}}));
+  const std::string guide =
       isConnectionProblem(error)
-          ? "<p class=\"guide\" title=\"In large, friendly letters\">Don’t Panic</p>\n"
+          ? fmt::format("<p class=\"guide\" title=\"{}\">{}</p>\n",
+                        escaped(_("In large, friendly letters")), escaped(_("Don’t Panic")))
           : "";
   const std::string link =
-      url ? fmt::format("<a href=\"{}\">Try Again</a>\n", escaped(url->text())) : "";
+      url ? fmt::format("<a href=\"{}\">{}</a>\n", escaped(url->text()), escaped(_("Try Again")))
+          : "";
   return fmt::format(
-      "<!doctype html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>Can’t open {0}</title>\n"
-      "<style>{1}</style>\n</head>\n<body>\n<main>\n{2}<h1>Can’t open {0}</h1>\n<p>{3}</p>\n{4}"
+      "<!doctype html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>{0}</title>\n"
+      "<style>{1}</style>\n</head>\n<body>\n<main>\n{2}<h1>{0}</h1>\n<p>{3}</p>\n{4}"
       "</main>\n</body>\n</html>\n",
-      host, kStyle, guide, escaped(error.localizedDescription), link);
+      title, kStyle, guide, escaped(error.localizedDescription), link);
 }
 
 }  // namespace orvel::ErrorPage

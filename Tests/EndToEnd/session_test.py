@@ -13,7 +13,7 @@ import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, GLib, eventually  # noqa: E402
+from orvel_kit import EndToEndTest, Gio, GLib, eventually  # noqa: E402
 
 # What a change may wait before it is safe: the save's one second, and the time that a save takes,
 # which is measured, for the machine may be busy.
@@ -134,7 +134,7 @@ class SessionTest(EndToEndTest):
         program = self.start()
         for argument, code, said in (
             ("--version", 0, "Orvel "), ("--help", 0, "--new-tab"), ("--other", 2, "--other"),
-            ("no address", 2, '"no address" is no address'),
+            ("no address", 2, '“no address” is no address'),
         ):
             answer = program.second(argument)
             self.assertEqual(answer[0], code, answer)
@@ -152,6 +152,41 @@ class SessionTest(EndToEndTest):
         self.keys("ctrl+q")
         eventually(lambda: program.process.poll() == 0, "the end")
         program.end()
+
+    def test_a_screen_reader_may_ask_while_there_is_no_window(self):
+        program = self.start("http://one.test/")
+        self.find("One")
+        self.keys("ctrl+comma")
+        self.find("General")
+        self.keys("ctrl+w")
+        eventually(lambda: not self.accessible("General"), "the settings closed")
+        self.ask_for_window(1)
+        self.act(self.find("Close Window"))
+        eventually(lambda: not self.accessible("Close Window"), "the window closed")
+        self.ask_for_window(0)
+        self.assertEqual(program.second(), (0, ""))
+        self.find("One")
+
+    def ask_for_window(self, index):
+        """Asks for the program's window of this number, as a screen reader does."""
+        session = Gio.bus_get_sync(Gio.BusType.SESSION)
+        address = session.call_sync(
+            "org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
+            Gio.DBusCallFlags.NONE, 5000, None).unpack()[0]
+        flags = Gio.DBusConnectionFlags
+        bus = Gio.DBusConnection.new_for_address_sync(
+            address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
+        root = "/org/a11y/atspi/accessible/root"
+
+        def ask(name, method, arguments=None):
+            return bus.call_sync(name, root, "org.a11y.atspi.Accessible", method, arguments, None,
+                                 Gio.DBusCallFlags.NONE, 1000, None).unpack()[0]
+
+        for name, _ in ask("org.a11y.atspi.Registry", "GetChildren"):
+            try:
+                ask(name, "GetChildAtIndex", GLib.Variant("(i)", (index,)))
+            except GLib.Error:  # it has none to tell of
+                pass
 
     def test_the_bus_starts_it_with_whatever_it_is_asked_first(self):
         program = self.start("--gapplication-service")
@@ -219,14 +254,14 @@ class SessionTest(EndToEndTest):
             self.picture("already-running")
             self.keys("Return")
             self.assertEqual(program.process.wait(5), 1)
-            self.assertIn("another Orvel is using", (self.home / "log.txt").read_text())
+            self.assertIn("Another Orvel is using", (self.home / "log.txt").read_text())
 
     def test_without_a_bus_a_lock_decides(self):
         alone = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
         program = self.start("http://one.test/", environment=alone)
         self.wait_for_page("http://one.test/")
         other = self.start("http://two.test/", environment=alone)
-        eventually(lambda: "another Orvel is using" in (self.home / "log.txt").read_text(), "a word")
+        eventually(lambda: "Another Orvel is using" in (self.home / "log.txt").read_text(), "a word")
         self.assertIsNone(program.process.poll())
         other.kill()
         program.end()

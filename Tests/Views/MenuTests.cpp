@@ -173,14 +173,20 @@ TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
   settle();
   EXPECT_THAT(sample.world.defaults.list("OrvelHistoryWindow").value_or(UserDefaults::List()),
               ElementsAre("700", "500", ""));
+  auto* content = windows.content(UtilityWindow::History);
   gtk_window_close(native);
   settle();
-  EXPECT_FALSE(gtk_widget_get_visible(GTK_WIDGET(native)));
+  // A hidden window is one that a screen reader's question ends the program by.
+  EXPECT_EQ(g_list_model_get_n_items(gtk_window_get_toplevels()), 1u);
   store().showUtilityWindow(UtilityWindow::History);
   settle();
-  EXPECT_EQ(windows.native(UtilityWindow::History), native);
+  native = windows.native(UtilityWindow::History);
   EXPECT_TRUE(gtk_widget_get_mapped(GTK_WIDGET(native)));
-  EXPECT_EQ(made, 1);
+  int width = 0;
+  gtk_window_get_default_size(native, &width, nullptr);
+  EXPECT_EQ(width, 700);
+  EXPECT_EQ(windows.content(UtilityWindow::History), content);
+  EXPECT_EQ(made, 2);
   EXPECT_FALSE(gtk_window_get_resizable(windows.native(UtilityWindow::Settings)));
 }
 

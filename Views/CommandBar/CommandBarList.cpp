@@ -1,9 +1,8 @@
 #include "Views/CommandBar/CommandBarList.h"
 
-#include <glib/gi18n.h>
-
 #include <cmath>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 
 namespace orvel {
@@ -16,9 +15,9 @@ constexpr size_t kPreparedRows = 22;
 constexpr guint kStartTakes = 1500;
 
 // What any row may show, and what only an answer does.
-const SuggestionRowContent kPlain{.shown = {"globe", "Title", "Subtitle", {}}};
-const SuggestionRowContent kAnswer{.kind = SuggestionRowContent::Kind::Answer,
-                                   .shown = {"globe", "Title", "Subtitle", {}}};
+const SuggestionPresentation kShown{"globe", "Title", "Subtitle", {}};  // no text
+const SuggestionRowContent kPlain{.shown = kShown};
+const SuggestionRowContent kAnswer{.kind = SuggestionRowContent::Kind::Answer, .shown = kShown};
 
 }  // namespace
 

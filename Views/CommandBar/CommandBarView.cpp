@@ -1,12 +1,12 @@
 #include "Views/CommandBar/CommandBarView.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/adjustment.h>
 #include <gtkmm/eventcontrollermotion.h>
 #include <gtkmm/gestureclick.h>
 
 #include <cmath>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "Views/Sidebar/SidebarLayout.h"
 #include "Views/Window/Keyboard.h"

@@ -1,10 +1,10 @@
 #include "Views/History/HistoryContent.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerkey.h>
 #include <gtkmm/gestureclick.h>
 #include <gtkmm/signallistitemfactory.h>
 
+#include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "DesignSystem/Icons.h"
 #include "Views/Support/Menu.h"

@@ -1,23 +1,27 @@
 #include "Views/Page/EmptyState.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/box.h>
 #include <gtkmm/grid.h>
 #include <gtkmm/label.h>
 #include <gtkmm/scrolledwindow.h>
+
+#include "Base/Texts.h"
+#include "Models/Commands/ActionCatalogue.h"
 
 namespace orvel {
 
 namespace {
 
 struct KeyHint {
-  const char* keys;
+  ActionID action;
   const char* text;
+  const char* lastKey = "";  // of a range of keys
 };
-constexpr KeyHint kHints[] = {
-    {"Ctrl+T", N_("New tab")}, {"Ctrl+L", N_("Open location")}, {"Ctrl+S", N_("Toggle sidebar")},
-    {"Ctrl+D", N_("Pin tab")}, {"Alt+1–9", N_("Switch space")},
-};
+constexpr KeyHint kHints[] = {{ActionID::NewTab, N_("New tab")},
+                              {ActionID::OpenLocation, N_("Open location")},
+                              {ActionID::ToggleSidebar, N_("Toggle sidebar")},
+                              {ActionID::TogglePin, N_("Pin tab")},
+                              {ActionID::Space1, N_("Switch space"), "–9"}};
 constexpr int kLineSpacing = 9;
 constexpr int kColumnSpacing = 14;
 
@@ -44,7 +48,8 @@ EmptyState::EmptyState() {
   keys->set_column_spacing(kColumnSpacing);
   keys->set_halign(Gtk::Align::CENTER);
   for (int line = 0; const auto& hint : kHints) {
-    auto* cap = Gtk::make_managed<Gtk::Label>(hint.keys);
+    auto* cap =
+        Gtk::make_managed<Gtk::Label>(shownKeys(actionInfo(hint.action).keys) + hint.lastKey);
     cap->add_css_class("key-cap");
     cap->set_halign(Gtk::Align::END);
     auto* text = Gtk::make_managed<Gtk::Label>(_(hint.text));

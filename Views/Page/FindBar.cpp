@@ -1,7 +1,6 @@
 #include "Views/Page/FindBar.h"
 
-#include <glib/gi18n.h>
-
+#include "Base/Texts.h"
 #include "Models/Commands/ActionCatalogue.h"
 #include "Models/Tab/PageSearch.h"
 #include "Views/Window/Keyboard.h"
@@ -14,11 +13,6 @@ constexpr int kChevronSize = 12;
 constexpr auto kForwards = BrowserTab::FindDirection::Forwards;
 constexpr auto kBackwards = BrowserTab::FindDirection::Backwards;
 
-// "Next (Ctrl+G)"
-std::string help(const char* name, ActionID action) {
-  return std::string(name) + " (" + shownKeys(actionInfo(action).keys) + ")";
-}
-
 }  // namespace
 
 FindBar::FindBar(BrowserStore& store)
@@ -26,8 +20,8 @@ FindBar::FindBar(BrowserStore& store)
       theme_(Gtk::Widget::gobj()),
       field_(fieldActions()),
       notFound_(_("Not found")),
-      previous_("chevron.up", help(_("Previous"), ActionID::FindPrevious), kChevronSize),
-      next_("chevron.down", help(_("Next"), ActionID::FindNext), kChevronSize),
+      previous_("chevron.up", withKeys(_("Previous"), ActionID::FindPrevious), kChevronSize),
+      next_("chevron.down", withKeys(_("Next"), ActionID::FindNext), kChevronSize),
       close_("xmark", _("Close (Esc)")),
       presence_(Gtk::Widget::gobj(), 0, [this](double presence) {
         set_opacity(std::clamp(presence, 0.0, 1.0));

@@ -1,7 +1,8 @@
 #include "Views/Settings/SettingsContent.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/label.h>
+
+#include "Base/Texts.h"
 
 namespace orvel {
 

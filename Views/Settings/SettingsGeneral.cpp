@@ -1,6 +1,6 @@
 #include "Views/Settings/SettingsGeneral.h"
 
-#include <glib/gi18n.h>
+#include "Base/Texts.h"
 
 #include "Models/Commands/QuickBar.h"
 
@@ -127,7 +127,7 @@ void SettingsGeneral::addBrowser() {
 
 void SettingsGeneral::addArchive() {
   std::vector<std::string> labels;
-  for (const auto interval : kArchiveIntervals) labels.emplace_back(_(label(interval).data()));
+  for (const auto interval : kArchiveIntervals) labels.emplace_back(label(interval));
   archive_.setChoices(std::move(labels), 0);
   archive_.onChoice([this](size_t index) { settings_.archiveAfter = kArchiveIntervals[index]; });
   addSetting(addGroup(), _("Archive Today tabs after"), archive_);
@@ -143,7 +143,7 @@ void SettingsGeneral::addPictureInPicture() {
 
 void SettingsGeneral::addQuickBar() {
   std::vector<std::string> labels = {_("None")};
-  for (const auto key : kQuickBarKeys) labels.emplace_back(_(label(key).data()));
+  for (const auto key : kQuickBarKeys) labels.emplace_back(label(key));
   quickBar_.setChoices(std::move(labels), 0);
   quickBar_.onChoice([this](size_t index) {
     settings_.quickBarKey = index == 0 ? std::nullopt : std::optional(kQuickBarKeys[index - 1]);
@@ -190,15 +190,17 @@ void SettingsGeneral::showEngine() {
   const auto& all = SearchEngine::allCases;
   engine_.setChosen(
       static_cast<size_t>(std::ranges::find(all, SearchEngine::Case(engine)) - all.begin()));
-  const std::string title = _("Show ") + name + _(" suggestions");
+  const std::string title = filled(_("Show {engine} suggestions"), {{"engine", name}});
   suggestionsTitle_->set_text(title);
   setAccessibleLabel(suggestions_, title);
   suggestions_.set_sensitive(engine.offersSuggestions());
-  suggestionsNote_->set_text(engine.offersSuggestions()
-                                 ? _("Suggestions send what you type in the command bar to ") +
-                                       name +
-                                       _(" as you type. Addresses and shortcuts aren't sent.")
-                                 : name + _(" doesn't offer suggestions."));
+  suggestionsNote_->set_text(
+      engine.offersSuggestions()
+          ? filled(_("Suggestions send what you type in the command bar to "
+                     "{engine} as you type. Addresses and shortcuts aren't "
+                     "sent."),
+                   {{"engine", name}})
+          : filled(_("{engine} doesn't offer suggestions."), {{"engine", name}}));
 }
 
 void SettingsGeneral::showQuickBar() {
@@ -206,9 +208,9 @@ void SettingsGeneral::showQuickBar() {
   quickBar_.setChosen(key ? static_cast<size_t>(*key) + 1 : 0);
   std::string note;
   if (key && store_.quickBar.isQuickBarKeyTaken)
-    note = _(label(*key).data()) +
-           std::string(_(" is already used by the desktop or another app. Pick a different "
-                         "shortcut.")) +
+    note = filled(_("{keys} is already used by the desktop or another app. Pick a different "
+                    "shortcut."),
+                  {{"keys", label(*key)}}) +
            " ";
   note +=
       _("Like the desktop's own search, for the web: the command bar comes up over whatever "

@@ -1,7 +1,6 @@
 #include "Views/Settings/SettingsLinks.h"
 
-#include <glib/gi18n.h>
-
+#include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 
 namespace orvel {
@@ -84,7 +83,7 @@ SettingsLinks::SettingsLinks(BrowserStore& store)
       rules_(ruleList_),
       addRule_(_("Add Rule")) {
   std::vector<std::string> labels;
-  for (const auto links : kExternalLinks) labels.emplace_back(_(label(links).data()));
+  for (const auto links : kExternalLinks) labels.emplace_back(label(links));
   externalLinks_.setChoices(std::move(labels), 0);
   externalLinks_.onChoice(
       [this](size_t index) { store_.settings.externalLinks = kExternalLinks[index]; });

@@ -1,7 +1,6 @@
 #include "Views/Settings/SettingsPrivacy.h"
 
-#include <glib/gi18n.h>
-
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
 

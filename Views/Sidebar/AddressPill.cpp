@@ -1,12 +1,13 @@
 #include "Views/Sidebar/AddressPill.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/gestureclick.h>
 
+#include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/TextScale.h"
+#include "Models/Commands/ActionCatalogue.h"
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
 
@@ -15,7 +16,7 @@ namespace orvel {
 AddressPill::AddressPill(BrowserStore& store)
     : store_(store),
       shield_("checkmark.shield", _("Pause blocking on this site")),
-      link_("link", _("Copy Link (Ctrl+Shift+C)")) {
+      link_("link", withKeys(_("Copy Link"), ActionID::CopyLink)) {
   add_css_class("pill");
   glyph_.add_css_class("glyph");
   glyph_.add_css_class("quiet");

@@ -1,9 +1,9 @@
 #include "Views/Sidebar/FolderRow.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerfocus.h>
 #include <gtkmm/eventcontrollerkey.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Models/Sidebar/Folders.h"

@@ -1,8 +1,8 @@
 #include "Views/Sidebar/HeadingRow.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerfocus.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Tab/PageClosing.h"

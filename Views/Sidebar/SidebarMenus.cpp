@@ -1,7 +1,6 @@
 #include "Views/Sidebar/SidebarMenus.h"
 
-#include <glib/gi18n.h>
-
+#include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Sidebar/Folders.h"
@@ -37,7 +36,7 @@ MenuEntry folderEntries(BrowserStore& store, const std::shared_ptr<Space>& space
 }
 
 void askToDelete(BrowserStore& store, const std::shared_ptr<Space>& space) {
-  const auto title = _("Delete “") + shownText(space->name.peek()) + _("”?");
+  const auto title = filled(_("Delete “{space}”?"), {{"space", shownText(space->name.peek())}});
   const std::string warning =
       store.spaceEditing.deletesProfile(*space)
           ? _("Its tabs, favorites and all website data (cookies, logins, site storage) will be "

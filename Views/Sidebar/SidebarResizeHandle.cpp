@@ -1,9 +1,9 @@
 #include "Views/Sidebar/SidebarResizeHandle.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/eventcontrollerkey.h>
 #include <gtkmm/gesturedrag.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
 #include "Models/Windows/WindowChrome.h"

@@ -1,6 +1,7 @@
 #include "Views/Sidebar/SidebarTopBar.h"
 
-#include <glib/gi18n.h>
+#include "Base/Texts.h"
+#include "Models/Commands/ActionCatalogue.h"
 
 #include "Models/Windows/WindowChrome.h"
 
@@ -25,10 +26,10 @@ constexpr WindowControl kControls[] = {
 
 SidebarTopBar::SidebarTopBar(BrowserStore& store)
     : store_(store),
-      toggle_("sidebar.left", _("Toggle Sidebar (Ctrl+S)")),
-      back_("arrow.left", _("Back (Alt+Left)")),
-      forward_("arrow.right", _("Forward (Alt+Right)")),
-      reload_("arrow.clockwise", _("Reload (Ctrl+R)")) {
+      toggle_("sidebar.left", withKeys(_("Toggle Sidebar"), ActionID::ToggleSidebar)),
+      back_("arrow.left", withKeys(_("Back"), ActionID::Back)),
+      forward_("arrow.right", withKeys(_("Forward"), ActionID::Forward)),
+      reload_("arrow.clockwise", withKeys(_("Reload"), ActionID::Reload)) {
   auto* bar = Gtk::make_managed<Gtk::Box>();
   bar->add_css_class("sidebar-top");
   auto* controls = Gtk::make_managed<Gtk::Box>();
@@ -87,7 +88,8 @@ void SidebarTopBar::showNavigation() {
   isLoading_ = tab && tab->isLoading;
   reload_.set_sensitive(tab && (isLoading_ || tab->url.get()));
   reload_.setSymbol(isLoading_ ? "xmark" : "arrow.clockwise");
-  reload_.setHelp(isLoading_ ? _("Stop (Esc)") : _("Reload (Ctrl+R)"));
+  reload_.setHelp(isLoading_ ? withKeys(_("Stop"), ActionID::Stop)
+                             : withKeys(_("Reload"), ActionID::Reload));
 }
 
 }  // namespace orvel

@@ -1,9 +1,8 @@
 #include "Views/Spaces/ColorWell.h"
 
-#include <glib/gi18n.h>
-
 #include <numbers>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/Paint.h"
 #include "DesignSystem/Palette.h"
@@ -31,7 +30,7 @@ ColorWell::ColorWell(const Theme& theme) : theme_(theme) {
   disc_.set_draw_func(
       [this](const auto& context, int width, int height) { draw(context, width, height); });
   set_child(disc_);
-  const std::string name(theme.name);
+  const std::string name = _(theme.name);
   set_tooltip_text(name);
   setAccessibleLabel(*this, name);
   signal_toggled().connect([this] { redraw(); });

@@ -1,7 +1,6 @@
 #include "Views/Spaces/SpaceEditor.h"
 
-#include <glib/gi18n.h>
-
+#include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
@@ -134,7 +133,7 @@ void SpaceEditor::addLogins() {
       continue;
     if (profile == draft_.profileID) chosen = profiles.size();
     profiles.emplace_back(profile);
-    titles.push_back(_("Shared with ") + shownText(space->name.peek()));
+    titles.push_back(filled(_("Shared with {space}"), {{"space", shownText(space->name.peek())}}));
   }
   logins_.setChoices(std::move(titles), chosen);
   logins_.onChoice([this, profiles](size_t index) { draft_.profileID = profiles[index]; });

@@ -1,8 +1,8 @@
 #include "Views/Spaces/SpaceSection.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/viewport.h>
 
+#include "Base/Texts.h"
 #include "Models/Sidebar/Folders.h"
 #include "Views/Sidebar/FavoritesRow.h"
 #include "Views/Sidebar/FolderRow.h"

@@ -1,9 +1,9 @@
 #include "Views/Spaces/SpaceSheet.h"
 
-#include <glib/gi18n.h>
 #include <gtkmm/binlayout.h>
 #include <gtkmm/eventcontrollerkey.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Views/Window/Keyboard.h"

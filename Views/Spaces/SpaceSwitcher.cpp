@@ -1,12 +1,13 @@
 #include "Views/Spaces/SpaceSwitcher.h"
 
 #include <gdkmm/frameclock.h>
-#include <glib/gi18n.h>
 #include <gtkmm/adjustment.h>
 #include <gtkmm/eventcontrollerscroll.h>
 
+#include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Commands/ActionCatalogue.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Views/Sidebar/SidebarMenus.h"
@@ -24,7 +25,7 @@ constexpr double kSealPitch = 32;  // by which a notch of the wheel moves them
 }  // namespace
 
 SpaceSwitcher::SpaceSwitcher(BrowserStore& store, SidebarDrag& drag)
-    : store_(store), drag_(drag), newSpace_("plus", _("New Space (Ctrl+Shift+N)")) {
+    : store_(store), drag_(drag), newSpace_("plus", withKeys(_("New Space"), ActionID::NewSpace)) {
   add_css_class("spaces");
   row_.add_css_class("seals");
   row_.set_valign(Gtk::Align::CENTER);
@@ -160,7 +161,8 @@ void SpaceSwitcher::takeDrops(Gtk::Widget& seal, const std::shared_ptr<Space>& s
   gtk_widget_add_controller(seal.gobj(), GTK_EVENT_CONTROLLER(controller));
 }
 
-ToolsRow::ToolsRow(BrowserStore& store) : store_(store), menu_("menu", _("Main Menu (F10)")) {
+ToolsRow::ToolsRow(BrowserStore& store)
+    : store_(store), menu_("menu", withKeys(_("Main Menu"), ActionID::MainMenu)) {
   add_css_class("tools");
   auto* space = Gtk::make_managed<Gtk::Box>();
   space->set_hexpand(true);

@@ -1,7 +1,8 @@
 #include "Views/Window/AboutWindow.h"
 
 #include <adwaita.h>
-#include <glib/gi18n.h>
+
+#include "Base/Texts.h"
 
 namespace orvel {
 

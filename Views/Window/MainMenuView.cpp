@@ -1,9 +1,8 @@
 #include "Views/Window/MainMenuView.h"
 
-#include <glib/gi18n.h>
-
 #include <algorithm>
 
+#include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 #include "Models/Commands/CommandList.h"
 

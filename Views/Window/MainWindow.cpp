@@ -32,7 +32,11 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
       utilityWindows_(std::make_unique<UtilityWindows>(window_, store, view_->scheme())) {
   gtk_window_set_default_size(window_, kWidth, kHeight);
   gtk_widget_set_size_request(GTK_WIDGET(window_), kMinimumWidth, kMinimumHeight);
-  gtk_window_set_hide_on_close(window_, TRUE);
+  g_signal_connect_swapped(window_, "close-request", G_CALLBACK(+[](MainWindow* self) -> gboolean {
+                             self->close();
+                             return TRUE;
+                           }),
+                           this);
   // F10 is the main menu's, not the menu bar's of the toolkit.
   gtk_window_set_handle_menubar_accel(window_, FALSE);
   gtk_widget_add_css_class(GTK_WIDGET(window_), "orvel");
@@ -57,6 +61,7 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
 }
 
 MainWindow::~MainWindow() {
+  g_signal_handlers_disconnect_by_data(window_, this);
   title_.stop();
   // A menu that is still open takes the keyboard along.
   gtk_window_set_focus(window_, nullptr);
@@ -74,6 +79,14 @@ SettingsContent& MainWindow::settings() {
 }
 
 bool MainWindow::openUtilityWindow(UtilityWindow which) { return utilityWindows_->show(which); }
+
+void MainWindow::close() {
+  store_.services().scheduler.post([this, alive = std::weak_ptr(isAlive_)] {
+    if (alive.expired() || !didClose) return;
+    const auto tell = didClose;  // it goes with this object
+    tell();
+  });
+}
 
 void MainWindow::present() { gtk_window_present(window_); }
 

@@ -2,6 +2,7 @@
 
 #include <adwaita.h>
 
+#include <functional>
 #include <memory>
 
 #include "Desktop/Gtk/GtkDesktopWindow.h"
@@ -20,7 +21,7 @@ class UtilityWindows;
 class MainWindow final : public Interface {
  public:
   // `application` may be null, in tests; the store outlives the window. The style sheet is loaded.
-  // The window becomes the store's interface and shows nothing yet; closing it hides it.
+  // The window becomes the store's interface and shows nothing yet.
   MainWindow(GtkApplication* application, BrowserStore& store);
   ~MainWindow() override;
   MainWindow(const MainWindow&) = delete;
@@ -29,6 +30,9 @@ class MainWindow final : public Interface {
   bool openUtilityWindow(UtilityWindow which) override;
 
   void present();
+  // Told a turn after the user has closed the window: time to end this object. A window is never
+  // hidden: the toolkit ends the program when a screen reader asks it for one that is.
+  std::function<void()> didClose;
   UtilityWindows& utilityWindows() { return *utilityWindows_; }
   SettingsContent& settings();
   GtkDesktopWindow& desktopWindow() { return desktopWindow_; }
@@ -36,6 +40,7 @@ class MainWindow final : public Interface {
   BrowserView& view() { return *view_; }
 
  private:
+  void close();
   std::optional<bool> perform(ActionID action);
   void toggleMainMenu();
   // Whether the undo key means the toast's.
@@ -48,6 +53,8 @@ class MainWindow final : public Interface {
   std::unique_ptr<UtilityWindows> utilityWindows_;
   std::unique_ptr<GtkEventSource> events_;
   Effect title_;
+  // Ends what waits for the next turn.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace orvel

@@ -25,8 +25,8 @@ class UtilityContent {
   virtual bool beginSearch() { return false; }
 };
 
-// The program's small windows, one for each title. A window is made when it is first shown; closing
-// hides it, and it comes back as it was.
+// The program's small windows, one for each title. What fills a window is
+// made when it is first shown; closing keeps it, and the window comes back as it was.
 class UtilityWindows {
  public:
   using Factory = std::function<std::unique_ptr<UtilityContent>()>;
@@ -38,8 +38,9 @@ class UtilityWindows {
 
   // Says what fills a window; to be called before it is first shown.
   void fill(UtilityWindow which, Factory factory) { factories_[which] = std::move(factory); }
-  // Told of each window that is made. Empty: nobody is.
+  // Told of each window that is made, and of each before it goes. Empty: nobody is.
   std::function<void(GtkDesktopWindow& window)> didMake;
+  std::function<void(GtkDesktopWindow& window)> willGo;
 
   // Shows the window, with the keyboard; answers false when nothing fills it.
   bool show(UtilityWindow which);
@@ -53,12 +54,16 @@ class UtilityWindows {
   class Window;
 
   Window* window(UtilityWindow which);
+  void close(UtilityWindow which);
 
   GtkWindow* main_;
   BrowserStore& store_;
   const Observable<ColorScheme>& scheme_;
   std::map<UtilityWindow, Factory> factories_;
+  std::map<UtilityWindow, std::unique_ptr<UtilityContent>> contents_;
   std::map<UtilityWindow, std::unique_ptr<Window>> windows_;
+  // Ends what waits for the next turn.
+  std::shared_ptr<bool> isAlive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace orvel

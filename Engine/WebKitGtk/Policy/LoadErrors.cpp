@@ -3,6 +3,7 @@
 #include <gio/gio.h>
 #include <webkit/webkit.h>
 
+#include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Policy/ReportedURL.h"
 
@@ -67,7 +68,7 @@ LoadError loadError(const GError& error, const char* failingURL) {
 
 LoadError timeoutError(const char* failingURL) {
   const GError error{G_IO_ERROR, G_IO_ERROR_TIMED_OUT,
-                     const_cast<char*>("The server took too long to answer.")};
+                     const_cast<char*>(_("The server took too long to answer."))};
   return loadError(error, failingURL);
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Base/FileSystem.h"
+#include "Base/Texts.h"
 #include "Engine/WebKitGtk/Scripts/EngineScripts.h"
 #include "Engine/WebKitGtk/View/WebKitWebView.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
@@ -240,7 +241,7 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
   g_close(descriptor, nullptr);
 
   auto expected =
-      answers_.expect(std::move(answer), PDFResult{std::nullopt, "The page does not answer."});
+      answers_.expect(std::move(answer), PDFResult{std::nullopt, _("The page does not answer.")});
   awaitTakingUp(std::move(expected.takenUp));
   auto* context =
       new Context{GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get())),
@@ -264,7 +265,7 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
                      if (owned->error.empty())
                        result.data = FileSystem::disk()->read(owned->file).bytes;
                      if (!result.data && result.error.empty())
-                       result.error = "The page could not be printed to a file.";
+                       result.error = _("The page could not be printed to a file.");
                      g_unlink(owned->file.c_str());
                      owned->answer(std::move(result));
                    }),
