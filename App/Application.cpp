@@ -40,11 +40,11 @@ void tellInDialog(const std::string& message, const std::string& detail) {
 // Who starts the program from now on gets one of their own, and does not talk to one that has
 // stopped listening.
 void giveNameBack(GApplication* application) {
-  constexpr int kMostMilliseconds = 500;
+  constexpr int kMaxMilliseconds = 500;
   if (auto* bus = g_application_get_dbus_connection(application))
     g_dbus_connection_call(bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
                            "org.freedesktop.DBus", "ReleaseName", g_variant_new("(s)", kIdentifier),
-                           nullptr, G_DBUS_CALL_FLAGS_NONE, kMostMilliseconds, nullptr, nullptr,
+                           nullptr, G_DBUS_CALL_FLAGS_NONE, kMaxMilliseconds, nullptr, nullptr,
                            nullptr);
 }
 

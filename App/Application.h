@@ -23,12 +23,12 @@ class Application {
   Application();
   ~Application();
 
-  // Answers the program's exit code.
+  // Returns the program's exit code.
   int run(StartOptions options);
 
  private:
   void makeActions();
-  // Finishes the launch. Answers whether this call did so: the bus may ask for anything before it
+  // Finishes the launch. Returns whether this call did so: the bus may ask for anything before it
   // asks for the window.
   bool launchOnce();
   void openAddress(const std::string& text);

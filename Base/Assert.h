@@ -5,7 +5,7 @@
 
 namespace orvel {
 
-// Takes the place of ending the program when an assertion fails; answers the handler that was
+// Takes the place of ending the program when an assertion fails; returns the handler that was
 // there. An empty handler restores the default. Tests use it to see that a misuse is caught.
 using AssertionHandler = std::function<void(std::string_view message)>;
 AssertionHandler setAssertionHandler(AssertionHandler handler);

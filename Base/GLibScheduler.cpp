@@ -28,7 +28,7 @@ constexpr int kPriorityBeforeLayout = G_PRIORITY_HIGH_IDLE;
 constexpr int kUtilityNiceness = 10;
 
 // How long waiting work may hold up the end.
-constexpr Duration kLongestEnd = 1s;
+constexpr Duration kMaxEnd = 1s;
 
 }  // namespace
 
@@ -167,7 +167,7 @@ void GLibScheduler::work(Worker& worker, WorkPriority priority) {
     {
       std::unique_lock lock(mutex_);
       wanted_.wait(lock, [&] { return ending_ || !worker.jobs.empty(); });
-      if (worker.jobs.empty() || (ending_ && instant() - *ending_ > kLongestEnd)) return;
+      if (worker.jobs.empty() || (ending_ && instant() - *ending_ > kMaxEnd)) return;
       job = std::move(worker.jobs.front());
       worker.jobs.pop_front();
     }

@@ -14,14 +14,14 @@ class Image;
 using ImageRef = std::shared_ptr<const Image>;
 
 // A picture in memory: rows from top to bottom, four bytes a pixel in the order red, green, blue,
-// alpha, colours not multiplied by alpha, no padding between rows.
+// alpha, colors not multiplied by alpha, no padding between rows.
 class Image {
  public:
-  static constexpr int kLargestSide = 4096;
+  static constexpr int kMaxSide = 4096;
 
   // Decodes a picture file of any format that the system's loaders know. Null when the bytes are no
   // picture, are cut off, or when a side is longer than `largestSide` pixels. Safe on any thread.
-  static ImageRef decode(std::string_view bytes, int largestSide = kLargestSide);
+  static ImageRef decode(std::string_view bytes, int largestSide = kMaxSide);
 
   // `pixels` holds width * height * 4 bytes; null when it does not, or when a side is not positive.
   static ImageRef make(int width, int height, std::vector<uint8_t> pixels);

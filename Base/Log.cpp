@@ -13,8 +13,8 @@ namespace orvel {
 
 namespace {
 
-constexpr size_t kMostEntries = 4096;
-constexpr size_t kLongestMessage = 2048;
+constexpr size_t kMaxEntries = 4096;
+constexpr size_t kMaxMessage = 2048;
 constexpr size_t kMaskBytes = 8;
 
 struct Memory {
@@ -52,7 +52,7 @@ Severity severity(Log::Level level) {
 }  // namespace
 
 void Log::write(Level level, std::string message) const {
-  if (message.size() > kLongestMessage) message.resize(kLongestMessage);
+  if (message.size() > kMaxMessage) message.resize(kMaxMessage);
   message = text::repairedUTF8(message);
   const auto [flags, priority] = severity(level);
   const GLogField fields[] = {{"MESSAGE", message.c_str(), -1},
@@ -64,7 +64,7 @@ void Log::write(Level level, std::string message) const {
   const Date now = std::chrono::time_point_cast<Date::duration>(std::chrono::system_clock::now());
   const std::lock_guard lock(memory().mutex);
   memory().entries.push_back({now, level, category_, std::move(message)});
-  if (memory().entries.size() > kMostEntries) memory().entries.pop_front();
+  if (memory().entries.size() > kMaxEntries) memory().entries.pop_front();
 }
 
 std::vector<Log::Entry> Log::recent() {

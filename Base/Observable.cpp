@@ -44,7 +44,7 @@ class EffectState : public std::enable_shared_from_this<EffectState> {
 
 namespace {
 
-constexpr int kMostRounds = 100;
+constexpr int kMaxRounds = 100;
 
 struct Graph {
   EffectState* running = nullptr;
@@ -164,7 +164,7 @@ detail::UntrackedScope::~UntrackedScope() { graph().running = suspended_; }
 
 void flushEffects() {
   for (int round = 0; !graph().woken.empty(); ++round) {
-    if (round == kMostRounds) {
+    if (round == kMaxRounds) {
       require(false, "effects do not settle");
       graph().woken.clear();
       return;

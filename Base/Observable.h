@@ -63,7 +63,7 @@ class Observable : public ObservableBase {
   // The value without subscribing the running effect.
   const T& peek() const { return value_; }
 
-  // Answers whether the new value differs from the old one.
+  // Returns whether the new value differs from the old one.
   bool set(T next) {
     requireWritable();
     const bool isDifferent = !Equal{}(value_, next);

@@ -12,7 +12,7 @@ struct Spring {
   // When the motion counts as logically finished. Zero means after one `response`.
   double settling = 0;
   // The speed that the motion starts with, as a multiple of its distance in each second: positive
-  // towards its end. Zero leaves a retargeted motion the speed that it has.
+  // toward its end. Zero leaves a retargeted motion the speed that it has.
   double initialVelocity = 0;
 
   constexpr Duration logicalDuration() const { return seconds(settling > 0 ? settling : response); }

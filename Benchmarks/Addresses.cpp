@@ -44,7 +44,7 @@ BENCHMARK(shortcutMatch);
 
 ChoiceMemory fullMemory() {
   ChoiceMemory memory;
-  for (int i = 0; memory.choices.size() < ChoiceMemory::kMostPrefixes; ++i)
+  for (int i = 0; memory.choices.size() < ChoiceMemory::kMaxPrefixes; ++i)
     for (int pick = 0; pick < 2; ++pick)
       memory.record(fmt::format("{:x} query", i * 7919), fmt::format("url:https://{}.test/", i % 9),
                     Date(std::chrono::seconds(i)));

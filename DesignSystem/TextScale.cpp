@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kSize = "orvel-icon-size";
 constexpr const char* kMost = "orvel-icon-most";
-constexpr double kMostInButton = 1.5;
+constexpr double kMaxInButton = 1.5;
 
 void showSize(GtkImage* image) {
   const auto kept = [image](const char* name) {
@@ -35,9 +35,8 @@ int scaledWithText(int pixels) { return static_cast<int>(std::lround(pixels * te
 void setIconSize(Gtk::Image& image, int size, IconPlace place) {
   auto* object = G_OBJECT(image.gobj());
   const bool isNew = !g_object_get_data(object, kSize);
-  const int most = place == IconPlace::InButton
-                       ? static_cast<int>(std::lround(size * kMostInButton))
-                       : std::numeric_limits<int>::max();
+  const int most = place == IconPlace::InButton ? static_cast<int>(std::lround(size * kMaxInButton))
+                                                : std::numeric_limits<int>::max();
   g_object_set_data(object, kSize, GINT_TO_POINTER(size));
   g_object_set_data(object, kMost, GINT_TO_POINTER(most));
   showSize(image.gobj());

@@ -14,7 +14,7 @@ namespace orvel {
 // The change itself happens at once, inside a `Transaction`; only its picture takes time.
 class Animator {
  public:
-  // `isMotionWanted` answers whether there is an interface whose desktop has animations switched
+  // `isMotionWanted` returns whether there is an interface whose desktop has animations switched
   // on; empty: there is none.
   explicit Animator(Scheduler& scheduler, std::function<bool()> isMotionWanted = {})
       : scheduler_(scheduler), isMotionWanted_(std::move(isMotionWanted)) {}

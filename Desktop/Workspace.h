@@ -24,7 +24,7 @@ class Workspace {
   virtual std::optional<ApplicationInfo> applicationToOpen(const URL& url) const = 0;
   // Hands the URL to that application. Fails silently.
   virtual void open(const URL& url) = 0;
-  // Opens the file with the user's application for its type. Answers false on a later turn when
+  // Opens the file with the user's application for its type. Tells false on a later turn when
   // there is no such application, or the file is not there.
   virtual void openFile(const std::filesystem::path& file,
                         std::function<void(bool isOpened)> answer) = 0;
@@ -32,7 +32,7 @@ class Workspace {
   virtual void reveal(const std::filesystem::path& file) = 0;
   // This program is the user's handler of http and https.
   virtual bool isDefaultBrowser() const = 0;
-  // Answers on a later turn what has come of it.
+  // Tells on a later turn what has come of it.
   virtual void makeDefaultBrowser(std::function<void(bool isDefault)> answer) = 0;
   // Tells the desktop that a download has come; may do nothing.
   virtual void noteDownloadFinished(const std::filesystem::path& file) = 0;

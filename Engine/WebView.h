@@ -122,7 +122,7 @@ class WebView {
 
   // The way back to the committed page; absent when there is none yet.
   virtual std::optional<InteractionState> interactionState() const = 0;
-  // Takes such bytes back and loads the current entry; answers whether it did. Bytes that the
+  // Takes such bytes back and loads the current entry; returns whether it did. Bytes that the
   // engine refuses, or that lead nowhere, load nothing.
   virtual bool setInteractionState(const std::string& bytes) = 0;
 

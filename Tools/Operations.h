@@ -25,7 +25,7 @@ void addAddressOperations(Operations& operations);
 void addAnswerOperations(Operations& operations);
 void addSessionOperations(Operations& operations);
 
-// `orvel-core convert-filters`: `arguments` are those after the command's name. Answers the exit
+// `orvel-core convert-filters`: `arguments` are those after the command's name. Returns the exit
 // code.
 int convertFilters(int count, char** arguments);
 

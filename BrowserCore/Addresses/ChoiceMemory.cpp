@@ -44,15 +44,15 @@ void forgetOldest(std::unordered_map<std::string, Choices>& choices, size_t coun
 
 void ChoiceMemory::record(std::string_view query, std::string_view choice, Date at) {
   query = text::trimmed(query);
-  for (const size_t end : text::characterEnds(query, kLongestPrefix))
+  for (const size_t end : text::characterEnds(query, kMaxPrefix))
     note(choices[text::lower(query.substr(0, end))], choice, at);
-  if (choices.size() > kMostPrefixes) forgetOldest(choices, choices.size() - kMostPrefixes);
+  if (choices.size() > kMaxPrefixes) forgetOldest(choices, choices.size() - kMaxPrefixes);
 }
 
 std::optional<std::string> ChoiceMemory::topChoice(std::string_view query,
                                                    std::span<const std::string> keys) const {
   query = text::trimmed(query);
-  if (text::characterCount(query, kLongestPrefix + 1) > kLongestPrefix) return std::nullopt;
+  if (text::characterCount(query, kMaxPrefix + 1) > kMaxPrefix) return std::nullopt;
   const auto list = choices.find(text::lower(query));
   if (list == choices.end()) return std::nullopt;
   for (const Choice& choice : list->second)

@@ -26,9 +26,9 @@ struct ChoiceMemory {
   };
 
   // A text is learned and looked up by at most this many characters.
-  static constexpr size_t kLongestPrefix = 16;
+  static constexpr size_t kMaxPrefix = 16;
   static constexpr size_t kChoicesPerPrefix = 4;
-  static constexpr size_t kMostPrefixes = 2000;
+  static constexpr size_t kMaxPrefixes = 2000;
   // Fewer picks than this may be chance and are not offered.
   static constexpr int64_t kPicksToCount = 2;
 

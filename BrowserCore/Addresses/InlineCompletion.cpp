@@ -33,7 +33,7 @@ bool isInLowerCase(std::string_view text) {
                      [](char c) { return c >= 0 && !(c >= 'A' && c <= 'Z'); });
 }
 
-// Calls `isWanted` with the forms of every page, in order, until one is; answers whether one was.
+// Calls `isWanted` with the forms of every page, in order, until one is; returns whether one was.
 template <typename Predicate>
 bool anyForm(std::span<const URL> urls, Reach reach, Predicate isWanted) {
   for (const URL& url : urls) {

@@ -9,7 +9,7 @@ namespace orvel {
 namespace {
 
 constexpr std::string_view kPlaceholder = "%s";
-constexpr size_t kLongestAddress = size_t{64} << 20;
+constexpr size_t kMaxAddress = size_t{64} << 20;
 
 size_t countPlaceholders(std::string_view text) {
   size_t count = 0;
@@ -68,8 +68,8 @@ std::optional<URL> SearchShortcut::url(std::string_view query) const {
   const auto encoded = percentEncoded(query, kQueryValueCharacters);
   if (!encoded) return std::nullopt;
   const std::string_view text = text::trimmedBlanks(urlTemplate);
-  if (text.size() > kLongestAddress ||
-      (!encoded->empty() && countPlaceholders(text) > kLongestAddress / encoded->size()))
+  if (text.size() > kMaxAddress ||
+      (!encoded->empty() && countPlaceholders(text) > kMaxAddress / encoded->size()))
     return std::nullopt;
   std::string address = fillPlaceholders(text, *encoded);
   if (address.find("://") == std::string::npos) address.insert(0, "https://");

@@ -10,7 +10,7 @@ namespace orvel {
 namespace {
 
 constexpr std::string_view kSeparators[] = {" - ", " – ", " — ", " | ", " · "};
-constexpr size_t kLongestName = 30;
+constexpr size_t kMaxName = 30;
 
 // The separator whose first place in the title is the furthest right; empty without any.
 std::string_view lastSeparator(std::string_view title) {
@@ -37,7 +37,7 @@ std::string_view lastPiece(std::string_view title, std::string_view separator) {
 std::string siteName(std::string_view title, const std::optional<URL>& url) {
   if (const std::string_view separator = lastSeparator(title); !separator.empty()) {
     const std::string_view name = text::trimmedBlanks(lastPiece(title, separator));
-    if (!name.empty() && text::characterCount(name, kLongestName + 1) <= kLongestName)
+    if (!name.empty() && text::characterCount(name, kMaxName + 1) <= kMaxName)
       return std::string(name);
   }
   return url ? displayHost(*url) : translatable("Pinned tab");

@@ -37,8 +37,8 @@ const Site* siteOf(std::string_view host) {
 }
 
 bool isTracking(std::string_view name, const Site* site) {
-  constexpr size_t kLongestName = 11;
-  const std::string lowered = text::lowerASCII(name.substr(0, kLongestName + 1));
+  constexpr size_t kMaxName = 11;
+  const std::string lowered = text::lowerASCII(name.substr(0, kMaxName + 1));
   if (std::ranges::binary_search(kNames, std::string_view(lowered))) return true;
   if (std::ranges::any_of(kPrefixes, [&](auto prefix) { return lowered.starts_with(prefix); }))
     return true;

@@ -14,7 +14,7 @@ namespace orvel {
 //
 // The value is lenient, because whatever the engine reports as its address has to be one: any text
 // with a scheme and without control characters or blanks is a URL, also `?q=a|b`, `/%zz` and
-// letters beyond ASCII. Nothing is percent-encoded or normalised; two URLs are equal when their
+// letters beyond ASCII. Nothing is percent-encoded or normalized; two URLs are equal when their
 // texts are. Whether a typed text is meant as an address is `URLInput`'s question.
 class URL {
  public:

@@ -85,13 +85,13 @@ std::string_view hostCandidate(std::string_view text) {
 // \d{1,3}(\.\d{1,3}){3} with the digits of every script; the groups' values don't matter.
 bool isFourNumbers(std::string_view host) {
   constexpr int kGroups = 4;
-  constexpr int kMostDigits = 3;
+  constexpr int kMaxDigits = 3;
   int groups = 1;
   int digits = 0;
   while (!host.empty()) {
     const UChar32 c = takeCodePoint(host);
     if (c >= 0 && u_isdigit(c)) {
-      if (++digits > kMostDigits) return false;
+      if (++digits > kMaxDigits) return false;
     } else if (c == '.' && digits > 0 && groups < kGroups) {
       ++groups;
       digits = 0;

@@ -262,7 +262,7 @@ class Parser {
     return true;
   }
 
-  // Each of the following that answers, answers whether another value has to follow.
+  // Each of the following that answers, returns whether another value has to follow.
 
   bool parsePower() {
     while (skip('%')) value_ /= 100;

@@ -23,7 +23,7 @@ struct Request {
 // European Central Bank doesn't publish.
 [[nodiscard]] std::optional<Request> parse(std::string_view text);
 
-// Answers what `parse` reads. Absent also when `rates` lacks one of the currencies, and where the
+// Returns what `parse` reads. Absent also when `rates` lacks one of the currencies, and where the
 // result is beyond a double.
 [[nodiscard]] std::optional<QuickAnswer> convert(std::string_view text, const CurrencyRates& rates);
 

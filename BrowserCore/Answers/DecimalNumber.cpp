@@ -89,8 +89,8 @@ std::optional<double> parse(std::string_view text) {
     else
       integer = integer * 10 + static_cast<uint64_t>(c - '0');
   }
-  constexpr size_t kMostExactDigits = std::numeric_limits<double>::digits10;
-  if (isInteger && digits.size() <= kMostExactDigits)
+  constexpr size_t kMaxExactDigits = std::numeric_limits<double>::digits10;
+  if (isInteger && digits.size() <= kMaxExactDigits)
     return isNegative ? -static_cast<double>(integer) : static_cast<double>(integer);
   double value = 0;
   const char* end = text.data() + text.size();

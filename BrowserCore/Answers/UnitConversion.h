@@ -7,7 +7,7 @@
 
 namespace orvel::UnitConversion {
 
-// Answers texts like "10 km in mi" in any letter case: lengths, masses, temperatures, volumes (in
+// Evaluates texts like "10 km in mi" in any letter case: lengths, masses, temperatures, volumes (in
 // United States measure), speeds, amounts of data (in powers of 1000) and times. Commas of the
 // amount are skipped. Absent for anything else, for units of different dimensions, and where the
 // result is beyond a double.

@@ -27,7 +27,7 @@ struct DomainScope {
 };
 
 // Writes `*` and the host in lower case to `out`, which has room for one byte more than `host` has.
-// Answers how many bytes those are, or 0 for what isn't a host of several labels in ASCII.
+// Returns how many bytes those are, or 0 for what isn't a host of several labels in ASCII.
 size_t normalizeDomain(std::string_view host, char* out);
 
 // Reads scopes and keeps each once, so that filters with the same list share its text.

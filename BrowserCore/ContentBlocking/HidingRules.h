@@ -14,7 +14,7 @@ namespace orvel::filters {
 // sites first, then those for some. Selectors of the same sites share rules. A selector for all
 // sites but its exceptions gets a rule of its own; one for some sites is dropped where one of them
 // is related to an exception, since a rule can't have sites and exceptions both. Texts are kept in
-// `arena`. Answers how many selectors and rules were given up.
+// `arena`. Returns how many selectors and rules were given up.
 int64_t appendHidingRules(const CosmeticFilters& filters, const DomainScopes& scopes,
                           TextArena& arena, size_t room, std::vector<ContentRule>& rules);
 

@@ -33,7 +33,7 @@ class TextArena {
   void grow(size_t size) {
     constexpr size_t blockSize = 64 * 1024;
     const size_t capacity = size < blockSize ? blockSize : size;
-    // Left uninitialised: of a block reserved for the worst case only what is used costs memory.
+    // Left uninitialized: of a block reserved for the worst case only what is used costs memory.
     blocks_.push_back(std::unique_ptr<char[]>(new char[capacity]));
     next_ = blocks_.back().get();
     end_ = next_ + capacity;

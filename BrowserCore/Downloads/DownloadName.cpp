@@ -10,7 +10,7 @@ namespace orvel {
 
 namespace {
 
-constexpr size_t kLongestName = 255;
+constexpr size_t kMaxName = 255;
 
 bool isHarmful(UChar32 c) {
   return u_charType(c) == U_CONTROL_CHAR || u_hasBinaryProperty(c, UCHAR_BIDI_CONTROL);
@@ -48,7 +48,7 @@ struct NameParts {
   std::string_view extension;  // With its point; empty without one.
 
   std::string numbered(std::string_view number) const {
-    return fmt::format("{}{}{}", cut(base, kLongestName - number.size() - extension.size()), number,
+    return fmt::format("{}{}{}", cut(base, kMaxName - number.size() - extension.size()), number,
                        extension);
   }
 };
@@ -57,7 +57,7 @@ struct NameParts {
 NameParts split(std::string_view name) {
   const size_t point = name.rfind('.');
   if (point == std::string_view::npos || point == 0 || point + 1 == name.size() ||
-      name.size() - point > kLongestName / 2)
+      name.size() - point > kMaxName / 2)
     return {name, {}};
   return {name.substr(0, point), name.substr(point)};
 }

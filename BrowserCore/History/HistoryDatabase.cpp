@@ -51,7 +51,7 @@ constexpr const char* kRowOfPage =
     "SELECT rowid, url, title, visit_count, last_visit FROM visits WHERE profile = ?1 AND url = ?2";
 
 // SQLite's own limit on a pattern of LIKE, in bytes; a longer one is an error, and finds nothing.
-constexpr size_t kLongestPattern = 50'000;
+constexpr size_t kMaxPattern = 50'000;
 
 constexpr int kBusyMilliseconds = 2000;
 
@@ -186,7 +186,7 @@ std::vector<HistoryDatabase::Entry> HistoryDatabase::search(std::string_view que
                                                             const UUID& profile, size_t limit,
                                                             Date now) {
   const std::string pattern = patternContaining(query);
-  if (pattern.size() > kLongestPattern) return {};
+  if (pattern.size() > kMaxPattern) return {};
   if (!HistoryIndex::canSearch(query))
     return state_->entries(kSearch,
                            {profile.text(), pattern, inSeconds(now), static_cast<int64_t>(limit)});

@@ -6,7 +6,7 @@
 
 namespace orvel {
 
-// An opaque sRGB colour.
+// An opaque sRGB color.
 struct Color {
   uint8_t red = 0;
   uint8_t green = 0;
@@ -23,7 +23,7 @@ struct Color {
 
 enum class ColorScheme : uint8_t { light, dark };
 
-// A colour that depends on the scheme.
+// A color that depends on the scheme.
 struct SchemeColor {
   Color light;
   Color dark;
@@ -33,7 +33,7 @@ struct SchemeColor {
   }
 };
 
-// The colours of a space.
+// The colors of a space.
 struct Theme {
   // The gradient behind the sidebar and the window.
   struct Backdrop {
@@ -52,7 +52,7 @@ struct Theme {
 
   std::string_view id;  // Stored in the space's record.
   const char* name;     // Shown to people; marked, not looked up.
-  double hue = 0;       // On the colour circle, from 0 to 1.
+  double hue = 0;       // On the color circle, from 0 to 1.
   Variant light;
   Variant dark;
 

@@ -9,7 +9,7 @@
 // The dates of the program's JSON files: RFC 3339 internet date and time in whole seconds.
 namespace orvel::internetDate {
 
-// For example "2025-03-01T12:30:05Z". Fractions of a second are cut off towards the past; what lies
+// For example "2025-03-01T12:30:05Z". Fractions of a second are cut off toward the past; what lies
 // outside the years 0 to 9999 becomes their first or last second.
 [[nodiscard]] std::string text(Date date);
 

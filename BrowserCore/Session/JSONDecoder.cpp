@@ -67,8 +67,8 @@ class Document::Builder {
   }
 
   bool open(Kind kind) {
-    if (open_.size() == kMostLevels) {
-      error_ = fmt::format("it nests deeper than {} levels", kMostLevels);
+    if (open_.size() == kMaxLevels) {
+      error_ = fmt::format("it nests deeper than {} levels", kMaxLevels);
       return false;
     }
     open_.push_back(static_cast<uint32_t>(document_.nodes_.size()));
@@ -115,9 +115,9 @@ std::string Document::path(uint32_t target) const {
     steps.push_back(isObject ? fmt::format(".{}", key) : fmt::format("[{}]", position));
   }
   if (steps.empty()) return "it";
-  constexpr ptrdiff_t kMostSteps = 12;
-  if (std::ssize(steps) > kMostSteps) {
-    steps.erase(steps.begin(), steps.end() - kMostSteps);
+  constexpr ptrdiff_t kMaxSteps = 12;
+  if (std::ssize(steps) > kMaxSteps) {
+    steps.erase(steps.begin(), steps.end() - kMaxSteps);
     steps.insert(steps.begin(), "…");
   }
   const std::string path = fmt::format("{}", fmt::join(steps, ""));

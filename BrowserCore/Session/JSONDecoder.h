@@ -31,11 +31,11 @@ class Document {
  public:
   // Lists and objects inside one another. Enough for 20,000 folders, each of which takes three
   // levels in a session file.
-  static constexpr size_t kMostLevels = 60'100;
+  static constexpr size_t kMaxLevels = 60'100;
 
   // Strict JSON in UTF-8 (RFC 8259), a byte order mark allowed. An error for anything else, for an
   // escape of half a surrogate pair, a number beyond the range of a double, and deeper nesting than
-  // `kMostLevels`.
+  // `kMaxLevels`.
   [[nodiscard]] static std::variant<Document, DecodingError> parse(std::string_view data);
 
   // Valid as long as the document stays where it is.

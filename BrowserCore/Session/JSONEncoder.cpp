@@ -13,7 +13,7 @@ namespace {
 
 // Deeper levels are not indented further: a tree as deep as it is long would fill the disk with
 // blanks.
-constexpr size_t kMostIndentedLevels = 16;
+constexpr size_t kMaxIndentedLevels = 16;
 
 constexpr bool needsEscape(char c) {
   return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
@@ -73,7 +73,7 @@ void appendNumber(std::string& buffer, Number value) {
 
 void Encoder::breakLine() {
   buffer_ += '\n';
-  buffer_.append(2 * std::min(depth_, kMostIndentedLevels), ' ');
+  buffer_.append(2 * std::min(depth_, kMaxIndentedLevels), ' ');
 }
 
 void Encoder::separate() {

@@ -126,7 +126,7 @@ bool decode(JSONCoding::Decoder& decoder, JSONCoding::Value value,
       }
       const auto source = item.member("folder");
       if (!source) return decoder.failMissing(item, "tab or folder");
-      if (level.depth == FolderRecord::kMostLevels)
+      if (level.depth == FolderRecord::kMaxLevels)
         return decoder.fail(*source, "within the deepest level of folders");
       auto& folder = std::get<FolderRecord>(level.items->emplace_back(FolderRecord()));
       if (!decoder.field(*source, "id", folder.id) ||

@@ -17,7 +17,7 @@ using SidebarItemRecord = std::variant<TabRecord, FolderRecord>;
 // destroying them costs no stack.
 struct FolderRecord {
   // Deeper folders can't be read back from a file.
-  static constexpr size_t kMostLevels = 20'000;
+  static constexpr size_t kMaxLevels = 20'000;
 
   FolderRecord() = default;
   FolderRecord(UUID id, std::string name, bool isExpanded);

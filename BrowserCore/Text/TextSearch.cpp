@@ -69,7 +69,7 @@ std::string Needle::folded(std::string_view text) const {
 
 bool Needle::isIn(std::string_view text) const {
   if (folded_.empty()) return false;
-  text = text.substr(0, kLongestSearched);
+  text = text.substr(0, kMaxSearched);
   if (letterI_ == LetterI::Common && text::isASCII(text))
     return isASCII_ && containsLetters(text, folded_);
   return folded(text).find(folded_) != std::string::npos;

@@ -12,7 +12,7 @@ namespace orvel::text {
 class Needle {
  public:
   // Of a longer text only so many bytes are searched, so that no page's title holds up typing.
-  static constexpr size_t kLongestSearched = size_t{16} << 10;
+  static constexpr size_t kMaxSearched = size_t{16} << 10;
 
   explicit Needle(std::string_view text);
 

@@ -11,15 +11,15 @@ namespace orvel {
 namespace {
 
 // Longer texts of pages are cut: a dialog must fit the screen.
-constexpr size_t kLongestText = 4000;
+constexpr size_t kMaxText = 4000;
 
 GtkWindow* nativeOf(DesktopWindow* parent) {
   return parent ? static_cast<GtkDesktopWindow*>(parent)->native() : nullptr;
 }
 
 std::string shortened(const std::string& text) {
-  if (text.size() <= kLongestText) return text;
-  const char* end = g_utf8_find_prev_char(text.c_str(), text.c_str() + kLongestText);
+  if (text.size() <= kMaxText) return text;
+  const char* end = g_utf8_find_prev_char(text.c_str(), text.c_str() + kMaxText);
   return text.substr(0, static_cast<size_t>(end - text.c_str())) + "…";
 }
 

@@ -45,7 +45,7 @@ ModifierKeys modifiersIn(GdkModifierType state) {
           .shift = (state & GDK_SHIFT_MASK) != 0};
 }
 
-// Answers whether it was there.
+// Returns whether it was there.
 bool takeOut(std::vector<guint>& list, guint value) { return std::erase(list, value) > 0; }
 
 }  // namespace

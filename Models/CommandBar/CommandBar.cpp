@@ -16,9 +16,9 @@ namespace orvel {
 
 namespace {
 
-constexpr size_t kMostFrequentURLs = 400;
-constexpr size_t kMostHistoryMatches = 5;
-constexpr size_t kShortestQuestion = 2;
+constexpr size_t kMaxFrequentURLs = 400;
+constexpr size_t kMaxHistoryMatches = 5;
+constexpr size_t kMinQuestion = 2;
 constexpr Duration kDebounce = 150ms;
 
 std::string addressOf(const TabRef& tab) {
@@ -113,8 +113,8 @@ void CommandBar::search() {
 Task<> CommandBar::readFrequentURLs(std::weak_ptr<CommandBar> weak) {
   std::optional<Future<HistoryStore::Entries>> coming;
   if (const auto bar = weak.lock(); bar && bar->store_.history)
-    coming = bar->store_.history->search(HistorySearchField(), "", bar->profile(),
-                                         kMostFrequentURLs, bar->services_.scheduler.now());
+    coming = bar->store_.history->search(HistorySearchField(), "", bar->profile(), kMaxFrequentURLs,
+                                         bar->services_.scheduler.now());
   if (!coming) co_return;
   auto pages = co_await std::move(*coming);
   const auto bar = weak.lock();
@@ -131,7 +131,7 @@ Task<> CommandBar::searchHistory(std::weak_ptr<CommandBar> weak) {
   if (const auto bar = weak.lock(); bar && !wasOvertaken) {
     if (const auto query = bar->query(); !query.empty() && bar->store_.history)
       coming = bar->store_.history->search(bar->typedSearches_, query, bar->profile(),
-                                           kMostHistoryMatches, bar->services_.scheduler.now());
+                                           kMaxHistoryMatches, bar->services_.scheduler.now());
     else
       bar->historyMatches_ = HistoryStore::Entries();
   }
@@ -165,8 +165,8 @@ std::optional<URL> CommandBar::engineQuestion() const {
   const std::string typed = query();
   const Settings& settings = store_.settings;
   if (!settings.searchSuggestions.peek() ||
-      text::characterCount(typed, kShortestQuestion) < kShortestQuestion ||
-      looksLikeAddress(typed) || SearchShortcut::match(typed, settings.searchShortcuts.peek()))
+      text::characterCount(typed, kMinQuestion) < kMinQuestion || looksLikeAddress(typed) ||
+      SearchShortcut::match(typed, settings.searchShortcuts.peek()))
     return std::nullopt;
   return settings.searchEngine.peek().suggestionsURL(typed);
 }

@@ -12,12 +12,12 @@ namespace orvel {
 
 namespace {
 
-constexpr size_t kMostUntypedTabs = 6;
-constexpr size_t kMostCompletions = 3;
-constexpr size_t kMostCommands = 3;
-constexpr size_t kMostTabs = 5;
-constexpr size_t kMostVisits = 4;
-constexpr size_t kMostArchived = 3;
+constexpr size_t kMaxUntypedTabs = 6;
+constexpr size_t kMaxCompletions = 3;
+constexpr size_t kMaxCommands = 3;
+constexpr size_t kMaxTabs = 5;
+constexpr size_t kMaxVisits = 4;
+constexpr size_t kMaxArchived = 3;
 
 using Rows = std::vector<Suggestion>;
 
@@ -51,7 +51,7 @@ void addTypedRows(const SuggestionSources& sources, const std::string& query, Ro
   }
   rows.push_back(suggestion::Search{query});
   addFirst(
-      kMostCompletions, sources.engineSuggestions, rows,
+      kMaxCompletions, sources.engineSuggestions, rows,
       [typed = text::lowerCased(query)](const std::string& completion) {
         return text::lowerCased(completion) != typed;
       },
@@ -61,12 +61,12 @@ void addTypedRows(const SuggestionSources& sources, const std::string& query, Ro
 void addFoundRows(const SuggestionSources& sources, const std::string& query, Rows& rows) {
   if (sources.commandsMatching)
     addFirst(
-        kMostCommands, sources.commandsMatching(query), rows,
+        kMaxCommands, sources.commandsMatching(query), rows,
         [](const PaletteCommand&) { return true; },
         [](const PaletteCommand& command) -> Suggestion { return suggestion::Command{command}; });
   const text::Needle needle(query);
   addFirst(
-      kMostTabs, sources.tabs, rows,
+      kMaxTabs, sources.tabs, rows,
       [&](const TabRef& tab) { return tab != sources.selectedTab && matchesTab(needle, *tab); },
       tabRow);
   const auto isOpen = [&](const URL& url) {
@@ -74,11 +74,11 @@ void addFoundRows(const SuggestionSources& sources, const std::string& query, Ro
                                [&](const TabRef& tab) { return tab->url.get() == url; });
   };
   addFirst(
-      kMostVisits, sources.historyMatches, rows,
+      kMaxVisits, sources.historyMatches, rows,
       [&](const HistoryStore::Entry& entry) { return !isOpen(entry.url); },
       [](const HistoryStore::Entry& entry) -> Suggestion { return suggestion::History{entry}; });
   addFirst(
-      kMostArchived, sources.archive, rows,
+      kMaxArchived, sources.archive, rows,
       [&](const ArchivedTabRecord& record) {
         return matches(needle, record.tab.title, record.tab.url);
       },
@@ -105,7 +105,7 @@ std::vector<Suggestion> suggestions(const SuggestionSources& sources) {
     promote(sources, query, rows);
   } else if (sources.mode == CommandBarMode::NewTab) {
     addFirst(
-        kMostUntypedTabs, sources.tabs, rows,
+        kMaxUntypedTabs, sources.tabs, rows,
         [&](const TabRef& tab) { return tab != sources.selectedTab; }, tabRow);
   }
   return rows;

@@ -60,10 +60,10 @@ Menu& CommandList::mainMenu() {
 }
 
 std::vector<PaletteCommand> CommandList::commandsMatching(const std::string& query) {
-  constexpr size_t kShortestFirstWord = 2;
+  constexpr size_t kMinFirstWord = 2;
   const std::string lowered = text::lower(query);
   const auto words = text::splitNonEmpty(lowered, ' ');
-  if (words.empty() || text::characterCount(words.front(), kShortestFirstWord) < kShortestFirstWord)
+  if (words.empty() || text::characterCount(words.front(), kMinFirstWord) < kMinFirstWord)
     return {};
 
   std::vector<PaletteCommand> commands = paletteCommands();

@@ -31,7 +31,7 @@ class CommandList {
   static std::optional<std::string> shortcut(const MenuItem& of);
   // Chooses the item that stands there now; does nothing when there is none or it is disabled.
   void performMenuItem(std::span<const std::string> titles);
-  // The same by what the item is, also for a hidden one. Answers whether it was chosen.
+  // The same by what the item is, also for a hidden one. Returns whether it was chosen.
   bool performAction(ActionID action);
 
  private:

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 
 // Menus as values, apart from any toolkit.
 namespace orvel {

@@ -88,7 +88,7 @@ void insertTab(Observable<TabList>& tabs, TabRef tab, const std::optional<UUID>&
 [[nodiscard]] bool contains(const TabList& tabs, const BrowserTab& tab);
 // The tab's index; absent when it is not in the list.
 [[nodiscard]] std::optional<size_t> indexOf(const TabList& tabs, const BrowserTab& tab);
-// Answers whether the tab was in the list.
+// Returns whether the tab was in the list.
 bool removeTab(Observable<TabList>& tabs, const BrowserTab& tab);
 
 }  // namespace orvel

@@ -49,7 +49,7 @@ class Space {
   const std::shared_ptr<Profile> profile;
   Observable<std::string> name;
   Observable<std::string> symbol;  // the name of an icon
-  Observable<double> hue;          // the place of the space's colour, 0 to 1
+  Observable<double> hue;          // the place of the space's color, 0 to 1
   Observable<SidebarItemList> pinned;
   Observable<TabList> today;
   // May name no tab; it is not corrected then.

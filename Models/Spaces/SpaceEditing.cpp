@@ -16,10 +16,10 @@ namespace orvel {
 namespace {
 
 Task<> removeDataStore(Engine& engine, UUID id) {
-  constexpr int kMostAttempts = 5;
+  constexpr int kMaxAttempts = 5;
   // The views that were just torn down take a moment to let go of it.
   constexpr Duration kBeforeAttempt = 1s;
-  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+  for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
     co_await sleep(kBeforeAttempt);
     auto [future, resolve] = makeFuture<std::optional<std::string>>();
     engine.removeDataStoreForIdentifier(id, resolve);

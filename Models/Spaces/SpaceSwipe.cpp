@@ -29,7 +29,7 @@ constexpr double kHighestVelocity = 20;
 
 int directionOf(double travel) { return travel > 0 ? 1 : -1; }
 
-// `speed` is that towards the end, and `distance` the way to it.
+// `speed` is that toward the end, and `distance` the way to it.
 Spring swipeSpring(double speed, double distance) {
   return {.response = kResponse,
           .dampingFraction = 1,
@@ -74,7 +74,7 @@ void SpaceSwipe::watch(const ScrollEvent& event) {
         travel_.reset();
         return;
       }
-      // Fingers that move the page to the left travel towards the next space.
+      // Fingers that move the page to the left travel toward the next space.
       return track(*travel_ - event.deltaX, event.timestamp);
     }
     case ScrollEvent::Phase::Ended:

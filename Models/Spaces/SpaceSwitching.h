@@ -28,7 +28,7 @@ class SpaceSwitching {
   std::vector<std::shared_ptr<Space>> pagerSpaces() const;
   // -1 left of the active space, 1 right of it; 0 for itself and for one that is no member.
   int pagerPosition(const Space& space) const;
-  // The neighbour that a swipe brings in; null without one.
+  // The neighbor that a swipe brings in; null without one.
   std::shared_ptr<Space> revealingSpace() const;
   // The space `delta` further on in the sidebar's order; null beyond its ends.
   std::shared_ptr<Space> adjacentSpace(int delta) const;

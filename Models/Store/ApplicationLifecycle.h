@@ -53,7 +53,7 @@ class ApplicationLifecycle {
   // The user started the program again or clicked its icon: what is there comes forward.
   enum class VisibleWindows { None, Some };
   void handleReopen(VisibleWindows visible);
-  // A result of the desktop's search was chosen. Answers whether it was one of this program's.
+  // A result of the desktop's search was chosen. Returns whether it was one of this program's.
   bool continueActivity(const std::string& identifier);
   // Brings everything to the disk; blocks for at most `kDrainDeadline`.
   void willTerminate();

@@ -48,9 +48,8 @@ TabRef BrowserStore::openTab(const std::optional<URL>& url, OpenOptions options)
                                             .lastActiveAt = services_.scheduler.now(),
                                             .configuration = std::move(options.configuration),
                                             .schemeSource = options.schemeSource});
-  const auto neighbour =
-      options.after ? indexOf(space->today.peek(), *options.after) : std::nullopt;
-  const auto index = static_cast<TabList::difference_type>(neighbour ? *neighbour + 1 : 0);
+  const auto neighbor = options.after ? indexOf(space->today.peek(), *options.after) : std::nullopt;
+  const auto index = static_cast<TabList::difference_type>(neighbor ? *neighbor + 1 : 0);
   animate(Spring::entry, [&] {
     space->today.update([&](TabList& today) { today.insert(today.begin() + index, tab); });
   });

@@ -69,7 +69,7 @@ class ComingFeatures {
   // Asks the tabs that play, every ten seconds, whether they still do.
   void startMediaMonitoring();
 
-  // A result of the desktop's search. Answers whether it was one of this program's.
+  // A result of the desktop's search. Returns whether it was one of this program's.
   bool openSpotlightItem(const std::string& identifier);
   void updateSpotlight();
 

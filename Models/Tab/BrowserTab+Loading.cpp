@@ -63,8 +63,8 @@ void BrowserTab::stopLoading() {
 void BrowserTab::sync(const WebView& view) {
   requireMainThread();
   // Pages decide how long their titles get.
-  constexpr size_t kLongestTitle = 4096;
-  const auto shownTitle = text::prefix(view.title().value_or(""), kLongestTitle);
+  constexpr size_t kMaxTitle = 4096;
+  const auto shownTitle = text::prefix(view.title().value_or(""), kMaxTitle);
   if (!shownTitle.empty() && title.set(shownTitle)) {
     host()->scheduleSave();
     host()->propertiesDidChange(*this, TabProperties::Title);

@@ -8,11 +8,11 @@ namespace orvel {
 namespace {
 
 // A page may ask with megabytes of text; nobody reads more than this.
-constexpr size_t kLongestText = 4096;
+constexpr size_t kMaxText = 4096;
 
 std::string bounded(const std::string& text, std::string_view ellipsis = "…") {
-  if (text.size() <= kLongestText) return text;
-  size_t end = kLongestText;
+  if (text.size() <= kMaxText) return text;
+  size_t end = kMaxText;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
   return text.substr(0, end).append(ellipsis);
 }

@@ -6,7 +6,7 @@ namespace orvel {
 
 void ScriptDialogs::show(Alert alert, Audience audience, PageQuestions::Answer answer) {
   if (audience == Audience::Absent || isSilenced_ || isLeaving_) {
-    if (++unheard_ <= kMostUnheard) return answer({});
+    if (++unheard_ <= kMaxUnheard) return answer({});
     held_.push_back(std::move(answer));
     return isStuck_();
   }

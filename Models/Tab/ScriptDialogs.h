@@ -28,7 +28,7 @@ class ScriptDialogs {
 
  private:
   // So many unheard dialogs are no accident.
-  static constexpr int kMostUnheard = 50;
+  static constexpr int kMaxUnheard = 50;
 
   PageQuestions& questions_;
   const std::function<void()> isStuck_;

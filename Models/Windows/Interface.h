@@ -32,7 +32,7 @@ class Interface {
   virtual bool hasLittleWindows() const { return false; }
   // Opens a little window for the tab. Called only where there are any; never null.
   virtual std::shared_ptr<LittleWindow> makeLittleWindow(const TabRef& /*tab*/) { return nullptr; }
-  // Shows the window; answers whether there is one.
+  // Shows the window; returns whether there is one.
   virtual bool openUtilityWindow(UtilityWindow /*which*/) { return false; }
 };
 

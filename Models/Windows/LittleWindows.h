@@ -18,7 +18,7 @@ class LittleWindows {
 
   const std::vector<std::shared_ptr<LittleWindow>>& windows() const { return windows_; }
 
-  // Answers whether the main window is to come forward.
+  // Returns whether the main window is to come forward.
   bool openExternal(const URL& url, SchemeSource scheme = SchemeSource::Given);
   // Null profile: the active space's. Null when a private tab has no window to go to.
   TabRef openLittleWindow(const std::optional<URL>& url, std::shared_ptr<Profile> profile = nullptr,

@@ -39,7 +39,7 @@ void DownloadManager::decideDestination(
   const Item item{.id = UUID::random(), .destination = uniqueDestination(suggestedFilename)};
   items.update([&](std::vector<Item>& list) {
     list.insert(list.begin(), item);
-    if (list.size() > kMostItems) list.resize(kMostItems);
+    if (list.size() > kMaxItems) list.resize(kMaxItems);
   });
   const auto progressed = [this, id = item.id, weak = std::weak_ptr(download)] {
     if (const auto live = weak.lock())

@@ -23,7 +23,7 @@ namespace orvel {
 // The engine's downloads hold it weakly: make it with std::make_shared.
 class DownloadManager final : public DownloadDelegate {
  public:
-  static constexpr size_t kMostItems = 20;
+  static constexpr size_t kMaxItems = 20;
 
   struct Item {
     enum class State { Downloading, Finished, Failed };

@@ -20,7 +20,7 @@ void CurrencyFeed::requestIfNeeded() {
 }
 
 void CurrencyFeed::readCache() {
-  const auto document = writer_.files().read(cache_, kLargestDocument).bytes;
+  const auto document = writer_.files().read(cache_, kMaxDocument).bytes;
   auto cached = document ? CurrencyRates::parse(*document) : std::nullopt;
   if (!cached) return;
   rates = std::move(cached);
@@ -32,7 +32,7 @@ Task<> CurrencyFeed::download(CurrencyFeed& feed) {
   const bool hasEnded = co_await isCancelled();
   if (hasEnded) co_return;
   const auto session = feed.makeSession_();
-  auto coming = fetch(*session, feed.source_, {.mostBytes = kLargestDocument});
+  auto coming = fetch(*session, feed.source_, {.mostBytes = kMaxDocument});
   const HTTPAnswer answer = co_await std::move(coming);
   const bool hasEndedMeanwhile = co_await isCancelled();
   if (!hasEndedMeanwhile) feed.accept(answer);

@@ -19,7 +19,7 @@ class CurrencyFeed {
  public:
   static constexpr Duration kFreshFor = 12h;
   // Larger documents are taken for something else.
-  static constexpr uint64_t kLargestDocument = 1u << 20;
+  static constexpr uint64_t kMaxDocument = 1u << 20;
 
   // `cache` is the file that keeps the last good document. `makeSession` is asked for each
   // download.

@@ -14,7 +14,7 @@ namespace orvel {
 class EngineSuggestions {
  public:
   // Larger replies are taken for something else.
-  static constexpr uint64_t kLargestReply = 64u << 10;
+  static constexpr uint64_t kMaxReply = 64u << 10;
 
   explicit EngineSuggestions(MakeHTTPSession makeSession) : makeSession_(std::move(makeSession)) {}
 

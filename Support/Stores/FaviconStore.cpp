@@ -28,8 +28,8 @@ Task<ImageRef> FaviconStore::image(Scheduler& scheduler, std::string host) {
 }
 
 ImageRef FaviconStore::read(FileSystem& files, const std::filesystem::path& file) {
-  const auto bytes = files.read(file, kLargestFile).bytes;
-  return bytes ? Image::decode(*bytes, kLargestSide) : nullptr;
+  const auto bytes = files.read(file, kMaxFile).bytes;
+  return bytes ? Image::decode(*bytes, kMaxSide) : nullptr;
 }
 
 void FaviconStore::remember(const std::string& host, const ImageRef& image) {

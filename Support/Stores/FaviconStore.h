@@ -17,8 +17,8 @@ namespace orvel {
 class FaviconStore {
  public:
   // Larger files, and pictures with a longer side in pixels, are taken for no icon.
-  static constexpr uint64_t kLargestFile = 1 << 20;
-  static constexpr int kLargestSide = 1024;
+  static constexpr uint64_t kMaxFile = 1 << 20;
+  static constexpr int kMaxSide = 1024;
 
   FaviconStore(FileSystem& files, std::filesystem::path directory)
       : files_(files), directory_(std::move(directory)) {}

@@ -20,7 +20,7 @@ using Value = UserDefaults::Value;
 using List = UserDefaults::List;
 using Data = UserDefaults::Data;
 
-constexpr uint64_t kLargestFile = 16u << 20;
+constexpr uint64_t kMaxFile = 16u << 20;
 
 struct KeyFileFree {
   void operator()(GKeyFile* file) const { g_key_file_free(file); }
@@ -217,7 +217,7 @@ FileUserDefaults::FileUserDefaults(FileWriter& writer, const std::filesystem::pa
   const auto tell = [&](const std::string& what) {
     Log::app.error("Couldn't read {} settings (kept as {})", what, kept.filename().string());
   };
-  auto contents = writer.files().read(file, kLargestFile);
+  auto contents = writer.files().read(file, kMaxFile);
   if (!contents.bytes) {
     if (contents.isMissing()) return;
     tell("the");

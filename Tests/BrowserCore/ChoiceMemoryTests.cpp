@@ -63,7 +63,7 @@ TEST(ChoiceMemory, ForgetsPrefixesUnusedForTheLongestTime) {
   for (int i = 0; i < 2000; ++i) memory.choices[std::to_string(10'000 + i)] = {{"a", 2, at(i)}};
   memory.choices["10500"].clear();
   for (const char* query : {"xy", "q"}) memory.record(query, "a", at(99'999));
-  EXPECT_EQ(memory.choices.size(), ChoiceMemory::kMostPrefixes);
+  EXPECT_EQ(memory.choices.size(), ChoiceMemory::kMaxPrefixes);
   EXPECT_FALSE(memory.choices.contains("10500")) << "an empty list counts as the oldest";
   EXPECT_FALSE(memory.choices.contains("10001"));
   for (const char* kept : {"x", "xy", "q", "10002", "11999"})

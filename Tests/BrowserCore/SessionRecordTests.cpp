@@ -222,12 +222,12 @@ TEST(SessionRecord, UpgradesTheFirstVersion) {
 
 TEST(SessionRecord, BearsFoldersAsDeepAsTheyCome) {
   EXPECT_EQ(decoded(nestedFolders(100))->spaces[0].pinned.size(), 1u);
-  const SessionRecord record = decoded(nestedFolders(FolderRecord::kMostLevels)).value();
+  const SessionRecord record = decoded(nestedFolders(FolderRecord::kMaxLevels)).value();
   SessionRecord copy = record;
   EXPECT_EQ(copy, record);
   EXPECT_EQ(decoded(copy.encoded()), record);
   copy = SessionRecord();
-  EXPECT_FALSE(decoded(nestedFolders(FolderRecord::kMostLevels + 1)));
+  EXPECT_FALSE(decoded(nestedFolders(FolderRecord::kMaxLevels + 1)));
   EXPECT_EQ(failure(nestedFolders(100'000)), "it nests deeper than 60100 levels");
   EXPECT_FALSE(decoded(std::string(1'000'000, '[')));
 }

@@ -97,7 +97,7 @@ TEST(TextSearch, FollowsTheLanguage) {
 }
 
 TEST(TextSearch, LooksAtABoundedStretchOfAText) {
-  std::string text(text::Needle::kLongestSearched - 4, 'a');
+  std::string text(text::Needle::kMaxSearched - 4, 'a');
   EXPECT_TRUE(text::Needle("tide").isIn(text + "tide"));
   EXPECT_FALSE(text::Needle("tides").isIn(text + "tides"));
   // Cut in the middle of a letter.

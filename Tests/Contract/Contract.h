@@ -36,7 +36,7 @@ class EngineStage {
   virtual ~EngineStage() = default;
   virtual Engine& engine() = 0;
   virtual void put(const std::string& url, const Site& site) = 0;
-  // Turns the loop until the condition holds; answers whether it did in time.
+  // Turns the loop until the condition holds; returns whether it did in time.
   virtual bool until(const std::function<bool()>& condition) = 0;
   // Turns the loop for a while: only to show that something does not happen.
   virtual void pass() = 0;

@@ -289,7 +289,7 @@ class SwipeTest(SidebarTest):
         self.fingers.lift()
         self.assertFalse(is_shown(first))
 
-        # Far enough, and on to the neighbour.
+        # Far enough, and on to the neighbor.
         self.fingers.scroll(dx=-8, steps=25)
         self.fingers.lift()
         self.session_holds(lambda: self.active_name() == first, "the previous space")

@@ -45,7 +45,7 @@ class FakeContentController final : public UserContentController {
     handlers[{name, world}] = std::move(handler);
   }
 
-  // A script of `world` posts to the handler; answers whether there is one there.
+  // A script of `world` posts to the handler; returns whether there is one there.
   bool post(const std::string& name, const ContentWorld& world, const std::string& body,
             const FrameInfo& frame = {});
 
@@ -169,7 +169,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void setProgress(double progress);
   // The page changes its own address without a load.
   void setURL(const std::string& url);
-  // The page starts a navigation, which is put to the delegate; answers its decision.
+  // The page starts a navigation, which is put to the delegate; returns its decision.
   NavigationPolicy navigate(NavigationAction action);
   NavigationPolicy clickLink(const std::string& url, ModifierFlags modifiers = {},
                              MouseButton button = MouseButton::Left);
@@ -179,7 +179,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   bool isHung = false;
   // An element of the page fills the screen.
   void enterFullscreen();
-  // Answers the view that the delegate made, or null.
+  // Returns the view that the delegate made, or null.
   std::shared_ptr<WebView> openWindow(const std::string& url);
   void closeWindow() {
     if (ui_) ui_->webViewDidClose(*this);

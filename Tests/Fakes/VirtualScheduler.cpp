@@ -23,7 +23,7 @@ class VirtualScheduler::Worker {
     thread_.join();
   }
 
-  // Works until there is nothing more to do or time has to pass; answers what is done.
+  // Works until there is nothing more to do or time has to pass; returns what is done.
   std::vector<std::function<void()>> run() {
     if (!thread_.joinable()) thread_ = std::thread([this] { loop(); });
     std::unique_lock lock(mutex_);

@@ -8,7 +8,7 @@
 
 namespace orvel::test {
 
-// Turns the main loop until `condition` holds or `limit` has gone; answers whether it held.
+// Turns the main loop until `condition` holds or `limit` has gone; returns whether it held.
 template <std::predicate<> Condition>
 bool eventually(Condition condition, Duration limit = 5s) {
   const gint64 end = g_get_monotonic_time() + limit.count();

@@ -12,9 +12,9 @@
 namespace orvel::test {
 namespace {
 
-TEST(ActionCatalogue, NoTwoActionsShareAKey) {
+TEST(ActionCatalog, NoTwoActionsShareAKey) {
   std::map<std::string, std::string_view> owners;
-  for (const ActionInfo& action : actionCatalogue()) {
+  for (const ActionInfo& action : actionCatalog()) {
     std::string_view rest = action.keys;
     while (!rest.empty()) {
       const size_t end = rest.find('|');
@@ -28,12 +28,12 @@ TEST(ActionCatalogue, NoTwoActionsShareAKey) {
     const auto owner = owners.find("<Control>" + std::string(key));
     ASSERT_NE(owner, owners.end());
     const auto* action =
-        std::ranges::find(actionCatalogue(), owner->second, &ActionInfo::title).base();
+        std::ranges::find(actionCatalog(), owner->second, &ActionInfo::title).base();
     EXPECT_NE(action->reach, KeyReach::Everywhere) << key;
   }
 }
 
-TEST(ActionCatalogue, KeysAreReadInTheNotationOfTheDesktop) {
+TEST(ActionCatalog, KeysAreReadInTheNotationOfTheDesktop) {
   EXPECT_EQ(shownKeys("<Shift><Control>n"), "Ctrl+Shift+N");
   EXPECT_EQ(shownKeys("<Control>Page_Down|F1"), "Ctrl+Page Down");
   EXPECT_EQ(shownKeys(""), "");
@@ -45,7 +45,7 @@ TEST(ActionCatalogue, KeysAreReadInTheNotationOfTheDesktop) {
   for (const auto& [glyphs, shown] : cases) EXPECT_EQ(shownShortcut(glyphs), shown) << glyphs;
 }
 
-TEST(ActionCatalogue, GlyphsFollowAFixedOrder) {
+TEST(ActionCatalog, GlyphsFollowAFixedOrder) {
   using enum KeyEquivalent::Modifier;
   EXPECT_EQ(glyphs({}), std::nullopt);
   EXPECT_EQ(glyphs({Command | Shift | Option | Control, "n"}), "⌃⌥⇧⌘N");

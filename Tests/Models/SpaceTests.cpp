@@ -118,7 +118,7 @@ TEST_F(Spaces, ThePagerShowsTheLeavingOneUntilTheLatestSwitchIsOver) {
   EXPECT_THAT(store().switching.pagerSpaces(), ElementsAre(second));
 }
 
-TEST_F(Spaces, DeletingTheActiveOneActivatesItsNeighbour) {
+TEST_F(Spaces, DeletingTheActiveOneActivatesItsNeighbor) {
   const SpaceRef first = at(0), second = make("2"), third = make("3"), fourth = make("4");
   store().setActiveSpaceID(UUID::random());
   EXPECT_EQ(store().activeSpace(), first) << "where none is";
@@ -268,7 +268,7 @@ TEST_F(Swipe, EndsByProjection) {
       {"40 percent, just fast enough", 0.4, 0.4 / (0.101 / 0.15), false, 0, true},
       {"a short flick", 0.1, 0.03, false, 0, true},
       {"flicked back", 0.7, 0.7, true, -0.2, false},
-      {"towards no space", -0.9, 0.2, false, 0, false},
+      {"toward no space", -0.9, 0.2, false, 0, false},
   };
   for (const Case& test : cases) {
     advance(5s);

@@ -33,7 +33,7 @@ struct TabOperations : ModelTest {
   }
 };
 
-TEST_F(TabOperations, OpeningPutsATabBehindItsNeighbourOrAtTheTop) {
+TEST_F(TabOperations, OpeningPutsATabBehindItsNeighborOrAtTheTop) {
   const auto tabs = openTabs(2);
   const TabRef opened = store().openTab(address("https://x/"), {.after = tabs[0], .select = false});
   EXPECT_EQ(opened->lastActiveAt, world.scheduler.now());

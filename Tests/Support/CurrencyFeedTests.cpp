@@ -92,7 +92,7 @@ TEST_F(CurrencyFeedTest, KeepsTheLastGoodRatesThroughEveryFailure) {
       {.body = "<html>Welcome to our hotel's network</html>"},
       {.body = document(9) + "\xff"},
       {.body = document(9), .truncate = 60},
-      {.body = document(9) + std::string(CurrencyFeed::kLargestDocument, ' ')},
+      {.body = document(9) + std::string(CurrencyFeed::kMaxDocument, ' ')},
   };
   cache(document(2), 24h);
   for (const ServedPage& failure : failures) {

@@ -9,7 +9,7 @@ namespace orvel::test {
 namespace {
 
 struct MenuViewTest : ShownWindow {
-  // Presses what the catalogue lists for the action; answers whether the window took it. The
+  // Presses what the catalog lists for the action; returns whether the window took it. The
   // toolkit lists a global shortcut twice.
   bool press(ActionID action) { return press(root(), action); }
   bool press(GtkWidget* root, ActionID action) {
@@ -43,8 +43,8 @@ struct MenuViewTest : ShownWindow {
   }
 };
 
-TEST_F(MenuViewTest, TheToolkitKnowsEveryKeyOfTheCatalogue) {
-  for (const ActionInfo& action : actionCatalogue()) {
+TEST_F(MenuViewTest, TheToolkitKnowsEveryKeyOfTheCatalog) {
+  for (const ActionInfo& action : actionCatalog()) {
     std::string_view rest = action.keys;
     while (!rest.empty()) {
       const std::string key(rest.substr(0, rest.find('|')));
@@ -183,7 +183,8 @@ TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
   native = windows.native(UtilityWindow::History);
   EXPECT_TRUE(gtk_widget_get_mapped(GTK_WIDGET(native)));
   int width = 0;
-  gtk_window_get_default_size(native, &width, nullptr);
+  int height = 0;
+  gtk_window_get_default_size(native, &width, &height);
   EXPECT_EQ(width, 700);
   EXPECT_EQ(windows.content(UtilityWindow::History), content);
   EXPECT_EQ(made, 2);

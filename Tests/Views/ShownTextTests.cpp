@@ -21,7 +21,7 @@ TEST(ShownText, IsOneValidBoundedLine) {
       {std::string("nul\0inside", 10), 40, "nul inside"},
   };
   for (const auto& one : cases) EXPECT_EQ(shownText(one.text, one.limit), one.shown);
-  EXPECT_LT(shownText(std::string(10'000'000, 'x')).size(), kLongestShownText + 4);
+  EXPECT_LT(shownText(std::string(10'000'000, 'x')).size(), kMaxShownText + 4);
 }
 
 TEST(SiteIcon, TakesTheFirstLetterOrDigit) {

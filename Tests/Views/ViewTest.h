@@ -8,13 +8,13 @@
 
 namespace orvel::test {
 
-// Runs the main loop until the condition holds; answers whether it did within two seconds.
+// Runs the main loop until the condition holds; returns whether it did within two seconds.
 bool runUntil(const std::function<bool()>& condition);
 // Runs the main loop through a few frames.
 void runFrames(int count = 4);
 
 void forEachController(GtkWidget* widget, const std::function<void(GtkEventController*)>& visit);
-// Presses a key on the widget's own key controllers; answers whether one used it.
+// Presses a key on the widget's own key controllers; returns whether one used it.
 bool pressKey(GtkWidget* widget, guint key, GdkModifierType state = GdkModifierType(0));
 
 // Whether assistive technology is told this: nothing but a state or a property's value as C passes

@@ -44,7 +44,7 @@ class CommandBarList final : public Gtk::Widget {
 
  private:
   SuggestionRow& addRow();
-  // Makes one of the rows that later lists will need; answers whether more are missing.
+  // Makes one of the rows that later lists will need; returns whether more are missing.
   bool prepareRow();
   double totalHeight() const;
   double shownHeight() const;

@@ -18,11 +18,11 @@ namespace {
 constexpr double kWidth = 620;
 // What the card grows by where the desktop doubles the size of its texts.
 constexpr double kWidthForText = 280;
-constexpr double kLargestShare = 0.92;
+constexpr double kMaxShare = 0.92;
 constexpr int kMargin = 16;
 constexpr double kTop = 0.16;
 constexpr double kTopWhereNarrow = 56;
-constexpr double kSmallestScale = 0.98;
+constexpr double kMinScale = 0.98;
 constexpr int kSymbolSize = 18;
 constexpr int kHeaderGap = 11;
 constexpr int kFooterGap = 12;
@@ -270,7 +270,7 @@ void CommandBarView::size_allocate_vfunc(int width, int height, int) {
   int minimumWidth = 0;
   gtk_widget_measure(card, GTK_ORIENTATION_HORIZONTAL, -1, &minimumWidth, nullptr, nullptr,
                      nullptr);
-  const double wanted = std::min(kWidth + kWidthForText * (textScale() - 1), kLargestShare * width);
+  const double wanted = std::min(kWidth + kWidthForText * (textScale() - 1), kMaxShare * width);
   const int cardWidth = std::max(static_cast<int>(std::lround(std::min<double>(
                                      std::max(wanted, kWidth), width - 2 * kMargin))),
                                  minimumWidth);
@@ -284,10 +284,9 @@ void CommandBarView::size_allocate_vfunc(int width, int height, int) {
             (width - cardWidth) / 2, top);
 }
 
-// The card comes and goes a little smaller, about its centre.
+// The card comes and goes a little smaller, about its center.
 void CommandBarView::scaleCard(int width, int height, int x, int y) {
-  const double scale =
-      presence_.isMoving() ? kSmallestScale + (1 - kSmallestScale) * presence_.value() : 1;
+  const double scale = presence_.isMoving() ? kMinScale + (1 - kMinScale) * presence_.value() : 1;
   const graphene_point_t center = {static_cast<float>(x + width / 2.0),
                                    static_cast<float>(y + height / 2.0)};
   const graphene_point_t corner = {static_cast<float>(-width / 2.0),

@@ -3,7 +3,7 @@
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Models/Tab/BrowserTab.h"
 
 namespace orvel {
@@ -14,7 +14,7 @@ constexpr int kIconSize = 17;
 constexpr int kGap = 11;
 constexpr int kSubtitleGap = 9;
 // A longer subtitle would leave nothing for the title, and is cut before it is.
-constexpr int kLongestSubtitle = 40;
+constexpr int kMaxSubtitle = 40;
 
 using Kind = SuggestionRowContent::Kind;
 
@@ -53,7 +53,7 @@ SuggestionRow::SuggestionRow()
   subtitle_.set_halign(Gtk::Align::START);
   subtitle_.set_xalign(0);
   subtitle_.set_single_line_mode(true);
-  subtitle_.set_max_width_chars(kLongestSubtitle);
+  subtitle_.set_max_width_chars(kMaxSubtitle);
   texts_.set_hexpand(true);
   texts_.set_valign(Gtk::Align::CENTER);
   texts_.append(title_);
@@ -91,7 +91,7 @@ void SuggestionRow::showTexts() {
   title_.set_text(title);
   subtitle_.set_text(subtitle);
   subtitle_.set_visible(!subtitle.empty());
-  const bool isLong = g_utf8_strlen(subtitle.c_str(), -1) > kLongestSubtitle;
+  const bool isLong = g_utf8_strlen(subtitle.c_str(), -1) > kMaxSubtitle;
   subtitle_.set_ellipsize(isLong ? Pango::EllipsizeMode::END : Pango::EllipsizeMode::NONE);
   setClass(Gtk::Widget::gobj(), "answer", isAnswer);
   setClass(title_.Gtk::Widget::gobj(), "serif", isAnswer);

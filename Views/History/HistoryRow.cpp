@@ -14,7 +14,7 @@ namespace {
 constexpr int kGap = 11;
 constexpr int kHeadingGap = 8;
 // A longer site would leave nothing for the title, and is cut before it is.
-constexpr int kLongestSite = 40;
+constexpr int kMaxSite = 40;
 
 void setUp(Gtk::Label& label, const char* style) {
   label.add_css_class(style);
@@ -53,7 +53,7 @@ HistoryRow::HistoryRow(const Services& services)
   setUp(site_, "small");
   site_.add_css_class("quiet");
   site_.set_hexpand(true);
-  site_.set_max_width_chars(kLongestSite);
+  site_.set_max_width_chars(kMaxSite);
   setUp(time_, "small");
   time_.add_css_class("quiet");
   time_.add_css_class("time");
@@ -74,7 +74,7 @@ void HistoryRow::show(const Glib::RefPtr<HistoryItem>& item) {
   day_.set_text(item->heading);
   title_.set_text(title);
   site_.set_text(site);
-  const bool isLong = g_utf8_strlen(site.c_str(), -1) > kLongestSite;
+  const bool isLong = g_utf8_strlen(site.c_str(), -1) > kMaxSite;
   site_.set_ellipsize(isLong ? Pango::EllipsizeMode::END : Pango::EllipsizeMode::NONE);
   time_.set_text(time);
   setTooltip(entry_, title + "\n" + shownText(entry.url.text()));

@@ -6,7 +6,7 @@
 #include <gtkmm/scrolledwindow.h>
 
 #include "Base/Texts.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 
 namespace orvel {
 

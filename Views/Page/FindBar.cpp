@@ -1,7 +1,7 @@
 #include "Views/Page/FindBar.h"
 
 #include "Base/Texts.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Models/Tab/PageSearch.h"
 #include "Views/Window/Keyboard.h"
 

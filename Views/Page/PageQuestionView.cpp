@@ -20,8 +20,8 @@ constexpr int kPageTop = 64;
 constexpr int kSymbol = 26;
 constexpr int kGap = 8;
 // Words of more than about eight lines scroll in the height of these.
-constexpr size_t kMostCharacters = 360;
-constexpr int kMostLines = 8;
+constexpr size_t kMaxCharacters = 360;
+constexpr int kMaxLines = 8;
 constexpr int kScrolledHeight = 144;
 
 Gtk::Label* makeWords(const std::string& text) {
@@ -35,7 +35,7 @@ Gtk::Label* makeWords(const std::string& text) {
 }
 
 bool isLong(const std::string& text) {
-  return text.size() > kMostCharacters || std::ranges::count(text, '\n') >= kMostLines;
+  return text.size() > kMaxCharacters || std::ranges::count(text, '\n') >= kMaxLines;
 }
 
 Gtk::Widget& scrolled(Gtk::Widget& words) {

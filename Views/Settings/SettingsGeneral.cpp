@@ -115,6 +115,7 @@ void SettingsGeneral::addBrowser() {
                               _("The desktop didn’t take Orvel: it isn’t installed."));
 
   std::vector<std::string> names;
+  names.reserve(SearchEngine::allCases.size());
   for (const SearchEngine engine : SearchEngine::allCases) names.emplace_back(engine.name());
   engine_.setChoices(std::move(names), 0);
   engine_.onChoice([this](size_t index) {
@@ -127,6 +128,7 @@ void SettingsGeneral::addBrowser() {
 
 void SettingsGeneral::addArchive() {
   std::vector<std::string> labels;
+  labels.reserve(std::size(kArchiveIntervals));
   for (const auto interval : kArchiveIntervals) labels.emplace_back(label(interval));
   archive_.setChoices(std::move(labels), 0);
   archive_.onChoice([this](size_t index) { settings_.archiveAfter = kArchiveIntervals[index]; });

@@ -83,6 +83,7 @@ SettingsLinks::SettingsLinks(BrowserStore& store)
       rules_(ruleList_),
       addRule_(_("Add Rule")) {
   std::vector<std::string> labels;
+  labels.reserve(std::size(kExternalLinks));
   for (const auto links : kExternalLinks) labels.emplace_back(label(links));
   externalLinks_.setChoices(std::move(labels), 0);
   externalLinks_.onChoice(

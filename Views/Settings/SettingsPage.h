@@ -34,7 +34,7 @@ class SettingsPage : public Gtk::ScrolledWindow {
   Gtk::Box column_;
 };
 
-// A row with the control at its end; empty subtitle: none. Answers the title's label.
+// A row with the control at its end; empty subtitle: none. Returns the title's label.
 Gtk::Label& addSetting(Gtk::Box& group, const std::string& title, Gtk::Widget& control,
                        const std::string& subtitle = {});
 // Adds a second line to a row, below its title, in small and quiet type.

@@ -29,13 +29,13 @@ struct Site {
 }  // namespace
 
 SettingsPrivacy::SiteRow::SiteRow(const std::string& site, const char* action,
-                                  std::function<void()> perform)
+                                  const std::function<void()>& perform)
     : Gtk::Box(Gtk::Orientation::VERTICAL), id(site) {
   auto* button = Gtk::make_managed<Gtk::Button>(action);
   button->add_css_class("push");
   button->add_css_class("small");
   setAccessibleLabel(*button, std::string(action) + ": " + site);
-  button->signal_clicked().connect(std::move(perform));
+  button->signal_clicked().connect(perform);
   summary = &addSubtitle(addSetting(*this, shownText(site), *button));
   summary->set_visible(false);
 }

@@ -13,7 +13,7 @@ class SettingsPrivacy final : public SettingsPage {
  private:
   // A site with what can be done about it.
   struct SiteRow final : Gtk::Box {
-    SiteRow(const std::string& site, const char* action, std::function<void()> perform);
+    SiteRow(const std::string& site, const char* action, const std::function<void()>& perform);
 
     std::string id;
     Gtk::Label* summary;

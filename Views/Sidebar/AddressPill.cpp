@@ -7,7 +7,7 @@
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/TextScale.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
 

@@ -11,7 +11,7 @@ namespace orvel {
 namespace {
 
 // No link worth opening is longer.
-constexpr gsize kLongestList = 64 * 1024;
+constexpr gsize kMaxList = 64 * 1024;
 
 using Answer = std::function<void(std::optional<URL>)>;
 
@@ -44,7 +44,7 @@ void didOpen(GObject* drop, GAsyncResult* result, gpointer data) {
   const auto stream =
       GRef<GInputStream>::adopt(gdk_drop_read_finish(GDK_DROP(drop), result, &type, nullptr));
   if (!stream) return (*answer)(std::nullopt);
-  g_input_stream_read_bytes_async(stream.get(), kLongestList, G_PRIORITY_DEFAULT, nullptr, didRead,
+  g_input_stream_read_bytes_async(stream.get(), kMaxList, G_PRIORITY_DEFAULT, nullptr, didRead,
                                   answer.release());
 }
 

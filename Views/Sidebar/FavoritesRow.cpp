@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kGap = 8;
 constexpr int kIconSize = 18;
-constexpr size_t kMostColumns = 4;
+constexpr size_t kMaxColumns = 4;
 
 }  // namespace
 
@@ -66,7 +66,7 @@ FavoritesRow::FavoritesRow(SidebarContext& context) : RowWidget(kGap), context_(
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_LIST_ITEM);
   add_css_class("favorites");
   set_homogeneous(true);
-  for (size_t i = 0; i < kMostColumns; ++i) {
+  for (size_t i = 0; i < kMaxColumns; ++i) {
     tiles_.push_back(std::make_unique<FavoriteTile>(context));
     tiles_.back()->set_hexpand(true);
     append(*tiles_.back());

@@ -11,7 +11,7 @@ namespace {
 
 constexpr int kSpacing = 9;
 constexpr int kIndent = 22;
-constexpr size_t kDeepestIndent = 3;
+constexpr size_t kMaxIndent = 3;
 
 }  // namespace
 
@@ -51,7 +51,7 @@ ItemRow::ItemRow() : RowWidget(kSpacing) {
 }
 
 void ItemRow::setDepth(size_t depth) {
-  set_margin_start(kIndent * static_cast<int>(std::min(depth, kDeepestIndent)));
+  set_margin_start(kIndent * static_cast<int>(std::min(depth, kMaxIndent)));
 }
 
 void ItemRow::clearHover() {

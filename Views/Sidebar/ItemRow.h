@@ -26,7 +26,7 @@ class ItemRow : public RowWidget {
   virtual void middleClicked() {}
   virtual void hoverChanged(bool /*isHovered*/) {}
   virtual std::vector<MenuEntry> menu() { return {}; }
-  // A key that the row knows beyond those of every row; answers whether it used it.
+  // A key that the row knows beyond those of every row; returns whether it used it.
   virtual bool keyPressed(guint /*key*/) { return false; }
 
   // Indents the row by its depth in folders; deeper than three looks like three.

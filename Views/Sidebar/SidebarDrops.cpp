@@ -1,5 +1,7 @@
 #include "Views/Sidebar/SidebarDrops.h"
 
+#include <cmath>
+
 #include "Models/Tab/BrowserTab.h"
 
 namespace orvel {
@@ -57,7 +59,7 @@ SidebarDrop topOfSection(std::span<const SidebarRow> rows, size_t heading) {
 
 SidebarDrop ontoFavorites(std::span<const SidebarRow> rows, const RowPoint& point, size_t columns) {
   const auto& row = rows[point.row];
-  const auto slot = static_cast<size_t>(point.x * static_cast<double>(columns) + 0.5);
+  const auto slot = static_cast<size_t>(std::lround(point.x * static_cast<double>(columns)));
   const RowDrop place = {RowDrop::Place::Into, point.row};
   if (slot < row.tabs.size()) return {FavoritesDestination{row.tabs[slot]->id}, place};
   const bool hasNextLine =

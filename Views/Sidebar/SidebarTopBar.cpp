@@ -1,7 +1,7 @@
 #include "Views/Sidebar/SidebarTopBar.h"
 
 #include "Base/Texts.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 
 #include "Models/Windows/WindowChrome.h"
 

@@ -11,13 +11,13 @@
 namespace orvel {
 
 // The window's own buttons, the sidebar's toggle, back, forward and reload. It moves the window; a
-// double click maximises it.
+// double click maximizes it.
 class SidebarTopBar final : public Gtk::WindowHandle {
  public:
   // The store outlives the bar.
   explicit SidebarTopBar(BrowserStore& store);
 
-  // Close, minimise, maximise.
+  // Close, minimize, maximize.
   std::array<GtkWidget*, 3> windowButtons();
 
  private:

@@ -5,7 +5,7 @@
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/TextScale.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Models/Tab/PageClosing.h"
 #include "Views/Sidebar/SidebarMenus.h"
 

@@ -13,7 +13,7 @@
 
 namespace orvel {
 
-// The form of one draft: the space that is made or edited. A chosen colour or appearance shows at
+// The form of one draft: the space that is made or edited. A chosen color or appearance shows at
 // once in the whole window.
 class SpaceEditor final : public Gtk::Box {
  public:

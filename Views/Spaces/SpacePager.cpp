@@ -63,9 +63,9 @@ void SpacePager::prepareLater() {
 }
 
 bool SpacePager::prepare() {
-  constexpr size_t kMostPages = 3;
+  constexpr size_t kMaxPages = 3;
   constexpr double kRowPitch = 32;
-  const bool isWanted = store_.spaces.peek().size() > 1 && pages_.size() < kMostPages;
+  const bool isWanted = store_.spaces.peek().size() > 1 && pages_.size() < kMaxPages;
   if (!isWanted || !get_mapped()) return false;
   if (spares_.empty()) {
     addSpare();

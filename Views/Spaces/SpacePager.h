@@ -26,7 +26,7 @@ class SpacePager final : public Gtk::Widget {
   SpaceSection& section() { return *pageOf(active_)->section; }
   // The page of a space; null for one that is not side by side with the active one now.
   SpaceSection* sectionOf(const std::shared_ptr<Space>& space);
-  // How far, in pages, the view stands from the active space's page; positive is towards the next.
+  // How far, in pages, the view stands from the active space's page; positive is toward the next.
   double distance() const { return view_.value() - activePlace_; }
 
  protected:
@@ -60,7 +60,7 @@ class SpacePager final : public Gtk::Widget {
   Page* pageOf(const std::shared_ptr<Space>& space);
   void showTheme(Page& page);
   void prepareLater();
-  // Builds a little of the next page; answers whether there is more to build.
+  // Builds a little of the next page; returns whether there is more to build.
   bool prepare();
 
   BrowserStore& store_;

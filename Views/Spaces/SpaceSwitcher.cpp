@@ -7,7 +7,7 @@
 #include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Views/Sidebar/SidebarMenus.h"

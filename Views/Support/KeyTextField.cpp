@@ -16,7 +16,7 @@ namespace orvel {
 
 namespace {
 
-constexpr int kMostRestores = 3;
+constexpr int kMaxRestores = 3;
 
 // That of the first letter that has one.
 std::optional<Gtk::TextDirection> directionOf(const std::string& text) {
@@ -217,7 +217,7 @@ void KeyTextField::restoreTail() {
   if (!tail_ || hasSelection()) return;
   auto* root = gtk_widget_get_root(Gtk::Widget::gobj());
   const bool isActive = GTK_IS_WINDOW(root) && gtk_window_is_active(GTK_WINDOW(root));
-  if (++restoreCount_ <= kMostRestores && isActive) selectTail();
+  if (++restoreCount_ <= kMaxRestores && isActive) selectTail();
 }
 
 bool KeyTextField::keyPressed(guint key, Gdk::ModifierType state) {

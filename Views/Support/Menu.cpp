@@ -13,7 +13,7 @@
 #include "Base/GRef.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Views/Window/Keyboard.h"
 
 namespace orvel {

@@ -28,7 +28,7 @@ void presentMenu(Gtk::Widget& widget, double x, double y, std::vector<MenuEntry>
 // The same above the widget, the ends of both in line: for a button at the foot of the window.
 void presentMenuAbove(Gtk::Widget& widget, std::vector<MenuEntry> entries);
 
-// Closes the widget's menu; answers whether one was open.
+// Closes the widget's menu; returns whether one was open.
 bool dismissMenu(Gtk::Widget& widget);
 
 // Opens the menu of `entries`, made anew each time, on a secondary click and by the menu keys. It

@@ -86,9 +86,9 @@ void RowList::pickLater() {
 // toolkit looks again only when that leaves the screen: so it does, for a moment. What has the
 // pointer's place within it gives way to the ground first.
 void RowList::pickAnew() {
-  constexpr int kMostSteps = 2;
+  constexpr int kMaxSteps = 2;
   auto* root = gtk_widget_get_root(gobj());
-  for (int step = 0; step < kMostSteps && resting_ && root; ++step) {
+  for (int step = 0; step < kMaxSteps && resting_ && root; ++step) {
     const auto [x, y] = *resting_;
     auto* target = pointedWidget(gobj());
     const bool isHeld = (gtk_widget_get_state_flags(target) & GTK_STATE_FLAG_ACTIVE) != 0;

@@ -160,7 +160,7 @@ void RowList::measureRows() {
   for (const SidebarRow& row : rows_) measure(row.key.kind);
 }
 
-// Answers whether the kind had no height yet.
+// Returns whether the kind had no height yet.
 bool RowList::measure(SidebarRow::Kind kind) {
   double& height = (*heights_)[static_cast<size_t>(kind)];
   if (height > 0) return false;

@@ -51,11 +51,11 @@ class RowList : public Gtk::Widget {
     virtual std::unique_ptr<RowWidget> makeRow(SidebarRow::Kind kind) = 0;
     // What a drop at this point does; absent where it is not taken.
     virtual std::optional<RowDrop> dropAt(const RowPoint& point, Dragged what) = 0;
-    // Our own was let go at a point that `dropAt` took. Answers whether something was done.
+    // Our own was let go at a point that `dropAt` took. Returns whether something was done.
     virtual bool drop(const RowPoint& point) = 0;
     // The same for a link.
     virtual void dropLink(const RowPoint& point, const URL& link) = 0;
-    // The keys move a row up (-1) or down (1) by one place. Answers whether it moves.
+    // The keys move a row up (-1) or down (1) by one place. Returns whether it moves.
     virtual bool moveRow(size_t index, int step) = 0;
 
    protected:
@@ -85,11 +85,11 @@ class RowList : public Gtk::Widget {
   void scrollTo(const SidebarRow::Key& key);
   // The row's widget; null while it has none.
   RowWidget* widgetFor(const SidebarRow::Key& key) const;
-  // Scrolls to the row and gives it the focus. Answers whether it took it.
+  // Scrolls to the row and gives it the focus. Returns whether it took it.
   bool focusRow(size_t index);
 
   // Measures a kind of row, or builds the widget of one tab's row for later, unless there are
-  // `count`; answers whether there was something to do.
+  // `count`; returns whether there was something to do.
   bool buildAhead(size_t count);
 
   const Counters& counters() const { return counters_; }

@@ -14,7 +14,7 @@ class RowWidget : public Gtk::Box {
 
   virtual void bind(const SidebarRow& row) = 0;
   virtual void unbind() = 0;
-  // The keyboard comes to the row; answers whether something of it took the focus.
+  // The keyboard comes to the row; returns whether something of it took the focus.
   virtual bool takeFocus() { return grab_focus(); }
   // The pointer has come over the row, or has left it.
   virtual void setPointed(bool /*isPointed*/) {}

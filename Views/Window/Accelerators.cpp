@@ -65,7 +65,7 @@ void installAccelerators(GtkWidget* window, BrowserStore& store,
     auto* controller = GTK_SHORTCUT_CONTROLLER(gtk_shortcut_controller_new());
     gtk_shortcut_controller_set_scope(controller, GTK_SHORTCUT_SCOPE_GLOBAL);
     gtk_event_controller_set_propagation_phase(GTK_EVENT_CONTROLLER(controller), kind.phase);
-    for (const ActionInfo& action : actionCatalogue())
+    for (const ActionInfo& action : actionCatalog())
       if (action.reach == kind.reach && !action.keys.empty())
         gtk_shortcut_controller_add_shortcut(controller, makeShortcut(context, action));
     gtk_widget_add_controller(window, GTK_EVENT_CONTROLLER(controller));

@@ -5,12 +5,12 @@
 #include <functional>
 #include <optional>
 
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {
 
-// Installs the catalogue's keys on a window: most ahead of the page and the fields, some behind
+// Installs the catalog's keys on a window: most ahead of the page and the fields, some behind
 // them. They choose from the store's main menu, unless `meansHere` answers for the action itself:
 // whether the keys were taken. Everything outlives the window.
 void installAccelerators(GtkWidget* window, BrowserStore& store,

@@ -7,7 +7,7 @@
 
 #include "Desktop/Gtk/GtkDesktopWindow.h"
 #include "Desktop/Gtk/GtkEventSource.h"
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Windows/Interface.h"
 

@@ -21,7 +21,7 @@ class UtilityContent {
   virtual Gtk::Widget* header() { return nullptr; }
   // The window is about to be shown, for the first time or again.
   virtual void willShow() {}
-  // Gives the keyboard to the field that searches the content; answers whether there is one.
+  // Gives the keyboard to the field that searches the content; returns whether there is one.
   virtual bool beginSearch() { return false; }
 };
 
@@ -42,7 +42,7 @@ class UtilityWindows {
   std::function<void(GtkDesktopWindow& window)> didMake;
   std::function<void(GtkDesktopWindow& window)> willGo;
 
-  // Shows the window, with the keyboard; answers false when nothing fills it.
+  // Shows the window, with the keyboard; returns false when nothing fills it.
   bool show(UtilityWindow which);
   void closeBugReport();
 

@@ -9,13 +9,13 @@ namespace {
 
 constexpr const char* kMaximized = "maximized";
 // Larger than any screen: what stands in the file may be anything.
-constexpr int kLargestSide = 16384;
+constexpr int kMaxSide = 16384;
 
 std::optional<int> side(const std::string& text) {
   int value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  if (value <= 0 || value > kLargestSide) return std::nullopt;
+  if (value <= 0 || value > kMaxSide) return std::nullopt;
   return value;
 }
 

@@ -17,7 +17,7 @@ constexpr const char* kPausedSitesKey = "blockingPausedSites";
 // The rules that hide cookie pop-ups; they and the script that answers them exclude each other.
 constexpr std::string_view kCookieList = "cookies";
 constexpr std::string_view kCommonPrefix = "www.";
-constexpr uint64_t kLargestScript = 8u << 20;
+constexpr uint64_t kMaxScript = 8u << 20;
 
 std::set<std::string> setOf(const std::optional<UserDefaults::List>& list) {
   return list ? std::set<std::string>(list->begin(), list->end()) : std::set<std::string>();
@@ -45,7 +45,7 @@ bool covers(const std::string& entry, const std::string& site) {
 
 const std::optional<UserScript>& ContentBlocker::PageScript::get(FileSystem& files) {
   if (std::exchange(isRead_, true)) return script_;
-  auto source = files.read(file_, kLargestScript).bytes;
+  auto source = files.read(file_, kMaxScript).bytes;
   if (source && text::isValidUTF8(*source)) script_ = UserScript{.source = std::move(*source)};
   return script_;
 }
@@ -144,7 +144,7 @@ void ContentBlocker::becomeReady() {
 }
 
 Task<> ContentBlocker::endHold() {
-  const SleepResult result = co_await sleep(kLongestHold);
+  const SleepResult result = co_await sleep(kMaxHold);
   if (result == SleepResult::Cancelled) co_return;
   hasTimedOut = true;
   runReadyHandlers();

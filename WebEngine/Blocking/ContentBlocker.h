@@ -41,7 +41,7 @@ class ContentBlocker {
   // The lists by name, in the order in which pages get them. The last is the application's own.
   static constexpr std::string_view listNames[] = {"easylist", "easyprivacy", "cookies", "orvel"};
   // How long first pages are held back for the lists at most.
-  static constexpr Duration kLongestHold = 3s;
+  static constexpr Duration kMaxHold = 3s;
 
   // Reads the switches from `defaults`. `scripts` is the folder of the page scripts. What it is
   // given must outlive it.
@@ -63,7 +63,7 @@ class ContentBlocker {
   void setEnabled(bool isEnabled);
   void setCookieRejectionEnabled(bool isEnabled);
 
-  // Pauses blocking on the site of `url`, or ends the pause that covers it. Answers whether
+  // Pauses blocking on the site of `url`, or ends the pause that covers it. Returns whether
   // blocking is paused there now.
   bool togglePause(const URL& url);
   // Ends the pause of an entry of `pausedSites`.

@@ -90,7 +90,7 @@ Task<bool> FilterListUpdater::updateIfDue() {
 }
 
 Task<bool> FilterListUpdater::update(HTTPSession& session, Source source) {
-  auto fetching = fetch(session, source.url, {.mostBytes = kMostBytes});
+  auto fetching = fetch(session, source.url, {.mostBytes = kMaxBytes});
   HTTPAnswer answer = co_await std::move(fetching);
   bool hasEnded = co_await isCancelled();
   if (hasEnded) co_return false;

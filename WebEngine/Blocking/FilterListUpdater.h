@@ -41,10 +41,10 @@ class FilterListUpdater {
   // The public lists: "easylist", "easyprivacy" and "cookies".
   static std::vector<Source> publicSources();
 
-  // Bodies of this many bytes or less are no filter list, and larger ones than `kMostBytes` are
+  // Bodies of this many bytes or less are no filter list, and larger ones than `kMaxBytes` are
   // not read.
   static constexpr size_t kTooShort = 10000;
-  static constexpr uint64_t kMostBytes = 64u << 20;
+  static constexpr uint64_t kMaxBytes = 64u << 20;
   static constexpr double kSecondsBetween = 86400;
 
   FilterListUpdater(Scheduler& scheduler, FileWriter& writer, UserDefaults& defaults,
@@ -52,7 +52,7 @@ class FilterListUpdater {
                     std::vector<Source> sources = publicSources());
 
   // Fetches every list, one after the other, unless less than a day has gone since that was last
-  // tried. A list that fails keeps its former copy. Answers whether a list was replaced. The
+  // tried. A list that fails keeps its former copy. Returns whether a list was replaced. The
   // updater must outlive the task unless it is cancelled.
   Task<bool> updateIfDue();
 

@@ -12,7 +12,7 @@ namespace orvel {
 
 namespace {
 
-constexpr size_t kMostExceptions = 1000;
+constexpr size_t kMaxExceptions = 1000;
 
 constexpr const char* kWithExceptions = "https-first-exceptions";
 
@@ -77,7 +77,7 @@ void HTTPSFirst::compile() {
 void HTTPSFirst::addException(const URL& url, std::function<void(bool)> done) {
   if (!url.host()) return done(false);
   const std::string host = text::lowerASCII(*url.host());
-  if (exceptions_.size() >= kMostExceptions) exceptions_.clear();
+  if (exceptions_.size() >= kMaxExceptions) exceptions_.clear();
   exceptions_.insert(host);
   isReady_ = false;
   waiting_.push_back([this, host, done = std::move(done)] {

@@ -7,13 +7,13 @@ namespace orvel {
 namespace {
 
 constexpr Duration kLifetime = 2s;
-constexpr size_t kMostReports = 32;
+constexpr size_t kMaxReports = 32;
 
 }  // namespace
 
 void NavigationClassifier::noteReport(NavigationReport report, Instant now) {
   reports_.push_back({std::move(report), now});
-  if (reports_.size() > kMostReports) reports_.pop_front();
+  if (reports_.size() > kMaxReports) reports_.pop_front();
 }
 
 void NavigationClassifier::noteProgramLoad(std::string address, Instant now) {

@@ -13,7 +13,7 @@ namespace orvel {
 
 namespace {
 
-constexpr size_t kMostUndecided = 256;
+constexpr size_t kMaxUndecided = 256;
 
 NavigationType typeOf(WebKitNavigationAction* action) {
   switch (webkit_navigation_action_get_navigation_type(action)) {
@@ -143,7 +143,7 @@ bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNew
 
   if (action.request && isMainFrame) notePlainRequest(action);
   if (action.request && !isNewWindow && verdict.target == Target::Unknown) {
-    if (undecided_.size() == kMostUndecided) undecided_.pop_front();
+    if (undecided_.size() == kMaxUndecided) undecided_.pop_front();
     undecided_.push_back(action);
     // Nothing comes of it, in whichever frame; in the main frame the question follows.
     if (!engine_.canLoad(action.request->url)) {

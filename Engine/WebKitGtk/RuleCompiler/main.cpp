@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int kNiceness = 10;
-constexpr int kLongestReason = 2000;
+constexpr int kMaxReason = 2000;
 
 struct Run {
   GMainLoop* loop;
@@ -24,7 +24,7 @@ struct Run {
 };
 
 int fail(const char* reason) {
-  std::printf("%.*s", kLongestReason, reason);
+  std::printf("%.*s", kMaxReason, reason);
   return 1;
 }
 

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr guint kLongestSeconds = 300;
+constexpr guint kMaxSeconds = 300;
 // Asking for no descriptors to be closed lets GLib start the process without copying this one's
 // page tables, which would hold the main thread for 5 to 9 ms. Ours are all closed on exec.
 constexpr auto kFlags =
@@ -32,7 +32,7 @@ class Process {
   Process(GSubprocess* process, Resolver<Outcome> resolve)
       : process_(GRef<GSubprocess>::adopt(process)) {
     deadline_ = g_timeout_add_seconds(
-        kLongestSeconds,
+        kMaxSeconds,
         [](gpointer self) -> gboolean {
           static_cast<Process*>(self)->deadline_ = 0;
           g_subprocess_force_exit(static_cast<Process*>(self)->process_.get());

@@ -46,7 +46,7 @@ class CompilerInput {
 };
 
 // Runs the compiler's program on `input` with `folder` as its store and for its temporary files.
-// Answers the reason of a failure; absent when the list is there. A run that takes minutes is
+// Returns the reason of a failure; absent when the list is there. A run that takes minutes is
 // ended.
 Task<std::optional<std::string>> runCompiler(std::filesystem::path program,
                                              std::filesystem::path folder, std::string identifier,

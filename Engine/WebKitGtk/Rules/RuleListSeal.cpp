@@ -20,8 +20,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view kSealPrefix = "Seal-";
-constexpr uint64_t kLargestSeal = 1024;
-constexpr size_t kMostUntouched = 16;
+constexpr uint64_t kMaxSeal = 1024;
+constexpr size_t kMaxUntouched = 16;
 constexpr size_t kChunk = 1u << 20;
 
 uint32_t littleEndian(const unsigned char* bytes) {
@@ -69,7 +69,7 @@ struct Seal {
 
 // Absent without a seal that can be read.
 std::optional<Seal> readSeal(const fs::path& file) {
-  const auto text = FileSystem::disk()->read(file, kLargestSeal).bytes;
+  const auto text = FileSystem::disk()->read(file, kMaxSeal).bytes;
   if (!text) return std::nullopt;
   std::istringstream lines(*text);
   Seal seal;
@@ -124,7 +124,7 @@ Check check(const fs::path& folder, const std::string& identifier,
 std::vector<std::string> untouched(const fs::path& folder, const std::string& engineVersion) {
   std::vector<std::string> identifiers;
   for (const std::string& name : FileSystem::disk()->list(folder)) {
-    if (!name.starts_with(kSealPrefix) || identifiers.size() == kMostUntouched) continue;
+    if (!name.starts_with(kSealPrefix) || identifiers.size() == kMaxUntouched) continue;
     const std::string identifier = name.substr(kSealPrefix.size());
     const auto seal = isPlain(identifier) ? readSeal(folder / name) : std::nullopt;
     if (seal && seal->engineVersion == engineVersion &&

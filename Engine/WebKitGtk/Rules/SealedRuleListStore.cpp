@@ -22,7 +22,7 @@ constexpr Duration kReadThroughAfter = std::chrono::seconds(20);
 // A list of one rule, compiled to see what the present engine's files look like.
 constexpr const char* kFormatFolder = "Format";
 constexpr const char* kFormatIdentifier = "format";
-constexpr const char* kSmallestRules =
+constexpr const char* kMinRules =
     R"([{"trigger":{"url-filter":"^nothing:"},"action":{"type":"block"}}])";
 
 std::string engineVersion() {
@@ -138,7 +138,7 @@ Task<bool> SealedRuleListStore::fitsEngine(std::shared_ptr<Parts> parts, std::st
     const fs::path folder = parts->folder / kFormatFolder;
     auto store = std::make_shared<WebKitRuleListStore>(folder);
     auto [future, resolve] = makeFuture<CompiledRules>();
-    store->compile(kFormatIdentifier, kSmallestRules, std::move(resolve));
+    store->compile(kFormatIdentifier, kMinRules, std::move(resolve));
     const CompiledRules compiled = co_await std::move(future);
     if (compiled.list)
       parts->format = rule_list_seal::format(rule_list_seal::listFile(folder, kFormatIdentifier));

@@ -14,7 +14,7 @@ namespace {
 using nlohmann::json;
 
 // Longer messages are dropped: what scripts of ours send is small.
-constexpr size_t kLongestMessage = 16u << 20;
+constexpr size_t kMaxMessage = 16u << 20;
 
 const char* worldName(const ContentWorld& world) {
   return world.name.empty() ? nullptr : world.name.c_str();
@@ -62,7 +62,7 @@ struct WebKitContentController::Handler {
     const auto& handler = *static_cast<Handler*>(self);
     const GText text(handler.world.name.empty() ? jsc_value_to_json(value, 0)
                                                 : jsc_value_to_string(value));
-    if (!text || std::string_view(text.get()).size() > kLongestMessage) return;
+    if (!text || std::string_view(text.get()).size() > kMaxMessage) return;
     if (handler.world.name.empty())
       return handler.handle({handler.name, text.get(), FrameInfo{.isMainFrame = false}});
     if (const auto message = signedMessage(handler.name, text.get())) handler.handle(*message);

@@ -4,7 +4,7 @@ namespace orvel {
 
 namespace {
 
-constexpr Duration kLongestWait = 5s;
+constexpr Duration kMaxWait = 5s;
 
 }  // namespace
 
@@ -19,7 +19,7 @@ Task<> PendingAnswers::endUnanswered(std::weak_ptr<AnyEntry> weak,
                                      std::weak_ptr<std::function<bool()>> mayTakeLonger) {
   bool isWaiting = true;
   while (isWaiting) {
-    const SleepResult slept = co_await sleep(kLongestWait);
+    const SleepResult slept = co_await sleep(kMaxWait);
     if (slept == SleepResult::Cancelled) co_return;
     const auto question = mayTakeLonger.lock();
     isWaiting = question && (*question)();

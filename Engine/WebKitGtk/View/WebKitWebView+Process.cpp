@@ -9,8 +9,8 @@ namespace orvel {
 namespace {
 
 constexpr Duration kStuckAfter = 5s;
-constexpr Duration kLongestClosing = 3s;
-constexpr Duration kLongestDrawing = 300ms;
+constexpr Duration kMaxClosing = 3s;
+constexpr Duration kMaxDrawing = 300ms;
 
 }  // namespace
 
@@ -105,7 +105,7 @@ void WebKitWebView::awaitDrawing() {
 }
 
 Task<> WebKitWebView::endAwaitingDrawing(std::weak_ptr<WebKitWebView> weak) {
-  co_await sleep(kLongestDrawing);
+  co_await sleep(kMaxDrawing);
   if (const auto self = weak.lock()) self->setBlank(false);
 }
 
@@ -126,7 +126,7 @@ void WebKitWebView::answerClosing(bool mayClose) {
 }
 
 Task<> WebKitWebView::endUnansweredClosing(std::weak_ptr<WebKitWebView> weak) {
-  const SleepResult slept = co_await sleep(kLongestClosing);
+  const SleepResult slept = co_await sleep(kMaxClosing);
   const auto self = weak.lock();
   if (slept == SleepResult::Done && self) self->answerClosing(true);
 }

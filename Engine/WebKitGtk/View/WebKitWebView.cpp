@@ -169,9 +169,9 @@ void WebKitWebView::connectGestures() {
 }
 
 void WebKitWebView::updateGestures() {
-  constexpr int kMostChanges = 5;
+  constexpr int kMaxChanges = 5;
   const bool isOn =
-      gtk_widget_get_mapped(GTK_WIDGET(view_.get())) && addressChanges_ <= kMostChanges;
+      gtk_widget_get_mapped(GTK_WIDGET(view_.get())) && addressChanges_ <= kMaxChanges;
   webkit_settings_set_enable_back_forward_navigation_gestures(
       webkit_web_view_get_settings(view_.get()), isOn);
 }

@@ -133,7 +133,7 @@ struct ActionInfo {  // NOLINT(clang-analyzer-optin.performance.Padding)
 };
 
 // In the order of `ActionID`.
-[[nodiscard]] std::span<const ActionInfo> actionCatalogue();
+[[nodiscard]] std::span<const ActionInfo> actionCatalog();
 [[nodiscard]] const ActionInfo& actionInfo(ActionID id);
 
 // One of the actions that edit text.

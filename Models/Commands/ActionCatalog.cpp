@@ -1,4 +1,4 @@
-#include "Models/Commands/ActionCatalogue.h"
+#include "Models/Commands/ActionCatalog.h"
 
 #include <algorithm>
 
@@ -205,7 +205,7 @@ std::optional<std::string> glyphs(const KeyEquivalent& equivalent) {
   return text + named(equivalent.key, kGlyphNames);
 }
 
-std::span<const ActionInfo> actionCatalogue() { return kActions; }
+std::span<const ActionInfo> actionCatalog() { return kActions; }
 
 const ActionInfo& actionInfo(ActionID id) { return kActions[static_cast<size_t>(id)]; }
 
