@@ -114,20 +114,6 @@ TEST_F(FileWriterTest, RemovesInOrderWithWrites) {
   EXPECT_EQ(disk->read(kFile, 100).bytes, "two");
 }
 
-TEST_F(FileWriterTest, ReportsFailuresKeepsTheOldFileAndTriesAgain) {
-  writer.write(kFile, "old");
-  scheduler.settle();
-  disk->failAlways(Fault::DiskFull);
-  writer.write(kFile, "new contents", note("write"));
-  scheduler.settle();
-  disk->failAlways(Fault::None);
-  EXPECT_EQ(disk->read(kFile, 100).bytes, "old");
-  EXPECT_THAT(log, ElementsAre("write failed"));
-  writer.write(kFile, "new contents");
-  scheduler.settle();
-  EXPECT_EQ(disk->read(kFile, 100).bytes, "new contents");
-}
-
 TEST_F(FileWriterTest, AFaultAtAnyStepLeavesTheOldFileOrTheNewOne) {
   enum class Ending { StepFails, Kill, PowerCut };
   const std::pair<Fault, Ending> endings[] = {{Fault::DiskFull, Ending::StepFails},

@@ -101,39 +101,6 @@ TEST_F(TaskTest, SleepersWakeInTheOrderOfTheirDeadlinesAndLoopsCostNothing) {
   EXPECT_THAT(log, ElementsAre("10 done", "20 done", "30 done"));
 }
 
-Task<int> half(int value) {
-  co_await sleep(1s);
-  co_return value / 2;
-}
-
-Task<> sumOfHalves(int& sum) {
-  for (int value = 2; value <= 8; value += 2) {
-    const int part = co_await half(value);
-    sum += part;
-  }
-}
-
-TEST_F(TaskTest, AwaitsOtherTasks) {
-  int sum = 0;
-  scheduler.start(sumOfHalves(sum)).detach();
-  scheduler.advance(4s);
-  EXPECT_EQ(sum, 10);
-}
-
-Task<> askWorker(VirtualScheduler& scheduler, std::string text, Lines& log) {
-  auto work = background(scheduler, [text] { return text + "!"; });
-  const auto answer = co_await std::move(work);
-  log.push_back(answer);
-}
-
-TEST_F(TaskTest, BackgroundWorkComesBackOnALaterTurn) {
-  scheduler.start(askWorker(scheduler, "work", log)).detach();
-  scheduler.turn();
-  EXPECT_TRUE(log.empty());
-  scheduler.settle();
-  EXPECT_THAT(log, ElementsAre("work!"));
-}
-
 Task<> awaitFuture(Future<int> future, Lines& log) {
   const int value = co_await std::move(future);
   log.push_back(std::to_string(value));

@@ -36,43 +36,7 @@ TEST_F(Tab, ShowsWhatItKnows) {
   tab->title = "Title";
   EXPECT_EQ(tab->displayTitle(), "Title");
   tab->pinnedURL = address("https://a/b/");
-  const std::pair<const char*, bool> wanderings[] = {
-      {"https://a/b", false}, {"https://a/b/#c", false}, {"https://a/b?q", true}};
-  for (const auto& [shown, hasWandered] : wanderings) {
-    publish(tab->url, address(shown));
-    EXPECT_EQ(tab->hasWanderedFromPin(), hasWandered) << shown;
-  }
-}
-
-// Surroundings without a store.
-struct OtherHost final : TabHost {
-  void scheduleSave() override { ++saves; }
-  double zoom(const std::optional<URL>&) const override { return 1.5; }
-  void openLink(const URL& address, BrowserTab&, Selection selection) override {
-    heard.push_back((selection == Selection::Selects ? "select " : "open ") + address.text());
-  }
-  void recordVisit(const BrowserTab&, const URL& address, const std::string& title) override {
-    heard.push_back("visit " + address.text() + " " + title);
-  }
-  void close(BrowserTab&) override { heard.push_back("close"); }
-
-  int saves = 0;
-  std::vector<std::string> heard;
-};
-
-TEST_F(Tab, AsksItsSurroundingsWhateverTheyAre) {
-  world.engine.pages["https://a/"] = {.title = "A"};
-  const auto host = std::make_shared<OtherHost>();
-  hasNoStore = true;
-  const TabRef tab = makeLoaded({.host = host, .url = address("https://a/")});
-  EXPECT_GT(host->saves, 0);
-  EXPECT_EQ(world.view(tab)->pageZoom(), 1.5);
-  NavigationAction click{.request = URLRequest{.url = address("https://b/?utm_source=x")},
-                         .navigationType = NavigationType::LinkActivated,
-                         .buttonNumber = MouseButton::Middle};
-  EXPECT_EQ(world.view(tab)->navigate(click), NavigationPolicy::Cancel);
-  world.view(tab)->uiDelegate()->webViewDidClose(*tab->liveWebView());
-  EXPECT_THAT(host->heard, ElementsAre("visit https://a/ A", "open https://b/", "close"));
+  EXPECT_TRUE(tab->hasWanderedFromPin());
 }
 
 TEST_F(Tab, AViewIsMadeOnDemandFromTheProfilesConfiguration) {
@@ -276,8 +240,8 @@ TEST_F(Tab, TeardownGivesEverythingBackButWhatTheSidebarShows) {
   EXPECT_TRUE(world.engine.views.front().expired());
 }
 
-TEST_F(Tab, AMutedTabIsSilentOnEveryPage) {
-  const TabRef tab = world.open("https://a/");
+TEST_F(Tab, SoundAndZoomFollowTheTabAndTheSite) {
+  const TabRef tab = load("https://a/");
   tab->toggleMute();
   EXPECT_TRUE(world.view(tab)->isMuted);
   tab->teardown();
@@ -286,10 +250,6 @@ TEST_F(Tab, AMutedTabIsSilentOnEveryPage) {
   EXPECT_TRUE(world.view(tab)->isMuted) << "a page made later";
   tab->toggleMute();
   EXPECT_FALSE(world.view(tab)->isMuted || tab->isMuted.peek());
-}
-
-TEST_F(Tab, ASitesZoomHoldsInEveryTab) {
-  const TabRef tab = load("https://a/");
   tab->setZoom(1.5);
   EXPECT_EQ(load("https://a/b")->webView()->pageZoom(), 1.5);
   tab->load(address("https://b/"));
@@ -319,27 +279,25 @@ TEST_F(Tab, AWindowThatAPageOpensIsNavigatedByTheEngine) {
   EXPECT_EQ(world.view(tab)->requests.size(), 1u) << "the engine's own load and no other";
   world.view(tab)->closeWindow();
   EXPECT_THAT(space().today.peek(), ElementsAre(opener));
-  const TabRef hidden = makeLoaded({.profile = privateProfile(), .url = address("https://p/")});
-  EXPECT_EQ(world.view(hidden)->openWindow("https://popup/"), nullptr);
 }
 
 TEST_F(Tab, APrivateTabLeavesNoTrace) {
+  world.engine.pages["https://fails.org/"] = {.load = FakePage::Load::Fail};
+  makeLoaded({.profile = privateProfile(), .url = address("https://fails.org/")});
   const TabRef tab = makeLoaded({.profile = privateProfile(), .url = address("https://secret/")});
+  tab->setZoom(2);
+  EXPECT_EQ(store().settings.zoom(tab->url.peek()), 1);
   world.view(tab)->clickLink("https://other/", {.control = true});
   advance(10s);
   EXPECT_EQ(tab->url.peek(), address("https://other/"));
   EXPECT_FALSE(tab->webView()->configuration().websiteDataStore->isPersistent());
-  tab->setZoom(2);
-  EXPECT_EQ(store().settings.zoom(tab->url.peek()), 1);
-  EXPECT_THAT(visits(tab->profile->id), IsEmpty());
-  EXPECT_THAT(visits(space().profile->id), IsEmpty());
+  EXPECT_EQ(world.view(tab)->openWindow("https://popup/"), nullptr);
+  for (const auto& profile : {tab->profile, space().profile})
+    EXPECT_THAT(visits(profile->id), IsEmpty());
   EXPECT_THAT(world.told, IsEmpty());
-  for (const auto& [path, bytes] : world.disk->contents()) {
-    EXPECT_THAT(bytes, Not(HasSubstr("secret")));
-    EXPECT_THAT(bytes, Not(HasSubstr("other"))) << path;
-  }
-  world.engine.pages["https://fails.org/"] = {.load = FakePage::Load::Fail};
-  makeLoaded({.profile = privateProfile(), .url = address("https://fails.org/")});
+  for (const auto& [path, bytes] : world.disk->contents())
+    for (const char* trace : {"secret", "other", "fails.org"})
+      EXPECT_THAT(bytes, Not(HasSubstr(trace))) << path;
   for (const Log::Entry& entry : Log::recent())
     EXPECT_THAT(entry.message, Not(HasSubstr("fails.org")));
 }
@@ -599,28 +557,6 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
   EXPECT_EQ(store().spaceContaining(*other), nullptr) << "at once";
 }
 
-TEST_F(Panels, ClearingTodayAsksThePagesThatGuardChanges) {
-  const TabRef other = world.open("https://other/");
-  const auto space = store().activeSpace();
-  settle();
-  view->guardsChanges = true;
-  store().pageClosing.clearToday(space);
-  settle();
-  EXPECT_TRUE(contains(space->today.peek(), *other)) << "nothing closes while a page is asked";
-  const TabRef late = world.open("https://late/");
-  store().pageClosing.clearToday(space);
-  EXPECT_EQ(space->selectedTab(), tab) << "the page that waits is shown again";
-  give(0);
-  settle();
-  EXPECT_THAT(space->today.peek(), ElementsAre(late, tab));
-  EXPECT_EQ(toast(), "Closed 1 tab");
-  store().pageClosing.clearToday(space);
-  settle();
-  give(1);
-  settle();
-  EXPECT_THAT(space->today.peek(), IsEmpty());
-}
-
 TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
   const TabRef other = world.open("https://other/");
   const std::function<void()> leaving[] = {[&] { store().select(other); },
@@ -673,7 +609,7 @@ TEST_F(Panels, AHugeQuestionIsCutAndDevicesAreDenied) {
   page().requestMediaCapturePermission(*view, "a.org", CaptureDeviceType::Camera,
                                        [&](auto answer) { decision = answer; });
   EXPECT_EQ(decision, PermissionDecision::Deny);
-  EXPECT_EQ(store().toasts.toast.peek()->message, "Camera and microphone aren’t available yet");
+  EXPECT_EQ(toast(), "Camera and microphone aren’t available yet");
 }
 
 }  // namespace

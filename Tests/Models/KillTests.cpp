@@ -33,14 +33,13 @@ class Hand {
  public:
   Hand(World& world, std::mt19937& random) : world_(world), random_(random) {
     world.disk->beforeStep = [&scheduler = world.scheduler] { scheduler.spend(kStepTime); };
+    world.engine.pages["https://fails/"] = {.load = FakePage::Load::Fail};
     note();
   }
   ~Hand() { world_.disk->beforeStep = nullptr; }
 
   void act() {
-    auto& [name, action] = actions_[random_() % actions_.size()];
-    done.push_back(name);
-    action();
+    actions_[random_() % actions_.size()]();
     note();
     // Pages load at once: what they change is another moment.
     world_.scheduler.settle();
@@ -55,7 +54,6 @@ class Hand {
   }
 
   std::vector<Moment> moments;
-  std::vector<std::string> done;
 
  private:
   void note() {
@@ -69,9 +67,6 @@ class Hand {
     const TabList tabs = space().allTabs();
     return tabs.empty() ? nullptr : tabs[random_() % tabs.size()];
   }
-  void withTab(const std::function<void(const TabRef&)>& action) {
-    if (const TabRef found = tab()) action(found);
-  }
   FolderRef folder() {
     const auto folders = foldersOf(space().pinned.peek());
     return folders.empty() ? nullptr : folders[random_() % folders.size()];
@@ -80,85 +75,70 @@ class Hand {
     const auto& spaces = store().spaces.peek();
     return spaces[random_() % spaces.size()];
   }
+  // Done to a tab or a folder, if there is one.
+  std::function<void()> onTab(std::function<void(const TabRef&)> action) {
+    return [this, action] {
+      if (const TabRef found = tab()) action(found);
+    };
+  }
+  std::function<void()> onFolder(std::function<void(const FolderRef&)> action) {
+    return [this, action] {
+      if (const FolderRef found = folder()) action(found);
+    };
+  }
+  void moveWithinThePage(const TabRef& one) {
+    if (const auto view = world_.view(one); view && view->url())
+      view->setURL(view->url()->text() + "#" + std::to_string(random_() % 1000));
+  }
+  void makeSpace() {
+    const bool isShared = random_() % 2 == 0;
+    if (store().spaces.peek().size() < 4)
+      store().spaceEditing.commit(
+          {.name = "Space",
+           .profileID = isShared ? std::optional(space().profile->id) : std::nullopt});
+  }
+  void hibernate() {
+    const Date now = world_.scheduler.now();
+    world_.scheduler.start(store().hibernation.hibernateIdleTabs(Duration::zero(), now)).detach();
+  }
 
   World& world_;
   std::mt19937& random_;
-  std::vector<std::pair<std::string, std::function<void()>>> actions_ = {
-      {"open", [this] { store().openTab(page(), {.select = random_() % 2 == 0}); }},
-      {"open another", [this] { store().openTab(page()); }},
-      {"navigate", [this] { withTab([this](const TabRef& one) { one->load(page()); }); }},
-      {"fail",
-       [this] {
-         world_.engine.pages["https://fails/"] = {.load = FakePage::Load::Fail};
-         withTab([](const TabRef& one) { one->load(address("https://fails/")); });
-       }},
-      {"move within the page",
-       [this] {
-         withTab([this](const TabRef& one) {
-           if (const auto view = world_.view(one); view && view->url())
-             view->setURL(view->url()->text() + "#" + std::to_string(random_() % 1000));
-         });
-       }},
-      {"go back", [this] { withTab([](const TabRef& one) { one->goBack(); }); }},
-      {"select", [this] { withTab([this](const TabRef& one) { store().select(one); }); }},
-      {"close", [this] { withTab([this](const TabRef& one) { store().close(one); }); }},
-      {"pin", [this] { withTab([this](const TabRef& one) { store().togglePin(one); }); }},
-      {"favor",
-       [this] {
-         withTab([this](const TabRef& one) { store().move(one, FavoritesDestination{}); });
-       }},
-      {"file",
-       [this] {
-         withTab([this](const TabRef& one) { store().move(one, PinnedDestination{folder(), {}}); });
-       }},
-      {"new folder", [this] { store().folders.newFolder(tab()); }},
-      {"dissolve",
-       [this] {
-         if (const auto one = folder()) store().folders.deleteFolder(one);
-       }},
-      {"back to today",
-       [this] { withTab([this](const TabRef& one) { store().move(one, TodayDestination{}); }); }},
-      {"fold",
-       [this] {
-         if (const auto one = folder()) store().folders.toggle(one);
-       }},
-      {"rename",
-       [this] {
-         if (const auto one = folder()) store().folders.rename(one, page().text());
-       }},
-      {"clear", [this] { store().clearToday(store().activeSpace()); }},
-      {"undo", [this] { store().toasts.undoToast(); }},
-      {"reopen", [this] { store().archive.reopenClosedTab(); }},
-      {"from the archive",
-       [this] {
-         store().archive.reopen(
-             {{.id = UUID::random(), .title = "Old", .url = page()}, space().id, {}});
-       }},
-      {"new space",
-       [this] {
-         const bool isShared = random_() % 2 == 0;
-         if (store().spaces.peek().size() < 4)
-           store().spaceEditing.commit(
-               {.name = "Space",
-                .profileID = isShared ? std::optional(space().profile->id) : std::nullopt});
-       }},
-      {"switch", [this] { store().switching.switchTo(anySpace()); }},
-      {"delete space",
-       [this] {
-         if (random_() % 4 == 0) store().spaceEditing.deleteSpace(anySpace());
-       }},
-      {"edit space",
-       [this] { store().spaceEditing.commit({.spaceID = anySpace()->id, .name = page().text()}); }},
-      {"sidebar", [this] { store().chrome.toggleSidebar(); }},
-      {"widen",
-       [this] { store().chrome.setSidebarWidth(200 + static_cast<double>(random_() % 100)); }},
-      {"hibernate",
-       [this] {
-         const Date now = world_.scheduler.now();
-         world_.scheduler.start(store().hibernation.hibernateIdleTabs(Duration::zero(), now))
-             .detach();
-       }},
-  };
+  const std::vector<std::function<void()>> actions_ = {
+      [this] { store().openTab(page(), {.select = random_() % 2 == 0}); },
+      [this] { store().openTab(page()); },
+      onTab([this](const TabRef& one) { one->load(page()); }),
+      onTab([](const TabRef& one) { one->load(address("https://fails/")); }),
+      onTab([this](const TabRef& one) { moveWithinThePage(one); }),
+      onTab([](const TabRef& one) { one->goBack(); }),
+      onTab([this](const TabRef& one) { store().select(one); }),
+      onTab([this](const TabRef& one) { store().close(one); }),
+      onTab([this](const TabRef& one) { store().togglePin(one); }),
+      onTab([this](const TabRef& one) { store().move(one, FavoritesDestination{}); }),
+      onTab([this](const TabRef& one) {
+        store().move(one, PinnedDestination{folder(), {}});
+      }),
+      onTab([this](const TabRef& one) { store().move(one, TodayDestination{}); }),
+      [this] { store().folders.newFolder(tab()); },
+      onFolder([this](const FolderRef& one) { store().folders.deleteFolder(one); }),
+      onFolder([this](const FolderRef& one) { store().folders.toggle(one); }),
+      onFolder([this](const FolderRef& one) { store().folders.rename(one, page().text()); }),
+      [this] { store().clearToday(store().activeSpace()); },
+      [this] { store().toasts.undoToast(); },
+      [this] { store().archive.reopenClosedTab(); },
+      [this] {
+        store().archive.reopen(
+            {{.id = UUID::random(), .title = "Old", .url = page()}, space().id, {}});
+      },
+      [this] { makeSpace(); },
+      [this] { store().switching.switchTo(anySpace()); },
+      [this] {
+        if (random_() % 4 == 0) store().spaceEditing.deleteSpace(anySpace());
+      },
+      [this] { store().spaceEditing.commit({.spaceID = anySpace()->id, .name = page().text()}); },
+      [this] { store().chrome.toggleSidebar(); },
+      [this] { store().chrome.setSidebarWidth(200 + static_cast<double>(random_() % 100)); },
+      [this] { hibernate(); }};
 };
 
 // Every page comes back at the address that the session has for it, whatever its state file holds.

@@ -1,6 +1,5 @@
 #include "Models/CommandBar/ChoicesFile.h"
 #include "Models/CommandBar/PickedChoices.h"
-#include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/SessionFile.h"
 #include "Tests/Models/ModelTest.h"
 
@@ -58,17 +57,6 @@ TEST_F(Memory, WhatIsPickedTwiceComesFirst) {
   World next(world.disk);
   next.launch();
   EXPECT_EQ(next.store->choices.topChoice(" A.", rows), &rows[1]) << "it lasts";
-}
-
-TEST_F(Memory, APrivateProfileLearnsNothing) {
-  const auto space =
-      std::make_shared<Space>(UUID::random(), privateProfile(), "P", "leaf.fill", 0.0);
-  auto spaces = store().spaces.peek();
-  spaces.push_back(space);
-  store().setSpaces(std::move(spaces));
-  store().switching.switchTo(space);
-  store().choices.learn(kCats, "c");
-  EXPECT_THAT(store().choices.byProfile, IsEmpty());
 }
 
 TEST_F(Memory, IsForgottenByAddressByProfileOrAltogether) {

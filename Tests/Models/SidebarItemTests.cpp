@@ -79,17 +79,6 @@ TEST_F(SidebarItems, RowKeysAreUniqueAlsoWhenIdsAreNot) {
   for (const SidebarRow& row : sidebarRows(space(), 2)) EXPECT_TRUE(keys.insert(row.key).second);
 }
 
-TEST_F(SidebarItems, AnEffectHearsOfEveryListItsWalkWentThrough) {
-  int runs = 0;
-  const Effect watcher = effect([&] {
-    ++runs;
-    (void)tabsOf(items);
-  });
-  inner->children = SidebarItemList{};
-  settle();
-  EXPECT_EQ(runs, 2);
-}
-
 TEST_F(SidebarItems, NoDepthOfFoldersCostsStack) {
   constexpr size_t kLevels = 100'000;
   {

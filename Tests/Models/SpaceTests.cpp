@@ -318,59 +318,49 @@ TEST_F(Swipe, TheSpringTakesOverTheFingersSpeed) {
 }
 
 TEST_F(Swipe, CancellingNeverSwitchesAndANewGestureKeepsWhatItReveals) {
-  drag(199, 0.1);
-  event(ScrollEvent::Phase::Cancelled);
-  EXPECT_EQ(store().activeSpace(), first);
-  EXPECT_EQ(store().switching.revealingSpace(), second) << "until the page is back";
-  advance(1s);
-  EXPECT_EQ(store().switching.revealingSpace(), nullptr);
-
-  drag(199, 0.1);
-  event(ScrollEvent::Phase::Cancelled);
-  advance(100ms);
+  for (const Duration pause : {1000ms, 100ms}) {
+    drag(199, 0.1);
+    event(ScrollEvent::Phase::Cancelled);
+    EXPECT_EQ(store().activeSpace(), first);
+    EXPECT_EQ(store().switching.revealingSpace(), second) << "until the page is back";
+    advance(pause);
+    EXPECT_EQ(store().switching.revealingSpace(), pause == 1s ? nullptr : second);
+  }
   drag(60, 0.1);
   advance(5s);
   EXPECT_EQ(store().switching.revealingSpace(), second);
 }
 
 TEST_F(Swipe, WhatIsNoSwipe) {
-  const auto isFollowed = [&](const std::function<void()>& gesture) {
-    publish(store().chrome.isSidebarVisible, true);
-    publish(store().chrome.isSidebarPeeking, false);
-    pointerX = 100;
-    gesture();
-    event(ScrollEvent::Phase::Changed, 50);
-    const bool isMoved = store().switching.spaceSwipeOffset.peek() != 0;
-    event(ScrollEvent::Phase::Cancelled);
+  enum class Sidebar { Docked, Hidden, Peeking };
+  using enum Sidebar;
+  using Deltas = std::vector<std::pair<double, double>>;
+  const struct {
+    const char* name;
+    Sidebar sidebar;
+    double pointerX;
+    bool begins;
+    Deltas deltas;
+    bool isFollowed;
+  } cases[] = {
+      {"nothing has begun", Docked, 100, false, {}, false},
+      {"a swipe", Docked, 100, true, {}, true},
+      {"as much down as across", Docked, 100, true, {{3, 3}}, false},
+      {"only the first delta decides", Docked, 100, true, {{0, 0}, {3.1, 3}, {1, 90}}, true},
+      {"beside the sidebar", Docked, kWidth, true, {}, false},
+      {"no sidebar", Hidden, 100, true, {}, false},
+      {"a peeking one", Peeking, 100, true, {}, true}};
+  for (const auto& test : cases) {
+    publish(store().chrome.isSidebarVisible, test.sidebar == Docked);
+    publish(store().chrome.isSidebarPeeking, test.sidebar == Peeking);
     world.saveNow();
-    return isMoved;
-  };
-  const auto begin = [&] { event(ScrollEvent::Phase::Began); };
-  EXPECT_FALSE(isFollowed([] {})) << "nothing has begun";
-  EXPECT_TRUE(isFollowed(begin));
-  EXPECT_FALSE(isFollowed([&] {
-    begin();
-    event(ScrollEvent::Phase::Changed, 3, 3);
-  })) << "as much down as across is a vertical scroll";
-  EXPECT_TRUE(isFollowed([&] {
-    begin();
-    event(ScrollEvent::Phase::Changed, 0, 0);
-    event(ScrollEvent::Phase::Changed, 3.1, 3);
-    event(ScrollEvent::Phase::Changed, 1, 90);
-  })) << "only the first delta decides";
-  EXPECT_FALSE(isFollowed([&] {
-    pointerX = kWidth;
-    begin();
-  })) << "beside the sidebar";
-  EXPECT_FALSE(isFollowed([&] {
-    publish(store().chrome.isSidebarVisible, false);
-    begin();
-  }));
-  EXPECT_TRUE(isFollowed([&] {
-    publish(store().chrome.isSidebarVisible, false);
-    publish(store().chrome.isSidebarPeeking, true);
-    begin();
-  }));
+    pointerX = test.pointerX;
+    if (test.begins) event(ScrollEvent::Phase::Began);
+    for (const auto& [across, down] : test.deltas) event(ScrollEvent::Phase::Changed, across, down);
+    event(ScrollEvent::Phase::Changed, 50);
+    EXPECT_EQ(store().switching.spaceSwipeOffset.peek() != 0, test.isFollowed) << test.name;
+    event(ScrollEvent::Phase::Cancelled);
+  }
   drag(50, 0.1);
   event(ScrollEvent::Phase::Cancelled);
   world.desktop.events.offer(

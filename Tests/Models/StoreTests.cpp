@@ -43,19 +43,6 @@ TEST_F(Store, AToastOfTheSameKindIsUpdatedInPlaceAndOfAnotherIsNew) {
   }
 }
 
-TEST_F(Store, WhatComesLaterIsNotEndedByWhatWasBefore) {
-  store().showToast("First");
-  advance(1s);
-  store().showToast("Second");
-  advance(1s);
-  EXPECT_EQ(toast(), "Second");
-  store().chrome.toggleSidebar();
-  store().chrome.setSidebarPeeking(true);
-  store().chrome.toggleSidebar();
-  advance(1s);
-  EXPECT_FALSE(store().chrome.isSidebarPeeking) << "it has docked meanwhile";
-}
-
 TEST_F(Store, UndoRunsOnceAfterTheToastIsGone) {
   std::vector<std::string> shownAtUndo;
   store().showToast("text", {.undo = [&] { shownAtUndo.push_back(toast()); }});
@@ -97,6 +84,11 @@ TEST_F(Store, TogglingAPeekingSidebarDocksItInTwoTurns) {
   EXPECT_TRUE(store().chrome.isSidebarVisible);
   EXPECT_FALSE(store().chrome.isSidebarPeeking);
   EXPECT_FALSE(store().chrome.sidebarDocksFromPeek);
+  store().chrome.toggleSidebar();
+  store().chrome.setSidebarPeeking(true);
+  store().chrome.toggleSidebar();
+  advance(1s);
+  EXPECT_FALSE(store().chrome.isSidebarPeeking) << "it has docked meanwhile";
 }
 
 TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
@@ -204,38 +196,12 @@ class TestWindowController final : public MainWindowController {
 };
 
 struct Lifecycle : Store {
-  ApplicationLifecycle::Steps steps() {
-    const auto note = [this](const char* step) { return [this, step] { done.push_back(step); }; };
-    return {.appVersion = "1.2",
-            .systemVersion = "Test 1",
-            .subscribeDiagnostics = note("diagnostics"),
-            .makeWindowController =
-                [this] {
-                  done.push_back("window");
-                  return std::make_unique<TestWindowController>(world.window, shown);
-                },
-            .startUpdates = note("updates"),
-            .installUpdateIfReady = note("install")};
-  }
-  std::vector<std::string> done;
   int shown = 0;
-  ApplicationLifecycle lifecycle{world.store, steps()};
+  ApplicationLifecycle lifecycle{world.store, {.makeWindowController = [this] {
+                                   return std::make_unique<TestWindowController>(world.window,
+                                                                                 shown);
+                                 }}};
 };
-
-TEST_F(Lifecycle, LaunchesInOrderAndKeepsItsWindow) {
-  lifecycle.didFinishLaunching();
-  EXPECT_THAT(done, ElementsAre("diagnostics", "window", "updates"));
-  EXPECT_EQ(world.desktop.activateCount, 1);
-  lifecycle.showWindow();
-  lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::Some);
-  EXPECT_EQ(shown, 2);
-  EXPECT_EQ(world.desktop.activateCount, 2);
-  lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::None);
-  EXPECT_EQ(shown, 3);
-  EXPECT_EQ(world.window.presentCount, 3);
-  EXPECT_THAT(done, testing::SizeIs(3));
-  EXPECT_FALSE(lifecycle.continueActivity("unknown"));
-}
 
 TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
   world.interface.makeLittle = [this](const TabRef& tab) {
@@ -246,6 +212,8 @@ TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
   ASSERT_EQ(store().littleWindows.windows().size(), 1u);
   lifecycle.open({{address("https://b/")}});
   EXPECT_EQ(shown, 1) << "a little window took the link";
+  lifecycle.handleReopen(ApplicationLifecycle::VisibleWindows::Some);
+  EXPECT_EQ(shown, 1);
   EXPECT_EQ(store().target.commandTab()->url.peek(), address("https://a/"));
   store().target.closeSelectedTab();
   store().close(store().littleWindows.windows().front()->tab());
@@ -270,7 +238,6 @@ TEST_F(Lifecycle, TheEndSavesWhatIsLessThanASecondOld) {
   lifecycle.willTerminate();
   EXPECT_THAT(world.sessionFile(), HasSubstr("https://last/"));
   EXPECT_THAT(world.file("TabStates/" + tab->id.text() + ".state"), HasSubstr("https://last/"));
-  EXPECT_THAT(done, ElementsAre("install"));
 }
 
 // The key that opens the command bar from everywhere, and finding in the page

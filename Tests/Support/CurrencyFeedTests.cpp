@@ -109,13 +109,5 @@ TEST_F(CurrencyFeedTest, KeepsTheLastGoodRatesThroughEveryFailure) {
   EXPECT_EQ(dollars(), 3) << "a file that cannot be written is no failure of the rates";
 }
 
-TEST_F(CurrencyFeedTest, EndsInTheMiddleOfADownload) {
-  server.serve(address, ServedPage{.body = document(3), .delay = 0.3});
-  feed->requestIfNeeded();
-  ASSERT_TRUE(eventually([&] { return server.requestCount(address) == 1; }));
-  feed.reset();
-  EXPECT_TRUE(eventually([&] { return scheduler.liveTaskCount() == 0; }));
-}
-
 }  // namespace
 }  // namespace orvel
