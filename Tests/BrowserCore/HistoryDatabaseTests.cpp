@@ -126,22 +126,6 @@ TEST_F(HistoryTest, AnswersAsThePlainStatementDoes) {
   for (const auto& page : history.recent(profile, 1000)) EXPECT_EQ(page.url.scheme(), "https");
 }
 
-TEST_F(HistoryTest, ForgetsAPageAProfileOrEverything) {
-  auto history = open();
-  const UUID other = UUID::random();
-  visit(history, "https://a.test/");
-  visit(history, "https://b.test/");
-  history.recordVisit(other, *URL::parse("https://c.test/"), "", kNow);
-  EXPECT_EQ(found(history, "").size(), 2u);
-  history.remove(*URL::parse("https://a.test/"), profile);
-  EXPECT_THAT(found(history, ""), ElementsAre("https://b.test/"));
-  history.removeAll(profile);
-  EXPECT_THAT(found(history, ""), IsEmpty());
-  EXPECT_EQ(history.recent(other, 10).size(), 1u);
-  history.removeAll();
-  EXPECT_THAT(history.recent(other, 10), IsEmpty());
-}
-
 std::string firstBytes(const std::filesystem::path& file) {
   std::string bytes(16, '\0');
   std::ifstream(file, std::ios::binary).read(bytes.data(), std::ssize(bytes));
@@ -214,12 +198,6 @@ TEST_F(HistoryTest, LivesWithAFileInTrouble) {
     EXPECT_GE(std::filesystem::file_size(file()), size);
     EXPECT_EQ(firstBytes(file()), header);
   }
-}
-
-TEST_F(HistoryTest, ReportsAFileThatCannotBeOpened) {
-  const auto result = HistoryDatabase::open(folder / "missing" / "history.sqlite");
-  ASSERT_TRUE(std::holds_alternative<HistoryDatabase::CannotOpen>(result));
-  EXPECT_FALSE(std::get<HistoryDatabase::CannotOpen>(result).message.empty());
 }
 
 // A large history is searched by its best rows first: the answers are those of a look at every row.

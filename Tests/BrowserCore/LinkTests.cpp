@@ -99,18 +99,6 @@ TEST(TrackingParameters, LeaveAddressesAndNothingElse) {
   for (const auto& [url, expected] : cases) EXPECT_EQ(stripped(url), expected) << url;
 }
 
-TEST(TrackingParameters, AreAllKnownAndGoAtOnce) {
-  std::string query = "https://a.test/?keep";
-  for (const char* name :
-       {"fbclid",  "gclid",    "gclsrc",    "dclid",       "gbraid",     "wbraid",
-        "msclkid", "yclid",    "ttclid",    "twclid",      "igshid",     "li_fat_id",
-        "mc_cid",  "mc_eid",   "mkt_tok",   "oly_anon_id", "oly_enc_id", "rb_clickid",
-        "vero_id", "wickedid", "_openstat", "srsltid",     "_gl",        "ref_src",
-        "__hsfp",  "__hssc",   "__hstc",    "_hsenc",      "_hsmi"})
-    query.append("&").append(name).append("=1");
-  EXPECT_EQ(stripped(query), "https://a.test/?keep");
-}
-
 TEST(InlineCompletion, CompletesHostsAndWithASlashPaths) {
   struct Case {
     const char* typed;

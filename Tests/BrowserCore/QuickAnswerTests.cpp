@@ -8,7 +8,6 @@
 #include <random>
 
 #include "BrowserCore/Answers/Calculator.h"
-#include "BrowserCore/Answers/DecimalNumber.h"
 #include "BrowserCore/Text/Text.h"
 
 namespace orvel {
@@ -134,17 +133,6 @@ TEST(QuickAnswer, FormatsAsTheSystemDoes) {
         .toUTF8String(expected);
     EXPECT_EQ(QuickAnswer::format(value), expected == "-0" ? "0" : expected);
   }
-}
-
-TEST(DecimalNumber, ReadsDigitsAndOnePoint) {
-  const std::pair<const char*, double> numbers[] = {
-      {"0", 0},        {"5.", 5},  {".5", 0.5},
-      {"-2.50", -2.5}, {"007", 7}, {"9007199254740993", 9007199254740992}};
-  for (const auto& [text, value] : numbers) EXPECT_EQ(decimalNumber::parse(text), value) << text;
-  for (const char* text : {"", ".", "-", "-.", "1.2.3", "1e5", "inf", "nan", "+1", "--1", " 1",
-                           "1 ", "0x1", "1,5", "٣", "1-"})
-    EXPECT_EQ(decimalNumber::parse(text), std::nullopt) << text;
-  EXPECT_EQ(decimalNumber::parse(std::string(400, '9')), std::nullopt);
 }
 
 }  // namespace

@@ -11,33 +11,15 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(SearchEngine, AppendsTheEncodedQueryToItsEndpoints) {
-  struct Case {
-    const char* id;
-    const char* search;
-    const char* suggestions;
-  };
-  const Case cases[] = {
-      {"google", "https://www.google.com/search?q=",
-       "https://suggestqueries.google.com/complete/search?client=firefox&q="},
-      {"duckDuckGo", "https://duckduckgo.com/?q=", "https://duckduckgo.com/ac/?type=list&q="},
-      {"kagi", "https://kagi.com/search?q=", "https://kagi.com/api/autosuggest?q="},
-      {"bing", "https://www.bing.com/search?q=", "https://api.bing.com/osjson.aspx?query="},
-      {"ecosia", "https://www.ecosia.org/search?q=", nullptr},
-      {"startpage", "https://www.startpage.com/do/search?q=", nullptr},
-  };
-  ASSERT_EQ(std::size(cases), SearchEngine::allCases.size());
-  for (size_t i = 0; i < std::size(cases); ++i) {
-    const auto& [id, search, suggestions] = cases[i];
-    const SearchEngine engine = SearchEngine::parse(id).value();
-    EXPECT_EQ(engine, SearchEngine::allCases[i]);
-    EXPECT_EQ(engine.id(), id);
-    EXPECT_EQ(engine.offersSuggestions(), suggestions != nullptr);
-    EXPECT_EQ(engine.searchURL(" a&b+ü").value().text(), std::string(search) + "%20a%26b%2B%C3%BC");
+  for (const SearchEngine engine : SearchEngine::allCases) {
+    EXPECT_EQ(SearchEngine::parse(engine.id()), engine);
+    EXPECT_TRUE(engine.searchURL(" a&b+ü").value().text().ends_with("=%20a%26b%2B%C3%BC"));
     const auto url = engine.suggestionsURL("1=2#");
-    EXPECT_EQ(url.has_value(), suggestions != nullptr) << id;
-    if (url && suggestions) EXPECT_EQ(url->text(), std::string(suggestions) + "1%3D2%23");
+    EXPECT_EQ(url.has_value(), engine.offersSuggestions()) << engine.id();
+    EXPECT_TRUE(!url || url->text().ends_with("=1%3D2%23")) << engine.id();
     EXPECT_EQ(engine.searchURL("\xc3"), std::nullopt);
   }
+  EXPECT_FALSE(SearchEngine(SearchEngine::ecosia).offersSuggestions());
   EXPECT_EQ(SearchEngine::parse("Google"), std::nullopt);
 }
 

@@ -47,11 +47,5 @@ TEST(Theme, CanBeReadInBothSchemes) {
     }
 }
 
-TEST(Theme, IsFoundByItsStoredID) {
-  for (const Theme& theme : Theme::all) EXPECT_EQ(Theme::withID(theme.id), &theme);
-  EXPECT_EQ(Theme::withID("Claret"), nullptr);
-  EXPECT_EQ(Theme::withID("navy")->dark.accent, Color::hex(0x86A2CC));
-}
-
 }  // namespace
 }  // namespace orvel

@@ -147,37 +147,6 @@ TEST_F(HibernationTest, UnreadFilesAreCarriedOverUntouched) {
   EXPECT_TRUE(again.space().tab(tabs[0]->id)->pageState.saved()) << "the file still counts";
 }
 
-// What is on the disk at some moment brings each page back as the session has it then.
-TEST_F(HibernationTest, AKillCostsNoPositionAndNoAddress) {
-  struct Restart : World {
-    explicit Restart(World& killed) : World(killed.disk) { launch(); }
-    std::shared_ptr<FakeWebView> reopened(const TabRef& killed) {
-      const TabRef tab = space().tab(killed->id);
-      tab->webView();
-      scheduler.settle();
-      return view(tab);
-    }
-  };
-  advance(300s);
-  tabs[0]->load(address("https://b/"));
-  world.view(tabs[1])->setURL("https://a1/#pushed");
-  store().togglePin(tabs[2]);
-  store().close(tabs[2]);
-  advance(1100ms);
-  {
-    Restart after(world);
-    EXPECT_EQ(after.reopened(tabs[0])->url(), address("https://b/"));
-    EXPECT_TRUE(after.reopened(tabs[0])->canGoBack()) << "with its history";
-    EXPECT_EQ(after.reopened(tabs[1])->url(), address("https://a1/#pushed"));
-    EXPECT_THAT(after.reopened(tabs[2])->restoredStates, IsEmpty()) << "a closed pin is at home";
-  }
-  tabs[0]->load(address("https://c/"));
-  world.view(tabs[0])->stopLoading();
-  advance(300s);
-  Restart after(world);
-  EXPECT_EQ(after.reopened(tabs[0])->url(), address("https://c/")) << "it was on its way there";
-}
-
 TEST_F(HibernationTest, AStateThatCouldNotBeWrittenIsTriedAgain) {
   pass(Duration::zero());
   world.disk->failAlways(MemoryFileSystem::Fault::InputOutput);

@@ -114,32 +114,28 @@ TEST_F(Session, EverythingComesBack) {
 }
 
 TEST_F(Session, AVersion1FileIsUpgradedSavedAndKept) {
-  const json v1 = {{"isSidebarVisible", true},
-                   {"sidebarWidth", 200},
-                   {"profiles",
-                    {{{"id", kProfile},
-                      {"name", "Old"},
-                      {"hue", 0.25},
-                      {"symbol", "star.fill"},
-                      {"selectedTabID", kTab},
-                      {"pinnedTabs", {tabRecord("40000000-0000-4000-8000-000000000004")}},
-                      {"tabs", {tabRecord()}}}}}};
-  launch(v1.dump());
-  EXPECT_EQ(world.space().id.text(), kProfile) << "without an active profile the first counts";
-  EXPECT_EQ(world.space().profile->favorites.peek().size(), 1u);
-  EXPECT_EQ(world.space().selectedTab()->lastActiveAt, VirtualScheduler::startDate());
-  world.scheduler.settle();
-  EXPECT_EQ(world.file("session.v1.backup.json"), v1.dump());
-  EXPECT_EQ(world.sessionFile(), v1.dump());
-  EXPECT_EQ(countLogged(Log::Level::Default, "Upgrading the session from version 1 to 2"), 1u);
-  world.scheduler.advance(1100ms);
-  EXPECT_EQ(json::parse(world.sessionFile())["schemaVersion"], 2);
-  json idle = v1;
-  idle["profiles"][0].erase("selectedTabID");
-  World quiet;
-  quiet.disk->put(kSessionFile, idle.dump());
-  quiet.launch().scheduler.advance(1100ms);
-  EXPECT_EQ(json::parse(quiet.sessionFile())["schemaVersion"], 2) << "by the upgrade alone";
+  json profile = {{"id", kProfile}, {"name", "Old"}, {"hue", 0.25}, {"symbol", "star.fill"}};
+  profile["pinnedTabs"] = json::array({tabRecord("40000000-0000-4000-8000-000000000004")});
+  profile["tabs"] = json::array({tabRecord()});
+  for (const bool hasSelection : {true, false}) {
+    World old;
+    if (hasSelection) profile["selectedTabID"] = kTab;
+    const json v1 = {
+        {"isSidebarVisible", true}, {"sidebarWidth", 200}, {"profiles", json::array({profile})}};
+    profile.erase("selectedTabID");
+    old.disk->put(kSessionFile, v1.dump());
+    old.launch();
+    EXPECT_EQ(old.space().id.text(), kProfile) << "without an active profile the first counts";
+    EXPECT_EQ(old.space().profile->favorites.peek().size(), 1u);
+    EXPECT_EQ(old.space().today.peek().front()->lastActiveAt, VirtualScheduler::startDate());
+    EXPECT_EQ(old.space().selectedTab() != nullptr, hasSelection);
+    old.scheduler.settle();
+    EXPECT_EQ(old.file("session.v1.backup.json"), v1.dump());
+    EXPECT_EQ(old.sessionFile(), v1.dump());
+    old.scheduler.advance(1100ms);
+    EXPECT_EQ(json::parse(old.sessionFile())["schemaVersion"], 2) << "by the upgrade alone";
+  }
+  EXPECT_GE(countLogged(Log::Level::Default, "Upgrading the session from version 1 to 2"), 1u);
 }
 
 TEST_F(Session, PartsThatNameNothingAreTolerated) {
@@ -196,50 +192,36 @@ TEST_F(Session, WhatCannotBeReadIsKeptAndTheProgramStarts) {
   const struct {
     const char* name;
     std::string bytes;
-  } cases[] = {
-      {"empty", ""},
-      {"cut off", session().dump().substr(0, 100)},
-      {"a later version", with("/schemaVersion", 3)},
-      {"a wrong type", with("/sidebarWidth", "wide")},
-      {"no address", with("/spaces/0/today/0/url", "https://a b/")},
-      {"invalid UTF-8", "{\"schemaVersion\":2,\"x\":\"\xff\xfe\"}"},
-  };
+    std::errc error = {};  // of opening it
+  } cases[] = {{"empty", ""},
+               {"cut off", session().dump().substr(0, 100)},
+               {"a later version", with("/schemaVersion", 3)},
+               {"a wrong type", with("/sidebarWidth", "wide")},
+               {"no address", with("/spaces/0/today/0/url", "https://a b/")},
+               {"invalid UTF-8", "{\"schemaVersion\":2,\"x\":\"\xff\xfe\"}"},
+               {"whole, but not ours", "whole", std::errc::permission_denied},
+               {"whole, but not now", "whole", std::errc::io_error},
+               {"too large", "whole", std::errc::file_too_large}};
   for (const auto& test : cases) {
     SCOPED_TRACE(test.name);
+    const bool isOpened = test.error == std::errc();
     const size_t faults = countLogged(Log::Level::Fault, "Couldn't read the session");
     World fresh;
-    fresh.disk->put("/data/Orvel/session.json", test.bytes);
+    fresh.disk->put(kSessionFile, test.bytes);
+    if (!isOpened) fresh.disk->unreadable[kSessionFile] = test.error;
     fresh.launch();
     EXPECT_EQ(fresh.space().name.peek(), "Personal");
     EXPECT_EQ(countLogged(Log::Level::Fault, "Couldn't read the session"), faults + 1);
     fresh.scheduler.settle();
-    EXPECT_TRUE(fresh.file("session.unreadable.json") == test.bytes);
-    EXPECT_TRUE(fresh.sessionFile() == test.bytes) << "left alone until the next save";
-    fresh.open("https://new/");
-    fresh.scheduler.advance(1100ms);
-    EXPECT_EQ(json::parse(fresh.sessionFile())["schemaVersion"], 2);
-  }
-}
-
-TEST_F(Session, WhatCannotEvenBeOpenedIsMovedAsideBeforeAnythingIsWritten) {
-  for (const std::errc error :
-       {std::errc::permission_denied, std::errc::io_error, std::errc::file_too_large}) {
-    const size_t faults = countLogged(Log::Level::Fault, "Couldn't read the session");
-    World fresh;
-    fresh.disk->put(kSessionFile, "whole, but not now");
-    fresh.disk->unreadable[kSessionFile] = error;
-    fresh.launch();
-    EXPECT_EQ(countLogged(Log::Level::Fault, "Couldn't read the session"), faults + 1);
-    fresh.scheduler.settle();
-    EXPECT_EQ(fresh.file("session.unreadable.json"), "whole, but not now");
-    EXPECT_FALSE(fresh.disk->exists(kSessionFile));
     fresh.disk->unreadable.clear();
+    EXPECT_EQ(fresh.file("session.unreadable.json"), test.bytes);
+    EXPECT_EQ(fresh.sessionFile(), isOpened ? test.bytes : "") << "copied, or else moved aside";
     for (int save = 0; save < 2; ++save) {
-      fresh.open("https://a/");
+      fresh.open("https://new/");
       fresh.scheduler.advance(1100ms);
       EXPECT_EQ(json::parse(fresh.sessionFile())["schemaVersion"], 2);
     }
-    EXPECT_EQ(fresh.file("session.unreadable.json"), "whole, but not now");
+    EXPECT_EQ(fresh.file("session.unreadable.json"), test.bytes);
   }
 }
 

@@ -164,10 +164,6 @@ TEST_F(Store, ChoicesOpenByMode) {
 }
 
 TEST_F(Store, ChoicesActOnWhatIsThere) {
-  const TabRef first = world.open("https://a/");
-  world.open("https://b/");
-  store().perform(suggestion::Tab{first}, CommandBarMode::NewTab);
-  EXPECT_EQ(selected(), first);
   int ran = 0;
   PaletteCommand command;
   command.perform = [&] { ++ran; };
@@ -233,13 +229,6 @@ TEST_F(Lifecycle, LinksFromOutsideBringTheWindowOnlyWhenItIsWanted) {
     EXPECT_EQ(world.view(tab)->requests.back().schemeSource, kSupplied) << tab->displayTitle();
 }
 
-TEST_F(Lifecycle, TheEndSavesWhatIsLessThanASecondOld) {
-  const TabRef tab = load("https://last/");
-  lifecycle.willTerminate();
-  EXPECT_THAT(world.sessionFile(), HasSubstr("https://last/"));
-  EXPECT_THAT(world.file("TabStates/" + tab->id.text() + ".state"), HasSubstr("https://last/"));
-}
-
 // The key that opens the command bar from everywhere, and finding in the page
 
 struct QuickBarKeys : Store {
@@ -274,19 +263,6 @@ TEST_F(QuickBarKeys, TheKeyOpensTheBarAndClosesItInFront) {
   EXPECT_EQ(store().commandBar.peek(), std::nullopt);
 }
 
-TEST_F(Store, TakesTheMarksOffThePageThatWasSearched) {
-  const TabRef tab = load("https://a/");
-  world.view(tab)->pageText = "one word";
-  store().pageSearch.showFindBar();
-  store().pageSearch.setQuery("word");
-  store().pageSearch.findNext(BrowserTab::FindDirection::Forwards);
-  settle();
-  EXPECT_TRUE(world.view(tab)->hasMarks);
-  world.open("https://two.test/");
-  store().pageSearch.hideFindBar();
-  EXPECT_FALSE(world.view(tab)->hasMarks);
-}
-
 TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
   const TabRef tab = load("https://a/");
   world.view(tab)->pageText = "late words";
@@ -319,6 +295,15 @@ TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
     EXPECT_EQ(store().pageSearch.find.peek()->matchFound, std::nullopt);
   }
   store().pageSearch.hideFindBar();
+  store().pageSearch.showFindBar();
+  store().pageSearch.setQuery("late");
+  search();
+  settle();
+  EXPECT_TRUE(world.view(tab)->hasMarks);
+  const TabRef other = world.open("https://two.test/");
+  store().pageSearch.hideFindBar();
+  EXPECT_FALSE(world.view(tab)->hasMarks) << "the page that was searched";
+  store().close(other);
   store().close(tab);
   store().pageSearch.showFindBar();
   EXPECT_FALSE(store().pageSearch.find.peek()) << "without a tab there is nothing to search";

@@ -1,4 +1,4 @@
-#include "BrowserCore/Addresses/ChoiceMemory.h"
+#include "Models/CommandBar/PickedChoices.h"
 #include "Models/CommandBar/Suggestions.h"
 
 #include "Tests/Models/ModelTest.h"
@@ -12,7 +12,6 @@ struct SuggestionsTest : ModelTest {
   std::vector<std::string> completions;
   std::vector<ArchivedTabRecord> archive;
   std::vector<PaletteCommand> commands;
-  ChoiceMemory memory;
   std::optional<CurrencyRates> rates;
 
   TabRef addTab(const std::string& title, const std::string& url) {
@@ -28,30 +27,26 @@ struct SuggestionsTest : ModelTest {
     archive.push_back({.tab = {.id = UUID::random(), .title = title, .url = address(url)}});
   }
   void pickTwice(const std::string& query, const std::string& key) {
+    ChoiceMemory& memory = store().choices.byProfile[space().profile->id];
     for (int i = 0; i < 2; ++i) memory.record(query, key, Date());
   }
 
   std::vector<Suggestion> rows(const std::string& text,
                                CommandBarMode mode = CommandBarMode::NewTab) {
-    return suggestions(
-        {.mode = mode,
-         .text = text,
-         .historyMatches = visits,
-         .engineSuggestions = completions,
-         .rates = rates ? &*rates : nullptr,
-         .shortcuts = SearchShortcut::builtIn(),
-         .tabs = tabs,
-         .selectedTab = tabs.empty() ? nullptr : tabs.front(),
-         .archive = archive,
-         .commandsMatching = [this](const auto&) { return commands; },
-         .topChoice = [this](const auto& query,
-                             std::span<const Suggestion> offered) -> const Suggestion* {
-           std::vector<std::string> keys;
-           for (const auto& row : offered) keys.push_back(memoryKey(row).value_or(""));
-           const auto top = memory.topChoice(query, keys);
-           const auto at = top ? std::ranges::find(keys, *top) : keys.end();
-           return at == keys.end() ? nullptr : &offered[static_cast<size_t>(at - keys.begin())];
-         }});
+    return suggestions({.mode = mode,
+                        .text = text,
+                        .historyMatches = visits,
+                        .engineSuggestions = completions,
+                        .rates = rates ? &*rates : nullptr,
+                        .shortcuts = SearchShortcut::builtIn(),
+                        .tabs = tabs,
+                        .selectedTab = tabs.empty() ? nullptr : tabs.front(),
+                        .archive = archive,
+                        .commandsMatching = [this](const auto&) { return commands; },
+                        .topChoice =
+                            [this](const auto& query, std::span<const Suggestion> offered) {
+                              return store().choices.topChoice(query, offered);
+                            }});
   }
   // The rows' kinds and titles: "search:tides".
   std::vector<std::string> shown(const std::string& text,
@@ -130,7 +125,7 @@ TEST_F(SuggestionsTest, WhatIsAlwaysPickedComesFirstBelowAnAnswer) {
   EXPECT_EQ(shown("selected.test/other").front(), "url:https://selected.test/other");
 }
 
-TEST_F(SuggestionsTest, RowsShowWhatTheyAreAndWithoutATitleTheirHost) {
+TEST_F(SuggestionsTest, WithoutATitleRowsShowTheirHost) {
   const auto tab = addTab("", "https://www.tides.test/a");
   const auto archived = [](std::optional<URL> url) {
     return suggestion::Archived{{.tab = {.id = UUID(), .url = url}}};
@@ -140,11 +135,6 @@ TEST_F(SuggestionsTest, RowsShowWhatTheyAreAndWithoutATitleTheirHost) {
     Suggestion row;
     SuggestionPresentation shown;
   } cases[] = {
-      {suggestion::Answer{"2+2", "4"}, {"equal.circle", "4", "2+2", "Copy"}},
-      {suggestion::Shortcut{SearchShortcut::builtIn()[2], "tea"},
-       {"magnifyingglass", "tea", "Search Wikipedia", none}},
-      {suggestion::Command{{.title = "Pin Tab", .symbol = "pin", .shortcut = "⌘D"}},
-       {"pin", "Pin Tab", "Command", "⌘D"}},
       {suggestion::Tab{tab}, {tab, "tides.test", "tides.test", "Switch to Tab"}},
       {suggestion::History{{.url = address("https://www.a.test/b")}},
        {"clock.arrow.circlepath", "a.test", "a.test", none}},

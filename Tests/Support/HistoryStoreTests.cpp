@@ -55,13 +55,16 @@ TEST_F(History, AnswersInTheOrderOfAsking) {
   scheduler.settle();
   EXPECT_THAT(answers, ElementsAre(ElementsAre("ab.org", "a.org")));
   answers.clear();
+  const auto askForAll = [&](const UUID& profile) {
+    ask(store->search(HistorySearchField(), "", profile, 10, scheduler.now()));
+  };
   store->remove(page("ab.org"), kOne);
-  ask(store->recent(kOne, 10));
+  askForAll(kOne);
   store->removeAll(kOne);
-  ask(store->recent(kOne, 10));
-  ask(store->recent(kOther, 10));
+  askForAll(kOne);
+  askForAll(kOther);
   store->removeAll(std::nullopt);
-  ask(store->recent(kOther, 10));
+  askForAll(kOther);
   scheduler.settle();
   EXPECT_THAT(answers,
               ElementsAre(ElementsAre("a.org"), IsEmpty(), ElementsAre("abc.org"), IsEmpty()));

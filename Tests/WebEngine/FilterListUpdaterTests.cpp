@@ -83,6 +83,11 @@ TEST_F(FilterListUpdaterTest, TakesWhatIsAFilterListAndKeepsTheOldFileOtherwise)
                 inSeconds(scheduler.now().time_since_epoch()), 10)
         << "a failed pass counts as well";
   }
+  disk->failAlways(MemoryFileSystem::Fault::DiskFull);
+  defaults.remove(kLastChecked);
+  const std::string former = disk->contents()[kDownload];
+  EXPECT_FALSE(update());
+  EXPECT_EQ(disk->contents()[kDownload], former);
 }
 
 TEST_F(FilterListUpdaterTest, FollowsRedirectsAndFetchesEachListByItself) {
@@ -111,14 +116,6 @@ TEST_F(FilterListUpdaterTest, TriesOnceADayWhateverCameOfIt) {
   EXPECT_EQ(server.requests().size(), 0u);
   defaults.setNumber(kLastChecked, now - 86401);
   EXPECT_TRUE(update());
-}
-
-TEST_F(FilterListUpdaterTest, SurvivesADiskThatTakesNothing) {
-  server.serve(at("easylist"), listOf(12000));
-  disk->put(kDownload, "[Adblock old");
-  disk->failAlways(MemoryFileSystem::Fault::DiskFull);
-  EXPECT_FALSE(update());
-  EXPECT_EQ(disk->contents()[kDownload], "[Adblock old");
 }
 
 TEST_F(FilterListUpdaterTest, GivesTheNewerOfTheTwoCopies) {
