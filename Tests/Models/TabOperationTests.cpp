@@ -293,6 +293,46 @@ TEST_F(TabOperations, SelectingTellsEverybodyOnce) {
   EXPECT_EQ(tabs[0]->lastActiveAt, world.scheduler.now()) << "both halves are looked at";
 }
 
+TEST_F(TabOperations, EveryChangeIsSavedByItself) {
+  const auto tabs = openTabs(2);
+  const SpaceRef home = store().activeSpace();
+  for (const TabRef& tab : tabs) store().select(tab);
+  store().spaceEditing.commit({.name = "Second", .profileID = home->profile->id});
+  store().folders.newFolder();
+  const FolderRef folder = std::get<FolderRef>(space().pinned.peek().front());
+  const std::function<void()> changes[] = {
+      [&] { store().switching.switchTo(home); },
+      [&] { store().select(tabs[0]); },
+      [&] { world.view(tabs[0])->setTitle("New"); },
+      [&] { store().folders.newFolder(); },
+      [&] { store().folders.deleteFolder(std::get<FolderRef>(space().pinned.peek().front())); },
+      [&] { store().switching.switchTo(store().spaces.peek().back()); },
+      [&] { store().folders.rename(folder, "Name"); },
+      [&] { store().folders.toggle(folder); },
+      [&] { store().chrome.setSidebarWidth(301); },
+      [&] { store().chrome.toggleSidebar(); },
+      [&] { store().move(tabs[0], TodayDestination{}, home); },
+      [&] { store().clearToday(home); },
+      [&] { store().toasts.undoToast(); },
+      [&] {
+        space().setSplit({tabs[0]->id});
+        store().scheduleSave();
+      },
+      [&] { store().coming.closeSplitView(); },
+      [&] { store().spaceEditing.commit({.spaceID = home->id, .name = "Renamed"}); },
+      [&] { store().spaceEditing.deleteSpace(home); },
+  };
+  for (const auto& change : changes) {
+    SCOPED_TRACE(&change - changes);
+    advance(2s);
+    const std::string before = world.sessionFile();
+    change();
+    settle();
+    advance(1100ms);
+    EXPECT_NE(world.sessionFile(), before);
+  }
+}
+
 TEST_F(TabOperations, NobodyHearsOfAPrivateTab) {
   const auto secret =
       std::make_shared<Space>(UUID::random(), privateProfile(), "Secret", "leaf.fill", 0.0);
