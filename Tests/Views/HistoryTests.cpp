@@ -96,18 +96,6 @@ TEST_F(HistoryTest, TheMenuOfAVisitDeletesIt) {
   EXPECT_THAT(texts(list()), ElementsAre("Today", "Reef", "reef.test"));
 }
 
-TEST_F(HistoryTest, ManyVisitsTakeFewWidgets) {
-  for (int i = 0; i < 600; ++i) visit("page" + std::to_string(i) + ".test", "A page", i * 1min);
-  show();
-  EXPECT_TRUE(runUntil([this] { return content().items()->get_n_items() == 500; }));
-  int rows = 0;
-  forEachWidget(list(), [&](GtkWidget* one) {
-    rows += gtk_widget_has_css_class(one, "history-entry") ? 1 : 0;
-  });
-  EXPECT_GT(rows, 10);
-  EXPECT_LT(rows, 250);
-}
-
 TEST_F(HistoryTest, IconsComeWithoutWaitingForTheDisk) {
   visit("tide.test", "Tide tables");
   const std::string png = Image::make(1, 1, {9, 8, 7, 255})->encodedPNG();

@@ -39,13 +39,11 @@ struct LetterTileTest : ShownWindow {
     std::vector<guchar> pixels(stride * static_cast<size_t>(height));
     gdk_texture_download(texture.get(), pixels.data(), stride);
 
-    double left = 0;
-    double top = 0;
-    gtk_widget_translate_coordinates(tile, root, 0, 0, &left, &top);
+    const auto [left, top] = placeIn(root, tile);
     Glyph glyph{.size = gtk_widget_get_height(tile)};
-    const auto at = [&](int x, int y) {
-      return luminance(&pixels[static_cast<size_t>(y + std::lround(top)) * stride +
-                               static_cast<size_t>(x + std::lround(left)) * 4]);
+    const auto at = [&, left = std::lround(left), top = std::lround(top)](int64_t x, int64_t y) {
+      return luminance(
+          &pixels[static_cast<size_t>(y + top) * stride + static_cast<size_t>(x + left) * 4]);
     };
     const double ground = at(glyph.size / 2, 1);
     int first = glyph.size;
@@ -77,8 +75,7 @@ TEST_F(LetterTileTest, IsReadWhileATabSleepsAndForADigit) {
     auto* row = list.widgetFor(key)->Gtk::Widget::gobj();
     gtk_widget_add_css_class(row, "asleep");
     runFrames(4);
-    auto* tile = findWidget(
-        row, [](GtkWidget* one) { return gtk_widget_has_css_class(one, "letter-tile"); });
+    auto* tile = withClass(row, "letter-tile");
     const auto glyph = read(window->view().gobj(), gtk_widget_get_parent(tile));
     EXPECT_GE(glyph.contrast, 3) << url;
     EXPECT_GE(glyph.height, 6) << url;
