@@ -66,7 +66,6 @@ class TextsTest(EndToEndTest):
         self.assertEqual(self.strays(), set(), at)
 
     def test_nothing_on_screen_escapes_the_catalog(self):
-        self.web.serve("http://one.test/", "<title>One</title>")
         self.start("http://one.test/", environment={"LANGUAGE": "qx", "LC_ALL": "C.UTF-8"})
         self.find("One")
         self.look(at="Today")

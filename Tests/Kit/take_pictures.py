@@ -52,9 +52,8 @@ class Pictures(EndToEndTest):
         settings.parent.mkdir(parents=True)
         settings.write_text("[Settings]\ngtk-font-name=Inter 10\n")
         for host, (title, color) in SITES.items():
-            self.web.control("refuse", {"host": host, "port": 443})
-            self.web.serve(
-                f"http://{host}/",
+            self.web.site(
+                host,
                 f"<!doctype html><meta charset=utf-8><title>{title}</title>"
                 f"{STYLE.replace('COLOR', color)}<header>{title.split(':')[0]}</header>{SEA}"
                 f"<main><h1>{title}</h1>{TEXT}</main>{KEYS}")
@@ -93,8 +92,7 @@ class Pictures(EndToEndTest):
         time.sleep(0.5)
 
     def click_page(self):
-        self.pointer_to(1000, 700)
-        subprocess.run(["xdotool", "click", "1"], check=True)
+        self.click_at(1000, 700)
         time.sleep(0.3)
 
     def shoot(self, name, size=SIZE, wait=1.0):
