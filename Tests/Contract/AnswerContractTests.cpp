@@ -162,6 +162,7 @@ TEST_P(AnswerContract, DataIsOfOneStoreAndGoesWhenItIsRemoved) {
   shown("http://cookie.test/", {.websiteDataStore = kept});
   EXPECT_TRUE(until([&] { return domains(*kept) == std::vector<std::string>{"cookie.test"}; }));
   EXPECT_THAT(domains(*store), IsEmpty());
+  EXPECT_THAT(domains(*engine.dataStoreForIdentifier(UUID::random())), IsEmpty());
   int removed = 0;
   kept->removeData({{"cookie.test"}, {"unknown.test"}}, [&] { ++removed; });
   EXPECT_EQ(removed, 0);
