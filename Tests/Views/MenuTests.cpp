@@ -103,6 +103,24 @@ TEST_F(MenuViewTest, OneRowAloneHasTheFill) {
   EXPECT_FALSE(gtk_widget_has_css_class(file, "passed"));
 }
 
+TEST_F(MenuViewTest, TheMenuOfARowHasTheKeysToItself) {
+  auto& list = window->view().sidebar().section().list();
+  gtk_widget_child_focus(list.Gtk::Widget::gobj(), GTK_DIR_TAB_FORWARD);
+  ASSERT_TRUE(pressKey(list.Gtk::Widget::gobj(), GDK_KEY_End));
+  ASSERT_TRUE(pressKey(list.Gtk::Widget::gobj(), GDK_KEY_Up));
+  auto* row = focus();
+  ASSERT_TRUE(pressKey(row, GDK_KEY_Menu));
+  settle();
+  auto* inMenu = focus();
+  ASSERT_NE(inMenu, row);
+  ASSERT_TRUE(gtk_widget_is_ancestor(inMenu, row));
+  for (const guint key : {GDK_KEY_Down, GDK_KEY_Up, GDK_KEY_End}) {
+    EXPECT_FALSE(pressKey(list.Gtk::Widget::gobj(), key));
+    EXPECT_FALSE(pressKey(row, key));
+    EXPECT_EQ(focus(), inMenu);
+  }
+}
+
 TEST_F(MenuViewTest, AHiddenSidebarStaysSoAndHidesNoMenu) {
   store().chrome.toggleSidebar();
   settle();
