@@ -17,8 +17,7 @@ class MenuTest(EndToEndTest):
         super().setUp()
         field = "<textarea autofocus oninput=\"document.title = 'Long ' + value.length\">"
         self.web.site("one.test", f"<title>One</title>{field}http://two.test/</textarea>")
-        self.program = self.start("http://one.test/")
-        self.find("One")
+        self.begin()
 
     def choose(self, menu, row):
         """Opens the menu by its key and walks to the row, counted without separators from 0."""

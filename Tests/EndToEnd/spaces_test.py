@@ -12,10 +12,6 @@ from orvel_kit import FRAME, PICTURES, EndToEndTest, eventually  # noqa: E402
 
 
 class SidebarTest(EndToEndTest):
-    def begin(self, **options):
-        self.program = self.start("http://one.test/", **options)
-        self.find("One")
-
     def session_holds(self, condition, what):
         def holds():
             try:

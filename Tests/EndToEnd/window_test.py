@@ -14,8 +14,7 @@ from orvel_kit import Atspi, EndToEndTest, eventually  # noqa: E402
 class WindowTest(EndToEndTest):
     def setUp(self):
         super().setUp()
-        self.program = self.start("http://one.test/")
-        self.find("One")
+        self.begin()
 
     def test_the_page_undoes_and_redoes(self):
         self.web.serve(

@@ -181,6 +181,11 @@ class EndToEndTest(unittest.TestCase):
         self.programs.append(program)
         return program
 
+    def begin(self, **options):
+        """Starts the program on the first site."""
+        self.program = self.start("http://one.test/", **options)
+        self.find("One")
+
     def picture(self, name):
         """A picture of the whole display into ORVEL_PICTURES, when that is set."""
         if PICTURES:
