@@ -41,16 +41,14 @@ BrowserView::BrowserView(BrowserStore& store)
       commandBar_(store),
       toast_(store),
       sheet_(store, [this](double x, double y) { return isWindowButton(x, y); }),
+      layers_(makeLayers()),
       docked_(gobj(), 1, [this](double) { queue_allocate(); }),
       floating_(gobj(), 0, [this](double) { queue_allocate(); }) {
   add_css_class("orvel");
   content_.append(page_);
   page_.set_hexpand(true);
   page_.set_vexpand(true);
-  const std::initializer_list<Gtk::Widget*> layers = {
-      &backdrop_, &content_, &upperStrip_, &findBar_, &sidebar_,
-      &handle_,   &edge_,    &commandBar_, &toast_,   &sheet_};
-  for (auto* layer : layers) layer->set_parent(*this);
+  for (const auto& layer : layers_) layer.widget.set_parent(*this);
   watchPeeking(edge_);
   watchPeeking(sidebar_);
 
@@ -68,6 +66,52 @@ BrowserView::BrowserView(BrowserStore& store)
   pageEffect_ = effect([this] { followPage(); });
   fullscreenEffect_ = effect([this] { followFullscreen(); });
   layersEffect_ = effect([this] { followLayers(); });
+}
+
+std::vector<WindowLayer> BrowserView::makeLayers() {
+  using enum WindowLayer::Keyboard;
+  const auto whole = [](const WindowRoom& room) {
+    return LayerArea{0, 0, room.width, room.height};
+  };
+  const auto themeOf = [](auto& layer) {
+    return [&layer](const Theme& theme, ColorScheme scheme) { layer.set(theme, scheme); };
+  };
+  const auto inside = [](auto& layer) {
+    return [&layer](const Theme& theme, ColorScheme scheme) { layer.setTheme(theme, scheme); };
+  };
+  return {
+      {backdrop_, whole},
+      {content_, [](const auto& room) { return room.page; }, themeOf(contentTheme_),
+       LostBelowOthers},
+      {.widget = upperStrip_,
+       .place =
+           [](const auto& room) {
+             return LayerArea{room.page.x, 0, room.width - room.page.x, kFrame};
+           },
+       .isShown = [this](const auto&) { return !isPageAlone_; }},
+      {findBar_, [this](const auto& room) { return findBarArea(room); }, themeOf(findBar_.theme())},
+      {sidebar_, [this](const auto& room) { return sidebarArea(room); }, inside(sidebar_),
+       LostBelowOthers, [this](const auto&) { return placement() != Placement::Hidden; }},
+      {handle_,
+       [](const auto& room) {
+         constexpr double kWidth = SidebarResizeHandle::kWidth;
+         return LayerArea{room.dockedWidth - kWidth + 2, 0, kWidth, room.height};
+       },
+       themeOf(handleTheme_), LostBelowOthers,
+       [this](const auto& room) {
+         return placement() == Placement::Docked && room.width >= kRoomyWidth &&
+                docked_.value() > 0.99;
+       }},
+      {.widget = edge_,
+       .place =
+           [](const auto& room) {
+             return LayerArea{0, 0, kPeekStrip, room.height};
+           },
+       .isShown = [this](const auto&) { return !isSidebarVisible_ && !isPageAlone_; }},
+      {commandBar_, whole, themeOf(commandBar_.theme())},
+      {toast_, [this](const auto& room) { return toastArea(room); }, themeOf(toast_.theme())},
+      {sheet_, whole, inside(sheet_)},
+  };
 }
 
 BrowserView::~BrowserView() {
@@ -106,14 +150,9 @@ void BrowserView::followTheme() {
   const Theme& theme = preview ? *preview : Theme::forHue(store_.activeSpace()->hue);
   const ColorScheme scheme = scheme_;
   const auto palette = paletteOf(theme, scheme);
-  contentTheme_.set(theme, scheme);
   stockColors_.set(theme, scheme);
-  handleTheme_.set(theme, scheme);
-  findBar_.theme().set(theme, scheme);
-  commandBar_.theme().set(theme, scheme);
-  toast_.theme().set(theme, scheme);
-  sidebar_.setTheme(theme, scheme);
-  sheet_.setTheme(theme, scheme);
+  for (const auto& layer : layers_)
+    if (layer.setTheme) layer.setTheme(theme, scheme);
   page_.setPalette(palette);
 }
 
@@ -150,9 +189,9 @@ void BrowserView::followLayers() {
   const auto bar = store_.commandBar.get();
   const bool isFree =
       !store_.spaceEditing.spaceDraft.get() && (!bar || bar == CommandBarMode::Quick);
-  content_.set_can_focus(isFree);
-  sidebar_.set_can_focus(isFree);
-  handle_.set_can_focus(isFree);
+  for (const auto& layer : layers_)
+    if (layer.keyboard == WindowLayer::Keyboard::LostBelowOthers)
+      layer.widget.set_can_focus(isFree);
 }
 
 void BrowserView::switchRegion() {
@@ -186,7 +225,7 @@ void BrowserView::measure_vfunc(Gtk::Orientation orientation, int, int& minimum,
   minimumBaseline = naturalBaseline = -1;
 }
 
-void BrowserView::place(Gtk::Widget& widget, const Area& area) {
+void BrowserView::place(Gtk::Widget& widget, const LayerArea& area) {
   int minimumWidth = 0;
   int minimumHeight = 0;
   auto* native = widget.gobj();
@@ -203,63 +242,58 @@ void BrowserView::place(Gtk::Widget& widget, const Area& area) {
   gtk_widget_allocate(native, width, height, -1, gsk_transform_translate(nullptr, &at));
 }
 
-void BrowserView::size_allocate_vfunc(int width, int height, int) {
-  const double w = width;
-  const double h = height;
-  const auto where = placement();
-  const bool isNarrow = w < kRoomyWidth;
-  const double sidebarWidth =
-      isNarrow ? kMinimumSidebarWidth : untracked([this] { return shownSidebarWidth(store_); });
+WindowRoom BrowserView::roomOf(double width, double height) const {
+  const double sidebarWidth = width < kRoomyWidth
+                                  ? kMinimumSidebarWidth
+                                  : untracked([this] { return shownSidebarWidth(store_); });
   const double dockedWidth = sidebarWidth * docked_.value();
-
-  place(backdrop_, {0, 0, w, h});
   const double left = std::max(dockedWidth, kFrame * (1 - docked_.value()));
-  const Area page =
-      isPageAlone_ ? Area{0, 0, w, h} : Area{left, kFrame, w - left - kFrame, h - 2 * kFrame};
-  place(content_, page);
-  upperStrip_.set_child_visible(!isPageAlone_);
-  place(upperStrip_, {left, 0, w - left, kFrame});
+  return {.width = width,
+          .height = height,
+          .page = isPageAlone_
+                      ? LayerArea{0, 0, width, height}
+                      : LayerArea{left, kFrame, width - left - kFrame, height - 2 * kFrame},
+          .sidebarWidth = sidebarWidth,
+          .dockedWidth = dockedWidth,
+          .isSidebarFloating = placement() == Placement::Floating};
+}
 
-  sidebar_.set_child_visible(where != Placement::Hidden);
-  sidebar_.setStance(where == Placement::Floating ? SidebarView::Stance::Floating
-                                                  : SidebarView::Stance::Docked);
-  if (where == Placement::Floating) {
-    const double x = kFloatingInset - (sidebarWidth + 4 * kFloatingInset) * (1 - floating_.value());
-    place(sidebar_, {x, kFloatingInset, sidebarWidth, h - 2 * kFloatingInset});
-  } else {
-    place(sidebar_, {dockedWidth - sidebarWidth, 0, sidebarWidth, h});
+void BrowserView::size_allocate_vfunc(int width, int height, int) {
+  const WindowRoom room = roomOf(width, height);
+  sidebar_.setStance(room.isSidebarFloating ? SidebarView::Stance::Floating
+                                            : SidebarView::Stance::Docked);
+  for (const auto& layer : layers_) {
+    if (layer.isShown) layer.widget.set_child_visible(layer.isShown(room));
+    place(layer.widget, layer.place(room));
   }
-
-  handle_.set_child_visible(where == Placement::Docked && !isNarrow && docked_.value() > 0.99);
-  place(handle_,
-        {dockedWidth - SidebarResizeHandle::kWidth + 2, 0, SidebarResizeHandle::kWidth, h});
-  edge_.set_child_visible(!isSidebarVisible_ && !isPageAlone_);
-  place(edge_, {0, 0, kPeekStrip, h});
-
-  place(commandBar_, {0, 0, w, h});
-  place(sheet_, {0, 0, w, h});
-  placeFindBar(page);
-  placeToast(page);
 }
 
-void BrowserView::placeFindBar(const Area& page) {
+LayerArea BrowserView::sidebarArea(const WindowRoom& room) const {
+  if (!room.isSidebarFloating)
+    return {room.dockedWidth - room.sidebarWidth, 0, room.sidebarWidth, room.height};
+  const double hiddenBy = (room.sidebarWidth + 4 * kFloatingInset) * (1 - floating_.value());
+  return {kFloatingInset - hiddenBy, kFloatingInset, room.sidebarWidth,
+          room.height - 2 * kFloatingInset};
+}
+
+LayerArea BrowserView::findBarArea(const WindowRoom& room) const {
+  const auto& page = room.page;
   const double width = std::clamp(page.width - 2 * kFindInset, kNarrowestFind, kWidestFind);
-  place(findBar_, {page.x + page.width - kFindInset - width, page.y + kFindInset - findBar_.rise(),
-                   width, 0});
+  return {page.x + page.width - kFindInset - width, page.y + kFindInset - findBar_.rise(), width,
+          0};
 }
 
-void BrowserView::placeToast(const Area& page) {
+LayerArea BrowserView::toastArea(const WindowRoom& room) {
   int natural = 0;
   gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_HORIZONTAL, -1, nullptr, &natural,
                      nullptr, nullptr);
-  const double width =
-      std::min(std::clamp<double>(natural, kNarrowestToast, kWidestToast), page.width - kFrame);
+  const double width = std::min(std::clamp<double>(natural, kNarrowestToast, kWidestToast),
+                                room.page.width - kFrame);
   int height = 0;
   gtk_widget_measure(toast_.Gtk::Widget::gobj(), GTK_ORIENTATION_VERTICAL, -1, &height, nullptr,
                      nullptr, nullptr);
-  place(toast_,
-        {page.x + (page.width - width) / 2, get_height() - kToastBottom - height + toast_.drop(),
-         width, static_cast<double>(height)});
+  return {room.page.x + (room.page.width - width) / 2,
+          room.height - kToastBottom - height + toast_.drop(), width, static_cast<double>(height)};
 }
 
 }  // namespace orvel

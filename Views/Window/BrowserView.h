@@ -10,6 +10,7 @@
 #include "Views/Sidebar/SidebarView.h"
 #include "Views/Spaces/SpaceSheet.h"
 #include "Views/Window/ToastView.h"
+#include "Views/Window/WindowLayer.h"
 
 namespace orvel {
 
@@ -37,19 +38,17 @@ class BrowserView final : public Gtk::Widget {
   void size_allocate_vfunc(int width, int height, int baseline) override;
 
  private:
-  // From the leading upper corner.
-  struct Area {
-    double x, y, width, height;
-  };
   // Where the sidebar stands: beside the page, over it, or nowhere.
   enum class Placement { Docked, Floating, Hidden };
   Placement placement() const;
   // The point of the view lies on one of the window's own buttons.
   bool isWindowButton(double x, double y);
-  void place(Gtk::Widget& widget, const Area& area);
-  // Over the page that fills `page`.
-  void placeFindBar(const Area& page);
-  void placeToast(const Area& page);
+  std::vector<WindowLayer> makeLayers();
+  void place(Gtk::Widget& widget, const LayerArea& area);
+  WindowRoom roomOf(double width, double height) const;
+  LayerArea sidebarArea(const WindowRoom& room) const;
+  LayerArea findBarArea(const WindowRoom& room) const;
+  LayerArea toastArea(const WindowRoom& room);
   void followSidebar(const Wake& wake);
   void followTheme();
   void followBackdrop(const Wake& wake);
@@ -75,6 +74,7 @@ class BrowserView final : public Gtk::Widget {
   CommandBarView commandBar_;
   ToastView toast_;
   SpaceSheet sheet_;
+  const std::vector<WindowLayer> layers_;  // from the bottom to the top
   bool isSidebarVisible_ = true;
   // An element of the page has the whole window.
   bool isPageAlone_ = false;

@@ -47,7 +47,7 @@ std::optional<NavigationReport> navigationReport(const ScriptMessage& message) {
 }
 
 UserScript prelude(const ContentWorld& world) {
-  return {.source = engine_scripts::kPrelude, .world = world};
+  return {.source = engine_scripts::kFrameSignature, .world = world};
 }
 
 }  // namespace

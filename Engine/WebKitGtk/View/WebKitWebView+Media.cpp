@@ -12,14 +12,6 @@ namespace {
 
 // What a frame's elements do, in bits.
 enum Media { kHasMedia = 1, kPlays = 2, kIsLoud = 4, kPlaysVideo = 8 };
-constexpr const char kMediaScript[] = R"js(
-[...document.querySelectorAll('video, audio')].reduce((bits, media) => {
-  if (media.paused || media.ended || media.readyState <= 2) return bits | 1;
-  const isLoud = !media.muted && media.volume > 0;
-  return bits | 3 | (isLoud ? 4 : 0) | (media.localName === 'video' ? 8 : 0);
-}, 0))js";
-constexpr const char kPauseScript[] =
-    "document.querySelectorAll('video, audio').forEach((media) => media.pause())";
 
 CaptureState captureState(WebKitMediaCaptureState state) {
   switch (state) {
@@ -42,7 +34,7 @@ void WebKitWebView::connectMedia() {
 }
 
 void WebKitWebView::pauseAllMediaPlayback() {
-  evaluateInFrames(kPauseScript, ContentWorld::named(engine_scripts::kWorld), 0,
+  evaluateInFrames(engine_scripts::kPauseMedia, ContentWorld::named(engine_scripts::kWorld), 0,
                    [](const FrameResults&) {});
 }
 
@@ -50,7 +42,7 @@ void WebKitWebView::setMuted(bool isMuted) { webkit_web_view_set_is_muted(view_.
 
 void WebKitWebView::requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) {
   evaluateInFrames(
-      kMediaScript, ContentWorld::named(engine_scripts::kWorld), 0,
+      engine_scripts::kMediaState, ContentWorld::named(engine_scripts::kWorld), 0,
       [weak = weak_from_this(), answer = std::move(answer)](const FrameResults& results) {
         int bits = 0;
         for (const auto& result : results)

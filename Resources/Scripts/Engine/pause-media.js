@@ -1,0 +1,1 @@
+document.querySelectorAll('video, audio').forEach((media) => media.pause());
