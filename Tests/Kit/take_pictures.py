@@ -57,7 +57,7 @@ class Pictures(EndToEndTest):
                 f"<!doctype html><meta charset=utf-8><title>{title}</title>"
                 f"{STYLE.replace('COLOR', color)}<header>{title.split(':')[0]}</header>{SEA}"
                 f"<main><h1>{title}</h1>{TEXT}</main>{KEYS}")
-        self.begin("light", *reversed(SITES))
+        self.show("light", *reversed(SITES))
         for host in ("norrland-line.example", "harbour-post.example"):
             self.menu(host, "Pin Tab")
         self.menu("slowtable.example", "Move to Folder", "New Folder")
@@ -66,7 +66,7 @@ class Pictures(EndToEndTest):
         self.keys("Return")
         self.restart("light")
 
-    def begin(self, scheme, *hosts):
+    def show(self, scheme, *hosts):
         self.program = self.start(environment={"ADW_DEBUG_COLOR_SCHEME": f"prefer-{scheme}"})
         self.find("New Tab", "list item")
         for host in hosts:
@@ -77,7 +77,7 @@ class Pictures(EndToEndTest):
     def restart(self, scheme):
         time.sleep(1.5)
         self.program.end()
-        self.begin(scheme)
+        self.show(scheme)
         self.row(HOST)
         self.pointer_to(1420, 950)
         time.sleep(1)
