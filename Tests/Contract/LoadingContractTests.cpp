@@ -178,7 +178,13 @@ TEST_P(LoadingContract, TheWayBackIsKeptAsBytes) {
     EXPECT_FALSE(view->setInteractionState(bytes));
   EXPECT_TRUE(view->setInteractionState(state));
   EXPECT_EQ(view->url(), URL::parse("http://two.test/")) << "known before anything has loaded";
+  EXPECT_EQ(view->interactionState()->address, view->url());
   EXPECT_TRUE(until([&] { return delegate.finishes == 3; }));
+  stage->put("http://closed.test/", {.kind = Kind::Refused});
+  go(*view, "http://closed.test/");
+  EXPECT_EQ(view->interactionState()->address, URL::parse("http://two.test/"))
+      << "what is not committed is no part of it";
+  EXPECT_TRUE(until([&] { return !view->isLoading(); }));
   view->goBack();
   EXPECT_TRUE(until([&] { return view->title() == "One" && view->canGoForward(); }));
 }

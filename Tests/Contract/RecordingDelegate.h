@@ -134,4 +134,25 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   int closes = 0;
 };
 
+// Leaves it to the test to say where to write, and counts what it is told.
+struct SavingDelegate final : DownloadDelegate {
+  void decideDestination(
+      const std::shared_ptr<Download>& asking, const std::string& name,
+      std::function<void(std::optional<std::filesystem::path>)> answer) override {
+    download = asking;
+    suggested = name;
+    waiting = std::move(answer);
+  }
+  void didFinish(const std::shared_ptr<Download>&) override { ++finishes; }
+  void didFail(const std::shared_ptr<Download>&, const LoadError& error) override {
+    failures.push_back(error.kind);
+  }
+
+  std::shared_ptr<Download> download;
+  std::string suggested;
+  std::function<void(std::optional<std::filesystem::path>)> waiting;
+  int finishes = 0;
+  std::vector<LoadError::Kind> failures;
+};
+
 }  // namespace orvel::test

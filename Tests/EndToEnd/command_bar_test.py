@@ -16,8 +16,7 @@ class CommandBarTest(EndToEndTest):
     def setUp(self):
         super().setUp()
         for host in ("one", "two", "three"):
-            self.web.serve(f"http://{host}.test/", f"<title>Page {host}</title>")
-            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
+            self.web.site(f"{host}.test", f"<title>Page {host}</title>")
         self.program = self.start("http://one.test/")
         self.find("Page one")
 
@@ -54,53 +53,47 @@ class CommandBarTest(EndToEndTest):
     def row(self, name):
         eventually(lambda: name in self.rows(), f"a row “{name}”")
 
-    def today(self):
-        return [tab.get("title") for tab in self.space()["today"]]
-
-    def space(self):
-        """The first space in the session; an empty one before the first save."""
-        session = self.program.session()
-        return session["spaces"][0] if session else {"today": []}
-
     def tab(self):
         """The selected tab in the session."""
         space = self.space()
         return next((t for t in space["today"] if t["id"] == space.get("selectedTabID")), {})
 
-    def url(self):
-        return self.tab().get("url")
+    def shows(self, title):
+        eventually(lambda: self.tab().get("title") == title, f"{title} selected")
 
-    def selected(self):
-        return self.tab().get("title")
+    def asks(self, address):
+        eventually(lambda: self.tab().get("url") == address, f"{address} asked")
+
+    def sidebar_is(self, is_visible):
+        eventually(lambda: (self.program.session() or {}).get("isSidebarVisible") is is_visible,
+                   f"sidebar: {is_visible}")
 
     def test_addresses_searches_and_keywords(self):
         self.pick("http://two.test/", "http://two.test/")
-        eventually(lambda: self.selected() == "Page two", "the address in a new tab")
+        self.shows("Page two")
 
         self.keys("ctrl+l")
         self.find("Enter address…")
         self.picture("bar-current")
         self.type("http://three.test/")
         self.keys("Return")
-        eventually(lambda: self.today() == ["Page three", "Page one"], "the address in the tab")
+        self.session_is(["Page three", "Page one"])
 
         # Tried over https, which the host does not serve.
-        self.web.serve("http://router.test/", "<title>Router</title>")
-        self.web.control("refuse", {"host": "router.test", "port": 443})
+        self.web.site("router.test")
         self.pick("router.test", "https://router.test")
-        eventually(lambda: self.selected() == "Router", "a host without https")
+        self.shows("Router")
 
         for text, row, address in (
             ("spring tides", "spring tides", "https://www.google.com/search?q="),
             ("yt lofi", "lofi", "https://www.youtube.com/results?search_query="),
         ):
             self.pick(text, row)
-            eventually(lambda: self.url() == address + row.replace(" ", "%20"), f"{text} asked")
+            self.asks(address + row.replace(" ", "%20"))
 
     def test_keys_that_come_at_once_reach_what_the_first_has_opened(self):
         self.burst("ctrl+t", *"tides", "Return")
-        address = "https://www.google.com/search?q=tides"
-        eventually(lambda: self.url() == address, "the whole word asked")
+        self.asks("https://www.google.com/search?q=tides")
 
     def test_keys_behind_an_escape_reach_the_page(self):
         self.web.serve(
@@ -127,38 +120,38 @@ class CommandBarTest(EndToEndTest):
 
     def test_open_tabs_and_visited_pages(self):
         self.pick("http://two.test/", "http://two.test/")
-        eventually(lambda: self.selected() == "Page two", "the second page")
+        self.shows("Page two")
         # An open tab: below the search, one key down.
         self.bar()
         self.type("page one")
         self.row("Page one")
         self.keys("Down", "Return")
-        eventually(lambda: self.selected() == "Page one", "the tab of that name")
+        self.shows("Page one")
         self.assertEqual(self.today(), ["Page two", "Page one"])
 
         # A page that is open no more, found by a part of its address that is no beginning; picked
         # twice, it comes before the search.
         for place in (1, 1, 0):
             self.keys("ctrl+w")
-            eventually(lambda: self.today() == ["Page two"], "one tab")
+            self.session_is(["Page two"])
             self.bar()
             self.type("p://o")
             eventually(lambda: len(self.rows()) == 2, "the visited page")
             self.assertIn("Page one", self.rows()[place])
             self.choose(place)
-            eventually(lambda: self.selected() == "Page one", "the visited page")
+            self.shows("Page one")
 
     def test_commands(self):
         # By a beginning, by words of its title in any case; each does what it says.
         self.pick("toggle side", "Toggle Sidebar", choose=True)
-        eventually(lambda: (self.program.session() or {}).get("isSidebarVisible") is False, "no sidebar")
+        self.sidebar_is(False)
         self.pick("toggle SIDE", "Toggle Sidebar", choose=True)
-        eventually(lambda: (self.program.session() or {}).get("isSidebarVisible") is True, "the sidebar")
+        self.sidebar_is(True)
         # Twice picked, it is the first row, and typing need not wait for it.
         self.bar()
         self.type("toggle side")
         self.keys("Return")
-        eventually(lambda: (self.program.session() or {}).get("isSidebarVisible") is False, "no sidebar")
+        self.sidebar_is(False)
         self.pick("pin tab", "Pin Tab", choose=True)
         eventually(lambda: len(self.space().get("pinned", [])) == 1, "a pinned tab")
 
@@ -169,7 +162,7 @@ class CommandBarTest(EndToEndTest):
         self.picture("bar-completion")
         self.keys("Escape")
         eventually(lambda: not self.accessible(FIELD), "no bar")
-        eventually(lambda: self.today() == ["Page one"], "the one tab, saved with its title")
+        self.session_is(["Page one"])
 
 
 if __name__ == "__main__":

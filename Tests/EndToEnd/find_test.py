@@ -13,8 +13,7 @@ class FindTest(EndToEndTest):
     def setUp(self):
         super().setUp()
         for host in ("one", "two"):
-            self.web.serve(f"http://{host}.test/", f"<title>Page {host}</title><p>a lighthouse")
-            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
+            self.web.site(f"{host}.test", f"<title>Page {host}</title><p>a lighthouse")
         self.program = self.start("http://one.test/")
         self.find("Page one")
 

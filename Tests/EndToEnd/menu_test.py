@@ -16,11 +16,8 @@ class MenuTest(EndToEndTest):
     def setUp(self):
         super().setUp()
         field = "<textarea autofocus oninput=\"document.title = 'Long ' + value.length\">"
-        for host, body in (("one", field + "http://two.test/</textarea>"), ("two", "")):
-            self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>{body}")
-            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
-        self.program = self.start("http://one.test/")
-        self.find("One")
+        self.web.site("one.test", f"<title>One</title>{field}http://two.test/</textarea>")
+        self.begin()
 
     def choose(self, menu, row):
         """Opens the menu by its key and walks to the row, counted without separators from 0."""
@@ -71,8 +68,7 @@ class MenuTest(EndToEndTest):
         self.find("Two")
 
     def test_escape_stops_what_loads(self):
-        self.web.control("refuse", {"host": "slow.test", "port": 443})
-        self.web.serve("http://slow.test/", "<title>Slow</title>", delay=30)
+        self.web.site("slow.test", delay=30)
         self.program.open_address("http://slow.test/")
         self.find("Stop")
         self.keys("Escape")

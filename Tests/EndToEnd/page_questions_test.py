@@ -35,16 +35,14 @@ class PageQuestionsTest(EndToEndTest):
     def setUp(self):
         super().setUp()
         for name, body in PAGES.items():
-            self.web.serve(f"http://{name}.test/", body)
-            self.web.control("refuse", {"host": f"{name}.test", "port": 443})
+            self.web.site(f"{name}.test", body)
 
     def open(self, name, title):
         self.program = self.start(f"http://{name}.test/")
         self.find(title)
 
     def click_page(self):
-        self.pointer_to(*PAGE)
-        subprocess.run(["xdotool", "click", "1"], check=True)
+        self.click_at(*PAGE)
 
     def is_gone(self, name):
         eventually(lambda: not self.accessible(name), f"“{name}” gone")

@@ -58,8 +58,6 @@ class SandboxTest(EndToEndTest):
         return found
 
     def test_a_page_shows_and_its_process_is_shut_in(self):
-        self.web.serve("http://one.test/", "<title>One</title><p>Text")
-        self.web.control("refuse", {"host": "one.test", "port": 443})
         secret = self.home / "secret.txt"
         secret.write_text("nobody's business")
         self.program = self.start("http://one.test/", environment={OFF: None})

@@ -91,40 +91,24 @@ class SilentClipboardManager:
 
 
 class SessionTest(EndToEndTest):
-    def setUp(self):
-        super().setUp()
-        for host in ("one", "two", "three"):
-            self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>")
-            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
-
     def wait_for_page(self, url, count=1):
         eventually(lambda: len(self.web.requests(url)) >= count, f"a request for {url}", 15)
 
-    def test_opens_the_address_it_is_started_with_and_saves_it(self):
-        program = self.start("http://one.test/")
+    def test_opens_the_address_it_is_started_with_and_those_of_later_starts(self):
+        program = self.program = self.start("http://one.test/")
         self.wait_for_page("http://one.test/")
         request = self.web.requests("http://one.test/")[0]
         self.assertEqual(request["headers"].get("sec-gpc"), "1")
-        eventually(lambda: today(program.session()) == ["http://one.test/"], "the session", 5)
-        eventually(lambda: program.session()["spaces"][0]["today"][0]["title"] == "One", "title")
-        self.picture("started")
-
-    def test_a_second_start_hands_its_address_over(self):
-        program = self.start("http://one.test/")
-        self.wait_for_page("http://one.test/")
+        self.session_is(["One"])
         code, said = program.second("http://two.test/")
         self.assertEqual(code, 0, said)
         self.wait_for_page("http://two.test/")
         self.assertIsNone(program.process.poll())
-        eventually(
-            lambda: today(program.session()) == ["http://two.test/", "http://one.test/"],
-            "both tabs",
-        )
+        self.session_is(["Two", "One"])
 
     def test_an_address_without_its_scheme_falls_back_to_http(self):
         for host in ("router.test", "printer.test"):
-            self.web.serve(f"http://{host}/", "<title>Plain</title>")
-            self.web.control("refuse", {"host": host, "port": 443})
+            self.web.site(host)
         program = self.start("router.test")
         self.wait_for_page("http://router.test/")
         self.assertEqual(program.second("printer.test"), (0, ""))
@@ -218,9 +202,8 @@ class SessionTest(EndToEndTest):
     def test_history_and_place_on_the_page_come_back_from_the_files(self):
         scrolled = "<title>Long</title><body style='height:9000px'><script>%s</script>"
         report = "setInterval(() => fetch('/at?y=' + Math.round(scrollY)), 100)"
-        self.web.serve("http://long.test/", scrolled % ("scrollTo(0, 1234);" + report))
+        self.web.site("long.test", scrolled % ("scrollTo(0, 1234);" + report))
         self.web.serve("http://long.test/at", "")
-        self.web.control("refuse", {"host": "long.test", "port": 443})
         program = self.start("http://one.test/")
         self.wait_for_page("http://one.test/")
 

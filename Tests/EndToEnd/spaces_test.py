@@ -12,20 +12,6 @@ from orvel_kit import FRAME, PICTURES, EndToEndTest, eventually  # noqa: E402
 
 
 class SidebarTest(EndToEndTest):
-    def setUp(self):
-        super().setUp()
-        for host in ("one", "two", "three"):
-            self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>")
-            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
-
-    def begin(self, **options):
-        self.program = self.start("http://one.test/", **options)
-        self.find("One")
-
-    def space(self, index=0):
-        session = self.program.session()
-        return session["spaces"][index] if session and len(session["spaces"]) > index else {}
-
     def session_holds(self, condition, what):
         def holds():
             try:

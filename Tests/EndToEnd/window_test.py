@@ -14,52 +14,7 @@ from orvel_kit import Atspi, EndToEndTest, eventually  # noqa: E402
 class WindowTest(EndToEndTest):
     def setUp(self):
         super().setUp()
-        for host in ("one", "two", "three"):
-            self.web.serve(f"http://{host}.test/", f"<title>{host.title()}</title>")
-            self.web.control("refuse", {"host": f"{host}.test", "port": 443})
-        self.program = self.start("http://one.test/")
-        self.find("One")
-
-    def today(self):
-        session = self.program.session()
-        return [tab.get("title") for tab in session["spaces"][0]["today"]] if session else []
-
-    def session_is(self, titles):
-        eventually(lambda: self.today() == titles, f"{titles} in the session")
-
-    def enter(self, text):
-        """Types over the address, all of which is selected."""
-        self.keys("ctrl+l")
-        self.find("Enter address…")
-        self.type(text)
-        self.keys("Return")
-
-    def test_everything_by_keys(self):
-        self.enter("http://two.test/")
-        self.find("Two")
-        self.session_is(["Two"])
-        self.keys("ctrl+t")
-        self.find("Search, enter address, or type 20+20…")
-        self.type("http://three.test/")
-        self.keys("Return")
-        self.find("Three")
-        self.session_is(["Three", "Two"])
-        self.picture("keys")
-
-        # Back in the page's own history, and on.
-        self.keys("ctrl+w")
-        self.session_is(["Two"])
-        self.keys("alt+Left")
-        self.find("One")
-        self.keys("alt+Right")
-        self.find("Two")
-
-        self.keys("ctrl+shift+t")
-        self.session_is(["Three", "Two"])
-        self.keys("ctrl+d")
-        eventually(
-            lambda: len(self.program.session()["spaces"][0]["pinned"]) == 1, "the pinned tab"
-        )
+        self.begin()
 
     def test_the_page_undoes_and_redoes(self):
         self.web.serve(
@@ -102,12 +57,11 @@ class WindowTest(EndToEndTest):
         )
 
     def test_no_key_of_a_burst_is_lost(self):
-        for host in ("two", "three"):
-            self.program.open_address(f"http://{host}.test/")
-            self.find(host.title())
-        self.session_is(["Three", "Two", "One"])
+        self.open_three()
         self.burst("ctrl+w", "ctrl+w")
         self.session_is(["One"])
+        self.keys("ctrl+shift+t")
+        self.session_is(["Two", "One"])
 
     def test_by_pointer(self):
         self.program.open_address("http://two.test/")
@@ -115,8 +69,7 @@ class WindowTest(EndToEndTest):
         self.session_is(["Two", "One"])
         self.click(self.find("One", "list item"))
         eventually(
-            lambda: self.program.session()["spaces"][0].get("selectedTabID")
-            == self.program.session()["spaces"][0]["today"][1]["id"],
+            lambda: self.space().get("selectedTabID") == self.space()["today"][1]["id"],
             "the first tab selected",
         )
         # The middle button closes.
@@ -150,9 +103,7 @@ class WindowTest(EndToEndTest):
         self.find("Add to Favorites", "menu item")
         time.sleep(0.3)
         self.keys("Down", "Return")
-        eventually(
-            lambda: len(self.program.session()["spaces"][0]["pinned"]) == 1, "the pinned tab"
-        )
+        eventually(lambda: len(self.space()["pinned"]) == 1, "the pinned tab")
 
     def test_a_toasts_undo_by_its_key(self):
         field = "<input id=field oninput=\"document.title='<'+value+'>'\" autofocus>"
@@ -179,35 +130,21 @@ class WindowTest(EndToEndTest):
         eventually(lambda: field.get_text_iface() and Atspi.Text.get_text(field, 0, 4) == "tide",
                    "the field's text")
 
-    def test_side_buttons_go_back_and_on_and_the_wheel_zooms(self):
-        self.enter("http://two.test/")
-        self.find("Two")
-        self.pointer_to(700, 400)
-        for button, page in (("8", "One"), ("9", "Two")):
-            subprocess.run(["xdotool", "click", button], check=True)
+    def test_keys_and_side_buttons_go_back_and_on_and_the_wheel_zooms(self):
+        self.keys("ctrl+l")
+        self.find("Enter address…")
+        self.type("http://two.test/")
+        self.keys("Return")
+        self.session_is(["Two"])
+        for key, page in (("alt+Left", "One"), ("alt+Right", "Two")):
+            self.keys(key)
+            self.find(page)
+        for button, page in ((8, "One"), (9, "Two")):
+            self.click_at(700, 400, button)
             self.find(page)
         for button, zoom in (("4", "110%"), ("5", "100%")):
             subprocess.run(["xdotool", "keydown", "ctrl", "click", button, "keyup", "ctrl"], check=True)
             self.find(zoom)
-
-    def test_the_sidebar_hides_and_its_state_is_kept(self):
-        def is_visible():
-            return (self.program.session() or {}).get("isSidebarVisible")
-
-        self.keys("ctrl+s")
-        eventually(lambda: is_visible() is False, "hidden")
-        self.keys("ctrl+s")
-        eventually(lambda: is_visible() is True, "shown")
-
-    def test_every_button_has_a_name(self):
-        nameless = []
-        waiting = [self.application()]
-        while waiting:
-            item = waiting.pop()
-            if item.get_role_name() in ("push button", "toggle button") and not item.get_name():
-                nameless.append(item.get_description() or item.get_role_name())
-            waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
-        self.assertEqual(nameless, [])
 
 
 if __name__ == "__main__":

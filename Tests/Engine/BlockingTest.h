@@ -8,41 +8,21 @@
 #include "Engine/WebKitGtk/Rules/SealedRuleListStore.h"
 #include "Tests/Contract/RecordingDelegate.h"
 #include "Tests/Engine/EngineTest.h"
+#include "Tests/Fakes/FakeEngine.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 
-// The real engine with a store of content rules of the test's own.
-class EngineWithStore final : public Engine {
+// What the blocker asks of the real engine, with a store of content rules of the test's own.
+class EngineWithStore final : public FakeEngine {
  public:
-  EngineWithStore(Engine& engine, std::shared_ptr<ContentRuleListStore> store)
-      : engine_(engine), store_(std::move(store)) {}
+  EngineWithStore(Engine& engine, std::shared_ptr<ContentRuleListStore> store, Scheduler& scheduler)
+      : FakeEngine(scheduler), engine_(engine), store_(std::move(store)) {}
 
-  std::string name() const override { return engine_.name(); }
-  std::string version() const override { return engine_.version(); }
-  std::shared_ptr<WebsiteDataStore> dataStoreForIdentifier(const UUID& identifier) override {
-    return engine_.dataStoreForIdentifier(identifier);
-  }
-  std::shared_ptr<WebsiteDataStore> nonPersistentDataStore() override {
-    return engine_.nonPersistentDataStore();
-  }
-  void removeDataStoreForIdentifier(
-      const UUID& identifier, std::function<void(std::optional<std::string>)> answer) override {
-    engine_.removeDataStoreForIdentifier(identifier, std::move(answer));
-  }
   std::shared_ptr<UserContentController> makeUserContentController() override {
     return engine_.makeUserContentController();
   }
-  std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override {
-    return engine_.makeWebView(configuration);
-  }
   std::shared_ptr<ContentRuleListStore> contentRuleListStore() override { return store_; }
-  void setDownloadDelegate(std::weak_ptr<DownloadDelegate> delegate) override {
-    engine_.setDownloadDelegate(std::move(delegate));
-  }
-  void setURLSchemeHandler(const std::string& scheme, URLSchemeHandler handler) override {
-    engine_.setURLSchemeHandler(scheme, std::move(handler));
-  }
 
  private:
   Engine& engine_;
@@ -63,7 +43,7 @@ class BlockingTest : public EngineTest {
     blocker.reset();
     rules = ruleFolder;
     blockingEngine = std::make_unique<EngineWithStore>(
-        *engine, std::make_shared<SealedRuleListStore>(scheduler, rules, ruleCompiler));
+        *engine, std::make_shared<SealedRuleListStore>(scheduler, rules, ruleCompiler), scheduler);
   }
 
   void write(const std::filesystem::path& path, const std::string& text) {

@@ -61,18 +61,6 @@ struct SmallListTest : BlockingTest {
   }
 };
 
-TEST_F(SmallListTest, HidesInFramesToo) {
-  start();
-  const std::string report =
-      "<div id=banner class=banner>Buy</div><script>onload = () => fetch('/shown-' + "
-      "getComputedStyle(document.getElementById('banner')).display)</script>";
-  server.serve("http://frame.test/", report);
-  server.serve("http://outer.test/", "<iframe src=http://frame.test/></iframe>");
-  const auto view = makePage();
-  visit(*view, "http://outer.test/");
-  EXPECT_TRUE(eventually([&] { return server.requestCount("http://frame.test/shown-none") == 1; }));
-}
-
 TEST_F(SmallListTest, BlocksButForExceptionsAndPauses) {
   start();
   const auto view = makePage();

@@ -20,44 +20,7 @@ using testing::ElementsAre;
 
 struct LoadingTest : EngineTest {
   RecordingDelegate delegate;
-
-  // The state of a view after its page was scrolled and the engine has heard of that: the position
-  // is in it as a number of four bytes.
-  std::string stateScrolledTo(WebView& view, int32_t y) {
-    evaluate(view, fmt::format("scrollTo(0, {})", y));
-    const std::string_view bytes(reinterpret_cast<const char*>(&y), sizeof y);
-    const auto state = [&] {
-      const auto present = view.interactionState();
-      return present ? present->bytes : std::string();
-    };
-    EXPECT_TRUE(eventually([&] { return state().find(bytes) != std::string::npos; }));
-    return state();
-  }
 };
-
-TEST_F(LoadingTest, RestoresHistoryAndScrollFromBytesAlone) {
-  server.serve("http://one.test/", "<title>One</title>");
-  server.serve("http://long.test/", "<title>Long</title><body style='height:5000px'>");
-  std::string state;
-  {
-    const auto view = makeView();
-    show(*view);
-    load(*view, "http://one.test/");
-    load(*view, "http://long.test/");
-    state = stateScrolledTo(*view, 1234);
-    ASSERT_FALSE(state.empty());
-  }
-  const auto view = makeView();
-  EXPECT_TRUE(view->setInteractionState(state));
-  EXPECT_EQ(view->interactionState()->address, view->url()) << "also before it has loaded";
-  show(*view);
-  EXPECT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "1234"; }));
-  EXPECT_TRUE(view->canGoBack());
-  server.refuse("closed.test", 80);
-  view->load({.url = *URL::parse("http://closed.test/")});
-  EXPECT_EQ(view->interactionState()->address, URL::parse("http://long.test/"))
-      << "what is not committed is no part of it";
-}
 
 TEST_F(LoadingTest, GivesAServerUpThatDoesNotAnswerInTime) {
   server.serve("http://slow.test/", {.body = "<title>Slow</title>", .delay = 0.2});
@@ -69,9 +32,6 @@ TEST_F(LoadingTest, GivesAServerUpThatDoesNotAnswerInTime) {
   EXPECT_TRUE(delegate.errors.empty()) << "in time";
   view->load({.url = *URL::parse("http://slow.test/?again"), .timeout = 50ms});
   ASSERT_TRUE(eventually([&] { return !delegate.errors.empty(); }));
-  EXPECT_EQ(delegate.errors.front().kind, LoadError::Kind::TimedOut);
-  EXPECT_EQ(delegate.errors.front().failingURL, URL::parse("http://slow.test/?again"));
-  EXPECT_FALSE(view->isLoading());
 
   // A load that takes the place of a refused redirect has a limit of its own.
   delegate.errors.clear();
@@ -122,40 +82,14 @@ TEST_F(LoadingTest, EndsThePageProcessWithItsView) {
 
 TEST_F(LoadingTest, SendsThePrivacySignalAndShowsItToPages) {
   server.serve("http://signal.test/", "<title>x</title><script src=/s.js></script>");
-  server.serve("http://quiet.test/", "<title>x</title>");
-  const auto signalling = makeView({.isGlobalPrivacyControlEnabled = true});
-  load(*signalling, "http://signal.test/");
-  EXPECT_EQ(evaluate(*signalling, "navigator.globalPrivacyControl"), "true");
-  for (const auto& request : server.requests())
-    EXPECT_EQ(request.headers.count("sec-gpc"), 1u) << request.url;
-  server.clearRequests();
-  const auto quiet = makeView();
-  load(*quiet, "http://quiet.test/");
-  EXPECT_NE(evaluate(*quiet, "navigator.globalPrivacyControl"), "true");
-  for (const auto& request : server.requests())
-    EXPECT_EQ(request.headers.count("sec-gpc"), 0u) << request.url;
-}
-
-TEST_F(LoadingTest, KeepsProfilesApartAndRemembersCookies) {
-  server.serve("http://jar.test/set",
-               {.body = "set", .headers = {{"Set-Cookie", "k=v; Max-Age=99999"}}});
-  server.serve("http://jar.test/", "<title>jar</title>");
-  const UUID first = UUID::random();
-  const UUID second = UUID::random();
-  const auto cookieSeen = [&](const UUID& profile) {
+  for (const bool isSignalling : {true, false}) {
     server.clearRequests();
-    const auto view = makeView({.websiteDataStore = engine->dataStoreForIdentifier(profile)});
-    load(*view, "http://jar.test/");
+    const auto view = makeView({.isGlobalPrivacyControlEnabled = isSignalling});
+    load(*view, "http://signal.test/");
+    EXPECT_EQ(evaluate(*view, "navigator.globalPrivacyControl") == "true", isSignalling);
     for (const auto& request : server.requests())
-      if (request.headers.count("cookie")) return true;
-    return false;
-  };
-  {
-    const auto view = makeView({.websiteDataStore = engine->dataStoreForIdentifier(first)});
-    load(*view, "http://jar.test/set");
+      EXPECT_EQ(request.headers.contains("sec-gpc"), isSignalling) << request.url;
   }
-  EXPECT_TRUE(cookieSeen(first));
-  EXPECT_FALSE(cookieSeen(second));
 }
 
 // HTTPS first
@@ -180,22 +114,6 @@ TEST_F(HTTPSFirstTest, TriesHTTPSFirstAndFallsBackByItself) {
   // The host is known now: no second try.
   load(*view, "http://old.test/page?again");
   EXPECT_TRUE(eventually([&] { return server.requestCount("http://old.test/page") == 2; }));
-}
-
-TEST_F(HTTPSFirstTest, ARestoredPageFallsBackToItsPlace) {
-  server.serve("http://tall.test/", "<title>Tall</title><body style='height:5000px'>");
-  server.refuse("tall.test", 443);
-  std::string state;
-  {
-    const auto view = makeView();
-    show(*view);
-    load(*view, "http://tall.test/");
-    state = stateScrolledTo(*view, 777);
-  }
-  const auto view = makeUpgradingView();
-  view->setInteractionState(state);
-  show(*view);
-  EXPECT_TRUE(eventually([&] { return evaluate(*view, "scrollY") == "777"; }));
 }
 
 TEST_F(HTTPSFirstTest, AnAddressGoesWithoutHTTPSUnlessThatWasAskedFor) {

@@ -68,7 +68,7 @@ class FakeRuleStore final : public ContentRuleListStore {
   Scheduler& scheduler_;
 };
 
-class FakeEngine final : public Engine {
+class FakeEngine : public Engine {
  public:
   explicit FakeEngine(Scheduler& scheduler) : ruleStore(scheduler), scheduler_(scheduler) {}
 

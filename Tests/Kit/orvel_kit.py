@@ -65,6 +65,12 @@ class Web:
     def serve(self, url, body, **page):
         self.control("serve", {"url": url, "body": body, **page})
 
+    def site(self, host, body=None, **page):
+        """A page of a host that has no https; its title is the host's first word."""
+        self.control("refuse", {"host": host, "port": 443})
+        title = host.partition(".")[0].title()
+        self.serve(f"http://{host}/", body or f"<title>{title}</title>", **page)
+
     def requests(self, url):
         """What was asked of `url`, whatever its query."""
         seen = self.control("requests")
@@ -149,13 +155,15 @@ class Program:
 
 
 class EndToEndTest(unittest.TestCase):
-    """A web and a home for each test, both gone afterwards."""
+    """A web with three sites and a home for each test, both gone afterwards."""
 
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvel-e2e-"))
         self.home = self.folder / "home"
         self.home.mkdir()
         self.web = Web(self.folder / "web")
+        for host in ("one", "two", "three"):
+            self.web.site(f"{host}.test")
         self.programs = []
 
     def tearDown(self):
@@ -173,10 +181,29 @@ class EndToEndTest(unittest.TestCase):
         self.programs.append(program)
         return program
 
+    def begin(self, **options):
+        """Starts the program on the first site."""
+        self.program = self.start("http://one.test/", **options)
+        self.find("One")
+
     def picture(self, name):
         """A picture of the whole display into ORVEL_PICTURES, when that is set."""
         if PICTURES:
             subprocess.run(["import", "-window", "root", f"{PICTURES}/{name}.png"], check=True)
+
+    # What the program of the test has saved.
+
+    def space(self, index=0):
+        """A space of the session; an empty one before the first save."""
+        session = self.program.session()
+        spaces = session["spaces"] if session else []
+        return spaces[index] if index < len(spaces) else {"today": []}
+
+    def today(self):
+        return [tab.get("title") for tab in self.space()["today"]]
+
+    def session_is(self, titles):
+        eventually(lambda: self.today() == titles, f"{titles} in the session")
 
     # Eyes: the accessibility tree.
 
@@ -255,7 +282,10 @@ class EndToEndTest(unittest.TestCase):
         return FRAME + x + width // 2, FRAME + y + height // 2
 
     def click(self, item, button=1):
-        self.pointer_to(*self.middle(item))
+        self.click_at(*self.middle(item), button)
+
+    def click_at(self, x, y, button=1):
+        self.pointer_to(x, y)
         subprocess.run(["xdotool", "click", str(button)], check=True)
 
     def pointer_to(self, x, y):

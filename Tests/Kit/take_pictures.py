@@ -52,13 +52,12 @@ class Pictures(EndToEndTest):
         settings.parent.mkdir(parents=True)
         settings.write_text("[Settings]\ngtk-font-name=Inter 10\n")
         for host, (title, color) in SITES.items():
-            self.web.control("refuse", {"host": host, "port": 443})
-            self.web.serve(
-                f"http://{host}/",
+            self.web.site(
+                host,
                 f"<!doctype html><meta charset=utf-8><title>{title}</title>"
                 f"{STYLE.replace('COLOR', color)}<header>{title.split(':')[0]}</header>{SEA}"
                 f"<main><h1>{title}</h1>{TEXT}</main>{KEYS}")
-        self.begin("light", *reversed(SITES))
+        self.show("light", *reversed(SITES))
         for host in ("norrland-line.example", "harbour-post.example"):
             self.menu(host, "Pin Tab")
         self.menu("slowtable.example", "Move to Folder", "New Folder")
@@ -67,7 +66,7 @@ class Pictures(EndToEndTest):
         self.keys("Return")
         self.restart("light")
 
-    def begin(self, scheme, *hosts):
+    def show(self, scheme, *hosts):
         self.program = self.start(environment={"ADW_DEBUG_COLOR_SCHEME": f"prefer-{scheme}"})
         self.find("New Tab", "list item")
         for host in hosts:
@@ -78,7 +77,7 @@ class Pictures(EndToEndTest):
     def restart(self, scheme):
         time.sleep(1.5)
         self.program.end()
-        self.begin(scheme)
+        self.show(scheme)
         self.row(HOST)
         self.pointer_to(1420, 950)
         time.sleep(1)
@@ -93,8 +92,7 @@ class Pictures(EndToEndTest):
         time.sleep(0.5)
 
     def click_page(self):
-        self.pointer_to(1000, 700)
-        subprocess.run(["xdotool", "click", "1"], check=True)
+        self.click_at(1000, 700)
         time.sleep(0.3)
 
     def shoot(self, name, size=SIZE, wait=1.0):

@@ -35,7 +35,10 @@ struct FormTest : ShownWindow {
     gtk_editable_set_text(GTK_EDITABLE(entry), text);
     settle();
   }
-  GtkWidget* settingsWindow() {
+  // The settings' window, on screen.
+  GtkWidget* showSettings() {
+    store().showUtilityWindow(UtilityWindow::Settings);
+    settle();
     return GTK_WIDGET(window->utilityWindows().native(UtilityWindow::Settings));
   }
 };
@@ -86,35 +89,6 @@ TEST_F(FormTest, ASpaceIsMadeWithALivePreview) {
   EXPECT_TRUE(runUntil([&] { return !window->view().sheet().get_mapped(); }));
 }
 
-TEST_F(FormTest, EscapeLeavesTheSpaceAsItWas) {
-  const double hue = space().hue.peek();
-  store().spaceEditing.beginEditing(space());
-  settle();
-  editor().name().set_text("Never");
-  click(withTooltip(root(), "Heather"));
-  EXPECT_TRUE(press(window->view().sheet(), GDK_KEY_Escape));
-  EXPECT_EQ(store().spaceEditing.spaceDraft.peek(), std::nullopt);
-  EXPECT_EQ(store().spaceEditing.previewTheme.peek(), std::nullopt);
-  EXPECT_EQ(space().name.peek(), "Personal");
-  EXPECT_EQ(space().hue.peek(), hue);
-  EXPECT_TRUE(window->view().sidebar().get_can_focus());
-}
-
-TEST_F(FormTest, DeletingASpaceAsksAndWarnsOfWhatGoes) {
-  const auto last = store().spaces.peek().back();
-  auto& desktop = sample.world.desktop;
-  for (const size_t button : {1, 0}) {
-    desktop.answerAlert = [button](const Alert&) { return AlertAnswer{.button = button}; };
-    spaceMenu(store(), last).back().perform();
-    settle();
-    EXPECT_EQ(store().spaces.peek().size(), 3 + button);
-  }
-  EXPECT_THAT(desktop.alerts.back().alert.informativeText,
-              testing::HasSubstr("Logins stay with the spaces that share its profile."));
-  store().setSpaces({store().spaces.peek().front()});
-  EXPECT_FALSE(spaceMenu(store(), store().spaces.peek().front()).back().perform);
-}
-
 TEST_F(FormTest, TheShieldPausesAndResumes) {
   const auto url = sample.reading->url.peek();
   click(withTooltip(root(), "Pause blocking on this site"));
@@ -124,10 +98,8 @@ TEST_F(FormTest, TheShieldPausesAndResumes) {
 }
 
 TEST_F(FormTest, SettingsFollowAndWriteTheModel) {
-  store().showUtilityWindow(UtilityWindow::Settings);
-  settle();
   auto& settings = store().settings;
-  auto* form = settingsWindow();
+  auto* form = showSettings();
   EXPECT_TRUE(gtk_widget_get_mapped(form));
 
   settings.searchEngine = SearchEngine(SearchEngine::duckDuckGo);
@@ -145,9 +117,7 @@ TEST_F(FormTest, SettingsFollowAndWriteTheModel) {
 }
 
 TEST_F(FormTest, SettingsPromiseNothingThatIsNotThere) {
-  store().showUtilityWindow(UtilityWindow::Settings);
-  settle();
-  auto* form = settingsWindow();
+  auto* form = showSettings();
   auto* picture = controlOf(form, "Picture in picture when leaving a playing video");
   ASSERT_NE(picture, nullptr);
   EXPECT_FALSE(gtk_switch_get_active(GTK_SWITCH(picture)));
@@ -165,32 +135,9 @@ TEST_F(FormTest, SettingsPromiseNothingThatIsNotThere) {
   EXPECT_TRUE(labelOf(form, "Orvel is your default browser"));
 }
 
-TEST_F(FormTest, AShortcutsRowSaysWhatItWants) {
-  store().showUtilityWindow(UtilityWindow::Settings);
-  settle();
-  auto* form = settingsWindow();
-  const struct {
-    const char* name;
-    const char* prompt;
-  } fields[] = {
-      {"Keyword", "Keyword"}, {"Name", "YouTube"}, {"Search URL", "https://site.com/search?q=%s"}};
-  std::vector<GtkWidget*> entries;
-  forEachWidget(form, [&](GtkWidget* one) {
-    if (GTK_IS_ENTRY(one) && gtk_widget_get_mapped(one)) entries.push_back(one);
-  });
-  ASSERT_EQ(entries.size(), 3 * SearchShortcut::builtIn().size());
-  for (size_t i = 0; i < std::size(fields); ++i) {
-    EXPECT_STREQ(gtk_entry_get_placeholder_text(GTK_ENTRY(entries[i])), fields[i].prompt);
-    const GText difference(gtk_test_accessible_check_property(
-        GTK_ACCESSIBLE(entries[i]), GTK_ACCESSIBLE_PROPERTY_LABEL, fields[i].name));
-    EXPECT_EQ(difference, nullptr) << difference.get();
-  }
-}
-
 TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
   store().spaceEditing.beginNewSpace();
-  store().showUtilityWindow(UtilityWindow::Settings);
-  settle();
+  auto* form = showSettings();
   const struct {
     GtkWidget* root;
     GtkWidget* chosen;
@@ -200,8 +147,8 @@ TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
   } rows[] = {
       {root(), buttonOf(root(), "Automatic"), "Light", GTK_ACCESSIBLE_ROLE_RADIO_GROUP,
        GTK_ACCESSIBLE_ROLE_RADIO},
-      {settingsWindow(), buttonOf(settingsWindow(), "General"), "Privacy",
-       GTK_ACCESSIBLE_ROLE_TAB_LIST, GTK_ACCESSIBLE_ROLE_TAB},
+      {form, buttonOf(form, "General"), "Privacy", GTK_ACCESSIBLE_ROLE_TAB_LIST,
+       GTK_ACCESSIBLE_ROLE_TAB},
   };
   for (const auto& row : rows) {
     auto* group = gtk_widget_get_parent(row.chosen);
@@ -231,7 +178,7 @@ TEST_F(FormTest, ChoicesAreOneStopWithArrowsInside) {
             GTK_ACCESSIBLE_ROLE_RADIO_GROUP);
 }
 
-TEST_F(FormTest, WhatIsChosenAlreadyCanBeTriedToo) {
+TEST_F(FormTest, AnEditedSpaceTriesWhatItHasTooAndStaysAsItWas) {
   space().appearance = Space::Appearance::Light;
   store().spaceEditing.beginEditing(space());
   settle();
@@ -240,19 +187,25 @@ TEST_F(FormTest, WhatIsChosenAlreadyCanBeTriedToo) {
   EXPECT_TRUE(store().spaceEditing.previewTheme.peek());
   click(buttonOf(root(), "Light"));
   EXPECT_EQ(store().spaceEditing.previewAppearance.peek(), Space::Appearance::Light);
+
+  const double hue = space().hue.peek();
+  editor().name().set_text("Never");
+  click(withTooltip(root(), "Heather"));
+  EXPECT_TRUE(press(window->view().sheet(), GDK_KEY_Escape));
+  EXPECT_EQ(store().spaceEditing.spaceDraft.peek(), std::nullopt);
+  EXPECT_EQ(store().spaceEditing.previewTheme.peek(), std::nullopt);
+  EXPECT_EQ(space().name.peek(), "Personal");
+  EXPECT_EQ(space().hue.peek(), hue);
+  EXPECT_TRUE(window->view().sidebar().get_can_focus());
 }
 
 TEST_F(FormTest, ListsKeepTheKeyboard) {
   auto& settings = store().settings;
-  store().showUtilityWindow(UtilityWindow::Settings);
-  settle();
-  auto* form = settingsWindow();
+  auto* form = showSettings();
   const auto focusIn = [form] { return gtk_window_get_focus(GTK_WINDOW(form)); };
   const auto isInView = [&](GtkWidget* widget) {
     auto* scroller = gtk_widget_get_ancestor(widget, GTK_TYPE_SCROLLED_WINDOW);
-    double x = 0;
-    double y = -1;
-    gtk_widget_translate_coordinates(widget, scroller, 0, 0, &x, &y);
+    const float y = placeIn(scroller, widget).y;
     return y >= 0 && y < gtk_widget_get_height(scroller);
   };
   // A new row takes it, in view.
@@ -293,13 +246,12 @@ TEST_F(FormTest, ListsKeepTheKeyboard) {
 
 TEST_F(FormTest, APickerMarksWhatIsChosen) {
   store().settings.archiveAfter = ArchiveInterval::Week;
-  store().showUtilityWindow(UtilityWindow::Settings);
-  settle();
-  auto* label = labelOf(settingsWindow(), "7 days");
+  auto* form = showSettings();
+  auto* label = labelOf(form, "7 days");
   ASSERT_NE(label, nullptr);
   click(gtk_widget_get_ancestor(label, GTK_TYPE_BUTTON));
   int marked = 0;
-  for (const auto& row : menuRows(settingsWindow())) {
+  for (const auto& row : menuRows(form)) {
     gboolean isActive = FALSE;
     g_object_get(row.widget, "active", &isActive, nullptr);
     EXPECT_EQ(isActive != FALSE, row.title == "7 days") << row.title;
@@ -310,8 +262,6 @@ TEST_F(FormTest, APickerMarksWhatIsChosen) {
 
 TEST_F(FormTest, AQuestionStandsOnTheWindowThatAsks) {
   auto& desktop = sample.world.desktop;
-  store().showUtilityWindow(UtilityWindow::History);
-  settle();
   FakeWindow history;
   desktop.active = &history;
   gtk_widget_set_visible(root(), FALSE);
@@ -327,10 +277,8 @@ TEST_F(FormTest, SitesAndRulesAreListedAndRemoved) {
   settings.sitePermissions =
       Settings::SitePermissions{{"meet.example", {{"microphone", false}, {"camera", true}}}};
   store().contentBlocker.togglePause(*URL::parse("https://loud.example/"));
-  auto* form = settingsWindow();
   window->settings().show(SettingsContent::Page::Privacy);
-  store().showUtilityWindow(UtilityWindow::Settings);
-  settle();
+  auto* form = showSettings();
   auto& blocker = store().contentBlocker;
   const bool wasBlocking = blocker.isEnabled.peek();
   turn(form, "Block ads and trackers");

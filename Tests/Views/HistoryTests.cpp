@@ -72,40 +72,20 @@ TEST_F(HistoryTest, OpensAndDeletesByKeyboard) {
   EXPECT_TRUE(press(content().list(), GDK_KEY_Delete)) << "the keyboard stays in the list";
   EXPECT_THAT(texts(list()),
               ElementsAre("Today", "page2.test", "page2.test", "page3.test", "page3.test"));
-
-  g_signal_emit_by_name(list(), "activate", 1);
-  settle();
-  EXPECT_EQ(space().selectedTab()->url.peek()->text(), "https://page3.test/");
-  EXPECT_TRUE(pressKey(list(), GDK_KEY_Up));
-  EXPECT_TRUE(gtk_widget_is_ancestor(gtk_window_get_focus(native()),
-                                     content().field().Gtk::Widget::gobj()));
-}
-
-TEST_F(HistoryTest, TheMenuOfAVisitDeletesIt) {
-  visit("tide.test", "Tide tables");
-  visit("reef.test", "Reef", 1min);
-  show();
-  EXPECT_TRUE(press(content().field(), GDK_KEY_Down));
   EXPECT_TRUE(pressKey(gtk_window_get_focus(native()), GDK_KEY_Menu));
   settle();
   const auto rows = menuRows(list());
   ASSERT_EQ(rows.size(), 3u);
   EXPECT_EQ(rows.back().title, "Delete from History");
   click(rows.back().widget);
-  settle();
-  EXPECT_THAT(texts(list()), ElementsAre("Today", "Reef", "reef.test"));
-}
+  EXPECT_THAT(texts(list()), ElementsAre("Today", "page3.test", "page3.test"));
 
-TEST_F(HistoryTest, ManyVisitsTakeFewWidgets) {
-  for (int i = 0; i < 600; ++i) visit("page" + std::to_string(i) + ".test", "A page", i * 1min);
-  show();
-  EXPECT_TRUE(runUntil([this] { return content().items()->get_n_items() == 500; }));
-  int rows = 0;
-  forEachWidget(list(), [&](GtkWidget* one) {
-    rows += gtk_widget_has_css_class(one, "history-entry") ? 1 : 0;
-  });
-  EXPECT_GT(rows, 10);
-  EXPECT_LT(rows, 250);
+  g_signal_emit_by_name(list(), "activate", 0);
+  settle();
+  EXPECT_EQ(space().selectedTab()->url.peek()->text(), "https://page3.test/");
+  EXPECT_TRUE(pressKey(list(), GDK_KEY_Up));
+  EXPECT_TRUE(gtk_widget_is_ancestor(gtk_window_get_focus(native()),
+                                     content().field().Gtk::Widget::gobj()));
 }
 
 TEST_F(HistoryTest, IconsComeWithoutWaitingForTheDisk) {

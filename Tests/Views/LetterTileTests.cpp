@@ -30,22 +30,16 @@ struct LetterTileTest : ShownWindow {
     auto* snapshot = gtk_snapshot_new();
     gdk_paintable_snapshot(paintable.get(), snapshot, width, height);
     auto* node = gtk_snapshot_free_to_node(snapshot);
-    const graphene_rect_t area = {{0, 0}, {float(width), float(height)}};
-    auto* renderer = gtk_native_get_renderer(gtk_widget_get_native(root));
-    const auto texture =
-        GRef<GdkTexture>::adopt(gsk_renderer_render_texture(renderer, node, &area));
-    gsk_render_node_unref(node);
-    const auto stride = static_cast<size_t>(width) * 4;
-    std::vector<guchar> pixels(stride * static_cast<size_t>(height));
-    gdk_texture_download(texture.get(), pixels.data(), stride);
-
-    double left = 0;
-    double top = 0;
-    gtk_widget_translate_coordinates(tile, root, 0, 0, &left, &top);
     Glyph glyph{.size = gtk_widget_get_height(tile)};
-    const auto at = [&](int x, int y) {
-      return luminance(&pixels[static_cast<size_t>(y + std::lround(top)) * stride +
-                               static_cast<size_t>(x + std::lround(left)) * 4]);
+    auto* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, glyph.size, glyph.size);
+    auto* cairo = cairo_create(surface);
+    const auto [left, top] = placeIn(root, tile);
+    cairo_translate(cairo, -std::round(left), -std::round(top));
+    gsk_render_node_draw(node, cairo);
+    cairo_destroy(cairo);
+    gsk_render_node_unref(node);
+    const auto at = [surface, pixels = cairo_image_surface_get_data(surface)](int x, int y) {
+      return luminance(pixels + y * cairo_image_surface_get_stride(surface) + x * 4);
     };
     const double ground = at(glyph.size / 2, 1);
     int first = glyph.size;
@@ -58,6 +52,7 @@ struct LetterTileTest : ShownWindow {
         first = std::min(first, y);
         last = std::max(last, y);
       }
+    cairo_surface_destroy(surface);
     glyph.middle = (first + last + 1) / 2.0;
     glyph.height = last + 1 - first;
     return glyph;
@@ -77,8 +72,7 @@ TEST_F(LetterTileTest, IsReadWhileATabSleepsAndForADigit) {
     auto* row = list.widgetFor(key)->Gtk::Widget::gobj();
     gtk_widget_add_css_class(row, "asleep");
     runFrames(4);
-    auto* tile = findWidget(
-        row, [](GtkWidget* one) { return gtk_widget_has_css_class(one, "letter-tile"); });
+    auto* tile = withClass(row, "letter-tile");
     const auto glyph = read(window->view().gobj(), gtk_widget_get_parent(tile));
     EXPECT_GE(glyph.contrast, 3) << url;
     EXPECT_GE(glyph.height, 6) << url;

@@ -121,7 +121,7 @@ TEST_F(MenuViewTest, TheMenuOfARowHasTheKeysToItself) {
   }
 }
 
-TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
+TEST_F(MenuViewTest, AHiddenSidebarStaysSoAndHidesNoMenu) {
   store().chrome.toggleSidebar();
   settle();
   EXPECT_TRUE(runUntil([this] { return !window->view().sidebar().get_mapped(); }));
@@ -129,6 +129,9 @@ TEST_F(MenuViewTest, AHiddenSidebarHidesNoMenu) {
   EXPECT_TRUE(gtk_widget_get_mapped(row("File").widget));
   EXPECT_TRUE(press(ActionID::MainMenu)) << "the same key closes it";
   EXPECT_TRUE(runUntil([this] { return menuRows(root()).empty(); }));
+  EXPECT_TRUE(press(ActionID::NewTab));
+  EXPECT_TRUE(window->view().commandBar().field().entry().has_focus());
+  EXPECT_FALSE(window->view().sidebar().get_mapped());
 }
 
 TEST_F(MenuViewTest, ASheetKeepsTheKeysForItself) {

@@ -21,11 +21,6 @@ struct PageQuestionTest : ShownWindow {
         [this](bool isSure) { given.emplace_back(isSure ? "OK" : "Cancel"); });
     settle();
   }
-  void askToLeave() {
-    page->uiDelegate()->runBeforeUnloadPanel(
-        *page, {}, [this](bool leaves) { given.emplace_back(leaves ? "Leave" : "Stay"); });
-    settle();
-  }
   PageQuestionView& question() { return window->view().page().question(); }
   bool hasKeyboard() {
     return focus() && gtk_widget_is_ancestor(focus(), GTK_WIDGET(question().gobj()));
@@ -58,30 +53,6 @@ TEST_F(PageQuestionTest, APagesDialogStandsUnderItsHostAndGivesTheKeyboardBack) 
   confirm("And now?");
   EXPECT_FALSE(question().isShown());
   EXPECT_THAT(given, ElementsAre("OK", "Cancel", "Cancel", "Cancel"));
-}
-
-TEST_F(PageQuestionTest, TheProgramsQuestionKeepsThePage) {
-  askToLeave();
-  EXPECT_TRUE(gtk_widget_has_css_class(labelOf(root(), "Leave this page?"), "serif"));
-  EXPECT_EQ(focus(), buttonOf(root(), "Stay"));
-  EXPECT_TRUE(press(question(), GDK_KEY_Escape));
-  askToLeave();
-  click(buttonOf(root(), "Leave"));
-  EXPECT_THAT(given, ElementsAre("Stay", "Leave"));
-}
-
-TEST_F(PageQuestionTest, EachTabHasItsOwnQuestion) {
-  const auto ask = [](BrowserTab& tab, const char* host) {
-    tab.questions.ask({.alert = {.messageText = host, .buttons = {"OK"}}}, [](AlertAnswer) {});
-  };
-  ask(*sample.reading, "reading.test");
-  ask(*sample.radio, "radio.test");
-  settle();
-  EXPECT_NE(labelOf(root(), "reading.test"), nullptr);
-  store().select(sample.radio);
-  settle();
-  EXPECT_NE(labelOf(root(), "radio.test"), nullptr);
-  EXPECT_EQ(labelOf(root(), "reading.test"), nullptr);
 }
 
 TEST_F(PageQuestionTest, WhoTypesKeepsTheKeyboard) {

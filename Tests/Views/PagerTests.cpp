@@ -19,9 +19,7 @@ struct PagerTest : ShownWindow {
   void SetUp() override {
     ShownWindow::SetUp();
     spaces = store().spaces.peek();
-    for (int i = 0; i < 30; ++i)
-      store().openTab(address("https://page" + std::to_string(i) + ".example/"),
-                      {.in = spaces[1], .select = false});
+    openPages(30, spaces[1]);
     sample.world.desktop.isMotionOn = true;
     settle();
     forEachController(root(), [this](GtkEventController* one) {
@@ -47,11 +45,8 @@ struct PagerTest : ShownWindow {
   // Where the page of a space begins, in the pager.
   std::optional<double> pageX(const std::shared_ptr<Space>& space) {
     auto* section = pager().sectionOf(space);
-    double x = 0;
-    double y = 0;
     if (!section || !section->get_mapped()) return std::nullopt;
-    section->translate_coordinates(pager(), 0, 0, x, y);
-    return x;
+    return placeIn(pager().Gtk::Widget::gobj(), section->Gtk::Widget::gobj()).x;
   }
   Theme::Backdrop backdrop() { return window->view().sidebar().ground().shown(); }
 };
@@ -191,21 +186,19 @@ TEST_F(PagerTest, AStoredWidthIsShownWithinItsBounds) {
 }
 
 TEST_F(PagerTest, TheTowelIsThereOnItsDayAlone) {
-  const auto towel = [this] {
-    return findWidget(root(), [](auto* one) { return gtk_widget_has_css_class(one, "towel"); });
-  };
+  auto* towel = withClass(root(), "towel");
   for (const int month : {4, 5}) {
     auto* noon = g_date_time_new_local(2026, month, 24, 12, 0, 0);
     sample.world.scheduler.setDate(Date{std::chrono::seconds(g_date_time_to_unix(noon))});
     g_date_time_unref(noon);
-    EXPECT_FALSE(gtk_widget_get_visible(towel()));
+    EXPECT_FALSE(gtk_widget_get_visible(towel));
     sample.world.scheduler.advance(24h);
-    EXPECT_EQ(gtk_widget_get_visible(towel()), month == 5);
+    EXPECT_EQ(gtk_widget_get_visible(towel), month == 5);
   }
-  click(towel());
+  click(towel);
   EXPECT_EQ(store().toasts.toast.peek()->message, "Happy Towel Day. You know where your towel is.");
   sample.world.scheduler.advance(24h);
-  EXPECT_FALSE(gtk_widget_get_visible(towel()));
+  EXPECT_FALSE(gtk_widget_get_visible(towel));
 }
 
 }  // namespace

@@ -39,7 +39,7 @@ void paintPages() {
   auto* provider = gtk_css_provider_new();
   gtk_css_provider_load_from_data(
       provider,
-      ".sample-page { background: white; color: #1c2427; }"
+      ".sample-page { background: white; color: #1c2427; padding: 48px; font-size: 12pt; }"
       ".scheme-dark .sample-page { background: #15181b; color: #e6e9ea; }",
       -1);
   gtk_style_context_add_provider_for_display(gdk_display_get_default(),
@@ -200,18 +200,13 @@ struct Preview {
       Duration ago;
     } visits[] = {
         {"https://tidewater-almanac.example/guide", "Reading the water: a field guide", 3min},
-        {"https://harbour-post.example/", "The Harbour Post", 21min},
-        {"https://norrland-line.example/fares", "Sailings and fares, Norrland Line", 64min},
         {"https://slowtable.example/rye", "", 3h},
         {"https://encyclia.example/wiki/Celestial_navigation",
          "Celestial navigation: history, instruments, and the working of a sight from the deck of "
          "a small boat",
          25h},
-        {"https://way.example/", "Skerry Point to Old Quay", 26h},
-        {"https://forge.example/compass-rose/214", "compass-rose: pull request 214", 27h},
         {"https://madd.example/", "قراءة الماء: دليل ميداني لتيارات المد والجزر", 50h},
-        {"https://a.very.long.name.of.a.site.that.goes.on.and.on.example/", "Tides", 51h},
-        {"https://kelp.example/", "Kelp & Co. Seaweed broth", 52h}};
+        {"https://a.very.long.name.of.a.site.that.goes.on.and.on.example/", "Tides", 51h}};
     for (const auto& [url, title, ago] : visits)
       store.history->recordVisit(store.activeSpace()->profile->id, *URL::parse(url), title,
                                  store.services().scheduler.now() - ago);
@@ -224,13 +219,8 @@ struct Preview {
   }
 
   void openViewMenu() {
-    forEachWidget(GTK_WIDGET(window->native()), [](GtkWidget* one) {
-      GValue text = G_VALUE_INIT;
-      if (!g_type_is_a(G_OBJECT_TYPE(one), g_type_from_name("GtkModelButton"))) return;
-      g_object_get_property(G_OBJECT(one), "text", &text);
-      if (g_strcmp0(g_value_get_string(&text), "View") == 0) g_signal_emit_by_name(one, "clicked");
-      g_value_unset(&text);
-    });
+    for (const auto& row : menuRows(GTK_WIDGET(window->native())))
+      if (row.title == "View") g_signal_emit_by_name(row.widget, "clicked");
   }
 
   void run(const std::vector<std::string>& states) {

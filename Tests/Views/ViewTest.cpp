@@ -1,5 +1,7 @@
 #include "Tests/Views/ViewTest.h"
 
+#include <gtest/gtest.h>
+
 #include "Base/GRef.h"
 #include "Tests/Kit/Eventually.h"
 
@@ -51,6 +53,18 @@ GtkWidget* buttonOf(GtkWidget* root, const char* label) {
   return findWidget(root, [label](GtkWidget* one) {
     return GTK_IS_BUTTON(one) && g_strcmp0(gtk_button_get_label(GTK_BUTTON(one)), label) == 0;
   });
+}
+
+GtkWidget* withClass(GtkWidget* root, const char* styleClass) {
+  return findWidget(
+      root, [styleClass](GtkWidget* one) { return gtk_widget_has_css_class(one, styleClass); });
+}
+
+graphene_point_t placeIn(GtkWidget* other, GtkWidget* widget, float x, float y) {
+  const graphene_point_t point{x, y};
+  graphene_point_t place{-1, -1};
+  EXPECT_TRUE(gtk_widget_compute_point(widget, other, &point, &place));
+  return place;
 }
 
 GtkWidget* labelOf(GtkWidget* root, const char* text) {

@@ -38,6 +38,9 @@ void forEachWidget(GtkWidget* root, const std::function<void(GtkWidget*)>& visit
 GtkWidget* findWidget(GtkWidget* root, const std::function<bool(GtkWidget*)>& condition);
 GtkWidget* withTooltip(GtkWidget* root, const char* text);
 GtkWidget* buttonOf(GtkWidget* root, const char* label);
+GtkWidget* withClass(GtkWidget* root, const char* styleClass);
+// Where a point of the widget lies in the other one.
+graphene_point_t placeIn(GtkWidget* other, GtkWidget* widget, float x = 0, float y = 0);
 // The label on screen that reads so.
 GtkWidget* labelOf(GtkWidget* root, const char* text);
 
