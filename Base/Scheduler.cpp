@@ -37,7 +37,7 @@ Scheduler::~Scheduler() {
 }
 
 void Scheduler::destroyTasks() {
-  ready_.clear();
+  dropReady();
   for (auto& sleepers : sleepers_) {
     for (auto& [deadline, sleeper] : sleepers) {
       sleeper->context->sleeper = nullptr;
@@ -51,7 +51,12 @@ void Scheduler::destroyTasks() {
     tasks_.erase(tasks_.begin());
     context->root.destroy();
   }
-  ready_.clear();
+  dropReady();
+}
+
+// What goes with an action may post another one.
+void Scheduler::dropReady() {
+  while (!ready_.empty()) const auto dropped = std::exchange(ready_, {});
 }
 
 void Scheduler::post(std::function<void()> action) {

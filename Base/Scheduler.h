@@ -103,6 +103,7 @@ class Scheduler {
              Duration duration, SleepClock clock, SleepResult* result);
   void endSleep(Sleeper* sleeper, SleepResult result);
   void wakeDueSleepers(SleepClock clock);
+  void dropReady();
 
   std::deque<std::function<void()>> ready_;
   std::multimap<Instant, Sleeper*> sleepers_[2];

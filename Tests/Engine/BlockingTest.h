@@ -63,7 +63,7 @@ class BlockingTest : public EngineTest {
                                                shareFolder() / "Scripts");
     blocker->start();
     ASSERT_TRUE(
-        eventually([&] { return blocker->state.peek() == ContentBlocker::State::Ready; }, 120s));
+        eventually([&] { return blocker->state.peek() == ContentBlocker::State::Ready; }, 600s));
   }
 
   std::shared_ptr<WebView> makePage(WebViewConfiguration configuration = {}) {
