@@ -132,6 +132,22 @@ TEST(Scheduler, EndsSuspendedTasksAndLateResolversDoNothing) {
   EXPECT_TRUE(log.empty());
 }
 
+TEST(Scheduler, DropsWhatItsEndPosts) {
+  struct Poster {
+    Scheduler& scheduler;
+    std::shared_ptr<int> token;
+    ~Poster() {
+      scheduler.post([held = token] {});
+    }
+  };
+  const auto token = std::make_shared<int>(0);
+  {
+    VirtualScheduler scheduler;
+    scheduler.post([poster = std::make_shared<Poster>(scheduler, token)] {});
+  }
+  EXPECT_EQ(token.use_count(), 1);
+}
+
 // Animation
 
 struct AnimatorTest : TaskTest {
