@@ -44,7 +44,10 @@ Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
 }  // namespace
 
 void PageClosing::close(TabRef tab) {
-  if (!asked_.insert(tab).second) return;
+  if (!asked_.insert(tab).second) {
+    if (tab->questions.current.peek()) store_.select(tab);
+    return;
+  }
   tab->panels.requestClose(store_.whileAlive([this, tab](Answer answer) {
     asked_.erase(tab);
     if (answer != Answer::Stay) store_.close(tab);

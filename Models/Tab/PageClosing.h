@@ -14,7 +14,8 @@ class PageClosing {
  public:
   explicit PageClosing(BrowserStore& store) : store_(store) {}
 
-  // Closes the tab unless the user stays on its page; at once where nothing is guarded.
+  // Closes the tab unless the user stays on its page; at once where nothing is guarded. Asked for
+  // again, it shows the page that waits for an answer.
   void close(TabRef tab);
   // Closes those of today's tabs that are there now, but for pages that the user stays on. Asked
   // for again, it shows the page that waits for an answer.
