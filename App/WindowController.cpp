@@ -1,7 +1,5 @@
 #include "App/WindowController.h"
 
-#include <vector>
-
 #include "Views/Window/MainWindow.h"
 #include "Views/Window/UtilityWindows.h"
 #include "Views/Window/WindowFrame.h"
@@ -9,7 +7,7 @@
 namespace orvel {
 
 struct WindowController::Windows {
-  Windows(WindowController& controller)
+  explicit Windows(WindowController& controller)
       : desktop(controller.desktop_),
         main(controller.application_, controller.store_),
         frame(main.native(), controller.defaults_, "OrvelBrowserWindow") {  // no text

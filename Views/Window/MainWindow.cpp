@@ -3,6 +3,7 @@
 #include "DesignSystem/ShownText.h"
 #include "Engine/WebView.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Tab/PageFullscreen.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Views/History/HistoryContent.h"
@@ -63,6 +64,9 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
 MainWindow::~MainWindow() {
   g_signal_handlers_disconnect_by_data(window_, this);
   title_.stop();
+  // What belongs to the screen goes with it: the next window begins without.
+  store_.pageFullscreen.leave();
+  store_.chrome.setSidebarPeeking(false);
   // A menu that is still open takes the keyboard along.
   gtk_window_set_focus(window_, nullptr);
   if (&store_.interface() == this) store_.setInterface(nullptr);
