@@ -38,7 +38,7 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                                              .cacheFolder = paths_.caches,
                                              .webProcessFolder = folder / "../lib/web-process"})),
       desktop_(scheduler_, G_APPLICATION(application)),
-      favicons_(files_.files(), paths_.favicons()),
+      favicons_(scheduler_, files_.files(), &HTTPSession::ephemeral, paths_.favicons()),
       filterLists_(scheduler_, files_, defaults_, &HTTPSession::ephemeral,
                    {FileSystem::disk(), paths_.support / "Filters", share_ / "Filters"}),
       currencies_(scheduler_, files_, &HTTPSession::ephemeral, paths_.currencyRates(),

@@ -8,6 +8,7 @@
 #include "Models/Commands/CommandList.h"
 #include "Models/Commands/CommandTarget.h"
 #include "Models/Commands/QuickBar.h"
+#include "Models/Downloads/Downloads.h"
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Sidebar/Folders.h"
@@ -70,6 +71,7 @@ struct BrowserStore::Topics {
   SpaceSwitching switching{store};
   SpaceSwipe spaceSwipe{store};
   Folders folders{store};
+  Downloads downloads{store};
   CopiedLink copiedLink{store};
   CommandList commands{store};
   CommandTarget target{store};
@@ -104,6 +106,7 @@ BrowserStore::BrowserStore(const Services& services)
       switching(topics_->switching),
       spaceSwipe(topics_->spaceSwipe),
       folders(topics_->folders),
+      downloads(topics_->downloads),
       copiedLink(topics_->copiedLink),
       commands(topics_->commands),
       target(topics_->target),
@@ -139,10 +142,7 @@ void BrowserStore::start() {
   hibernation.startHibernating();
   coming.startMediaMonitoring();
   spaceSwipe.install();
-  services_.engine.setDownloadDelegate(services_.downloads);
-  services_.downloads->onFinish = whileAlive([this](const std::string& name) {
-    showToast(filled(_("Downloaded {name}"), {{"name", name}}));
-  });
+  downloads.start();
 }
 
 // Profiles and spaces
@@ -202,13 +202,6 @@ void BrowserStore::showUtilityWindow(UtilityWindow which) {
     case UtilityWindow::BugReport:
       return showToast(_("Reporting a bug isn’t available yet"));
   }
-}
-
-void BrowserStore::openDownloadsFolder() {
-  services_.desktop.workspace.openFile(services_.paths.downloads, whileAlive([this](bool isOpened) {
-                                         if (!isOpened)
-                                           showToast(_("The downloads folder can’t be opened"));
-                                       }));
 }
 
 void BrowserStore::focusWebView() {

@@ -18,6 +18,7 @@ class StoreTabHost final : public TabHost {
   void whenReadyToLoad(std::function<void()> load) override;
   void willNavigate(UserContentController& controller, const URL& address) override;
   void didCommit(BrowserTab& tab) override;
+  void didDownloadFirstPage(BrowserTab& tab) override;
   double zoom(const std::optional<URL>& address) const override;
   void didZoom(BrowserTab& tab, double zoom) override;
   void recordVisit(const BrowserTab& tab, const URL& address, const std::string& title) override;

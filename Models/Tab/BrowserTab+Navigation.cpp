@@ -98,9 +98,11 @@ void BrowserTab::decidePolicyForResponse(WebView&, const NavigationResponse& res
 
 void BrowserTab::didBecomeDownload(WebView&, std::shared_ptr<Download> download) {
   download->setDelegate(services_.downloads);
+  if (!hasPage_) host()->didDownloadFirstPage(*this);
 }
 
 void BrowserTab::didCommit(WebView& view) {
+  hasPage_ = true;
   const double zoom = host()->zoom(view.url());
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
   pageDidChange();
@@ -118,7 +120,10 @@ void BrowserTab::didFinish(WebView& view) {
   sync(view);
   applyHiddenItems(view);
   visit_.record(view);
-  loadFavicon(view);
+  // A page that stands in for another has no icon.
+  if (view.committedOrigin())
+    services_.scheduler.start(TabIcon::load(weak_from_this(), webView_.peek(), services_.favicons))
+        .detach();
 }
 
 void BrowserTab::didReceiveAuthenticationChallenge(

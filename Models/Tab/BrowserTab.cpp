@@ -184,6 +184,7 @@ void BrowserTab::teardown() {
   view->removeFromParent();
   webView_ = nullptr;
   contentController_ = nullptr;
+  hasPage_ = false;
   mediaFrames_.clear();
   thumbnail = nullptr;
   isPlayingMedia = false;

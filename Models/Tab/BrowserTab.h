@@ -173,7 +173,6 @@ class BrowserTab final : public NavigationDelegate,
   void writePDF(const std::filesystem::path& file);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
-  void loadFavicon(WebView& view);
   void applyMute();
   void itemWasHidden(const ScriptMessage& message);
   void applyHiddenItems(WebView& view);
@@ -195,6 +194,8 @@ class BrowserTab final : public NavigationDelegate,
   // The last address that was loaded in place of one with tracking parameters, until a page
   // finishes.
   std::optional<URL> lastStrippedURL_;
+  // The view has committed a page.
+  bool hasPage_ = false;
   std::vector<FrameInfo> mediaFrames_;
   TabIcon icon_;
   PageVisit visit_{*this};

@@ -36,6 +36,8 @@ class TabHost {
   // A main frame that `controller` blocks for goes to the address.
   virtual void willNavigate(UserContentController& /*controller*/, const URL& /*address*/) {}
   virtual void didCommit(BrowserTab& /*tab*/) {}
+  // What was to be the first page of the tab's view is downloaded: the tab has nothing to show.
+  virtual void didDownloadFirstPage(BrowserTab& /*tab*/) {}
   // 1 is actual size.
   virtual double zoom(const std::optional<URL>& /*address*/) const { return 1; }
   // The user has chosen a zoom.

@@ -41,8 +41,8 @@ struct Program {
   FakeDesktop desktop{scheduler};
   FileWriter writer{scheduler, disk};
   FileUserDefaults defaults{writer, paths.support / "defaults.ini"};
-  FaviconStore favicons{*disk, paths.favicons()};
   FakeNetwork network{scheduler};
+  FaviconStore favicons{scheduler, *disk, network.sessions(), paths.favicons()};
   FilterListUpdater filterLists{scheduler, writer, defaults, {}, {disk, paths.support, {}}, {}};
   CurrencyFeed currencies{scheduler, writer, network.sessions(), paths.currencyRates(),
                           *URL::parse("https://rates.test/daily.xml")};

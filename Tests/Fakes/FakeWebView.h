@@ -61,6 +61,8 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
   explicit FakeDownload(std::optional<URL> url, Scheduler* scheduler = nullptr)
       : url_(std::move(url)), scheduler_(scheduler) {}
   std::optional<URL> originalURL() const override { return url_; }
+  std::optional<uint64_t> expectedBytes() const override { return expected; }
+  bool isEphemeral() const override { return isPrivate; }
   double fractionCompleted() const override { return fraction_; }
   Observation observeProgress(std::function<void()> changed) override {
     const uint64_t id = ++lastObserver_;
@@ -83,6 +85,8 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
   bool hasEnded() const { return hasEnded_; }
 
   std::optional<std::filesystem::path> destination;
+  std::optional<uint64_t> expected;
+  bool isPrivate = false;
 
  private:
   std::optional<URL> url_;

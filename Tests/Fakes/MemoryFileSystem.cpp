@@ -112,6 +112,10 @@ std::error_code MemoryFileSystem::rename(const fs::path& from, const fs::path& t
   return {};
 }
 
+std::error_code MemoryFileSystem::renameToNew(const fs::path& from, const fs::path& to) {
+  return exists(to) ? std::make_error_code(std::errc::file_exists) : rename(from, to);
+}
+
 std::error_code MemoryFileSystem::syncFolder(const fs::path& folder) {
   if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);

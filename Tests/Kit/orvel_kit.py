@@ -71,6 +71,9 @@ class Web:
         title = host.partition(".")[0].title()
         self.serve(f"http://{host}/", body or f"<title>{title}</title>", **page)
 
+    def release(self, url):
+        self.control("release", {"url": url})
+
     def requests(self, url):
         """What was asked of `url`, whatever its query."""
         seen = self.control("requests")

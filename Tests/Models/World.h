@@ -71,12 +71,12 @@ class World {
   FakeWindow window;
   FakeInterface interface;
   FileWriter writer{scheduler, disk};
-  FaviconStore favicons{*disk, "/data/Orvel/Favicons"};
   // No list is there and none is fetched; blocking is off, so that no first page waits.
   UserDefaults defaults;
   FilterListUpdater filterLists{
       scheduler, writer, defaults, {}, {disk, "/data/Orvel/Filters", "/share/Filters"}, {}};
   FakeNetwork network{scheduler};
+  FaviconStore favicons{scheduler, *disk, network.sessions(), "/data/Orvel/Favicons"};
   CurrencyFeed currencies{scheduler, writer, network.sessions(), "/data/Orvel/eurofxref.xml",
                           address("https://rates.test/daily.xml")};
   EngineSuggestions engineSuggestions{network.sessions()};

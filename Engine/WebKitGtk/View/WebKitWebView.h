@@ -90,7 +90,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   CaptureState microphoneCaptureState() const override;
 
   ::WebKitWebView* native() const { return view_.get(); }
-  void downloadStarted(WebKitDownload* download);
+  void downloadStarted(std::shared_ptr<Download> download);
 
  private:
   // The latest search, and who waits for an answer, the first asked first: the engine answers each
