@@ -10,6 +10,7 @@
 #include "Models/Commands/QuickBar.h"
 #include "Models/Downloads/Downloads.h"
 #include "Models/Settings/BlockingSwitches.h"
+#include "Models/Settings/SiteSettings.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Spaces/SpaceEditing.h"
@@ -83,6 +84,7 @@ struct BrowserStore::Topics {
   Peek peek{store};
   Hibernation hibernation{store};
   BlockingSwitches blocking{store};
+  SiteSettings siteSettings{store};
   ComingFeatures coming{store};
   StoreTabHost tabHost{store};
 };
@@ -118,6 +120,7 @@ BrowserStore::BrowserStore(const Services& services)
       peek(topics_->peek),
       hibernation(topics_->hibernation),
       blocking(topics_->blocking),
+      siteSettings(topics_->siteSettings),
       coming(topics_->coming),
       settings(services.defaults),
       contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,

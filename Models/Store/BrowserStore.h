@@ -40,6 +40,7 @@ class Peek;
 class PickedChoices;
 class QuickBar;
 class SessionFile;
+class SiteSettings;
 class SpaceEditing;
 class SpaceSwipe;
 class SpaceSwitching;
@@ -88,6 +89,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Peek& peek;
   Hibernation& hibernation;
   BlockingSwitches& blocking;
+  SiteSettings& siteSettings;
   ComingFeatures& coming;
 
   Settings settings;

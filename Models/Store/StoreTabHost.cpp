@@ -20,6 +20,8 @@ void StoreTabHost::showToast(std::string message, ToastOptions options) {
 
 DesktopWindow* StoreTabHost::window() { return store_.window(); }
 
+Settings* StoreTabHost::settings() { return &store_.settings; }
+
 // Pages
 
 std::shared_ptr<UserContentController> StoreTabHost::makeUserContentController() {

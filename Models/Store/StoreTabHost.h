@@ -14,6 +14,7 @@ class StoreTabHost final : public TabHost {
   void scheduleSave() override;
   void showToast(std::string message, ToastOptions options) override;
   DesktopWindow* window() override;
+  Settings* settings() override;
   std::shared_ptr<UserContentController> makeUserContentController() override;
   void whenReadyToLoad(std::function<void()> load) override;
   void willNavigate(UserContentController& controller, const URL& address) override;

@@ -189,6 +189,7 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
 
 void BrowserTab::setZoom(double zoom) {
   if (const auto& view = webView_.peek()) view->setPageZoom(zoom);
+  pageZoom = zoom;
   host()->didZoom(*this, zoom);
 }
 

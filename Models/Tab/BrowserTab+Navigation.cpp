@@ -105,10 +105,12 @@ void BrowserTab::didCommit(WebView& view) {
   hasPage_ = true;
   const double zoom = host()->zoom(view.url());
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
+  pageZoom = zoom;
   pageDidChange();
   visit_.reset();
   suppliedAddress_.reset();
   panels.pageDidChange();
+  permissions.pageDidChange();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
   host()->didCommit(*this);

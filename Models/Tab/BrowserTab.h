@@ -15,6 +15,7 @@
 #include "Models/Tab/CrashRule.h"
 #include "Models/Tab/OtherApplications.h"
 #include "Models/Tab/PagePanels.h"
+#include "Models/Tab/PagePermissions.h"
 #include "Models/Tab/PageQuestions.h"
 #include "Models/Tab/PageState.h"
 #include "Models/Tab/PageVisit.h"
@@ -63,11 +64,14 @@ class BrowserTab final : public NavigationDelegate,
   Published<ImageRef, BrowserTab> thumbnail;
   Observable<bool> isPlayingMedia = false;
   Observable<bool> isMuted = false;
+  Published<double, BrowserTab> pageZoom = 1.0;  // 1 is actual size
   // The view has yet to draw its first page.
   Published<bool, BrowserTab> isBlank = false;
   // What the page asks, and what is asked about it.
   PageQuestions questions;
   PagePanels panels;
+  // What the page may use of the machine.
+  PagePermissions permissions;
   // Grows when the view is replaced in place, so that the interface drops its host of the old one.
   Published<int, BrowserTab> webViewRevision = 0;
   std::optional<Date> lastActiveAt;  // when it was last selected

@@ -14,6 +14,8 @@
 
 namespace orvel {
 
+class Settings;
+
 // What a tab asks of its surroundings. What this class answers by itself is what a tab learns whose
 // surroundings have gone.
 class TabHost {
@@ -27,6 +29,9 @@ class TabHost {
   virtual void showToast(std::string /*message*/, ToastOptions /*options*/) {}
   // What the tab's panels stand over; null without one.
   virtual DesktopWindow* window() { return nullptr; }
+
+  // What the user has chosen; null without a store.
+  virtual Settings* settings() { return nullptr; }
 
   // Pages.
   // What a new view's pages are blocked by; null: nothing.

@@ -162,6 +162,10 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override { return camera; }
   CaptureState microphoneCaptureState() const override { return microphone; }
+  void endCapture() override {
+    camera = microphone = CaptureState::None;
+    notify(WebViewProperty::Capture);
+  }
 
   // The little of JavaScript that there is here: `name = json`, `name`, `location.host`, values and
   // `webkit.messageHandlers.name.postMessage(any of these)`; globals are of one frame and world. A

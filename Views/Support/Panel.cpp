@@ -20,6 +20,7 @@ Panel::Panel(Gtk::Button& button, Gtk::Widget& content, Side side, const std::st
   popover_.set_has_arrow(false);
   popover_.set_position(side == Side::Above ? Gtk::PositionType::TOP : Gtk::PositionType::BOTTOM);
   popover_.set_offset(0, side == Side::Above ? -kGap : kGap);
+  if (side == Side::Below) popover_.set_halign(Gtk::Align::START);
   scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
   scroller_.set_propagate_natural_height(true);
   scroller_.set_child(content);
@@ -28,6 +29,7 @@ Panel::Panel(Gtk::Button& button, Gtk::Widget& content, Side side, const std::st
   popover_.set_parent(button);
   popover_.signal_closed().connect([this] {
     if (button_.get_mapped()) button_.grab_focus();
+    if (didClose) didClose();
   });
 }
 

@@ -24,6 +24,8 @@ class Panel {
   bool isOpen() const { return popover_.get_mapped(); }
   // Runs each time before it opens.
   std::function<void()> willOpen;
+  // Runs each time after it has closed.
+  std::function<void()> didClose;
 
  private:
   Gtk::Button& button_;

@@ -88,6 +88,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override;
   CaptureState microphoneCaptureState() const override;
+  void endCapture() override;
 
   ::WebKitWebView* native() const { return view_.get(); }
   void downloadStarted(std::shared_ptr<Download> download);
