@@ -103,17 +103,6 @@ TEST_F(FileWriterTest, WhatBelongsTogetherFailsTogether) {
   EXPECT_THAT(disk->contents(), testing::IsEmpty());
 }
 
-TEST_F(FileWriterTest, RemovesInOrderWithWrites) {
-  writer.write(kFile, "one");
-  writer.remove(kFile);
-  scheduler.settle();
-  EXPECT_FALSE(disk->exists(kFile));
-  writer.remove(kFile);
-  writer.write(kFile, "two");
-  scheduler.settle();
-  EXPECT_EQ(disk->read(kFile, 100).bytes, "two");
-}
-
 TEST_F(FileWriterTest, AFaultAtAnyStepLeavesTheOldFileOrTheNewOne) {
   enum class Ending { StepFails, Kill, PowerCut };
   const std::pair<Fault, Ending> endings[] = {{Fault::DiskFull, Ending::StepFails},

@@ -24,17 +24,9 @@ TEST(ChoiceMemory, OffersWhatWasPickedTwiceForEveryPrefix) {
   for (const char* query : {"g", "gi", "GITH", " gith "})
     EXPECT_EQ(top(memory, query), "a") << query;
   EXPECT_EQ(top(memory, "githu"), std::nullopt);
-  EXPECT_EQ(top(memory, ""), std::nullopt);
+  EXPECT_EQ(top(memory, "gith", {"b", "c"}), std::nullopt) << "only what is on offer";
   memory.record(" ", "a", at(3));
   EXPECT_FALSE(memory.choices.contains(""));
-}
-
-TEST(ChoiceMemory, PassesOverWhatIsNotOnOffer) {
-  ChoiceMemory memory;
-  for (const char* key : {"a", "a", "a", "b", "b", "c"}) memory.record("x", key, at(1));
-  EXPECT_EQ(top(memory, "x"), "a");
-  EXPECT_EQ(top(memory, "x", {"c", "b"}), "b");
-  EXPECT_EQ(top(memory, "x", {"c"}), std::nullopt);
 }
 
 TEST(ChoiceMemory, KeepsFourChoicesMostPickedThenLatest) {

@@ -228,16 +228,5 @@ TEST(HistoryIndex, FindsTheBestOfManyRows) {
   }
 }
 
-TEST(HistoryIndex, ReplacesRemovesAndCompacts) {
-  HistoryIndex index;
-  for (int i = 0; i < 100; ++i) index.set(i, fmt::format("https://{}.test/", i), "title", 1, 0);
-  for (int i = 0; i < 80; ++i) index.remove(i);
-  index.set(90, "https://changed.test/", "other", 5, 0);
-  EXPECT_EQ(index.size(), 20u);
-  EXPECT_EQ(index.search("title", 100, 0).size(), 19u);
-  EXPECT_EQ(index.search("CHANGED", 100, 0).at(0).row, 90);
-  EXPECT_THAT(index.search("https://90.", 100, 0), IsEmpty());
-}
-
 }  // namespace
 }  // namespace orvel

@@ -22,11 +22,8 @@ class FakeWindow final : public DesktopWindow {
     isShown = isActiveWindow = false;
   }
   void minimize() override { ++minimizeCount; }
-  void toggleMaximized() override { ++maximizeCount; }
-  void toggleFullscreen() override {
-    ++fullscreenCount;
-    isFull = !isFull;
-  }
+  void toggleMaximized() override {}
+  void toggleFullscreen() override { isFull = !isFull; }
   void edit(EditingCommand command) override { edits.push_back(command); }
   bool isActive() const override { return isActiveWindow; }
   bool isVisible() const override { return isShown; }
@@ -34,10 +31,7 @@ class FakeWindow final : public DesktopWindow {
   bool isFullscreen() const override { return isFull; }
   bool isTextEditorFocused() const override { return isEditing; }
   WindowAppearance appearance() const override { return current; }
-  void setAppearance(WindowAppearance appearance) override {
-    current = appearance;
-    ++appearanceCount;
-  }
+  void setAppearance(WindowAppearance appearance) override { current = appearance; }
   void setButtonHidden(WindowButton button, bool isHidden) override { hidden[button] = isHidden; }
   void setButtonAlpha(WindowButton button, double value, double duration) override {
     alpha[button] = value;
@@ -50,11 +44,8 @@ class FakeWindow final : public DesktopWindow {
   int presentCount = 0;
   int closeCount = 0;
   int minimizeCount = 0;
-  int maximizeCount = 0;
-  int fullscreenCount = 0;
   bool isFull = false;
   std::vector<EditingCommand> edits;
-  int appearanceCount = 0;
   double lastDuration = -1;
   WindowAppearance current = WindowAppearance::Auto;
   std::map<WindowButton, bool> hidden;
@@ -94,12 +85,12 @@ class FakeDesktop final : public DesktopApplication,
       DesktopWindow*, const OpenPanel& panel,
       std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override {
     openPanels.push_back(panel);
-    scheduler_.post([answer = std::move(answer), files = chosenFiles] { answer(files); });
+    scheduler_.post([this, answer = std::move(answer)] { answer(chosenFiles); });
   }
   void showSavePanel(DesktopWindow*, const SavePanel& panel,
                      std::function<void(std::optional<std::filesystem::path>)> answer) override {
     savePanels.push_back(panel);
-    scheduler_.post([answer = std::move(answer), file = chosenDestination] { answer(file); });
+    scheduler_.post([this, answer = std::move(answer)] { answer(chosenDestination); });
   }
 
   // Hot keys
@@ -150,9 +141,8 @@ class FakeDesktop final : public DesktopApplication,
   void open(const URL& url) override { opened.push_back(url); }
   void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override {
     openedFiles.push_back(file);
-    scheduler_.post([answer = std::move(answer), isOpened = opensFiles] { answer(isOpened); });
+    scheduler_.post([answer = std::move(answer)] { answer(true); });
   }
-  bool opensFiles = true;
   void reveal(const std::filesystem::path&) override {}
   bool isDefaultBrowser() const override { return isDefault; }
   void makeDefaultBrowser(std::function<void(bool)> answer) override {

@@ -75,6 +75,35 @@ std::shared_ptr<Download> FakeDataStore::startDownload(const URLRequest& request
   return isKnown ? engine_.makeDownload(request.url) : nullptr;
 }
 
+// Downloads
+
+void FakeDownload::cancel() {
+  const auto end = [self = shared_from_this()] {
+    self->fail({LoadError::Kind::Cancelled, "Fake", 1, "Cancelled", self->url_});
+  };
+  scheduler_ ? scheduler_->post(end) : end();
+}
+
+void FakeDownload::begin(const std::string& suggestedFilename) {
+  const auto self = shared_from_this();
+  const auto delegate = delegate_.lock();
+  if (!delegate) return cancel();
+  delegate->decideDestination(self, suggestedFilename, [self](auto path) {
+    if (!path) return self->cancel();
+    self->destination = path;
+  });
+}
+
+void FakeDownload::finish() {
+  const auto delegate = delegate_.lock();
+  if (!std::exchange(hasEnded_, true) && delegate) delegate->didFinish(shared_from_this());
+}
+
+void FakeDownload::fail(const LoadError& error) {
+  const auto delegate = delegate_.lock();
+  if (!std::exchange(hasEnded_, true) && delegate) delegate->didFail(shared_from_this(), error);
+}
+
 // The engine
 
 namespace {

@@ -75,18 +75,6 @@ TEST_F(SettingsDocument, ComesBackWholeAndABrokenKeyCostsThatKeyAlone) {
   }
 }
 
-TEST_F(SettingsDocument, EveryWriteIsStoredAtOnce) {
-  Settings settings(defaults);
-  settings.quickBarKey = QuickBarKey::ControlShiftSpace;
-  EXPECT_EQ(stored()["quickBarKey"], "controlShiftSpace");
-  settings.linkRoutes.update([](auto& routes) { routes.push_back({.pattern = "b.org"}); });
-  EXPECT_EQ(stored()["linkRoutes"][0]["pattern"], "b.org");
-  settings.quickBarKey = std::nullopt;
-  EXPECT_FALSE(stored().contains("quickBarKey"));
-  settings.archiveAfter = ArchiveInterval::Never;
-  EXPECT_EQ(Settings(defaults).archiveAfter.peek(), ArchiveInterval::Never);
-}
-
 TEST_F(SettingsDocument, AnotherEngineEndsItsConsent) {
   Settings settings(defaults);
   settings.searchEngine = SearchEngine::kagi;
@@ -97,8 +85,6 @@ TEST_F(SettingsDocument, AnotherEngineEndsItsConsent) {
   EXPECT_FALSE(settings.searchSuggestions);
   EXPECT_EQ(stored()["searchEngine"], "bing");
   EXPECT_EQ(stored()["searchSuggestions"], false);
-  settings.searchEngine = SearchEngine::kagi;
-  EXPECT_FALSE(settings.searchSuggestions);
 }
 
 TEST_F(SettingsDocument, TheBuiltInShortcutsAreNotStored) {

@@ -43,14 +43,6 @@ TEST_F(Store, AToastOfTheSameKindIsUpdatedInPlaceAndOfAnotherIsNew) {
   }
 }
 
-TEST_F(Store, UndoRunsOnceAfterTheToastIsGone) {
-  std::vector<std::string> shownAtUndo;
-  store().showToast("text", {.undo = [&] { shownAtUndo.push_back(toast()); }});
-  store().toasts.undoToast();
-  store().toasts.undoToast();
-  EXPECT_THAT(shownAtUndo, ElementsAre(""));
-}
-
 // Sidebar and window
 
 TEST_F(Store, APendingPeekSurvivesAReportThatNoneIsWanted) {
@@ -84,47 +76,6 @@ TEST_F(Store, TogglingAPeekingSidebarDocksItInTwoTurns) {
   EXPECT_TRUE(store().chrome.isSidebarVisible);
   EXPECT_FALSE(store().chrome.isSidebarPeeking);
   EXPECT_FALSE(store().chrome.sidebarDocksFromPeek);
-  store().chrome.toggleSidebar();
-  store().chrome.setSidebarPeeking(true);
-  store().chrome.toggleSidebar();
-  advance(1s);
-  EXPECT_FALSE(store().chrome.isSidebarPeeking) << "it has docked meanwhile";
-}
-
-TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
-  store().chrome.toggleSidebar();
-  EXPECT_EQ(world.window.alpha[WindowButton::Maximize], 0);
-  EXPECT_DOUBLE_EQ(world.window.lastDuration, 0.18);
-  EXPECT_FALSE(world.window.hidden[WindowButton::Maximize]);
-  advance(180ms);
-  EXPECT_TRUE(world.window.hidden[WindowButton::Maximize]);
-  store().chrome.toggleSidebar();
-  EXPECT_FALSE(world.window.hidden[WindowButton::Maximize]);
-  EXPECT_EQ(world.window.alpha[WindowButton::Maximize], 1);
-  store().chrome.toggleSidebar();
-  store().chrome.toggleSidebar();
-  advance(1s);
-  EXPECT_FALSE(world.window.hidden[WindowButton::Maximize]) << "shown again before the fade ended";
-  publish(store().chrome.isSidebarVisible, false);
-  store().scheduleSave();
-  store().chrome.updateWindowChrome(WindowChrome::Motion::AtOnce);
-  EXPECT_TRUE(world.window.hidden[WindowButton::Maximize]);
-  EXPECT_EQ(world.window.lastDuration, 0);
-}
-
-TEST_F(Store, TheWindowTakesTheActiveSpacesAppearanceOnce) {
-  space().appearance = Space::Appearance::Dark;
-  store().scheduleSave();
-  store().chrome.updateWindowAppearance();
-  store().chrome.updateWindowAppearance();
-  EXPECT_EQ(world.window.current, WindowAppearance::Dark);
-  EXPECT_EQ(world.window.appearanceCount, 1);
-  publish(store().spaceEditing.previewAppearance, Space::Appearance::Light);
-  store().chrome.updateWindowAppearance();
-  EXPECT_EQ(world.window.current, WindowAppearance::Light);
-  publish(store().spaceEditing.previewAppearance, std::nullopt);
-  store().setActiveSpaceID(UUID::random());
-  EXPECT_EQ(world.window.current, WindowAppearance::Auto);
 }
 
 TEST_F(Store, FocusLeavesWhoeverTypesAlone) {
@@ -139,44 +90,6 @@ TEST_F(Store, FocusLeavesWhoeverTypesAlone) {
 }
 
 // The command bar's choices
-
-TEST_F(Store, ChoicesOpenByMode) {
-  using enum CommandBarMode;
-  const auto bar = [&](CommandBarMode mode, const Suggestion& suggestion) {
-    store().showCommandBar(mode);
-    store().perform(suggestion, mode);
-    EXPECT_EQ(store().commandBar.peek().has_value(), mode == Quick);
-    return urls(space().today);
-  };
-  EXPECT_THAT(bar(CurrentTab, suggestion::Address{address("https://a/")}),
-              ElementsAre("https://a/"));
-  EXPECT_THAT(bar(CurrentTab, suggestion::Search{"two words"}), ElementsAre(HasSubstr("two")));
-  const SearchShortcut shortcut{.keyword = "w", .name = "W", .urlTemplate = "https://w/%s"};
-  EXPECT_THAT(bar(NewTab, suggestion::Shortcut{shortcut, "x"}),
-              ElementsAre("https://w/x", HasSubstr("two")));
-  EXPECT_THAT(bar(NewTab, suggestion::History{{address("https://h/"), "H", 1, Date()}}),
-              ElementsAre("https://h/", "https://w/x", HasSubstr("two")));
-  EXPECT_EQ(bar(NewTab, suggestion::Search{"no \xff text"}).size(), 3u)
-      << "without an address the bar goes and nothing opens";
-  const int activations = world.desktop.activateCount;
-  EXPECT_EQ(bar(Quick, suggestion::Address{address("https://q/")}).size(), 4u);
-  EXPECT_EQ(world.desktop.activateCount, activations + 1);
-}
-
-TEST_F(Store, ChoicesActOnWhatIsThere) {
-  int ran = 0;
-  PaletteCommand command;
-  command.perform = [&] { ++ran; };
-  world.window.presentCount = 0;
-  store().perform(suggestion::Command{command}, CommandBarMode::Quick);
-  EXPECT_EQ(ran, 1);
-  EXPECT_EQ(world.window.presentCount, 1);
-  store().perform(suggestion::Answer{"6*7", "42"}, CommandBarMode::Quick);
-  EXPECT_EQ(world.desktop.clipboardText, "42");
-  EXPECT_EQ(toast(), "");
-  store().perform(suggestion::Answer{"6*7", "42"}, CommandBarMode::NewTab);
-  EXPECT_EQ(toast(), "Copied 42");
-}
 
 // Beginning and end
 
@@ -294,28 +207,13 @@ TEST_F(Store, ForgetsAFindThatIsAnsweredAfterItsEnd) {
     settle();
     EXPECT_EQ(store().pageSearch.find.peek()->matchFound, std::nullopt);
   }
-  store().pageSearch.hideFindBar();
-  store().pageSearch.showFindBar();
   store().pageSearch.setQuery("late");
   search();
   settle();
   EXPECT_TRUE(world.view(tab)->hasMarks);
-  const TabRef other = world.open("https://two.test/");
+  world.open("https://two.test/");
   store().pageSearch.hideFindBar();
   EXPECT_FALSE(world.view(tab)->hasMarks) << "the page that was searched";
-  store().close(other);
-  store().close(tab);
-  store().pageSearch.showFindBar();
-  EXPECT_FALSE(store().pageSearch.find.peek()) << "without a tab there is nothing to search";
-}
-
-TEST_F(Store, AFinishedDownloadIsTold) {
-  world.services.downloads->onFinish("file.pdf");
-  EXPECT_EQ(toast(), "Downloaded file.pdf");
-  const auto downloads = world.services.downloads;
-  world.store.reset();
-  settle();
-  downloads->onFinish("late.pdf");
 }
 
 }  // namespace

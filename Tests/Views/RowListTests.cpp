@@ -136,7 +136,6 @@ TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {
     const bool isAtEnd = scroller.get_vadjustment()->get_value() > 1900 * rowHeight();
     EXPECT_EQ(isAtEnd, step.focused == 1999);
   }
-  EXPECT_FALSE(pressKey(list.gobj(), GDK_KEY_Down, GDK_CONTROL_MASK));
 
   // The list is one thing to the Tab key, and to assistive technology.
   EXPECT_FALSE(list.child_focus(Gtk::DirectionType::TAB_FORWARD));
@@ -160,7 +159,6 @@ TEST(RowLayout, FindsRowsByHeight) {
   EXPECT_EQ(plain.rowAt(9.9), 0u);
   EXPECT_EQ(plain.rowAt(10), 1u);
   EXPECT_EQ(plain.rowAt(400), 3u);
-  EXPECT_EQ(plain.rowsBetween(5, 20).begin, 0u);
   EXPECT_EQ(plain.rowsBetween(5, 20).end, 2u);
   EXPECT_EQ(plain.rowsBetween(-50, -10).end, 0u);
 
@@ -168,7 +166,6 @@ TEST(RowLayout, FindsRowsByHeight) {
   EXPECT_EQ(gapped.gapTop(), 20);
   EXPECT_EQ(gapped.top(2), 26);
   EXPECT_EQ(gapped.totalHeight(), 46);
-  EXPECT_EQ(RowLayout({}, heights, RowLayout::Gap{0, 6}).totalHeight(), 6);
 }
 
 }  // namespace

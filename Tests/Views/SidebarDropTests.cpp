@@ -137,11 +137,5 @@ TEST_F(SidebarDrops, WithoutFavoritesTheirPlaceIsAboveTheFirstHeading) {
   EXPECT_EQ(describe({0, 0.5, 0.9}), "pinned folder gap 1");
 }
 
-TEST_F(SidebarDrops, BehindAClosedFolderIsBehindAllItHolds) {
-  world.store->folders.toggle(folder);
-  rows = sidebarRows(world.space(), 4);
-  EXPECT_EQ(describe({3, 0.5, 0.9}), "pinned p1 gap 4");
-}
-
 }  // namespace
 }  // namespace orvel
