@@ -16,7 +16,6 @@ namespace {
 using test::MemoryFileSystem;
 using test::VirtualScheduler;
 using testing::ElementsAre;
-using testing::Pair;
 using Fault = MemoryFileSystem::Fault;
 
 constexpr auto kFile = "/data/Orvel/session.json";

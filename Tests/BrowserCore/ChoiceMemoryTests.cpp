@@ -62,16 +62,5 @@ TEST(ChoiceMemory, ForgetsPrefixesUnusedForTheLongestTime) {
     EXPECT_TRUE(memory.choices.contains(kept)) << kept;
 }
 
-TEST(ChoiceMemory, ForgetsAKeyAndThePrefixesThatItEmptied) {
-  ChoiceMemory memory;
-  memory.record("ab", "a", at(1));
-  memory.record("a", "b", at(1));
-  memory.choices["empty"] = {};
-  memory.forget("a");
-  EXPECT_THAT(memory.choices["a"], ElementsAre(Choice{"b", 1, at(1)}));
-  EXPECT_FALSE(memory.choices.contains("ab"));
-  EXPECT_TRUE(memory.choices.contains("empty"));
-}
-
 }  // namespace
 }  // namespace orvel

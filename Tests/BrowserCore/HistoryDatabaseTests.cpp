@@ -16,7 +16,6 @@ namespace orvel {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr Date kNow = Date(std::chrono::seconds(1'800'000'000));
 

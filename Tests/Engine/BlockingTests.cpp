@@ -10,8 +10,6 @@ namespace {
 using test::BlockingTest;
 using test::eventually;
 using test::RecordingDelegate;
-using test::ServedPage;
-using testing::IsEmpty;
 
 // What the compiler gets
 

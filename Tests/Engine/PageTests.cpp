@@ -12,7 +12,6 @@ using test::EngineTest;
 using test::eventually;
 using test::RecordingDelegate;
 using test::SavingDelegate;
-using test::ServedPage;
 using test::turnFor;
 using testing::ElementsAre;
 

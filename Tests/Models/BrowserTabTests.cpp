@@ -1,7 +1,6 @@
 #include "Base/Log.h"
 #include "Models/Tab/PageClosing.h"
 #include "Models/Windows/Toasts.h"
-#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -326,14 +325,11 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     std::optional<std::string> prompted = "none yet";
     std::optional<Credential> credential;
     page().runJavaScriptAlertPanel(*view, "Hello", frame, [&] { ++alerts; });
-    EXPECT_EQ(question().alert.messageText + " says " + question().alert.informativeText,
-              "a.org says Hello");
     give(test.button);
     page().runJavaScriptConfirmPanel(*view, "Sure?", frame, [&](bool yes) { confirmed = yes; });
     give(test.button);
     page().runJavaScriptTextInputPanel(*view, "Name?", "default", frame,
                                        [&](auto text) { prompted = text; });
-    EXPECT_EQ(question().alert.fields.at(0).text, "default");
     give(test.button);
     view->navigationDelegate()->didReceiveAuthenticationChallenge(
         *view, {.host = "a.org", .realm = "\u202e\u2069vault"},
@@ -342,7 +338,6 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     EXPECT_TRUE(question().alert.fields.at(1).isSecret);
     give(test.button);
     page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
-    EXPECT_EQ(question().escapeButton(), 0u) << "staying";
     give(test.button);
     EXPECT_EQ(alerts, 1);
     EXPECT_EQ(confirmed, test.isConfirmed);

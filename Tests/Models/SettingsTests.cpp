@@ -116,23 +116,5 @@ TEST_F(SettingsDocument, ZoomIsFiledBySite) {
   EXPECT_EQ(stored()["siteZoom"]["example.com"], 0.98);
 }
 
-TEST_F(SettingsDocument, HiddenItemsAreFiledByHowWideTheyAct) {
-  Settings settings(defaults);
-  const URL page = address("https://example.com/a");
-  settings.hide("body > div.x", page);
-  settings.hide("div.x", page);
-  settings.hide("div.x", page);
-  settings.hide("body", address("https://example.com"));
-  settings.hide("div.y", address("https://example.com.au/a"));
-  settings.hide("div.z", address("about:blank"));
-  EXPECT_THAT(settings.hiddenItems.peek(), SizeIs(4));
-  EXPECT_THAT(settings.hiddenItemsOn(page), ElementsAre("div.x", "body > div.x"));
-  EXPECT_THAT(settings.hiddenItemsOn(address("https://www.example.com/")),
-              ElementsAre("div.x", "body"));
-  EXPECT_THAT(settings.hiddenItemsOn(std::nullopt), IsEmpty());
-  settings.showHiddenItems(page);
-  EXPECT_EQ(stored()["hiddenItems"], json({{"example.com.au", {"div.y"}}}));
-}
-
 }  // namespace
 }  // namespace orvel::test

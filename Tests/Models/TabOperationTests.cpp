@@ -181,6 +181,18 @@ TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   EXPECT_THAT(space().today.peek(), ElementsAre(tabs[0], tabs[2])) << "its folder has gone";
 }
 
+TEST_F(TabOperations, AFolderThatIsDeletedLeavesItsTabsInToday) {
+  const auto tabs = openTabs(3);
+  store().folders.newFolder(tabs[1]);
+  const FolderRef folder = foldersOf(space().pinned).front();
+  for (const char* name : {"  Reading\n", " \n "}) store().folders.rename(folder, name);
+  EXPECT_EQ(folder->name.peek(), "Reading");
+  for (int again = 0; again < 2; ++again) store().folders.deleteFolder(folder);
+  EXPECT_THAT(space().today.peek(), ElementsAre(tabs[1], tabs[0], tabs[2]));
+  EXPECT_FALSE(tabs[1]->pinnedURL.peek());
+  EXPECT_THAT(space().pinned.peek(), IsEmpty());
+}
+
 TEST_F(TabOperations, SelectionGoesRoundAndByNumber) {
   const auto tabs = openTabs(3);
   store().select(tabs[2]);
@@ -229,6 +241,46 @@ TEST_F(TabOperations, SelectingTellsEverybodyOnce) {
   advance(5s);
   store().select(tabs[1]);
   EXPECT_EQ(tabs[0]->lastActiveAt, world.scheduler.now()) << "both halves are looked at";
+}
+
+TEST_F(TabOperations, EveryChangeIsSavedByItself) {
+  const auto tabs = openTabs(2);
+  const SpaceRef home = store().activeSpace();
+  for (const TabRef& tab : tabs) store().select(tab);
+  store().spaceEditing.commit({.name = "Second", .profileID = home->profile->id});
+  store().folders.newFolder();
+  const FolderRef folder = std::get<FolderRef>(space().pinned.peek().front());
+  const std::function<void()> changes[] = {
+      [&] { store().switching.switchTo(home); },
+      [&] { store().select(tabs[0]); },
+      [&] { world.view(tabs[0])->setTitle("New"); },
+      [&] { store().folders.newFolder(); },
+      [&] { store().folders.deleteFolder(std::get<FolderRef>(space().pinned.peek().front())); },
+      [&] { store().switching.switchTo(store().spaces.peek().back()); },
+      [&] { store().folders.rename(folder, "Name"); },
+      [&] { store().folders.toggle(folder); },
+      [&] { store().chrome.setSidebarWidth(301); },
+      [&] { store().chrome.toggleSidebar(); },
+      [&] { store().move(tabs[0], TodayDestination{}, home); },
+      [&] { store().clearToday(home); },
+      [&] { store().toasts.undoToast(); },
+      [&] {
+        space().setSplit({tabs[0]->id});
+        store().scheduleSave();
+      },
+      [&] { store().coming.closeSplitView(); },
+      [&] { store().spaceEditing.commit({.spaceID = home->id, .name = "Renamed"}); },
+      [&] { store().spaceEditing.deleteSpace(home); },
+  };
+  for (const auto& change : changes) {
+    SCOPED_TRACE(&change - changes);
+    advance(2s);
+    const std::string before = world.sessionFile();
+    change();
+    settle();
+    advance(1100ms);
+    EXPECT_NE(world.sessionFile(), before);
+  }
 }
 
 TEST_F(TabOperations, NobodyHearsOfAPrivateTab) {

@@ -1,9 +1,5 @@
-#include "Base/GRef.h"
-#include "Models/Store/Archive.h"
-#include "Models/Windows/WindowChrome.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel::test {
 namespace {
@@ -80,15 +76,6 @@ TEST_F(CommandBarViewTest, ThePillOpensItWithTheAddressSelected) {
   act("activate");
   EXPECT_EQ(tab->url.peek()->text(), "https://example.org/tides");
   EXPECT_EQ(store().commandBar.peek(), std::nullopt);
-
-  // With another tab selected it is about that one.
-  pressPill();
-  type("meant.for/the-first");
-  store().select(sample.radio);
-  settle();
-  EXPECT_EQ(shown(), sample.radio->url.peek()->text());
-  act("activate");
-  EXPECT_EQ(tab->url.peek()->text(), "https://example.org/tides");
 }
 
 TEST_F(CommandBarViewTest, TypingCompletesAndDeletingDoesNot) {

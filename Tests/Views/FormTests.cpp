@@ -1,8 +1,6 @@
-#include "Base/GRef.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Settings/SettingsContent.h"
-#include "Views/Sidebar/SidebarMenus.h"
 #include "Views/Window/UtilityWindows.h"
 
 namespace orvel::test {
@@ -58,6 +56,9 @@ TEST_F(FormTest, ASpaceIsMadeWithALivePreview) {
   for (GtkWidget* button : window->view().sidebar().topBar().windowButtons())
     EXPECT_TRUE(picked(button));
   EXPECT_FALSE(picked(withTooltip(root(), "Toggle Sidebar (Ctrl+S)")));
+  editor().name().set_text("  ");
+  g_signal_emit_by_name(editor().name().gobj(), "activate");
+  EXPECT_TRUE(store().spaceEditing.spaceDraft.peek()) << "a space has a name";
   editor().name().set_text(" Orchard ");
   click(withTooltip(root(), "Navy"));
   click(withTooltip(root(), "Star"));
@@ -65,6 +66,7 @@ TEST_F(FormTest, ASpaceIsMadeWithALivePreview) {
   EXPECT_EQ(store().spaceEditing.previewTheme.peek()->id, "navy");
   g_signal_emit_by_name(editor().name().gobj(), "activate");
   settle();
+  EXPECT_EQ(store().spaces.peek().back()->name.peek(), "Orchard");
   EXPECT_EQ(store().spaces.peek().back()->appearance.peek(), Space::Appearance::Dark);
   EXPECT_TRUE(runUntil([&] { return !window->view().sheet().get_mapped(); }));
 }

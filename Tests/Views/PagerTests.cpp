@@ -2,11 +2,8 @@
 #include "DesignSystem/Palette.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
-#include "Models/Windows/Toasts.h"
-#include "Models/Windows/WindowChrome.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel::test {
 namespace {

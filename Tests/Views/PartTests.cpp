@@ -65,14 +65,5 @@ TEST(LoadingBar, StaysWhenANewLoadBeginsBeforeOrDuringTheFade) {
   }
 }
 
-TEST(LoadingBar, AnotherPageTakesNothingOver) {
-  LoadingBarState bar;
-  (void)bar.appear(true, 0.8);
-  const auto finish = bar.setLoading(false, 1);
-  EXPECT_EQ(bar.appear(false, 0), (Step{0, false, 0, {}}));
-  EXPECT_EQ(bar.didEnd(*finish->load), std::nullopt);
-  EXPECT_EQ(bar.setLoading(false, 0), std::nullopt);
-}
-
 }  // namespace
 }  // namespace orvel

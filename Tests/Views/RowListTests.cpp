@@ -149,24 +149,5 @@ TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {
   EXPECT_TRUE(gtk_test_accessible_has_property(spoken, GTK_ACCESSIBLE_PROPERTY_LABEL));
 }
 
-TEST(RowLayout, FindsRowsByHeight) {
-  const auto rows = RowListTest::rows(4);
-  RowLayout::Heights heights{};
-  heights.fill(10);
-  const RowLayout plain(rows, heights);
-  EXPECT_EQ(plain.totalHeight(), 40);
-  EXPECT_EQ(plain.rowAt(-1), std::nullopt);
-  EXPECT_EQ(plain.rowAt(9.9), 0u);
-  EXPECT_EQ(plain.rowAt(10), 1u);
-  EXPECT_EQ(plain.rowAt(400), 3u);
-  EXPECT_EQ(plain.rowsBetween(5, 20).end, 2u);
-  EXPECT_EQ(plain.rowsBetween(-50, -10).end, 0u);
-
-  const RowLayout gapped(rows, heights, RowLayout::Gap{2, 6});
-  EXPECT_EQ(gapped.gapTop(), 20);
-  EXPECT_EQ(gapped.top(2), 26);
-  EXPECT_EQ(gapped.totalHeight(), 46);
-}
-
 }  // namespace
 }  // namespace orvel::test

@@ -120,15 +120,9 @@ TEST_F(SidebarDrops, KeysMoveAnItemByOnePlace) {
   EXPECT_EQ(describe(sidebarMove(rows, 5, 1)), "none") << "Today takes no folder";
   EXPECT_EQ(describe(sidebarMove(rows, 5, -1)), "pinned p1");
   const auto home = world.store->activeSpace();
-  const auto moveFolder = [&](const FolderRef& one, const FolderRef& into) {
-    world.store->move(one, PinnedDestination{into, std::nullopt}, home);
-  };
-  moveFolder(folder, other);
-  EXPECT_EQ(parentOf(home->pinned, folder->id), other);
-  moveFolder(other, folder);
-  moveFolder(other, other);
-  EXPECT_EQ(parentOf(home->pinned, other->id), nullptr) << "not into itself";
-  EXPECT_EQ(tabsOf(home->pinned).size(), 3u) << "nothing is lost";
+  for (const FolderRef& into : {other, folder})
+    world.store->move(folder, PinnedDestination{into, std::nullopt}, home);
+  EXPECT_EQ(parentOf(home->pinned, folder->id), other) << "not into itself";
 }
 
 TEST_F(SidebarDrops, WithoutFavoritesTheirPlaceIsAboveTheFirstHeading) {

@@ -1,4 +1,3 @@
-#include "Base/GRef.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Tab/PageSearch.h"

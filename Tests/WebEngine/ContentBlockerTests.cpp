@@ -17,7 +17,6 @@ using test::FakeContentController;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
-using testing::UnorderedElementsAre;
 using State = ContentBlocker::State;
 
 URL address(const std::string& text) { return *URL::parse(text); }
