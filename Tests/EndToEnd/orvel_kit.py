@@ -4,6 +4,7 @@ Run under scripts/with-display, which gives a display and a session bus. Each br
 has its own XDG folders and reaches nothing but the test web.
 """
 
+import collections
 import json
 import os
 import pathlib
@@ -241,15 +242,15 @@ class EndToEndTest(unittest.TestCase):
     def everything(self):
         """Every accessible object of the program that answers, the outer ones first."""
         root = self.application()
-        waiting = [root] if root else []
+        waiting = collections.deque([root] if root else [])
         while waiting:
-            item = waiting.pop(0)
+            item = waiting.popleft()
             try:
-                waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
-                waiting = [child for child in waiting if child]
-                yield item
+                children = [item.get_child_at_index(i) for i in range(item.get_child_count())]
             except GLib.Error:  # it went while it was asked
                 continue
+            waiting.extend(child for child in children if child)
+            yield item
 
     def is_in_window(self, item):
         """Whether some of the object lies right of the window's left edge."""

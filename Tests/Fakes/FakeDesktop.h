@@ -33,10 +33,7 @@ class FakeWindow final : public DesktopWindow {
   WindowAppearance appearance() const override { return current; }
   void setAppearance(WindowAppearance appearance) override { current = appearance; }
   void setButtonHidden(WindowButton button, bool isHidden) override { hidden[button] = isHidden; }
-  void setButtonAlpha(WindowButton button, double value, double duration) override {
-    alpha[button] = value;
-    lastDuration = duration;
-  }
+  void setButtonAlpha(WindowButton, double, double) override {}
 
   bool isShown = false;
   bool isActiveWindow = false;
@@ -46,10 +43,8 @@ class FakeWindow final : public DesktopWindow {
   int minimizeCount = 0;
   bool isFull = false;
   std::vector<EditingCommand> edits;
-  double lastDuration = -1;
   WindowAppearance current = WindowAppearance::Auto;
   std::map<WindowButton, bool> hidden;
-  std::map<WindowButton, double> alpha;
 };
 
 // All services of a desktop in one object; `desktop()` is what the model gets.
@@ -68,7 +63,7 @@ class FakeDesktop final : public DesktopApplication,
 
   // Application
   bool isActive() const override { return true; }
-  void activate() override { ++activateCount; }
+  void activate() override {}
   DesktopWindow* activeWindow() const override { return active; }
   void terminate() override { ++terminateCount; }
 
@@ -139,8 +134,7 @@ class FakeDesktop final : public DesktopApplication,
     return found->second;
   }
   void open(const URL& url) override { opened.push_back(url); }
-  void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override {
-    openedFiles.push_back(file);
+  void openFile(const std::filesystem::path&, std::function<void(bool)> answer) override {
     scheduler_.post([answer = std::move(answer)] { answer(true); });
   }
   void reveal(const std::filesystem::path&) override {}
@@ -156,7 +150,6 @@ class FakeDesktop final : public DesktopApplication,
   Animator animator;
   EventMonitors events;
   bool isMotionOn = false;
-  int activateCount = 0;
   int terminateCount = 0;
   bool isInstalled = true;  // or else the program cannot be the default browser
   bool isDefault = false;
@@ -183,7 +176,6 @@ class FakeDesktop final : public DesktopApplication,
   // Applications by scheme.
   std::map<std::string, ApplicationInfo> applications;
   std::vector<URL> opened;
-  std::vector<std::filesystem::path> openedFiles;
   std::vector<std::filesystem::path> finishedDownloads;
 
  private:

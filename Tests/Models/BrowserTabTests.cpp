@@ -1,5 +1,6 @@
 #include "Base/Log.h"
 #include "Models/Tab/PageClosing.h"
+#include "Models/Tab/PageFullscreen.h"
 #include "Models/Windows/Toasts.h"
 #include "Tests/Models/ModelTest.h"
 
@@ -432,6 +433,26 @@ TEST_F(Panels, QuittingAsksThePagesThatGuardChanges) {
   world.view(other)->guardsChanges = false;
   store().pageClosing.close(other);
   EXPECT_FALSE(store().spaceContaining(*other)) << "at once";
+}
+
+TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
+  const TabRef other = world.open("https://other/");
+  store().select(tab);
+  settle();
+  view->enterFullscreen();
+  world.window.isFull = true;
+  store().select(other);
+  settle();
+  EXPECT_FALSE(view->isFullscreen || world.window.isFull);
+  // A window that filled the screen before goes on doing so, and only the tab itself ends it.
+  const auto second = world.viewOnScreen(other);
+  world.window.isFull = true;
+  store().select(other);
+  second->enterFullscreen();
+  store().pageFullscreen.didChange(tab, false);
+  EXPECT_EQ(store().pageFullscreen.tab.peek(), other);
+  store().close(other);
+  EXPECT_TRUE(world.window.isFull);
 }
 
 TEST_F(Panels, FilesAreChosen) {

@@ -85,8 +85,6 @@ TEST_F(Store, FocusLeavesWhoeverTypesAlone) {
   }
 }
 
-// The command bar's choices
-
 // Beginning and end
 
 class TestWindowController final : public MainWindowController {
