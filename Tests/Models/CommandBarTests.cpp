@@ -40,6 +40,19 @@ struct CommandBarTest : ModelTest {
   std::string chosen() { return rows()[bar->selection.peek()]; }
 };
 
+TEST_F(CommandBarTest, CompletesFromFrequentOpenAndFoundPages) {
+  world.open("https://oxford.test/");
+  visit("https://www.example.test/deep/page", 3);
+  show();
+  EXPECT_EQ(bar->complete("Exa"), "Example.test");
+  EXPECT_EQ(bar->complete("oxf"), "oxford.test");
+  visit("https://later.test/");
+  bar->setText("late");
+  EXPECT_EQ(bar->complete("late"), std::nullopt);
+  settle();
+  EXPECT_EQ(bar->complete("late"), "later.test");
+}
+
 TEST_F(CommandBarTest, LateRowsLeaveTheChosenRowAlone) {
   const auto tab = world.open("https://tides.test/", false);
   world.open("https://other.test/");

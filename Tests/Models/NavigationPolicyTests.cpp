@@ -2,6 +2,7 @@
 #include "Tests/Models/ModelTest.h"
 
 #include "Models/Tab/Peek.h"
+#include "Support/Network/UserAgent.h"
 
 namespace orvel::test {
 namespace {
@@ -212,7 +213,8 @@ TEST_F(Policy, PagesOfExtensionsLiveInViewsOfTheirOwn) {
   EXPECT_EQ(view->navigate(action("https://b.org/")), Cancel);
   settle();
   EXPECT_EQ(tab->webViewRevision.peek(), 2);
-  EXPECT_NE(tab->liveWebView()->configuration().applicationNameForUserAgent, "extension");
+  EXPECT_EQ(tab->liveWebView()->configuration().applicationNameForUserAgent,
+            UserAgent::safariSuffix());
 
   usePrivateTab();
   EXPECT_EQ(view->navigate(action(page)), Cancel);

@@ -74,6 +74,17 @@ TEST_F(Store, TogglingAPeekingSidebarDocksItInTwoTurns) {
   EXPECT_FALSE(store().chrome.sidebarDocksFromPeek);
 }
 
+TEST_F(Store, WindowButtonsFadeBeforeTheyHide) {
+  auto& isHidden = world.window.hidden[WindowButton::Maximize];
+  store().chrome.toggleSidebar();
+  EXPECT_FALSE(isHidden);
+  advance(180ms);
+  EXPECT_TRUE(isHidden);
+  for (int i = 0; i < 3; ++i) store().chrome.toggleSidebar();
+  advance(1s);
+  EXPECT_FALSE(isHidden) << "shown again before the fade ended";
+}
+
 TEST_F(Store, FocusLeavesWhoeverTypesAlone) {
   const TabRef tab = load("https://a/");
   const int before = world.view(tab)->focusCount;

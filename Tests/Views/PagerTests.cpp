@@ -136,5 +136,19 @@ TEST_F(PagerTest, APageShowsItsSelectionAndNotTheFormerSpacesPlace) {
   }
 }
 
+TEST_F(PagerTest, APageHasItsOwnSpacesTheme) {
+  begin();
+  move(4);
+  const auto wears = [&](size_t space, const char* theme) {
+    return pager().sectionOf(spaces[space])->has_css_class(theme);
+  };
+  EXPECT_TRUE(wears(0, "theme-claret"));
+  EXPECT_TRUE(wears(1, "theme-cognac"));
+  publish(store().spaceEditing.previewTheme, *Theme::withID("sage"));
+  settle();
+  EXPECT_TRUE(wears(0, "theme-sage"));
+  EXPECT_TRUE(wears(1, "theme-cognac"));
+}
+
 }  // namespace
 }  // namespace orvel::test

@@ -69,6 +69,16 @@ TEST_F(WindowTest, ThePeekingSidebarLiesOverTheFindBar) {
   EXPECT_TRUE(gtk_widget_is_ancestor(seen, sidebar)) << G_OBJECT_TYPE_NAME(seen);
 }
 
+TEST_F(WindowTest, WithoutATabThereIsTheEmptyState) {
+  EXPECT_TRUE(window->view().page().showsPage());
+  EXPECT_EQ(gtk_window_get_title(window->native()), sample.reading->displayTitle());
+  space().selectedTabID = std::nullopt;
+  settle();
+  EXPECT_FALSE(window->view().page().showsPage());
+  EXPECT_STREQ(gtk_window_get_title(window->native()), "Orvel");
+  EXPECT_TRUE(labelOf(root(), "Search or enter address"));
+}
+
 TEST_F(WindowTest, APageThatEndsUnseenComesBackWhenItIsSeen) {
   const TabRef tab = space().selectedTab();
   gtk_widget_set_visible(GTK_WIDGET(window->native()), FALSE);
@@ -111,6 +121,24 @@ TEST_F(WindowTest, AssistiveToolsHearWhatIsThere) {
   EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MIN, kMinimumSidebarWidth));
   EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, kMaximumSidebarWidth));
   EXPECT_TRUE(hasProperty(handle, GTK_ACCESSIBLE_PROPERTY_VALUE_NOW, 300.0));
+}
+
+TEST_F(WindowTest, KeysMoveTheRowThatHasThem) {
+  auto& today = space().today;
+  const auto first = today.peek().front();
+  auto* row = list().widgetFor(keyOf(list(), first));
+  ASSERT_TRUE(row->takeFocus());
+  auto* native = list().Gtk::Widget::gobj();
+  const auto held = static_cast<GdkModifierType>(GDK_ALT_MASK | GDK_SHIFT_MASK);
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Down, held));
+  settle();
+  EXPECT_EQ(today.peek()[1], first);
+  EXPECT_EQ(focus(), row->Gtk::Widget::gobj());
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Up, held));
+  EXPECT_TRUE(pressKey(native, GDK_KEY_Up, held));
+  settle();
+  EXPECT_FALSE(contains(today, *first));
+  EXPECT_EQ(focus(), row->Gtk::Widget::gobj());
 }
 
 TEST_F(WindowTest, WhatTakesTheKeyboardHasAName) {
