@@ -192,7 +192,7 @@ class WebView {
                             std::function<void(ImageRef)> answer) = 0;
   // The page's whole length.
   virtual void createPDF(std::function<void(PDFResult)> answer) = 0;
-  virtual void print() = 0;
+  virtual void print() = 0;  // returns when the user has answered its dialog
   virtual void find(const std::string& text, const FindConfiguration& configuration,
                     std::function<void(bool matchFound)> answer) = 0;
   // Takes the marks of `find` off the page; its last match stays selected.

@@ -1,12 +1,9 @@
 #!/usr/bin/env python3
 """Downloads, from the click to the file."""
 
-import pathlib
-import sys
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import EndToEndTest, eventually
 
 # What a server suggests, and the file that comes of it: the engine cleans names, too.
 NAMES = (

@@ -1,12 +1,9 @@
 #!/usr/bin/env python3
 """What a site may use, and what it keeps: the card behind the address's sign."""
 
-import pathlib
-import sys
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import EndToEndTest, eventually
 
 ASKS = """<title>One</title><body style="margin:0"><script>
 document.cookie = 'a=1; max-age=9999';

@@ -65,6 +65,9 @@ class MemoryFileSystem final : public FileSystem {
  private:
   Fault nextStep();
   std::error_code fail(Fault fault) const;
+  // One step, which applies the change unless it fails.
+  std::error_code change(const std::function<void()>& apply);
+  void addFolders(const std::filesystem::path& folder);
 
   mutable std::recursive_mutex mutex_;
   std::map<std::string, std::string> seen_;

@@ -21,17 +21,6 @@ TEST(ErrorPage, NothingBreaksOutOfItsMarkup) {
   EXPECT_THAT(page, HasSubstr("href=\"https://a&quot;&lt;b&gt;/?x=1&amp;y=&quot;2&quot;\""));
 }
 
-TEST(ErrorPage, OffersWhatHelps) {
-  using enum LoadError::Kind;
-  EXPECT_THAT(ErrorPage::html({}, std::nullopt),
-              AllOf(HasSubstr("<title>Can’t open This page</title>"), Not(HasSubstr("<a "))));
-  for (const auto kind :
-       {NotConnected, DNSLookupFailed, ConnectionLost, CannotConnect, CannotFindHost, TimedOut})
-    EXPECT_THAT(ErrorPage::html({.kind = kind}, std::nullopt), HasSubstr(">Don’t Panic</p>"));
-  for (const auto kind : {BadCertificate, Other})
-    EXPECT_THAT(ErrorPage::html({.kind = kind}, std::nullopt), Not(HasSubstr("Panic")));
-}
-
 Task<> put(Task<ImageRef> fetching, ImageRef& into) { into = co_await std::move(fetching); }
 
 TEST(FaviconStore, KeepsWhatItFetchesUnlessTold) {

@@ -24,11 +24,10 @@ struct FakeInterface final : Interface {
   std::shared_ptr<LittleWindow> makeLittleWindow(const TabRef& tab) override {
     return makeLittle(tab);
   }
-  bool openUtilityWindow(UtilityWindow which) override { return openUtility && openUtility(which); }
+  bool openUtilityWindow(UtilityWindow) override { return false; }
 
   DesktopWindow* shown = nullptr;
   std::function<std::shared_ptr<LittleWindow>(const TabRef&)> makeLittle;
-  std::function<bool(UtilityWindow)> openUtility;
 };
 
 // One run of the program over a disk: all that the model stands on, and the store.
