@@ -204,6 +204,9 @@ void SiteSettingsView::addActions() {
     store_.settings.showHiddenItems(tab->url.peek());
     tab->reload();
   });
+  setActionTitle(*showHidden_,
+                 counted(ngettext("Show {count} Hidden", "Show {count} Hidden", 0), 0));
+  showHidden_->set_visible(false);
   setActionTitle(addAction("trash", [this](TabRef tab) { store_.siteSettings.clearSiteData(tab); }),
                  _("Clear Cookies and Site Data…"));
 }

@@ -22,6 +22,7 @@ Panel::Panel(Gtk::Button& button, Gtk::Widget& content, Side side, const std::st
   popover_.set_offset(0, side == Side::Above ? -kGap : kGap);
   if (side == Side::Below) popover_.set_halign(Gtk::Align::START);
   scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+  scroller_.set_focusable(false);
   scroller_.set_propagate_natural_height(true);
   scroller_.set_child(content);
   popover_.set_child(scroller_);
