@@ -104,7 +104,9 @@ void FileSign::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
     constexpr double kBaseline = 25;
     const auto layout = GRef<PangoLayout>::adopt(
         gtk_widget_create_pango_layout(Gtk::Widget::gobj(), ending_.c_str()));
-    auto* font = pango_font_description_from_string("Inter, sans-serif Bold");
+    auto* font = pango_font_description_new();
+    pango_font_description_set_family(font, "Inter");
+    pango_font_description_set_weight(font, PANGO_WEIGHT_BOLD);
     pango_font_description_set_absolute_size(font, 7.0 * PANGO_SCALE);
     pango_layout_set_font_description(layout.get(), font);
     pango_font_description_free(font);
