@@ -112,23 +112,24 @@ void WebKitEngine::downloadStarted(WebKitDownload* download) {
 }
 
 void WebKitEngine::removeDataStoreForIdentifier(
-    const UUID& identifier, std::function<void(std::optional<std::string>)> answer) {
+    const UUID& identifier, std::function<void(Result<void, std::string>)> answer) {
   const auto known = dataStores_.find(identifier);
   if (known != dataStores_.end() && !known->second.expired())
-    return scheduler_.post([answer = std::move(answer)] { answer("the data store is in use"); });
+    return scheduler_.post(
+        [answer = std::move(answer)] { answer(Failure("the data store is in use")); });
   dataStores_.erase(identifier);
   const auto folders = {options_.dataFolder / identifier.text(),
                         options_.cacheFolder / "WebKit" / identifier.text()};
-  auto failure = std::make_shared<std::optional<std::string>>();
+  auto result = std::make_shared<Result<void, std::string>>();
   scheduler_.runInBackground(
-      [folders = std::vector<std::filesystem::path>(folders), failure] {
+      [folders = std::vector<std::filesystem::path>(folders), result] {
         for (const auto& folder : folders) {
           std::error_code error;
           std::filesystem::remove_all(folder, error);
-          if (error) *failure = error.message();
+          if (error) *result = Failure(error.message());
         }
       },
-      [failure, answer = std::move(answer)] { answer(*failure); }, WorkPriority::Utility);
+      [result, answer = std::move(answer)] { answer(*result); }, WorkPriority::Utility);
 }
 
 std::shared_ptr<UserContentController> WebKitEngine::makeUserContentController() {

@@ -123,8 +123,7 @@ void read(Value document, std::string_view key, std::optional<T>& target) {
 
 Settings::Snapshot Settings::Snapshot::decode(std::string_view data) {
   Snapshot snapshot;
-  const auto parsed = JSONCoding::Document::parse(data);
-  const auto* document = std::get_if<JSONCoding::Document>(&parsed);
+  const auto document = JSONCoding::Document::parse(data);
   if (!document) return snapshot;
   const Value root = document->root();
   read(root, "searchEngine", snapshot.searchEngine);

@@ -16,7 +16,7 @@ constexpr gsize kChunk = 64 << 10;
 class Fetch {
  public:
   Fetch(SoupSession* session, GRef<SoupMessage> message, GCancellable* ended,
-        const HTTPLimits& limits, std::function<void(HTTPAnswer)> answer)
+        const HTTPLimits& limits, std::function<void(HTTPResult)> answer)
       : message_(std::move(message)),
         cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
         ended_(GRef<GCancellable>::retain(ended)),
@@ -53,7 +53,7 @@ class Fetch {
     const goffset announced = soup_message_headers_get_content_length(
         soup_message_get_response_headers(self->message_.get()));
     if (announced > 0 && static_cast<uint64_t>(announced) > self->mostBytes_)
-      return self->finish({.failure = HTTPFailure::TooLarge});
+      return self->finish(Failure(HTTPFailure::TooLarge));
     self->readOn();
   }
 
@@ -71,17 +71,16 @@ class Fetch {
     const void* chunk = g_bytes_get_data(bytes, &size);
     if (size > 0) self->body_.append(static_cast<const char*>(chunk), size);
     g_bytes_unref(bytes);
-    if (self->body_.size() > self->mostBytes_)
-      return self->finish({.failure = HTTPFailure::TooLarge});
+    if (self->body_.size() > self->mostBytes_) return self->finish(Failure(HTTPFailure::TooLarge));
     if (size > 0) return self->readOn();
     self->succeed();
   }
 
   void succeed() {
     const GText url(g_uri_to_string(soup_message_get_uri(message_.get())));
-    finish({.status = static_cast<int>(soup_message_get_status(message_.get())),
-            .body = std::move(body_),
-            .url = url.get()});
+    finish(HTTPAnswer{.status = static_cast<int>(soup_message_get_status(message_.get())),
+                      .body = std::move(body_),
+                      .url = url.get()});
   }
 
   void timeOut() {
@@ -90,7 +89,7 @@ class Fetch {
     g_cancellable_cancel(cancellable_.get());
   }
 
-  void fail(const GError* error) { finish({.failure = failure(error)}); }
+  void fail(const GError* error) { finish(Failure(failure(error))); }
 
   HTTPFailure failure(const GError* error) const {
     if (isTimedOut_) return HTTPFailure::TimedOut;
@@ -100,7 +99,7 @@ class Fetch {
     return stream_ ? HTTPFailure::CutOff : HTTPFailure::Unreachable;
   }
 
-  void finish(HTTPAnswer result) {
+  void finish(HTTPResult result) {
     const auto answer = std::move(answer_);
     delete this;
     answer(std::move(result));
@@ -116,7 +115,7 @@ class Fetch {
   GRef<GInputStream> stream_;
   std::string body_;
   uint64_t mostBytes_;
-  std::function<void(HTTPAnswer)> answer_;
+  std::function<void(HTTPResult)> answer_;
 };
 
 class SoupHTTPSession final : public HTTPSession {
@@ -129,7 +128,7 @@ class SoupHTTPSession final : public HTTPSession {
   ~SoupHTTPSession() override { g_cancellable_cancel(ended_.get()); }
 
   void fetch(const URL& url, const HTTPLimits& limits,
-             std::function<void(HTTPAnswer)> answer) override {
+             std::function<void(HTTPResult)> answer) override {
     const bool isWeb = (url.hasScheme("http") || url.hasScheme("https")) && url.host();
     auto message = GRef<SoupMessage>::adopt(
         isWeb ? soup_message_new(SOUP_METHOD_GET, url.text().c_str()) : nullptr);
@@ -139,12 +138,12 @@ class SoupHTTPSession final : public HTTPSession {
   }
 
  private:
-  static void refuse(std::function<void(HTTPAnswer)> answer) {
+  static void refuse(std::function<void(HTTPResult)> answer) {
     g_idle_add_once(
         [](gpointer data) {
-          const std::unique_ptr<std::function<void(HTTPAnswer)>> give(
-              static_cast<std::function<void(HTTPAnswer)>*>(data));
-          (*give)({.failure = HTTPFailure::Unreachable});
+          const std::unique_ptr<std::function<void(HTTPResult)>> give(
+              static_cast<std::function<void(HTTPResult)>*>(data));
+          (*give)(Failure(HTTPFailure::Unreachable));
         },
         new std::function(std::move(answer)));
   }
@@ -159,8 +158,8 @@ std::unique_ptr<HTTPSession> HTTPSession::ephemeral() {
   return std::make_unique<SoupHTTPSession>();
 }
 
-Future<HTTPAnswer> fetch(HTTPSession& session, const URL& url, const HTTPLimits& limits) {
-  auto [future, resolve] = makeFuture<HTTPAnswer>();
+Future<HTTPResult> fetch(HTTPSession& session, const URL& url, const HTTPLimits& limits) {
+  auto [future, resolve] = makeFuture<HTTPResult>();
   session.fetch(url, limits, std::move(resolve));
   return std::move(future);
 }

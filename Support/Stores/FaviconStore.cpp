@@ -28,7 +28,7 @@ Task<ImageRef> FaviconStore::image(Scheduler& scheduler, std::string host) {
 }
 
 ImageRef FaviconStore::read(FileSystem& files, const std::filesystem::path& file) {
-  const auto bytes = files.read(file, kMaxFile).bytes;
+  const auto bytes = files.read(file, kMaxFile);
   return bytes ? Image::decode(*bytes, kMaxSide) : nullptr;
 }
 

@@ -12,7 +12,7 @@ namespace {
 using nlohmann::json;
 
 constexpr Duration kHungFor = 5s;
-const ScriptResult kNoAnswer{std::nullopt, "the page does not answer"};
+const ScriptResult kNoAnswer = Failure("the page does not answer");
 
 Task<> afterHanging(std::function<void()> answer) {
   co_await sleep(kHungFor);
@@ -43,7 +43,7 @@ void FakeWebView::evaluateJavaScript(const std::string& script, const ContentWor
   answerLater<ScriptResult>(std::move(answer),
                             isHung    ? kNoAnswer
                             : isThere ? run(script, world, id)
-                                      : ScriptResult{std::nullopt, "no such frame"},
+                                      : Failure("no such frame"),
                             kNoAnswer);
 }
 
@@ -68,26 +68,26 @@ ScriptResult FakeWebView::run(const std::string& script, const ContentWorld& wor
   auto& globals = globals_[{frame, world}];
   const auto info = *std::ranges::find(frames, frame, &FrameInfo::id);
   std::smatch match;
-  if (script == "location.host") return {json(info.securityOriginHost).dump(), ""};
+  if (script == "location.host") return json(info.securityOriginHost).dump();
   if (const json value = json::parse(script, nullptr, false); !value.is_discarded())
-    return {value.dump(), ""};
+    return value.dump();
   if (std::regex_match(script, match, kAssignment)) {
     const ScriptResult value = run(match[2], world, frame);
-    if (value.value) globals[match[1]] = *value.value;
+    if (value) globals[match[1]] = *value;
     return value;
   }
   if (std::regex_match(script, match, kPost)) {
     const std::string name = match[1];
     const ScriptResult body = run(match[2], world, frame);
     // Nothing is known of where a message of the page's own world comes from.
-    controller().post(name, world, body.value.value_or("null"),
+    controller().post(name, world, body.value_or("null"),
                       world.name.empty() ? FrameInfo{.isMainFrame = false} : info);
-    return {"null", ""};
+    return "null";
   }
-  if (!std::regex_match(script, kName)) return {"null", ""};
+  if (!std::regex_match(script, kName)) return "null";
   const auto known = globals.find(script);
-  if (known == globals.end()) return {std::nullopt, "Can't find variable: " + script};
-  return {known->second, ""};
+  if (known == globals.end()) return Failure("Can't find variable: " + script);
+  return known->second;
 }
 
 void FakeWebView::runUserScripts() {

@@ -292,7 +292,7 @@ void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageR
 }
 
 void FakeWebView::createPDF(std::function<void(PDFResult)> answer) {
-  answerLater<PDFResult>(std::move(answer), {"%PDF-1.4 fake", ""}, {std::nullopt, "no answer"});
+  answerLater<PDFResult>(std::move(answer), "%PDF-1.4 fake", Failure("no answer"));
 }
 
 void FakeWebView::find(const std::string& text, const FindConfiguration& configuration,

@@ -24,7 +24,7 @@ struct HibernationTest : ModelTest {
     settle();
   }
   std::string stateFile(const TabRef& tab) {
-    return world.disk->read(tab->pageState.file(), ~0ull).bytes.value_or("");
+    return world.disk->read(tab->pageState.file(), ~0ull).value_or("");
   }
 
   TabList tabs;

@@ -337,7 +337,7 @@ TEST_F(MenuTest, APageBecomesAPictureAndAPDF) {
   world.desktop.chosenDestination = "/downloads/tides.pdf";
   world.disk->createFolders("/downloads");
   told("File", "Export as PDF…");
-  EXPECT_TRUE(world.disk->read("/downloads/tides.pdf", 1000).bytes->starts_with("%PDF"));
+  EXPECT_TRUE(world.disk->read("/downloads/tides.pdf", 1000)->starts_with("%PDF"));
   EXPECT_THAT(world.desktop.alerts, IsEmpty());
   world.disk->failAlways(MemoryFileSystem::Fault::DiskFull);
   told("File", "Export as PDF…");

@@ -53,7 +53,7 @@ World& World::launch() {
 }
 
 std::string World::file(const std::string& name) const {
-  return disk->read(services.paths.support / name, ~0ull).bytes.value_or("");
+  return disk->read(services.paths.support / name, ~0ull).value_or("");
 }
 
 void World::expectSaved() {

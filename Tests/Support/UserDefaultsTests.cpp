@@ -83,11 +83,11 @@ TEST_F(UserDefaultsTest, KeepsWhatIsLegibleAndTheDamagedFileBeside) {
     std::vector<std::string> legible;
     for (const auto& [key, value] : defaults.values()) legible.push_back(key);
     EXPECT_EQ(legible, test.legible);
-    EXPECT_EQ(disk->read(kFile, ~0ull).bytes, test.bytes) << "left alone until the next change";
+    EXPECT_EQ(disk->read(kFile, ~0ull), test.bytes) << "left alone until the next change";
     defaults.setBoolean("isOn", true);
     scheduler.settle();
     EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), test.legible.size() + 1);
-    EXPECT_EQ(disk->read(kDamaged, ~0ull).bytes, test.bytes);
+    EXPECT_EQ(disk->read(kDamaged, ~0ull), test.bytes);
   }
 }
 
@@ -100,16 +100,16 @@ TEST_F(UserDefaultsTest, NothingReplacesAFileThatCannotBeKept) {
   disk->failAtStep(0, test::MemoryFileSystem::Fault::DiskFull);
   defaults.setBoolean("one", true);
   scheduler.settle();
-  EXPECT_EQ(disk->read(kFile, ~0ull).bytes, "[Texts]\na=x\nyyy\n");
+  EXPECT_EQ(disk->read(kFile, ~0ull), "[Texts]\na=x\nyyy\n");
   defaults.setBoolean("two", true);
   scheduler.settle();
   EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), 3u);
-  EXPECT_EQ(disk->read(kDamaged, ~0ull).bytes, "[Texts]\na=x\nyyy\n");
+  EXPECT_EQ(disk->read(kDamaged, ~0ull), "[Texts]\na=x\nyyy\n");
 
   disk->unreadable[kFile] = std::errc::io_error;
   FileUserDefaults unread(writer, kFile);
   scheduler.settle();
-  EXPECT_TRUE(disk->read(kDamaged, ~0ull).bytes->find("two") != std::string::npos) << "moved aside";
+  EXPECT_TRUE(disk->read(kDamaged, ~0ull)->find("two") != std::string::npos) << "moved aside";
 }
 
 }  // namespace

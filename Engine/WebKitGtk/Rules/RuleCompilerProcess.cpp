@@ -24,7 +24,7 @@ constexpr auto kFlags =
     static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_INHERIT_FDS);
 constexpr const char* kFolderPrefix = "compile-";
 
-using Outcome = std::optional<std::string>;
+using Outcome = Result<void, std::string>;
 
 // A process that ends with this object at the latest.
 class Process {
@@ -57,13 +57,13 @@ class Process {
     g_subprocess_communicate_utf8_finish(process, result, &rawText, nullptr, &rawError);
     const GText text(rawText);
     const GErrorRef error(rawError);
-    if (error) return (*resolve)(error->message);
-    if (g_subprocess_get_successful(process)) return (*resolve)(std::nullopt);
+    if (error) return (*resolve)(Failure(error->message));
+    if (g_subprocess_get_successful(process)) return (*resolve)({});
     if (!g_subprocess_get_if_exited(process))
-      return (*resolve)(
-          fmt::format("the compiler was ended by signal {}", g_subprocess_get_term_sig(process)));
+      return (*resolve)(Failure(
+          fmt::format("the compiler was ended by signal {}", g_subprocess_get_term_sig(process))));
     const std::string reason = text ? text.get() : "";
-    (*resolve)(reason.empty() ? "the compiler failed" : reason);
+    (*resolve)(Failure(reason.empty() ? "the compiler failed" : reason));
   }
 
   GRef<GSubprocess> process_;
@@ -114,8 +114,8 @@ CompilerInput::~CompilerInput() {
 
 int CompilerInput::release() { return std::exchange(descriptor_, -1); }
 
-Task<std::optional<std::string>> runCompiler(fs::path program, fs::path folder,
-                                             std::string identifier, CompilerInput input) {
+Task<Result<void, std::string>> runCompiler(fs::path program, fs::path folder,
+                                            std::string identifier, CompilerInput input) {
   const auto launcher = GRef<GSubprocessLauncher>::adopt(g_subprocess_launcher_new(kFlags));
   g_subprocess_launcher_setenv(launcher.get(), "TMPDIR", folder.c_str(), TRUE);
   g_subprocess_launcher_take_stdin_fd(launcher.get(), input.release());
@@ -124,7 +124,7 @@ Task<std::optional<std::string>> runCompiler(fs::path program, fs::path folder,
       g_subprocess_launcher_spawn(launcher.get(), &rawError, program.c_str(), folder.c_str(),
                                   identifier.c_str(), static_cast<const char*>(nullptr));
   const GErrorRef error(rawError);
-  if (!started) co_return Outcome(error->message);
+  if (!started) co_return Failure(error->message);
   auto [future, resolve] = makeFuture<Outcome>();
   const Process process(started, std::move(resolve));
   Outcome outcome = co_await std::move(future);

@@ -10,8 +10,8 @@ using CompiledAnswer = std::function<void(CompiledRules)>;
 
 CompiledRules compiled(WebKitUserContentFilter* filter, GError* rawError) {
   const GErrorRef error(rawError);
-  if (filter) return {std::make_shared<WebKitRuleList>(filter), std::nullopt};
-  return {nullptr, ContentRuleError{error ? error->message : "unknown error"}};
+  if (filter) return std::make_shared<WebKitRuleList>(filter);
+  return Failure(error ? error->message : "unknown error");
 }
 
 }  // namespace
@@ -75,8 +75,8 @@ void WebKitRuleListStore::compile(const std::string& identifier, std::string jso
 }
 
 void WebKitRuleListStore::remove(const std::string& identifier,
-                                 std::function<void(std::optional<std::string>)> answer) {
-  using Answer = std::function<void(std::optional<std::string>)>;
+                                 std::function<void(Result<void, std::string>)> answer) {
+  using Answer = std::function<void(Result<void, std::string>)>;
   webkit_user_content_filter_store_remove(
       store_.get(), identifier.c_str(), nullptr,
       [](GObject* source, GAsyncResult* result, gpointer data) {
@@ -85,7 +85,8 @@ void WebKitRuleListStore::remove(const std::string& identifier,
         webkit_user_content_filter_store_remove_finish(WEBKIT_USER_CONTENT_FILTER_STORE(source),
                                                        result, &error);
         const GErrorRef owned(error);
-        (*give)(owned ? std::optional<std::string>(owned->message) : std::nullopt);
+        (*give)(owned ? Result<void, std::string>(Failure(owned->message))
+                      : Result<void, std::string>());
       },
       new Answer(std::move(answer)));
 }

@@ -29,9 +29,9 @@ using ScriptAnswer = std::function<void(ScriptResult)>;
 ScriptResult scriptResult(JSCValue* rawValue, GError* rawError) {
   const auto value = GRef<JSCValue>::adopt(rawValue);
   const GErrorRef error(rawError);
-  if (!value) return {std::nullopt, error ? error->message : "unknown error"};
+  if (!value) return Failure(error ? error->message : "unknown error");
   const GText text(jsc_value_to_json(value.get(), 0));
-  return {text ? text.get() : "null", ""};
+  return text ? text.get() : "null";
 }
 
 void evaluated(GObject* source, GAsyncResult* result, gpointer data) {
@@ -49,7 +49,14 @@ void called(GObject* source, GAsyncResult* result, gpointer data) {
   (*answer)(scriptResult(value, error));
 }
 
-const ScriptResult kUnanswered{std::nullopt, "the page does not answer"};
+const ScriptResult kUnanswered = Failure("the page does not answer");
+
+// What printing to `file` came to; `error` is empty when the engine knows of none.
+PDFResult printed(const std::string& file, const std::string& error) {
+  if (!error.empty()) return Failure(error);
+  if (auto bytes = FileSystem::disk()->read(file)) return *std::move(bytes);
+  return Failure(_("The page could not be printed to a file."));
+}
 
 const char* worldName(const ContentWorld& world) {
   return world.name.empty() ? nullptr : world.name.c_str();
@@ -125,7 +132,7 @@ void WebKitWebView::evaluateJavaScript(const std::string& script, const ContentW
   if (frame && !frame->isMainFrame)
     return evaluateInFrames(script, world, frame->id,
                             [answer = std::move(answer)](const FrameResults& results) {
-                              if (results.empty()) return answer({std::nullopt, "no such frame"});
+                              if (results.empty()) return answer(Failure("no such frame"));
                               answer(results.front());
                             });
   auto expected = answers_.expect(std::move(answer), kUnanswered);
@@ -154,7 +161,7 @@ void WebKitWebView::evaluateInFrames(const std::string& script, const ContentWor
           const char* text = nullptr;
           g_variant_iter_init(&iterator, parameters);
           while (g_variant_iter_next(&iterator, "(b&s)", &isValue, &text))
-            results.push_back(isValue ? ScriptResult{text, ""} : ScriptResult{std::nullopt, text});
+            results.push_back(isValue ? ScriptResult(text) : ScriptResult(Failure(text)));
         }
         (*give)(std::move(results));
       },
@@ -236,12 +243,12 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
   if (descriptor < 0)
     return engine_.scheduler().post(
         [answer = std::move(answer), text = std::string(failure->message)] {
-          answer({std::nullopt, text});
+          answer(Failure(text));
         });
   g_close(descriptor, nullptr);
 
   auto expected =
-      answers_.expect(std::move(answer), PDFResult{std::nullopt, _("The page does not answer.")});
+      answers_.expect(std::move(answer), PDFResult(Failure(_("The page does not answer."))));
   awaitTakingUp(std::move(expected.takenUp));
   auto* context =
       new Context{GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get())),
@@ -260,14 +267,8 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
                    context);
   g_signal_connect(operation, "finished", G_CALLBACK(+[](WebKitPrintOperation*, gpointer data) {
                      const std::unique_ptr<Context> owned(static_cast<Context*>(data));
-                     PDFResult result;
-                     result.error = owned->error;
-                     if (owned->error.empty())
-                       result.data = FileSystem::disk()->read(owned->file).bytes;
-                     if (!result.data && result.error.empty())
-                       result.error = _("The page could not be printed to a file.");
+                     owned->answer(printed(owned->file, owned->error));
                      g_unlink(owned->file.c_str());
-                     owned->answer(std::move(result));
                    }),
                    context);
   webkit_print_operation_print(operation);
