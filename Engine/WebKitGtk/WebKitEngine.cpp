@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Base/GioCall.h"
 #include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Data/WebKitDataStore.h"
 #include "Engine/WebKitGtk/Data/WebKitDownload.h"
@@ -30,17 +31,14 @@ void readAll(GInputStream* input, std::function<void(std::string)> done) {
   if (!input) return done("");
   const auto stream = GRef<GInputStream>::adopt(input);
   const auto memory = GRef<GOutputStream>::adopt(g_memory_output_stream_new_resizable());
-  g_output_stream_splice_async(
-      memory.get(), stream.get(), G_OUTPUT_STREAM_SPLICE_NONE, G_PRIORITY_DEFAULT, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::function<void(std::string)>> give(
-            static_cast<std::function<void(std::string)>*>(data));
-        auto* read = G_MEMORY_OUTPUT_STREAM(source);
-        g_output_stream_splice_finish(G_OUTPUT_STREAM(source), result, nullptr);
-        (*give)({static_cast<const char*>(g_memory_output_stream_get_data(read)),
-                 g_memory_output_stream_get_data_size(read)});
-      },
-      new std::function<void(std::string)>(std::move(done)));
+  gioCall(g_output_stream_splice_async, memory.get(), stream.get(), G_OUTPUT_STREAM_SPLICE_NONE,
+          G_PRIORITY_DEFAULT, nullptr)
+      .then(g_output_stream_splice_finish,
+            [memory, done = std::move(done)](gssize, const GErrorRef&) {
+              auto* read = G_MEMORY_OUTPUT_STREAM(memory.get());
+              done({static_cast<const char*>(g_memory_output_stream_get_data(read)),
+                    g_memory_output_stream_get_data_size(read)});
+            });
 }
 
 void finish(WebKitURISchemeRequest* request, const SchemeResponse& response) {

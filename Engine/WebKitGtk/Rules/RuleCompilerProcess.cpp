@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Base/GRef.h"
+#include "Base/GioCall.h"
 
 namespace orvel {
 
@@ -39,8 +40,10 @@ class Process {
           return G_SOURCE_REMOVE;
         },
         this);
-    g_subprocess_communicate_utf8_async(process, nullptr, nullptr, &Process::ended,
-                                        new Resolver<Outcome>(std::move(resolve)));
+    gioCall(g_subprocess_communicate_utf8_async, process, nullptr, nullptr)
+        .then([resolve = std::move(resolve)](GObject* source, GAsyncResult* result) {
+          resolve(outcome(G_SUBPROCESS(source), result));
+        });
   }
   ~Process() {
     if (deadline_) g_source_remove(deadline_);
@@ -49,21 +52,19 @@ class Process {
   Process(const Process&) = delete;
 
  private:
-  static void ended(GObject* source, GAsyncResult* result, gpointer data) {
-    const std::unique_ptr<Resolver<Outcome>> resolve(static_cast<Resolver<Outcome>*>(data));
-    auto* process = G_SUBPROCESS(source);
+  static Outcome outcome(GSubprocess* process, GAsyncResult* result) {
     gchar* rawText = nullptr;
     GError* rawError = nullptr;
     g_subprocess_communicate_utf8_finish(process, result, &rawText, nullptr, &rawError);
     const GText text(rawText);
     const GErrorRef error(rawError);
-    if (error) return (*resolve)(Failure(error->message));
-    if (g_subprocess_get_successful(process)) return (*resolve)({});
+    if (error) return Failure(error->message);
+    if (g_subprocess_get_successful(process)) return {};
     if (!g_subprocess_get_if_exited(process))
-      return (*resolve)(Failure(
-          fmt::format("the compiler was ended by signal {}", g_subprocess_get_term_sig(process))));
+      return Failure(
+          fmt::format("the compiler was ended by signal {}", g_subprocess_get_term_sig(process)));
     const std::string reason = text ? text.get() : "";
-    (*resolve)(Failure(reason.empty() ? "the compiler failed" : reason));
+    return Failure(reason.empty() ? "the compiler failed" : reason);
   }
 
   GRef<GSubprocess> process_;
