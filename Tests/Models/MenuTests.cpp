@@ -4,6 +4,7 @@
 
 #include "Models/Commands/CommandList.h"
 #include "Models/Settings/BlockingSwitches.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Windows/Toasts.h"
 #include "Tests/Kit/Publish.h"
@@ -78,6 +79,17 @@ struct MenuTest : ModelTest {
         if (one.action == id) return one;
     }
     throw std::logic_error("no such item");
+  }
+  // The titles of a menu's rows that are to be seen, "-" for a separator.
+  std::vector<std::string> rows(const std::string& menu) {
+    std::vector<std::string> found;
+    for (const auto& top : store().commands.mainMenu().items) {
+      if (top.title != menu) continue;
+      top.submenu->update();
+      for (const auto& one : top.submenu->items)
+        if (!one.isHidden) found.push_back(one.isSeparator() ? "-" : one.title);
+    }
+    return found;
   }
   void addSpaces(int count) {
     auto spaces = store().spaces.peek();
@@ -195,6 +207,15 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   EXPECT_FALSE(harvested("menu.File.Close Window"));
   perform("File", "Close Window");
   EXPECT_EQ(world.window.closeCount, 0);
+}
+
+TEST_F(MenuTest, RowsStandInSectionsAndTheSpacesAheadOfTheirs) {
+  addSpaces(2);
+  world.saveNow();
+  EXPECT_THAT(rows("Spaces"),
+              ElementsAre(space().name.peek(), "Bay2", "-", "New Space…", "Edit Current Space…"));
+  EXPECT_THAT(rows("Tabs"), ElementsAre("Recent Tabs", "Next Tab", "Previous Tab", "-",
+                                        "Pin / Unpin Tab", "Copy Link", "Copy as Markdown Link"));
 }
 
 TEST_F(MenuTest, RowsActOnTheTargetTab) {

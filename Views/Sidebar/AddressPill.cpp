@@ -16,7 +16,7 @@ namespace orvel {
 AddressPill::AddressPill(BrowserStore& store)
     : store_(store),
       shield_("checkmark.shield", _("Pause blocking on this site")),
-      link_("link", withKeys(_("Copy Link"), ActionID::CopyLink)) {
+      link_("link", withKeys(ActionID::CopyLink)) {
   add_css_class("pill");
   glyph_.add_css_class("glyph");
   glyph_.add_css_class("quiet");

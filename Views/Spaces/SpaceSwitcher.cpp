@@ -25,7 +25,7 @@ constexpr double kSealPitch = 32;  // by which a notch of the wheel moves them
 }  // namespace
 
 SpaceSwitcher::SpaceSwitcher(BrowserStore& store, SidebarDrag& drag)
-    : store_(store), drag_(drag), newSpace_("plus", withKeys(_("New Space"), ActionID::NewSpace)) {
+    : store_(store), drag_(drag), newSpace_("plus", withKeys(ActionID::NewSpace)) {
   add_css_class("spaces");
   row_.add_css_class("seals");
   row_.set_valign(Gtk::Align::CENTER);
@@ -162,7 +162,7 @@ void SpaceSwitcher::takeDrops(Gtk::Widget& seal, const std::shared_ptr<Space>& s
 }
 
 ToolsRow::ToolsRow(BrowserStore& store)
-    : store_(store), menu_("menu", withKeys(_("Main Menu"), ActionID::MainMenu)) {
+    : store_(store), menu_("menu", withKeys(ActionID::MainMenu)) {
   add_css_class("tools");
   auto* space = Gtk::make_managed<Gtk::Box>();
   space->set_hexpand(true);
