@@ -12,6 +12,7 @@
 #include "Models/Tab/PageSearch.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/WindowChrome.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 

@@ -5,6 +5,7 @@
 #include "Base/Assert.h"
 #include "BrowserCore/Text/Text.h"
 #include "Models/CommandBar/PickedChoices.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"

@@ -3,11 +3,14 @@
 #include <cmath>
 #include <utility>
 
+#include "Models/Settings/Settings.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Tab/Peek.h"
 #include "Models/Windows/LittleWindows.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
+#include "WebEngine/ExtensionHost.h"
 
 namespace orvel {
 

@@ -1,10 +1,13 @@
 #include "Base/Log.h"
+#include "Models/Settings/Settings.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Windows/Toasts.h"
 #include "Support/Network/UserAgent.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {

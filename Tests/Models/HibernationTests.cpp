@@ -1,6 +1,7 @@
 #include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/SessionFile.h"
 #include "Models/Tab/Hibernation.h"
 #include "Models/Tab/Peek.h"

@@ -4,11 +4,13 @@
 
 #include "Models/Commands/CommandList.h"
 #include "Models/Settings/BlockingSwitches.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Windows/Toasts.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {

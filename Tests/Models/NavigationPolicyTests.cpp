@@ -1,7 +1,9 @@
 #include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/Peek.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {

@@ -1,5 +1,9 @@
 #include "Tests/Models/World.h"
 
+#include "Models/Store/BrowserStore.h"
+#include "Models/Store/SessionFile.h"
+#include "WebEngine/ExtensionHost.h"
+
 namespace orvel::test {
 
 namespace {
@@ -50,6 +54,17 @@ World& World::launch() {
   store->extensions.controller = std::make_unique<RecordingExtensions>(*this);
   saved_ = present();
   return *this;
+}
+
+TabRef World::open(const std::string& url, bool isSelected) {
+  return store->openTab(address(url), {.select = isSelected});
+}
+
+Space& World::space() const { return *store->activeSpace(); }
+
+void World::saveNow() {
+  store->session.save();
+  scheduler.settle();
 }
 
 std::string World::file(const std::string& name) const {

@@ -10,6 +10,8 @@
 #include "Models/Commands/ActionCatalog.h"
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
+#include "Models/Store/BrowserStore.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 

@@ -5,11 +5,13 @@
 #include <gtkmm/label.h>
 #include <gtkmm/stack.h>
 
+#include "Base/Observable.h"
 #include "DesignSystem/CompassNeedle.h"
 #include "DesignSystem/Icons.h"
-#include "Models/Store/BrowserStore.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The selected tab's address. A click opens the command bar, where another is typed.
 class AddressPill final : public Gtk::Box {

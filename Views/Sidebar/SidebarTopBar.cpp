@@ -3,6 +3,7 @@
 #include "Base/Texts.h"
 #include "Models/Commands/ActionCatalog.h"
 
+#include "Models/Store/BrowserStore.h"
 #include "Models/Windows/WindowChrome.h"
 
 namespace orvel {

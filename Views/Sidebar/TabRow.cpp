@@ -6,6 +6,7 @@
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/TextScale.h"
 #include "Models/Commands/ActionCatalog.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
 #include "Views/Sidebar/SidebarMenus.h"
 

@@ -10,6 +10,7 @@
 #include "Models/Commands/ActionCatalog.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/BrowserStore.h"
 #include "Views/Sidebar/SidebarMenus.h"
 #include "Views/Window/MainMenuView.h"
 
@@ -172,7 +173,7 @@ ToolsRow::ToolsRow(BrowserStore& store)
 }
 
 void ToolsRow::toggleMainMenu() {
-  if (!dismissMenu(menu_)) presentMenuAbove(menu_, mainMenuEntries(store_));
+  if (!dismissMenu(menu_)) presentMenuAbove(menu_, mainMenuEntries(store_.commands));
 }
 
 }  // namespace orvel
