@@ -1,3 +1,5 @@
+#include <fstream>
+
 #include "Tests/Contract/Contract.h"
 
 namespace orvel::test {
@@ -165,9 +167,9 @@ TEST_P(AnswerContract, RuleListsAreKeptByNameAndEachQuestionIsAnswered) {
 }
 
 TEST_P(AnswerContract, ADownloadEndsOnceHoweverItBeganAndEnds) {
-  enum class End { Finishes, Cancelled, NoPlace };
+  enum class End { Finishes, Cancelled, NoPlace, PlaceTaken };
   for (const bool hasPage : {true, false}) {
-    for (const End end : {End::Finishes, End::Cancelled, End::NoPlace}) {
+    for (const End end : {End::Finishes, End::Cancelled, End::NoPlace, End::PlaceTaken}) {
       const auto saving = std::make_shared<SavingDelegate>();
       delegate.downloadDelegate = saving;
       delegate.downloads.clear();
@@ -186,10 +188,13 @@ TEST_P(AnswerContract, ADownloadEndsOnceHoweverItBeganAndEnds) {
       ASSERT_TRUE(until([&] { return saving->waiting != nullptr; }));
       EXPECT_EQ(saving->suggested, "data.bin");
       EXPECT_EQ(download->originalURL(), URL::parse("http://files.test/data.bin"));
+      EXPECT_EQ(download->expectedBytes(), std::string("bytes").size());
+      EXPECT_EQ(download->isEphemeral(), !store->isPersistent());
       stage->pass();
+      const auto place = stage->folder() / "data.bin";
+      if (end == End::PlaceTaken) std::ofstream(place) << "another's";
       if (end == End::Cancelled) download->cancel();
-      saving->waiting(end == End::NoPlace ? std::nullopt
-                                          : std::optional(stage->folder() / "data.bin"));
+      saving->waiting(end == End::NoPlace ? std::nullopt : std::optional(place));
       EXPECT_EQ(saving->finishes + static_cast<int>(saving->failures.size()), 0) << "a later turn";
       EXPECT_TRUE(until([&] { return saving->finishes || !saving->failures.empty(); }));
       stage->pass();
@@ -199,9 +204,12 @@ TEST_P(AnswerContract, ADownloadEndsOnceHoweverItBeganAndEnds) {
         EXPECT_EQ(download->fractionCompleted(), 1);
         EXPECT_GT(changes, 0);
       } else {
-        EXPECT_THAT(saving->failures, ElementsAre(LoadError::Kind::Cancelled));
+        const bool isCancelled = end != End::PlaceTaken;
+        EXPECT_THAT(saving->failures,
+                    ElementsAre(isCancelled ? LoadError::Kind::Cancelled : LoadError::Kind::Other));
       }
-      std::filesystem::remove(stage->folder() / "data.bin");
+      if (end == End::PlaceTaken) EXPECT_EQ(std::filesystem::file_size(place), 9u);
+      std::filesystem::remove(place);
     }
   }
   EXPECT_FALSE(store->startDownload({.url = *URL::parse("mailto:x@y.org")}));

@@ -2,6 +2,7 @@
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "Tests/Fakes/VirtualScheduler.h"
+#include "Tests/Kit/TemporaryFolder.h"
 
 namespace orvel::test {
 
@@ -45,9 +46,10 @@ class FakeEngineStage final : public EngineStage {
   void hang(WebView& view) override { static_cast<FakeWebView&>(view).isHung = true; }
   void crash(WebView& view) override { static_cast<FakeWebView&>(view).die(); }
   void play(WebView& view) override { static_cast<FakeWebView&>(view).play({.audio = true}); }
-  std::filesystem::path folder() const override { return "/downloads"; }
+  std::filesystem::path folder() const override { return folder_.path; }
 
  private:
+  const TemporaryFolder folder_{"fake-stage"};
   VirtualScheduler scheduler_;
   FakeEngine engine_{scheduler_};
 };

@@ -69,7 +69,7 @@ void FakeDataStore::removeData(std::vector<WebsiteDataRecord> records,
 std::shared_ptr<Download> FakeDataStore::startDownload(const URLRequest& request) {
   const bool isKnown = request.url.hasScheme("http") || request.url.hasScheme("https") ||
                        request.url.hasScheme("data");
-  return isKnown ? engine_.makeDownload(request.url) : nullptr;
+  return isKnown ? engine_.makeDownload(request.url, *this) : nullptr;
 }
 
 // Downloads
@@ -111,6 +111,8 @@ Task<> run(std::shared_ptr<FakeDownload> download, bool breaksOff) {
   download->begin(download->originalURL()->text().substr(slash + 1));
   while (!download->destination && !download->hasEnded()) co_await sleep(1ms);
   if (download->hasEnded()) co_return;
+  if (std::filesystem::exists(*download->destination))
+    co_return download->fail({.kind = LoadError::Kind::Other});
   download->setProgress(0.5);
   co_await sleep(1ms);
   if (breaksOff) co_return download->fail({.kind = LoadError::Kind::ConnectionLost});
@@ -120,8 +122,11 @@ Task<> run(std::shared_ptr<FakeDownload> download, bool breaksOff) {
 
 }  // namespace
 
-std::shared_ptr<FakeDownload> FakeEngine::makeDownload(const URL& url) {
+std::shared_ptr<FakeDownload> FakeEngine::makeDownload(const URL& url,
+                                                       const WebsiteDataStore& store) {
   auto download = std::make_shared<FakeDownload>(url, &scheduler_);
+  download->expected = std::string("bytes").size();
+  download->isPrivate = !store.isPersistent();
   downloads.push_back(download);
   if (runsDownloads)
     scheduler_.start(run(download, pageAt(url).load == FakePage::Load::BreakOff)).detach();

@@ -106,7 +106,7 @@ class FakeEngine : public Engine {
   std::weak_ptr<DownloadDelegate> downloadDelegate;
   // Downloads run by themselves, to their end or to where the page says.
   bool runsDownloads = false;
-  std::shared_ptr<FakeDownload> makeDownload(const URL& url);
+  std::shared_ptr<FakeDownload> makeDownload(const URL& url, const WebsiteDataStore& store);
 
  private:
   Scheduler& scheduler_;

@@ -102,7 +102,7 @@ void FakeWebView::decideAndBegin(NavigationAction action,
 }
 
 void FakeWebView::becomeDownload(const URL& url) {
-  const auto download = engine_.makeDownload(url);
+  const auto download = engine_.makeDownload(url, *configuration_.websiteDataStore);
   if (navigation_) navigation_->didBecomeDownload(*this, download);
 }
 

@@ -78,6 +78,9 @@ gboolean WebKitDownloadAdapter::decideDestination(WebKitDownload*, const char* s
   delegate->decideDestination(
       self, suggested ? suggested : "", [self](const std::optional<std::filesystem::path>& path) {
         if (!path) return self->cancel();
+        // The engine would fail, too, and remove the file that stands there.
+        self->isPlaceTaken_ = std::filesystem::exists(*path);
+        if (self->isPlaceTaken_) return self->cancel();
         webkit_download_set_destination(self->download_.get(), path->c_str());
       });
   return TRUE;
@@ -94,7 +97,8 @@ void WebKitDownloadAdapter::failed(WebKitDownload*, GError* error, gpointer data
   self->failure_ = loadError(*error, uri);
   if (error->domain != WEBKIT_DOWNLOAD_ERROR) return;
   if (error->code == WEBKIT_DOWNLOAD_ERROR_CANCELLED_BY_USER)
-    self->failure_->kind = LoadError::Kind::Cancelled;
+    self->failure_->kind =
+        self->isPlaceTaken_ ? LoadError::Kind::Other : LoadError::Kind::Cancelled;
   else if (std::strstr(error->message, g_strerror(ENOSPC)))
     // The engine keeps the disk's own number to itself.
     self->failure_->kind = LoadError::Kind::DiskFull;

@@ -41,6 +41,8 @@ class WebKitDownloadAdapter final : public Download,
   std::map<uint64_t, std::function<void()>> observers_;
   uint64_t lastObserver_ = 0;
   std::optional<LoadError> failure_;
+  // Something stands where it was to be written.
+  bool isPlaceTaken_ = false;
   // Cleared when the transfer has ended.
   std::shared_ptr<WebKitDownloadAdapter> self_;
 };
