@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Downloads, from the click to the file."""
 
+import subprocess
 import unittest
 
 from orvel_kit import EndToEndTest, eventually
@@ -91,6 +92,36 @@ class DownloadsTest(EndToEndTest):
         wanted = sorted(name for _, name in NAMES)
         eventually(lambda: len(self.files()) == len(wanted), f"{wanted}")
         self.assertEqual(self.files(), wanted)
+
+    def test_a_full_disk_is_told(self):
+        folder = self.folder_of_files
+        folder.mkdir(exist_ok=True)
+        mount = ["mount", "-t", "tmpfs", "-o", "size=256k", "tmpfs", str(folder)]
+        if subprocess.run(mount, capture_output=True).returncode:
+            self.skipTest("nobody may mount here")
+        self.addCleanup(subprocess.run, ["umount", "-l", str(folder)], check=True)
+        self.serve("known", "known.bin", "x" * 500000)
+        self.serve("unknown", "unknown.bin", "x" * 500000, endless=True)
+        self.click_links("known", "unknown")
+        self.act(self.find("Download", "push button"))
+        for name in ("known.bin", "unknown.bin"):
+            eventually(lambda: self.state_of(name) == "Failed: the disk is full", f"{name} told")
+        self.assertFalse([name for name in self.files() if not name.endswith(".part")])
+
+    def test_thirty_at_once(self):
+        for number in range(30):
+            self.serve(str(number), "same.bin", "x" * 300000)
+        starts = "".join(f"<a download href=/{number}></a>" for number in range(30))
+        # The engine forgets a click that another one overtakes.
+        script = """onmousedown = () => document.querySelectorAll('a').forEach(
+            (link, number) => setTimeout(() => link.click(), 60 * number))"""
+        self.web.site("one.test", f"<title>One</title>{starts}<script>{script}</script>")
+        self.begin()
+        self.click_at(600, 300)
+        names = {"same.bin"} | {f"same {number}.bin" for number in range(2, 31)}
+        eventually(lambda: set(self.files()) == names, "30 finished")
+        sizes = {(self.folder_of_files / name).stat().st_size for name in names}
+        self.assertEqual(sizes, {300000})
 
     def test_a_tab_for_a_download_alone_goes(self):
         self.serve("file", "file.bin")
