@@ -9,6 +9,7 @@
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Store/BrowserStore.h"
+#include "Views/SiteSettings/DevicesInUse.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {

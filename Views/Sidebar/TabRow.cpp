@@ -9,6 +9,7 @@
 #include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
 #include "Views/Sidebar/SidebarMenus.h"
+#include "Views/SiteSettings/DevicesInUse.h"
 
 namespace orvel {
 
@@ -41,6 +42,9 @@ TabRow::TabRow(SidebarContext& context)
     ends_.append(sign);
   };
   addSign(unresponsive_, "hourglass", _("This page isn’t answering"));
+  addSign(inUse_, "camera.fill", _("Camera in use"));
+  inUse_.remove_css_class("quiet");
+  inUse_.add_css_class("accent");
   ends_.append(mute_);
   addSign(split_, "rectangle.split.2x1", _("In split view"));
   for (auto* button : {&mute_, &home_, &close_}) {
@@ -108,10 +112,17 @@ void TabRow::showButtons() {
   mute_.setHelp(isMuted ? _("Unmute Tab") : _("Mute Tab"));
   split_.set_visible(context_.space->isInSplit(*tab_));
   unresponsive_.set_visible(tab_->panels.isUnresponsive);
+  const auto& devices = tab_->permissions.inUse.get();
+  inUse_.set_visible(!devices.empty());
+  if (!devices.empty()) {
+    setIcon(inUse_, filledSymbol(devices));
+    setTooltip(inUse_, textOfUse(devices));
+    setAccessibleLabel(inUse_, textOfUse(devices));
+  }
   home_.set_visible(isHovered_ && tab_->hasWanderedFromPin());
   close_.set_visible(isHovered_);
-  const auto children = {unresponsive_.get_visible(), mute_.get_visible(), split_.get_visible(),
-                         home_.get_visible(), isHovered_};
+  const auto children = {unresponsive_.get_visible(), inUse_.get_visible(), mute_.get_visible(),
+                         split_.get_visible(),        home_.get_visible(),  isHovered_};
   ends_.set_visible(std::ranges::any_of(children, std::identity()));
 }
 

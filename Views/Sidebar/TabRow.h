@@ -33,6 +33,7 @@ class TabRow final : public ItemRow {
   Gtk::Label title_;
   Gtk::Box ends_;
   Gtk::Image unresponsive_;
+  Gtk::Image inUse_;
   IconButton mute_;
   Gtk::Image split_;
   IconButton home_;

@@ -12,6 +12,7 @@
 #include "Models/Settings/SiteSettings.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
+#include "Views/SiteSettings/DevicesInUse.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
@@ -34,19 +35,7 @@ constexpr DeviceRow kDevices[] = {{PageDevice::Camera, "camera", N_("Camera")},
 // The answers of a device's row, in its order.
 constexpr std::optional<bool> kAnswers[] = {std::nullopt, true, false};
 
-std::string useOf(const std::set<PageDevice>& devices) {
-  using enum PageDevice;
-  if (devices.contains(Camera) && devices.contains(Microphone))
-    return _("Camera and microphone in use");
-  if (devices.contains(Camera)) return _("Camera in use");
-  return devices.contains(Microphone) ? _("Microphone in use") : _("Location in use");
-}
-
 }  // namespace
-
-std::string filledSymbol(const std::set<PageDevice>& devices) {
-  return devices.empty() ? std::string() : std::string(keyOf(*devices.begin())) + ".fill";
-}
 
 SiteSettingsView::SiteSettingsView(BrowserStore& store, std::function<void()> close)
     : Gtk::Box(Gtk::Orientation::VERTICAL), store_(store), close_(std::move(close)) {
@@ -258,7 +247,7 @@ void SiteSettingsView::showUse() {
   use_.set_visible(!devices.empty());
   if (devices.empty()) return;
   setIcon(useSymbol_, filledSymbol(devices));
-  useText_.set_text(useOf(devices));
+  useText_.set_text(textOfUse(devices));
 }
 
 void SiteSettingsView::showDevices(const std::string& host) {

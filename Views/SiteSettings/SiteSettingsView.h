@@ -67,7 +67,4 @@ class SiteSettingsView final : public Gtk::Box {
   std::vector<Effect> effects_;
 };
 
-// The symbol of the first of the devices that a page uses; empty without any.
-[[nodiscard]] std::string filledSymbol(const std::set<PageDevice>& devices);
-
 }  // namespace orvel
