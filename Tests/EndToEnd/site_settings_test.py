@@ -10,7 +10,8 @@ document.cookie = 'a=1; max-age=9999';
 addEventListener('click', async () => {
   try {
     const stream = await navigator.mediaDevices.getUserMedia({video: true, audio: true});
-    stream.getTracks().forEach((track) => { track.onended = () => { document.title = 'Ended'; }; });
+    let count = 0;
+    stream.getTracks().forEach((track) => { track.onended = () => { document.title = `Ended ${++count}`; }; });
     document.title = 'Granted';
   } catch (error) {
     document.title = error.name;
@@ -50,7 +51,9 @@ class SiteSettingsTest(EndToEndTest):
         self.find("Camera and microphone in use")
         self.picture("site-settings-in-use")
         self.act(self.find("Stop", "push button"))
-        self.find("Ended")
+        self.find("Ended 2")
+        for device in ("Camera", "Microphone", "Camera and microphone"):
+            eventually(lambda: not self.accessible(f"{device} in use"), f"{device} free")
         self.choose("Microphone", "Block")
         self.picture("site-settings")
         self.keys("Escape")

@@ -86,8 +86,8 @@ CaptureState WebKitWebView::microphoneCaptureState() const {
 }
 
 void WebKitWebView::endCapture() {
-  webkit_web_view_set_camera_capture_state(view_.get(), WEBKIT_MEDIA_CAPTURE_STATE_NONE);
   webkit_web_view_set_microphone_capture_state(view_.get(), WEBKIT_MEDIA_CAPTURE_STATE_NONE);
+  webkit_web_view_set_camera_capture_state(view_.get(), WEBKIT_MEDIA_CAPTURE_STATE_NONE);
 }
 
 }  // namespace orvel
