@@ -8,6 +8,7 @@
 #include "Engine/WebKitGtk/Rules/SealedRuleListStore.h"
 #include "Tests/Contract/RecordingDelegate.h"
 #include "Tests/Engine/EngineTest.h"
+#include "Tests/Engine/LongestStall.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
 
@@ -92,33 +93,6 @@ class BlockingTest : public EngineTest {
     for (const std::string& name : disk->list(rules))
       if (name.starts_with(prefix)) names.push_back(name);
     return names;
-  }
-
-  // The longest time for which the main thread computed between two turns of its loop while `body`
-  // ran. Processor time: what other programs take of a busy machine doesn't count.
-  Duration longestStall(const std::function<void()>& body) {
-    struct Watch {
-      Duration last = computed();
-      Duration worst{0};
-      static Duration computed() {
-        timespec time{};
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return std::chrono::seconds(time.tv_sec) + Duration(time.tv_nsec / 1000);
-      }
-    } watch;
-    const guint tick = g_timeout_add_full(
-        G_PRIORITY_HIGH, 1,
-        [](gpointer data) -> gboolean {
-          auto& seen = *static_cast<Watch*>(data);
-          const Duration now = Watch::computed();
-          seen.worst = std::max(seen.worst, now - seen.last);
-          seen.last = now;
-          return TRUE;
-        },
-        &watch, nullptr);
-    body();
-    g_source_remove(tick);
-    return watch.worst;
   }
 
   std::shared_ptr<FileSystem> disk = FileSystem::disk();

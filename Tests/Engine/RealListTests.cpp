@@ -36,14 +36,14 @@ struct RealListTest : BlockingTest {
 
 TEST_F(RealListTest, CompilesOffTheMainThreadAndLoadsUnchangedListsAtOnce) {
   const size_t logged = Log::recent().size();
-  const Duration firstStall = longestStall([&] { start(); });
+  const Duration firstStall = test::longestStall([&] { start(); });
   std::vector<std::string> names;
   for (const auto& [name, list] : blocker->ruleLists.peek()) names.push_back(name);
   EXPECT_THAT(names, ElementsAre("easylist", "easyprivacy", "cookies", "orvel"));
   const size_t loggedThen = Log::recent().size();
   useStore(rules);
   const Instant begin = scheduler.instant();
-  const Duration secondStall = longestStall([&] { start(); });
+  const Duration secondStall = test::longestStall([&] { start(); });
   const Duration taken = scheduler.instant() - begin;
   EXPECT_EQ(blocker->ruleLists.peek().size(), 4u);
   EXPECT_EQ(compiledLines(loggedThen), "");

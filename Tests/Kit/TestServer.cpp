@@ -69,6 +69,7 @@ void TestServer::serve(const std::string& url, const ServedPage& page) {
                 {"delay", page.delay}};
   for (const auto& [name, value] : page.headers) entry["headers"][name] = value;
   if (page.truncate) entry["truncate"] = *page.truncate;
+  if (page.repeat != 1) entry["repeat"] = page.repeat;
   control("serve", entry.dump());
 }
 

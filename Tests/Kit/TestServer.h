@@ -21,6 +21,8 @@ struct ServedPage {
   double delay = 0;
   // Cuts the body off after this many bytes of the announced length.
   std::optional<size_t> truncate;
+  // How many times the body comes.
+  uint64_t repeat = 1;
 };
 
 struct SeenRequest {

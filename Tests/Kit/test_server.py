@@ -7,7 +7,7 @@ its own (CA.pem in the folder given). What it serves is told over its control ad
 
   POST serve     {"url", "status"?, "headers"?, "body"?, "bodyBase64"?, "delay"?, "truncate"?,
                   "hold"?: the bytes of the body that come before its release,
-                  "endless"?: its length is not told}
+                  "endless"?: its length is not told, "repeat"?: how often the body comes}
   POST release   {"url"}  the rest of the body may come
   GET  requests  the list of {"method", "url", "headers", "body"} seen so far, oldest first
   POST clear     forgets the requests
@@ -222,7 +222,7 @@ class Handler(BaseHTTPRequestHandler):
             self.send_header("Connection", "close")
             self.close_connection = True
         else:
-            self.send_header("Content-Length", str(len(body)))
+            self.send_header("Content-Length", str(len(body) * page.get("repeat", 1)))
         self.end_headers()
         if self.command == "HEAD":
             return
@@ -234,7 +234,8 @@ class Handler(BaseHTTPRequestHandler):
         if "truncate" in page:
             body = body[: page["truncate"]]
             self.close_connection = True
-        self.wfile.write(body)
+        for _ in range(page.get("repeat", 1)):
+            self.wfile.write(body)
 
     def control(self, operation):
         state = self.server.state
