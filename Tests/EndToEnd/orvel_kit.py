@@ -4,6 +4,7 @@ Run under scripts/with-display, which gives a display and a session bus. Each br
 has its own XDG folders and reaches nothing but the test web.
 """
 
+import base64
 import collections
 import json
 import os
@@ -64,7 +65,11 @@ class Web:
         return json.loads(self.direct.open(request).read())
 
     def serve(self, url, body, **page):
-        self.control("serve", {"url": url, "body": body, **page})
+        if isinstance(body, bytes):
+            page["bodyBase64"] = base64.b64encode(body).decode()
+        else:
+            page["body"] = body
+        self.control("serve", {"url": url, **page})
 
     def site(self, host, body=None, **page):
         """A page of a host that has no https; its title is the host's first word."""
