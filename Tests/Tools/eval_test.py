@@ -17,6 +17,14 @@ def encoded(data):
     return base64.b64encode(data).decode()
 
 
+RELEASE = {"version": "1.2", "build": 2 ** 63 - 1, "url": "https://a.test/?q=a|b",
+           "archive": "http://a.test/z", "signature": "s"}
+
+
+def release(**changes):
+    return {"op": "updateRelease", "json": json.dumps({**RELEASE, **changes})}
+
+
 CASES = [
     ({"op": "explicitURL", "text": " Example.com/ü "}, "https://Example.com/ü"),
     ({"op": "explicitURL", "text": "two words.com"}, None),
@@ -57,6 +65,17 @@ CASES = [
     ({"op": "resized", "shares": [0.5, 0.5], "index": -1, "delta": 0}, BAD),
     ({"op": "resized", "shares": [0.5, None], "index": 0, "delta": 0}, BAD),
     ({"op": "downloadName", "suggested": "/x/a.tar.gz", "existing": ["a.tar.gz"]}, "a.tar 2.gz"),
+    (release(), RELEASE),
+    (release(more=[1]), RELEASE),
+    (release(archive=None, signature=None, build=-2.0),
+     {"version": "1.2", "build": -2, "url": "https://a.test/?q=a|b"}),
+    *((release(**wrong), {"error": "undecodable"}) for wrong in (
+        {"version": None}, {"version": 1}, {"build": "7"}, {"build": 7.5}, {"build": 2 ** 63},
+        {"build": None}, {"url": None}, {"url": "no address"}, {"url": 5}, {"archive": 5},
+        {"archive": ""}, {"signature": 5})),
+    ({"op": "updateRelease", "json": "[]"}, {"error": "undecodable"}),
+    ({"op": "updateRelease", "json": "{"}, {"error": "undecodable"}),
+    ({"op": "updateRelease"}, BAD),
     ({"op": "explicitURL"}, BAD),
     ({"op": "explicitURL", "text": 5}, BAD),
     ({"op": "nothing", "text": "a"}, BAD),
