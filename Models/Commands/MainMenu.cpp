@@ -13,6 +13,7 @@
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageClosing.h"
 #include "Models/Tab/PageSearch.h"
+#include "Models/Updates/SelfUpdate.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/WindowChrome.h"
 
@@ -92,8 +93,8 @@ class Builder {
 Menu Builder::application() const {
   return {.title = "Orvel",
           .items = {utility(About, UtilityWindow::About),
-                    item(CheckForUpdates, store_.coming, &ComingFeatures::checkForUpdates),
-                    separator(), utility(Settings, UtilityWindow::Settings), separator(),
+                    item(CheckForUpdates, store_.selfUpdate, &SelfUpdate::checkNow), separator(),
+                    utility(Settings, UtilityWindow::Settings), separator(),
                     item(Quit, [&store = store_] { store.pageClosing.quit(); })}};
 }
 

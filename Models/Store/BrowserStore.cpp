@@ -23,6 +23,7 @@
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Tab/Peek.h"
+#include "Models/Updates/SelfUpdate.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
@@ -81,6 +82,7 @@ struct BrowserStore::Topics {
   Peek peek{store};
   Hibernation hibernation{store};
   BlockingSwitches blocking{store};
+  SelfUpdate selfUpdate{store};
   ComingFeatures coming{store};
   StoreTabHost tabHost{store};
 };
@@ -115,6 +117,7 @@ BrowserStore::BrowserStore(const Services& services)
       peek(topics_->peek),
       hibernation(topics_->hibernation),
       blocking(topics_->blocking),
+      selfUpdate(topics_->selfUpdate),
       coming(topics_->coming),
       settings(services.defaults),
       contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,

@@ -38,6 +38,7 @@ class PageSearch;
 class Peek;
 class PickedChoices;
 class QuickBar;
+class SelfUpdate;
 class SessionFile;
 class SpaceEditing;
 class SpaceSwipe;
@@ -86,6 +87,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Peek& peek;
   Hibernation& hibernation;
   BlockingSwitches& blocking;
+  SelfUpdate& selfUpdate;
   ComingFeatures& coming;
 
   Settings settings;

@@ -26,8 +26,8 @@ constexpr uint32_t kEntrySignature = 0x02014b50;
 constexpr uint16_t kLargeSizesField = 0x0001;
 constexpr uint32_t kInLargeSizes = 0xffffffff;
 
-// Numbers one behind the other, the lowest byte first. Reading beyond the end gives zeros and is
-// remembered.
+// Numbers one behind the other, the lowest byte first. Reading beyond the end gives zeros, is
+// remembered, and leaves nothing to be read.
 class Fields {
  public:
   explicit Fields(std::string_view bytes) : bytes_(bytes) {}
@@ -36,12 +36,9 @@ class Fields {
   uint32_t u32() { return static_cast<uint32_t>(number(4)); }
   uint64_t u64() { return number(8); }
   std::string_view bytes(size_t size) {
-    if (size > bytes_.size()) {
-      isCutOff_ = true;
-      size = 0;
-    }
-    const auto taken = bytes_.substr(0, size);
-    bytes_.remove_prefix(size);
+    isCutOff_ = isCutOff_ || size > bytes_.size();
+    const auto taken = isCutOff_ ? std::string_view() : bytes_.substr(0, size);
+    bytes_.remove_prefix(isCutOff_ ? bytes_.size() : size);
     return taken;
   }
   bool isCutOff() const { return isCutOff_; }

@@ -25,6 +25,7 @@ struct Program {
                  .filterLists = filterLists,
                  .currencies = currencies,
                  .engineSuggestions = engineSuggestions,
+                 .updates = {.feed = *URL::parse("https://feed.test/version.json")},
                  .resources = folder / "share",
                  .downloads = std::make_shared<DownloadManager>(*disk, desktop, paths.downloads),
                  .openHistory = [this](const auto& file) {

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "Tests/Kit/Eventually.h"
+#include "Tests/Kit/TemporaryFolder.h"
 #include "Tests/Kit/TestServer.h"
 
 namespace orvel {
@@ -17,12 +21,18 @@ struct HTTPSessionTest : testing::Test {
 
   std::string at(const std::string& path) { return server.proxy() + path; }
 
-  HTTPAnswer get(const std::string& url, const HTTPLimits& limits = {}) {
+  // Empty file: the body comes with the answer.
+  HTTPAnswer get(const std::string& url, const HTTPLimits& limits = {},
+                 const std::filesystem::path& file = {}) {
     std::optional<HTTPAnswer> answer;
-    session->fetch(*URL::parse(url), limits, [&](HTTPAnswer given) {
+    const auto give = [&](HTTPAnswer given) {
       EXPECT_FALSE(answer) << "answered twice";
       answer = std::move(given);
-    });
+    };
+    if (file.empty())
+      session->fetch(*URL::parse(url), limits, give);
+    else
+      session->download(*URL::parse(url), file, limits, give);
     EXPECT_FALSE(answer) << "answered at once";
     EXPECT_TRUE(eventually([&] { return answer.has_value(); })) << url;
     return answer.value_or(HTTPAnswer{});
@@ -67,16 +77,39 @@ TEST_F(HTTPSessionTest, TellsFailuresApart) {
   server.serve(at("/short"), ServedPage{.body = "0123456789", .truncate = 4});
   server.serve(at("/slow"), ServedPage{.body = "late", .delay = 5});
   server.serve(at("/round"), ServedPage{.status = 302, .headers = {{"Location", "/round"}}});
-  EXPECT_TRUE(get(at("/ten"), {.mostBytes = 10}).isOK());
-  EXPECT_EQ(get(at("/ten"), {.mostBytes = 9}).failure, HTTPFailure::TooLarge);
-  EXPECT_EQ(get(at("/packed"), {.mostBytes = 22}).failure, HTTPFailure::TooLarge)
-      << "the limit is on what is unpacked";
-  EXPECT_EQ(get(at("/short")).failure, HTTPFailure::CutOff);
-  EXPECT_EQ(get(at("/slow"), {.timeout = 100ms}).failure, HTTPFailure::TimedOut);
-  EXPECT_EQ(get(at("/round")).failure, HTTPFailure::TooManyRedirects);
-  EXPECT_EQ(get("http://127.0.0.1:1/").failure, HTTPFailure::Unreachable);
-  EXPECT_EQ(get("file:///etc/hostname").failure, HTTPFailure::Unreachable);
-  EXPECT_EQ(get("http://[/").failure, HTTPFailure::Unreachable);
+  const test::TemporaryFolder folder("downloads");
+  int files = 0;
+  for (const bool isDownload : {false, true}) {
+    SCOPED_TRACE(isDownload);
+    const auto failure = [&](const std::string& url, const HTTPLimits& limits = {}) {
+      return get(url, limits, isDownload ? folder.path / std::to_string(++files) : "").failure;
+    };
+    EXPECT_EQ(failure(at("/ten"), {.mostBytes = 10}), HTTPFailure::None);
+    EXPECT_EQ(failure(at("/ten"), {.mostBytes = 9}), HTTPFailure::TooLarge);
+    EXPECT_EQ(failure(at("/packed"), {.mostBytes = 22}), HTTPFailure::TooLarge)
+        << "the limit is on what is unpacked";
+    EXPECT_EQ(failure(at("/short")), HTTPFailure::CutOff);
+    EXPECT_EQ(failure(at("/slow"), {.timeout = 100ms}), HTTPFailure::TimedOut);
+    EXPECT_EQ(failure(at("/round")), HTTPFailure::TooManyRedirects);
+    EXPECT_EQ(failure("http://127.0.0.1:1/"), HTTPFailure::Unreachable);
+    EXPECT_EQ(failure("file:///etc/hostname"), HTTPFailure::Unreachable);
+    EXPECT_EQ(failure("http://[/"), HTTPFailure::Unreachable);
+  }
+}
+
+TEST_F(HTTPSessionTest, DownloadsIntoANewFile) {
+  const std::string body(3 << 20, 'x');
+  server.serve(at("/long"), ServedPage{.body = body});
+  const test::TemporaryFolder folder("downloads");
+  const auto file = folder.path / "file";
+  const auto answer = get(at("/long"), {}, file);
+  EXPECT_TRUE(answer.isOK());
+  EXPECT_EQ(answer.body, "");
+  std::ifstream read(file, std::ios::binary);
+  EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(read), {}) == body);
+  EXPECT_EQ(get(at("/long"), {}, file).failure, HTTPFailure::Unwritable);
+  EXPECT_EQ(get(at("/long"), {}, folder.path / "none/file").failure, HTTPFailure::Unwritable);
+  EXPECT_EQ(get(at("/missing"), {}, folder.path / "missing").status, 404);
 }
 
 TEST_F(HTTPSessionTest, EndsWhatIsUnderWayWithItself) {

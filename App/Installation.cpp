@@ -1,0 +1,62 @@
+#include "App/Installation.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <system_error>
+
+#include "BrowserCore/SelfUpdate/UpdateRelease.h"
+#include "Support/Updates/BundleInformation.h"
+
+namespace orvel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A sandbox brings its programs with it, and updates them itself.
+bool isInSandbox() {
+  return access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP") || std::getenv("APPIMAGE");
+}
+
+// "Orvel.app" for "Orvel.app/Contents/Linux"; empty for any other folder.
+fs::path bundleOf(const fs::path& programs) {
+  const fs::path contents = programs.parent_path();
+  const bool isInBundle = programs.filename() == "Linux" && contents.filename() == "Contents" &&
+                          contents.parent_path().extension() == ".app";
+  return isInBundle ? contents.parent_path() : fs::path();
+}
+
+Installation inBundle(const fs::path& bundle, const fs::path& programs) {
+  const fs::path resources = bundle / "Contents/Resources";
+  Installation found{
+      programs, resources / "share", resources / "web-process", resources / "locale", {}};
+  if (!isInSandbox()) found.program.bundle = bundle;
+  if (const auto information = BundleInformation::read(bundle)) {
+    found.program.identifier = information->identifier;
+    found.program.version = information->version.value_or("?");
+    found.program.build = buildNumber(information->build.value_or("")).value_or(0);
+  }
+  return found;
+}
+
+Installation find() {
+  std::error_code ignored;
+  const fs::path programs = fs::read_symlink("/proc/self/exe", ignored).parent_path();
+  if (const fs::path bundle = bundleOf(programs); !bundle.empty())
+    return inBundle(bundle, programs);
+  return {programs,
+          programs / "../share/orvel",
+          programs / "../lib/web-process",
+          programs / "../share/locale",
+          {.version = ORVEL_VERSION, .build = ORVEL_BUILD}};
+}
+
+}  // namespace
+
+const Installation& Installation::current() {
+  static const Installation installation = find();
+  return installation;
+}
+
+}  // namespace orvel
