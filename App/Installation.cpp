@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <string>
 #include <system_error>
 
 #include "BrowserCore/SelfUpdate/UpdateRelease.h"
@@ -14,9 +15,16 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A sandbox brings its programs with it, and updates them itself.
-bool isInSandbox() {
-  return access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP") || std::getenv("APPIMAGE");
+bool isBelow(const fs::path& path, const char* folder) {
+  return folder && *folder && path.string().starts_with(std::string(folder) + "/");
+}
+
+// Package managers and sandboxes update the programs that they have brought.
+bool isSomebodyElses(const fs::path& bundle) {
+  const bool isPackaged = isBelow(bundle, "/usr") && !isBelow(bundle, "/usr/local");
+  return isPackaged || isBelow(bundle, "/nix") || isBelow(bundle, "/gnu") ||
+         isBelow(bundle, std::getenv("SNAP")) || isBelow(bundle, std::getenv("APPDIR")) ||
+         access("/.flatpak-info", F_OK) == 0;
 }
 
 // "Orvel.app" for "Orvel.app/Contents/Linux"; empty for any other folder.
@@ -31,7 +39,7 @@ Installation inBundle(const fs::path& bundle, const fs::path& programs) {
   const fs::path resources = bundle / "Contents/Resources";
   Installation found{
       programs, resources / "share", resources / "web-process", resources / "locale", {}};
-  if (!isInSandbox()) found.program.bundle = bundle;
+  if (!isSomebodyElses(bundle)) found.program.bundle = bundle;
   if (const auto information = BundleInformation::read(bundle)) {
     found.program.identifier = information->identifier;
     found.program.version = information->version.value_or("?");

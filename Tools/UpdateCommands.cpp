@@ -49,7 +49,7 @@ std::optional<Arguments> parse(int count, char** arguments, const std::set<std::
     if (names.contains(argument)) {
       if (++i == count || !parsed.options.emplace(argument, arguments[i]).second)
         return std::nullopt;
-    } else if (argument.starts_with("--") || argument.empty() || hasPath) {
+    } else if (argument.starts_with("--") || hasPath) {
       return std::nullopt;
     } else {
       parsed.path = argument;

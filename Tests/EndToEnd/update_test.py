@@ -19,7 +19,6 @@ import orvel_kit  # noqa: E402
 from orvel_kit import BUILD, EndToEndTest, eventually  # noqa: E402
 
 SKIPPED = 77  # what ctest takes for a skipped test
-PROGRAM = BUILD / "bin" / "orvel-of-tests"
 CORE = BUILD / "bin" / "orvel-core"
 SEED = b"only the tests of Orvel use this"
 TRUSTED = "/etc/ssl/certs/ca-certificates.crt"
@@ -59,12 +58,12 @@ class UpdateTest(EndToEndTest):
 
     def bundle(self, folder, build):
         """An application of this build, made as a release is."""
-        done = subprocess.run(
-            ["cmake", "--install", BUILD, "--component", "bundle", "--strip", "--prefix", folder],
-            capture_output=True, text=True)
-        self.assertEqual(done.returncode, 0, done.stderr)
+        for component in ("bundle", "bundle-of-tests"):
+            done = subprocess.run(
+                ["cmake", "--install", BUILD, "--component", component, "--strip", "--prefix",
+                 folder], capture_output=True, text=True)
+            self.assertEqual(done.returncode, 0, done.stderr)
         app = folder / "Orvel.app"
-        subprocess.run(["strip", "-o", app / "Contents/Linux/orvel", PROGRAM], check=True)
         (app / "Contents/Info.plist").write_bytes(plistlib.dumps({
             "CFBundleIdentifier": "com.brinemark.orvel", "CFBundleVersion": str(build),
             "CFBundleShortVersionString": f"{build}.0"}))
@@ -105,6 +104,16 @@ class UpdateTest(EndToEndTest):
                 found.append(int(entry.name))
         return found
 
+    def uses(self, folder):
+        """Whether some process has mapped a file of the folder."""
+        for entry in pathlib.Path("/proc").iterdir():
+            try:
+                if entry.name.isdigit() and f"{folder}/" in (entry / "maps").read_text():
+                    return True
+            except OSError:
+                continue
+        return False
+
     def end_all(self):
         for process in self.processes():
             os.kill(process, signal.SIGKILL)
@@ -137,6 +146,14 @@ class UpdateTest(EndToEndTest):
         [now] = self.processes()
         self.assertEqual(os.path.realpath(f"/proc/{now}/exe"), f"{self.app}/Contents/Linux/orvel")
         self.session_is(["One"])
+        version = subprocess.run([f"/proc/{now}/exe", "--version"], capture_output=True, text=True)
+        self.assertEqual(version.stdout, "Orvel 2.0\n")
+
+        # It works with its own parts.
+        parts = self.app / "Contents/Resources/web-process"
+        eventually(lambda: self.uses(parts), "what is loaded into pages' processes")
+        rules = self.home / "cache/com.brinemark.orvel/ContentRules"
+        eventually(lambda: rules.is_dir() and any(rules.iterdir()), "compiled lists", LIMIT)
 
         # It knows what it is.
         self.check_now()
@@ -148,7 +165,7 @@ class UpdateTest(EndToEndTest):
         self.release(2)
         self.bundle(self.app.parent, 1)
         self.trusting(self.app / "Contents/Linux/orvel")
-        self.begin(environment={"SNAP": "/snap/orvel/1"})
+        self.begin(environment={"SNAP": str(self.app.parent)})
         self.find("Orvel 2.0 is available", limit=LIMIT)
         self.picture("update-available")
         self.act(self.find("Download", "push button"))
