@@ -7,7 +7,7 @@
 
 namespace orvel::test {
 
-bool runUntil(const std::function<bool()>& condition) { return eventually(condition, 2s); }
+bool runUntil(const std::function<bool()>& condition) { return eventually(condition, 20s); }
 
 void runFrames(int count) { turnFor(count * 20ms); }
 
