@@ -259,7 +259,7 @@ class SelfUpdate::Steps {
     auto downloading = download(*session, *release.archive, archive, kArchiveLimits);
     const HTTPAnswer answer = co_await std::move(downloading);
     const auto finish = [=]() -> Prepared {
-      const Prepared prepared = stageDownload(*work, stage, archive, release, answer);
+      Prepared prepared = stageDownload(*work, stage, archive, release, answer);
       if (!std::holds_alternative<StagedUpdate>(prepared)) work->remove(stage.folder);
       return prepared;
     };

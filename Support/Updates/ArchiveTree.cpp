@@ -32,10 +32,11 @@ bool isAcceptable(std::string_view path) {
 }  // namespace
 
 std::optional<ArchiveTree> ArchiveTree::make(int archive, const std::vector<ZipEntry>& entries) {
-  uint64_t bytes = 0;
-  for (const ZipEntry& entry : entries)
-    if (entry.size > kMaxBytes - bytes || (bytes += entry.size, entry.isEncrypted))
-      return std::nullopt;
+  uint64_t left = kMaxBytes;
+  for (const ZipEntry& entry : entries) {
+    if (entry.size > left || entry.isEncrypted) return std::nullopt;
+    left -= entry.size;
+  }
   ArchiveTree tree;
   for (const ZipEntry& entry : entries)
     if (!tree.add(archive, entry)) return std::nullopt;

@@ -103,7 +103,7 @@ std::optional<std::string> manifestOf(int bundle) {
     const auto names = namesIn(bundle, folder);
     if (!names) return std::nullopt;
     for (const std::string& name : *names) {
-      std::string path = folder == "." ? name : folder + "/" + name;
+      std::string path = folder == "." ? name : fmt::format("{}/{}", folder, name);
       struct stat info {};
       if (fstatat(bundle, path.c_str(), &info, AT_SYMLINK_NOFOLLOW) != 0) return std::nullopt;
       if (path == kSignature) {
