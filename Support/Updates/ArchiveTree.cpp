@@ -16,6 +16,7 @@ namespace orvel {
 namespace {
 
 constexpr uint64_t kMaxBytes = 2ull << 30;
+constexpr size_t kMaxPathBytes = 64u << 20;
 
 bool isAcceptable(std::string_view path) {
   if (path.size() >= PATH_MAX || path.find('\\') != path.npos || path.find('\0') != path.npos)
@@ -78,6 +79,8 @@ bool ArchiveTree::addFoldersOf(const std::string& path) {
 bool ArchiveTree::insert(Item item) {
   const auto [same, isNew] = folded_.emplace(text::caseFolded(item.path), item.path);
   if (isNew) {
+    pathBytes_ += item.path.size();
+    if (pathBytes_ > kMaxPathBytes) return false;
     std::string path = item.path;
     items_.emplace(std::move(path), std::move(item));
     return true;

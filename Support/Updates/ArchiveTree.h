@@ -35,6 +35,7 @@ class ArchiveTree {
   std::map<std::string, Item> items_;
   // The one path of each group that differs by the case of letters only.
   std::map<std::string, std::string> folded_;
+  size_t pathBytes_ = 0;  // of all items, folders that have no entry included
 };
 
 }  // namespace orvel

@@ -9,7 +9,7 @@
 // manifest has a line for each folder and file with its permission bits, and for each link with its
 // target, in the order of their paths; of a file it has the SHA-256. It covers the bundle's own
 // folder, and everything in it but that one file. Bytes at or below 0x20, 0x7f and "%" are
-// percent-encoded.
+// percent-encoded. While the file is written it has ".new" behind its name.
 namespace orvel::BundleManifest {
 
 // Writes the file; nothing else of the bundle changes, and nothing at all on a failure. False when

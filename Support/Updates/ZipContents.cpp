@@ -15,6 +15,8 @@ namespace {
 
 constexpr size_t kChunk = 64 << 10;
 constexpr size_t kHeaderSize = 30;
+constexpr uint16_t kStored = 0;
+constexpr uint16_t kDeflated = 8;
 constexpr std::string_view kHeaderSignature("PK\x03\x04");
 
 void append(std::string& bytes, uint64_t number, int size) {
@@ -27,12 +29,10 @@ class OneEntry {
  public:
   OneEntry(int archive, const ZipEntry& entry, uint64_t offset)
       : archive_(archive), offset_(offset), left_(entry.packedSize) {
-    // Of the flags only those that are for the methods.
-    constexpr uint16_t kMethodFlags = 1 << 1 | 1 << 2;
     constexpr uint16_t kVersion = 20;
     bytes_ = kHeaderSignature;
     append(bytes_, kVersion, 2);
-    append(bytes_, entry.flags & kMethodFlags, 2);
+    append(bytes_, 0, 2);
     append(bytes_, entry.method, 2);
     append(bytes_, 0, 4);
     append(bytes_, entry.checksum, 4);
@@ -83,7 +83,9 @@ std::optional<uint64_t> contentsOffset(int archive, const ZipEntry& entry) {
 bool readZipContents(int archive, const ZipEntry& entry,
                      const std::function<bool(std::string_view)>& take) {
   constexpr uint64_t kMaxPlainSize = std::numeric_limits<uint32_t>::max();
-  if (entry.isEncrypted || std::max(entry.size, entry.packedSize) >= kMaxPlainSize) return false;
+  const bool isPlain = std::max(entry.size, entry.packedSize) < kMaxPlainSize;
+  const bool isKnown = entry.method == kStored || entry.method == kDeflated;
+  if (entry.isEncrypted || !isPlain || !isKnown) return false;
   const auto offset = contentsOffset(archive, entry);
   if (!offset) return false;
 

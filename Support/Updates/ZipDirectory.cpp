@@ -157,7 +157,7 @@ std::optional<ZipEntry> readEntry(Fields& fields) {
   if (fields.u32() != kEntrySignature) return std::nullopt;
   const auto system = static_cast<uint8_t>(fields.u16() >> 8);
   fields.u16();  // the version needed
-  entry.flags = fields.u16();
+  const uint16_t flags = fields.u16();
   entry.method = fields.u16();
   fields.u32();  // date and time
   entry.checksum = fields.u32();
@@ -175,7 +175,7 @@ std::optional<ZipEntry> readEntry(Fields& fields) {
   fields.bytes(commentSize);
   if (fields.isCutOff() || disk != 0) return std::nullopt;
   constexpr uint16_t kEncryptionFlags = 1 | 1 << 6 | 1 << 13;
-  entry.isEncrypted = entry.flags & kEncryptionFlags;
+  entry.isEncrypted = flags & kEncryptionFlags;
   entry.mode = modeOf(entry.name, system, attributes);
   return entry;
 }

@@ -12,7 +12,6 @@ struct ZipEntry {
   std::string name;   // its bytes; a folder's may end with a slash
   uint32_t mode = 0;  // as of `stat`: a type and permission bits
   bool isEncrypted = false;
-  uint16_t flags = 0;
   uint16_t method = 0;
   uint32_t checksum = 0;
   uint64_t packedSize = 0;

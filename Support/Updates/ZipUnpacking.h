@@ -14,8 +14,8 @@ namespace orvel {
 // Refused is an archive with an entry that is absolute or whose path has a piece that is empty, "."
 // or ".."; a backslash or a zero byte in a name; something below a link or a file; a device, pipe
 // or socket; a link that leads out of the item at the top in which it stands; two entries of one
-// path, or of paths that differ by the case of letters only; and what is encrypted, packed by an
-// unknown method, damaged, more than 65,535 entries, or more than 2 GiB.
+// path, or of paths that differ by the case of letters only; and what is encrypted, packed other
+// than by deflating, damaged, more than 65,535 entries, 2 GiB, or 64 MiB of paths.
 [[nodiscard]] bool unpackZip(const std::filesystem::path& archive,
                              const std::filesystem::path& folder);
 

@@ -214,6 +214,9 @@ class UpdateTest(unittest.TestCase):
             "encrypted": file("Orvel.app/a", flags=1),
             "strongly encrypted": file("Orvel.app/a", flags=1 << 6),
             "unknown method": file("Orvel.app/a", method=97),
+            "rare method": file("Orvel.app/a", contents=b"", method=12),
+            "deep folders without end": [[[f"{i}/" + "a/" * 2000 + "b", FILE | 0o644, b""]
+                                          for i in range(32)]],
             "wrong checksum": file("Orvel.app/a", sum=5),
             "longer than said": file("Orvel.app/a", contents=bytes(1 << 20), size=10),
             "shorter than said": file("Orvel.app/a", size=10),
