@@ -46,7 +46,7 @@ Browser::Browser(GtkApplication* application, const Installation& installation)
                                  .webProcessFolder = installation.webProcess,
                                  .ruleCompiler = installation.programs / "orvel-rule-compiler"})),
       desktop_(scheduler_, G_APPLICATION(application)),
-      favicons_(files_.files(), paths_.favicons()),
+      favicons_(scheduler_, files_.files(), &HTTPSession::ephemeral, paths_.favicons()),
       filterLists_(
           scheduler_, files_, defaults_, &HTTPSession::ephemeral,
           {FileSystem::disk(), paths_.support / "Filters", installation.share / "Filters"}),

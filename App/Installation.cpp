@@ -30,7 +30,8 @@ bool isSomebodyElses(const fs::path& bundle) {
 // "Orvel.app" for "Orvel.app/Contents/Linux"; empty for any other folder.
 fs::path bundleOf(const fs::path& programs) {
   const fs::path contents = programs.parent_path();
-  const bool isInBundle = programs.filename() == "Linux" && contents.filename() == "Contents" &&
+  const bool isInBundle = programs == contents / "Linux" &&
+                          contents == contents.parent_path() / "Contents" &&
                           contents.parent_path().extension() == ".app";
   return isInBundle ? contents.parent_path() : fs::path();
 }

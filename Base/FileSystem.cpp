@@ -87,6 +87,12 @@ class Disk final : public FileSystem {
     return Date(std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_nsec / 1000));
   }
 
+  std::optional<uint64_t> freeSpace(const fs::path& folder) override {
+    std::error_code error;
+    const fs::space_info space = fs::space(folder, error);
+    return error ? std::nullopt : std::optional<uint64_t>(space.available);
+  }
+
   std::error_code write(const fs::path& path, std::string_view bytes) override {
     Descriptor file(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
     if (!file) return lastError();
@@ -103,6 +109,15 @@ class Disk final : public FileSystem {
 
   std::error_code rename(const fs::path& from, const fs::path& to) override {
     return ::rename(from.c_str(), to.c_str()) == 0 ? std::error_code() : lastError();
+  }
+
+  std::error_code renameToNew(const fs::path& from, const fs::path& to) override {
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+    if (errno != EINVAL && errno != ENOSYS) return lastError();
+    // A file system without it: one that has no links either can only be asked beforehand.
+    if (link(from.c_str(), to.c_str()) == 0) return remove(from);
+    if (errno != EPERM && errno != EOPNOTSUPP) return lastError();
+    return exists(to) ? std::make_error_code(std::errc::file_exists) : rename(from, to);
   }
 
   std::error_code syncFolder(const fs::path& folder) override {

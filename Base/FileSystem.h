@@ -39,6 +39,9 @@ class FileSystem {
   // When the contents of the regular file last changed; absent when there is none.
   virtual std::optional<Date> modificationDate(const std::filesystem::path& path) = 0;
 
+  // The bytes that the user can still write there; absent when the disk does not tell.
+  virtual std::optional<uint64_t> freeSpace(const std::filesystem::path& folder) = 0;
+
   // Creates or empties the file and writes `bytes` to it, readable by the user alone.
   virtual std::error_code write(const std::filesystem::path& path, std::string_view bytes) = 0;
   // Brings the file's contents to the disk.
@@ -46,6 +49,10 @@ class FileSystem {
   // Replaces `to` by `from` in one step.
   virtual std::error_code rename(const std::filesystem::path& from,
                                  const std::filesystem::path& to) = 0;
+  // Gives the file the name `to`, in the same folder; an error, and nothing done, when something
+  // has that name.
+  virtual std::error_code renameToNew(const std::filesystem::path& from,
+                                      const std::filesystem::path& to) = 0;
   // Brings the folder's entries to the disk.
   virtual std::error_code syncFolder(const std::filesystem::path& folder) = 0;
   // Removing what does not exist succeeds.

@@ -2,7 +2,11 @@
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
+
+#include "Base/GRef.h"
 
 namespace orvel {
 
@@ -15,16 +19,26 @@ struct Unref {
 using Pixbuf = std::unique_ptr<GdkPixbuf, Unref<GdkPixbuf>>;
 using Loader = std::unique_ptr<GdkPixbufLoader, Unref<GdkPixbufLoader>>;
 
-struct SizeGuard {
+// Decides the size of a picture before its loader allocates.
+struct Sizing {
   int largestSide;
+  int side = 0;  // of the square to fit into; 0: none
   bool isTooLarge = false;
 
-  // Runs before the loader allocates: asking for one pixel keeps a bomb from being unpacked.
   static void prepared(GdkPixbufLoader* loader, int width, int height, gpointer self) {
-    auto& guard = *static_cast<SizeGuard*>(self);
-    if (width <= guard.largestSide && height <= guard.largestSide) return;
-    guard.isTooLarge = true;
-    gdk_pixbuf_loader_set_size(loader, 1, 1);
+    auto& sizing = *static_cast<Sizing*>(self);
+    if (width > sizing.largestSide || height > sizing.largestSide) {
+      sizing.isTooLarge = true;
+      // Keeps a bomb from being unpacked.
+      return gdk_pixbuf_loader_set_size(loader, 1, 1);
+    }
+    const int longest = std::max(width, height);
+    const GText format(gdk_pixbuf_format_get_name(gdk_pixbuf_loader_get_format(loader)));
+    const bool isDrawing = std::string_view(format.get()) == "svg";
+    if (sizing.side == 0 || longest < 1 || (longest <= sizing.side && !isDrawing)) return;
+    const double scale = static_cast<double>(sizing.side) / longest;
+    gdk_pixbuf_loader_set_size(loader, std::max(1, static_cast<int>(width * scale)),
+                               std::max(1, static_cast<int>(height * scale)));
   }
 };
 
@@ -54,18 +68,30 @@ ImageRef Image::make(int width, int height, std::vector<uint8_t> pixels) {
   return ImageRef(new Image(width, height, std::move(pixels)));
 }
 
-ImageRef Image::decode(std::string_view bytes, int largestSide) {
+namespace {
+
+ImageRef decoded(std::string_view bytes, Sizing sizing) {
   const Loader loader(gdk_pixbuf_loader_new());
-  SizeGuard guard{largestSide};
-  g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(&SizeGuard::prepared), &guard);
+  g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(&Sizing::prepared), &sizing);
   const bool isWritten = gdk_pixbuf_loader_write(
       loader.get(), reinterpret_cast<const guchar*>(bytes.data()), bytes.size(), nullptr);
   // A loader must be closed even after a failure.
   const bool isClosed = gdk_pixbuf_loader_close(loader.get(), nullptr);
-  if (!isWritten || !isClosed || guard.isTooLarge) return nullptr;
+  if (!isWritten || !isClosed || sizing.isTooLarge) return nullptr;
   const GdkPixbuf* pixbuf = gdk_pixbuf_loader_get_pixbuf(loader.get());
   if (!pixbuf) return nullptr;
-  return make(gdk_pixbuf_get_width(pixbuf), gdk_pixbuf_get_height(pixbuf), packedRGBA(pixbuf));
+  return Image::make(gdk_pixbuf_get_width(pixbuf), gdk_pixbuf_get_height(pixbuf),
+                     packedRGBA(pixbuf));
+}
+
+}  // namespace
+
+ImageRef Image::decode(std::string_view bytes, int largestSide) {
+  return decoded(bytes, {.largestSide = largestSide});
+}
+
+ImageRef Image::decodeIcon(std::string_view bytes, int side) {
+  return decoded(bytes, {.largestSide = kMaxSide, .side = side});
 }
 
 std::string Image::encodedPNG() const {

@@ -20,8 +20,12 @@ class Image {
   static constexpr int kMaxSide = 4096;
 
   // Decodes a picture file of any format that the system's loaders know. Null when the bytes are no
-  // picture, are cut off, or when a side is longer than `largestSide` pixels. Safe on any thread.
+  // picture, are cut off, or when a side is longer than `largestSide` pixels, which is found out
+  // before it is unpacked. Safe on any thread.
   static ImageRef decode(std::string_view bytes, int largestSide = kMaxSide);
+  // The same, made to fit into a square of `side` pixels: a drawing is drawn in that size, a larger
+  // picture shrinks, a smaller one stays.
+  static ImageRef decodeIcon(std::string_view bytes, int side);
 
   // `pixels` holds width * height * 4 bytes; null when it does not, or when a side is not positive.
   static ImageRef make(int width, int height, std::vector<uint8_t> pixels);

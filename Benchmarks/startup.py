@@ -23,7 +23,7 @@ import time
 import uuid
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path.insert(0, str(ROOT / "Tests" / "Kit"))
+sys.path.insert(0, str(ROOT / "Tests" / "EndToEnd"))
 from orvel_kit import BUILD, Program, Web, eventually  # noqa: E402
 
 PAGE = """<title>Painted</title><p>Hello<script>

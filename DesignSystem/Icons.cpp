@@ -122,6 +122,11 @@ void setAccessibleLabel(Gtk::Widget& widget, const std::string& label) {
                                  label.c_str(), -1);
 }
 
+void setAccessibleDescription(Gtk::Widget& widget, const std::string& description) {
+  gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
+                                 description.c_str(), -1);
+}
+
 void setAccessibleHidden(Gtk::Widget& widget, bool isHidden) {
   gtk_accessible_update_state(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_STATE_HIDDEN,
                               static_cast<gboolean>(isHidden), -1);

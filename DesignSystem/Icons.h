@@ -39,6 +39,8 @@ void setTooltip(Gtk::Widget& widget, const std::string& text, const Gtk::Label* 
 
 // Names a widget for assistive technology.
 void setAccessibleLabel(Gtk::Widget& widget, const std::string& label);
+// What more there is to say of it, its state for example.
+void setAccessibleDescription(Gtk::Widget& widget, const std::string& description);
 // Takes a widget and all below it out of what assistive technology sees, or back.
 void setAccessibleHidden(Gtk::Widget& widget, bool isHidden);
 // Call before the widget is first asked for its accessible state.

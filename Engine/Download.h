@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -18,6 +19,11 @@ class Download {
  public:
   virtual ~Download() = default;
   virtual std::optional<URL> originalURL() const = 0;
+  // What the server says it sends, in bytes; absent while it does not say.
+  virtual std::optional<uint64_t> expectedBytes() const = 0;
+  // Asked for by a page, or by the program, through an ephemeral data store: nothing of it may be
+  // kept but the file.
+  virtual bool isEphemeral() const = 0;
   // 0 to 1; 0 while the length is unknown.
   virtual double fractionCompleted() const = 0;
   [[nodiscard]] virtual Observation observeProgress(std::function<void()> changed) = 0;
@@ -30,8 +36,9 @@ class Download {
 class DownloadDelegate {
  public:
   virtual ~DownloadDelegate() = default;
-  // Where to write; absent cancels. Answered exactly once, at any later time. `suggestedFilename`
-  // is the server's word and may hold anything.
+  // Where to write; absent cancels. Answered exactly once, at any later time. A file that stands
+  // there fails the download and stays. `suggestedFilename` is the server's word and may hold
+  // anything.
   virtual void decideDestination(
       const std::shared_ptr<Download>& download, const std::string& suggestedFilename,
       std::function<void(std::optional<std::filesystem::path>)> answer) = 0;

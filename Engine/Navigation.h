@@ -106,6 +106,7 @@ struct LoadError {
     CannotFindHost,
     TimedOut,
     BadCertificate,
+    DiskFull,  // a download that the disk has no room for
     Other,
   };
   Kind kind = Kind::Other;

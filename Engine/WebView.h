@@ -32,6 +32,7 @@ enum class WebViewProperty {
   IsResponsive,
   IsBlank,
   PlayingMedia,
+  Capture,  // of the camera or the microphone
 };
 enum class MediaPlaybackState { None = 0, Playing = 1, Paused = 2, Suspended = 3 };
 
@@ -191,7 +192,7 @@ class WebView {
                             std::function<void(ImageRef)> answer) = 0;
   // The page's whole length.
   virtual void createPDF(std::function<void(PDFResult)> answer) = 0;
-  virtual void print() = 0;
+  virtual void print() = 0;  // returns when the user has answered its dialog
   virtual void find(const std::string& text, const FindConfiguration& configuration,
                     std::function<void(bool matchFound)> answer) = 0;
   // Takes the marks of `find` off the page; its last match stays selected.
@@ -218,6 +219,8 @@ class WebView {
   virtual void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) = 0;
   virtual CaptureState cameraCaptureState() const = 0;
   virtual CaptureState microphoneCaptureState() const = 0;
+  // Takes camera and microphone away from the page, which has to ask again.
+  virtual void endCapture() = 0;
 };
 
 }  // namespace orvel

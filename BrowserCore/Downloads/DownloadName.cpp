@@ -4,6 +4,8 @@
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
+#include <algorithm>
+
 #include "BrowserCore/Text/Text.h"
 
 namespace orvel {
@@ -72,6 +74,19 @@ std::string downloadName(std::string_view suggested,
   for (uint64_t number = 2; exists(candidate); ++number)
     candidate = parts.numbered(fmt::format(" {}", number));
   return candidate;
+}
+
+std::string partialName(std::string_view name) {
+  constexpr std::string_view kPart = ".part";
+  constexpr size_t kRoom = 16;
+  return std::string(cut(name, kMaxName - kRoom - kPart.size())).append(kPart);
+}
+
+bool isProgram(std::string_view name) {
+  constexpr std::string_view kEndings[] = {".desktop", ".sh",  ".run", ".appimage",
+                                           ".py",      ".jar", ".exe", ".msi"};
+  const std::string lower = text::lowerASCII(name);
+  return std::ranges::any_of(kEndings, [&](std::string_view end) { return lower.ends_with(end); });
 }
 
 }  // namespace orvel

@@ -16,4 +16,12 @@ namespace orvel {
 [[nodiscard]] std::string downloadName(std::string_view suggested,
                                        const std::function<bool(const std::string&)>& exists);
 
+// The name of the file `name` while it is not whole yet: that name with ".part" behind it. It loses
+// its end where the engine, which puts another 12 bytes behind it, would have no room for them.
+[[nodiscard]] std::string partialName(std::string_view name);
+
+// Whether opening the file could start it as a program, going by its name. Such a file is shown in
+// its folder and never opened.
+[[nodiscard]] bool isProgram(std::string_view name);
+
 }  // namespace orvel

@@ -91,24 +91,26 @@ std::shared_ptr<WebsiteDataStore> WebKitEngine::nonPersistentDataStore() {
 }
 
 std::shared_ptr<WebKitDataStore> WebKitEngine::followed(std::shared_ptr<WebKitDataStore> store) {
-  g_signal_connect(store->session(), "download-started",
-                   G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, gpointer self) {
-                     static_cast<WebKitEngine*>(self)->downloadStarted(download);
-                   }),
-                   this);
+  g_signal_connect(
+      store->session(), "download-started",
+      G_CALLBACK(+[](WebKitNetworkSession* session, WebKitDownload* download, gpointer self) {
+        static_cast<WebKitEngine*>(self)->downloadStarted(session, download);
+      }),
+      this);
   return store;
 }
 
 void WebKitEngine::addView(WebKitWebView& view) { views_[view.native()] = &view; }
 void WebKitEngine::removeView(const WebKitWebView& view) { views_.erase(view.native()); }
 
-void WebKitEngine::downloadStarted(WebKitDownload* download) {
+void WebKitEngine::downloadStarted(WebKitNetworkSession* session, WebKitDownload* download) {
   // The program's own, which knows whom to tell.
   if (WebKitDownloadAdapter::isFollowed(download)) return;
+  auto followed = WebKitDownloadAdapter::follow(download, session);
   if (const auto view = views_.find(webkit_download_get_web_view(download)); view != views_.end())
-    view->second->downloadStarted(download);
+    view->second->downloadStarted(std::move(followed));
   else
-    WebKitDownloadAdapter::follow(download)->setDelegate(downloadDelegate_);
+    followed->setDelegate(downloadDelegate_);
 }
 
 void WebKitEngine::removeDataStoreForIdentifier(

@@ -70,7 +70,7 @@ class WebKitEngine final : public Engine {
 
   // The store, with its downloads followed.
   std::shared_ptr<WebKitDataStore> followed(std::shared_ptr<WebKitDataStore> store);
-  void downloadStarted(WebKitDownload* download);
+  void downloadStarted(WebKitNetworkSession* session, WebKitDownload* download);
 
   Scheduler& scheduler_;
   WebKitEngineOptions options_;

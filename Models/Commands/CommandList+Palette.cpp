@@ -1,5 +1,6 @@
 #include "Base/Texts.h"
 #include "Models/Commands/CommandList.h"
+#include "Models/Downloads/Downloads.h"
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Sidebar/Folders.h"
@@ -94,7 +95,7 @@ std::vector<PaletteCommand> CommandList::paletteCommands() {
        "arrow.down.circle",
        {},
        std::nullopt,
-       calling(store_, &BrowserStore::openDownloadsFolder)},
+       calling(store_.downloads, &Downloads::openFolder)},
   };
   if (const TabRef tab = store_.activeSpace()->selectedTab()) addTabCommands(commands, tab);
   addSpaceCommands(commands);

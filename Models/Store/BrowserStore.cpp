@@ -8,7 +8,9 @@
 #include "Models/Commands/CommandList.h"
 #include "Models/Commands/CommandTarget.h"
 #include "Models/Commands/QuickBar.h"
+#include "Models/Downloads/Downloads.h"
 #include "Models/Settings/BlockingSwitches.h"
+#include "Models/Settings/SiteSettings.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Spaces/SpaceEditing.h"
@@ -71,6 +73,7 @@ struct BrowserStore::Topics {
   SpaceSwitching switching{store};
   SpaceSwipe spaceSwipe{store};
   Folders folders{store};
+  Downloads downloads{store};
   CopiedLink copiedLink{store};
   CommandList commands{store};
   CommandTarget target{store};
@@ -82,6 +85,7 @@ struct BrowserStore::Topics {
   Peek peek{store};
   Hibernation hibernation{store};
   BlockingSwitches blocking{store};
+  SiteSettings siteSettings{store};
   SelfUpdate selfUpdate{store};
   ComingFeatures coming{store};
   StoreTabHost tabHost{store};
@@ -106,6 +110,7 @@ BrowserStore::BrowserStore(const Services& services)
       switching(topics_->switching),
       spaceSwipe(topics_->spaceSwipe),
       folders(topics_->folders),
+      downloads(topics_->downloads),
       copiedLink(topics_->copiedLink),
       commands(topics_->commands),
       target(topics_->target),
@@ -117,6 +122,7 @@ BrowserStore::BrowserStore(const Services& services)
       peek(topics_->peek),
       hibernation(topics_->hibernation),
       blocking(topics_->blocking),
+      siteSettings(topics_->siteSettings),
       selfUpdate(topics_->selfUpdate),
       coming(topics_->coming),
       settings(services.defaults),
@@ -142,10 +148,7 @@ void BrowserStore::start() {
   hibernation.startHibernating();
   coming.startMediaMonitoring();
   spaceSwipe.install();
-  services_.engine.setDownloadDelegate(services_.downloads);
-  services_.downloads->onFinish = whileAlive([this](const std::string& name) {
-    showToast(filled(_("Downloaded {name}"), {{"name", name}}));
-  });
+  downloads.start();
 }
 
 // Profiles and spaces
@@ -205,13 +208,6 @@ void BrowserStore::showUtilityWindow(UtilityWindow which) {
     case UtilityWindow::BugReport:
       return showToast(_("Reporting a bug isn’t available yet"));
   }
-}
-
-void BrowserStore::openDownloadsFolder() {
-  services_.desktop.workspace.openFile(services_.paths.downloads, whileAlive([this](bool isOpened) {
-                                         if (!isOpened)
-                                           showToast(_("The downloads folder can’t be opened"));
-                                       }));
 }
 
 void BrowserStore::focusWebView() {

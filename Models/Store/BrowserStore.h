@@ -29,6 +29,7 @@ class ComingFeatures;
 class CommandList;
 class CommandTarget;
 class CopiedLink;
+class Downloads;
 class Folders;
 class Hibernation;
 class LittleWindows;
@@ -40,6 +41,7 @@ class PickedChoices;
 class QuickBar;
 class SelfUpdate;
 class SessionFile;
+class SiteSettings;
 class SpaceEditing;
 class SpaceSwipe;
 class SpaceSwitching;
@@ -76,6 +78,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   SpaceSwitching& switching;
   SpaceSwipe& spaceSwipe;
   Folders& folders;
+  Downloads& downloads;
   CopiedLink& copiedLink;
   CommandList& commands;
   CommandTarget& target;
@@ -87,6 +90,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Peek& peek;
   Hibernation& hibernation;
   BlockingSwitches& blocking;
+  SiteSettings& siteSettings;
   SelfUpdate& selfUpdate;
   ComingFeatures& coming;
 
@@ -170,7 +174,6 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   DesktopWindow* window() const { return interface_->window(); }
   // Shows the window, or says by a toast that it is not there yet.
   void showUtilityWindow(UtilityWindow which);
-  void openDownloadsFolder();
   // Gives the keyboard to the selected tab's page on the next turn, unless someone is typing.
   void focusWebView();
   // The same at once, for the keys that are waiting already.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <utility>
 
+#include "Models/Downloads/Downloads.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageFullscreen.h"
@@ -18,6 +19,8 @@ void StoreTabHost::showToast(std::string message, ToastOptions options) {
 }
 
 DesktopWindow* StoreTabHost::window() { return store_.window(); }
+
+Settings* StoreTabHost::settings() { return &store_.settings; }
 
 // Pages
 
@@ -40,6 +43,11 @@ void StoreTabHost::willNavigate(UserContentController& controller, const URL& ad
 
 void StoreTabHost::didCommit(BrowserTab& tab) {
   if (store_.coming.hidingItemsTabID.peek() == tab.id) store_.coming.endHidingItems();
+}
+
+void StoreTabHost::didDownloadFirstPage(BrowserTab& tab) {
+  // Its view is in the middle of telling so.
+  store_.later([this, closing = tab.shared_from_this()] { store_.downloads.closeEmpty(closing); });
 }
 
 double StoreTabHost::zoom(const std::optional<URL>& address) const {

@@ -14,10 +14,12 @@ class StoreTabHost final : public TabHost {
   void scheduleSave() override;
   void showToast(std::string message, ToastOptions options) override;
   DesktopWindow* window() override;
+  Settings* settings() override;
   std::shared_ptr<UserContentController> makeUserContentController() override;
   void whenReadyToLoad(std::function<void()> load) override;
   void willNavigate(UserContentController& controller, const URL& address) override;
   void didCommit(BrowserTab& tab) override;
+  void didDownloadFirstPage(BrowserTab& tab) override;
   double zoom(const std::optional<URL>& address) const override;
   void didZoom(BrowserTab& tab, double zoom) override;
   void recordVisit(const BrowserTab& tab, const URL& address, const std::string& title) override;

@@ -189,6 +189,7 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
 
 void BrowserTab::setZoom(double zoom) {
   if (const auto& view = webView_.peek()) view->setPageZoom(zoom);
+  pageZoom = zoom;
   host()->didZoom(*this, zoom);
 }
 
@@ -213,7 +214,7 @@ void BrowserTab::applyMute() {
   if (const auto& view = webView_.peek()) view->setMuted(isMuted.peek());
 }
 
-// The rest of media, hidden items and icons: empty until these are built
+// The rest of media and hidden items: empty until these are built
 
 static Task<> nothing() { co_return; }
 Task<> BrowserTab::refreshMediaState() { return nothing(); }
@@ -222,6 +223,5 @@ void BrowserTab::enterPictureInPicture() {}
 void BrowserTab::leavePictureInPicture() {}
 void BrowserTab::applyHiddenItems(WebView&) {}
 void BrowserTab::itemWasHidden(const ScriptMessage&) {}
-void BrowserTab::loadFavicon(WebView&) {}
 
 }  // namespace orvel

@@ -98,15 +98,19 @@ void BrowserTab::decidePolicyForResponse(WebView&, const NavigationResponse& res
 
 void BrowserTab::didBecomeDownload(WebView&, std::shared_ptr<Download> download) {
   download->setDelegate(services_.downloads);
+  if (!hasPage_) host()->didDownloadFirstPage(*this);
 }
 
 void BrowserTab::didCommit(WebView& view) {
+  hasPage_ = true;
   const double zoom = host()->zoom(view.url());
   if (view.pageZoom() != zoom) view.setPageZoom(zoom);
+  pageZoom = zoom;
   pageDidChange();
   visit_.reset();
   suppliedAddress_.reset();
   panels.pageDidChange();
+  permissions.pageDidChange();
   mediaFrames_.clear();
   if (isMuted.peek()) applyMute();
   host()->didCommit(*this);
@@ -118,7 +122,10 @@ void BrowserTab::didFinish(WebView& view) {
   sync(view);
   applyHiddenItems(view);
   visit_.record(view);
-  loadFavicon(view);
+  // A page that stands in for another has no icon.
+  if (view.committedOrigin())
+    services_.scheduler.start(TabIcon::load(weak_from_this(), webView_.peek(), services_.favicons))
+        .detach();
 }
 
 void BrowserTab::didReceiveAuthenticationChallenge(

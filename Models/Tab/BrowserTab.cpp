@@ -20,6 +20,7 @@ BrowserTab::BrowserTab(const Services& services, Values values)
       url(std::move(values.url)),
       pinnedURL(std::move(values.pinnedURL)),
       panels(*this, services, applications_),
+      permissions(*this),
       lastActiveAt(values.lastActiveAt),
       pageState(services.files.files(), services.paths.tabState(id), values.stateFile),
       services_(services),
@@ -151,6 +152,9 @@ void BrowserTab::observe(WebView& view) {
     if (const auto tab = weak.lock()) tab->isBlank = view.isBlank();
   }));
   isBlank = view.isBlank();
+  observations_.push_back(view.observe(Capture, [weak = weak_from_this(), &view] {
+    if (const auto tab = weak.lock()) tab->permissions.follow(view);
+  }));
   observations_.push_back(view.observe(IsResponsive, [weak = weak_from_this(), &view] {
     if (const auto tab = weak.lock()) tab->panels.followResponsiveness(view);
   }));
@@ -177,6 +181,7 @@ void BrowserTab::teardown() {
   observations_.clear();
   host()->willTearDown(*this);
   panels.teardown();
+  permissions.pageDidChange();
   view->stopLoading();
   view->pauseAllMediaPlayback();
   view->setNavigationDelegate(nullptr);
@@ -184,6 +189,7 @@ void BrowserTab::teardown() {
   view->removeFromParent();
   webView_ = nullptr;
   contentController_ = nullptr;
+  hasPage_ = false;
   mediaFrames_.clear();
   thumbnail = nullptr;
   isPlayingMedia = false;

@@ -15,6 +15,7 @@
 #include "Models/Tab/CrashRule.h"
 #include "Models/Tab/OtherApplications.h"
 #include "Models/Tab/PagePanels.h"
+#include "Models/Tab/PagePermissions.h"
 #include "Models/Tab/PageQuestions.h"
 #include "Models/Tab/PageState.h"
 #include "Models/Tab/PageVisit.h"
@@ -63,11 +64,14 @@ class BrowserTab final : public NavigationDelegate,
   Published<ImageRef, BrowserTab> thumbnail;
   Observable<bool> isPlayingMedia = false;
   Observable<bool> isMuted = false;
+  Published<double, BrowserTab> pageZoom = 1.0;  // 1 is actual size
   // The view has yet to draw its first page.
   Published<bool, BrowserTab> isBlank = false;
   // What the page asks, and what is asked about it.
   PageQuestions questions;
   PagePanels panels;
+  // What the page may use of the machine.
+  PagePermissions permissions;
   // Grows when the view is replaced in place, so that the interface drops its host of the old one.
   Published<int, BrowserTab> webViewRevision = 0;
   std::optional<Date> lastActiveAt;  // when it was last selected
@@ -173,7 +177,6 @@ class BrowserTab final : public NavigationDelegate,
   void writePDF(const std::filesystem::path& file);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
-  void loadFavicon(WebView& view);
   void applyMute();
   void itemWasHidden(const ScriptMessage& message);
   void applyHiddenItems(WebView& view);
@@ -195,6 +198,8 @@ class BrowserTab final : public NavigationDelegate,
   // The last address that was loaded in place of one with tracking parameters, until a page
   // finishes.
   std::optional<URL> lastStrippedURL_;
+  // The view has committed a page.
+  bool hasPage_ = false;
   std::vector<FrameInfo> mediaFrames_;
   TabIcon icon_;
   PageVisit visit_{*this};

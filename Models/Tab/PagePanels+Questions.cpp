@@ -45,7 +45,7 @@ void PagePanels::askAboutUnresponsivePage() {
   const auto& address = tab_.url.peek();
   unresponsiveQuestion_ = tab_.questions.ask(
       {.voice = PageQuestion::Voice::Program,
-       .symbol = "hourglass",
+       .symbols = {"hourglass"},
        .alert = {.messageText =
                      filled(_("{site} isn’t answering"),
                             {{"site", address ? displayHost(*address) : _("This page")}}),

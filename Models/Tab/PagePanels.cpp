@@ -128,7 +128,7 @@ void PagePanels::signIn(const WebView& view, const AuthenticationChallenge& chal
     explanation += " " + std::string(_("Your password will be sent unencrypted."));
   if (!challenge.realm.empty()) explanation += "\n" + quoted(bounded(challenge.realm));
   tab_.questions.ask({.voice = PageQuestion::Voice::Program,
-                      .symbol = "lock.fill",
+                      .symbols = {"lock.fill"},
                       .alert = {.messageText = challenge.host,
                                 .informativeText = std::move(explanation),
                                 .buttons = {_("OK"), _("Cancel")},
@@ -142,20 +142,19 @@ void PagePanels::signIn(const WebView& view, const AuthenticationChallenge& chal
                      });
 }
 
-void PagePanels::denyDevice(const std::string& message,
-                            std::function<void(PermissionDecision)> answer) {
-  tab_.host()->showToast(message, {});
-  answer(PermissionDecision::Deny);
-}
-
-void PagePanels::requestMediaCapturePermission(WebView&, const std::string&, CaptureDeviceType,
+void PagePanels::requestMediaCapturePermission(WebView& view, const std::string& originHost,
+                                               CaptureDeviceType type,
                                                std::function<void(PermissionDecision)> answer) {
-  denyDevice(_("Camera and microphone aren’t available yet"), std::move(answer));
+  using enum PageDevice;
+  const auto devices = type == CaptureDeviceType::Camera       ? std::vector{Camera}
+                       : type == CaptureDeviceType::Microphone ? std::vector{Microphone}
+                                                               : std::vector{Camera, Microphone};
+  tab_.permissions.decidePermission(view, originHost, devices, std::move(answer));
 }
 
-void PagePanels::requestGeolocationPermission(WebView&, const std::string&,
+void PagePanels::requestGeolocationPermission(WebView& view, const std::string& originHost,
                                               std::function<void(PermissionDecision)> answer) {
-  denyDevice(_("Your location isn’t available yet"), std::move(answer));
+  tab_.permissions.decidePermission(view, originHost, {PageDevice::Location}, std::move(answer));
 }
 
 void PagePanels::fullscreenDidChange(WebView&, bool isFullscreen) {

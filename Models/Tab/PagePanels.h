@@ -65,7 +65,6 @@ class PagePanels final : public UIDelegate {
 
  private:
   void showScriptDialog(const WebView& view, Alert alert, PageQuestions::Answer answer);
-  void denyDevice(const std::string& message, std::function<void(PermissionDecision)> answer);
   void askAboutUnresponsivePage();
   static Task<> askAgain(std::weak_ptr<BrowserTab> tab, PagePanels& panels);
   void stopUnresponsivePage();

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "Base/Observable.h"
 #include "Desktop/Dialogs.h"
@@ -18,8 +19,11 @@ struct PageQuestion {
 
   uint64_t id = 0;
   Voice voice = Voice::Page;
-  std::string symbol;  // of the program's questions; may be empty
+  std::vector<std::string> symbols;  // of the program's questions; may be empty
   Alert alert;
+  // A page that has the keyboard keeps it: nobody has asked for the question, and a key on its way
+  // to the page must not answer it.
+  bool leavesKeyboard = false;
   // The button that Escape means; absent: the last one.
   std::optional<size_t> escape;
 

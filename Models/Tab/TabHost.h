@@ -14,6 +14,8 @@
 
 namespace orvel {
 
+class Settings;
+
 // What a tab asks of its surroundings. What this class answers by itself is what a tab learns whose
 // surroundings have gone.
 class TabHost {
@@ -28,6 +30,9 @@ class TabHost {
   // What the tab's panels stand over; null without one.
   virtual DesktopWindow* window() { return nullptr; }
 
+  // What the user has chosen; null without a store.
+  virtual Settings* settings() { return nullptr; }
+
   // Pages.
   // What a new view's pages are blocked by; null: nothing.
   virtual std::shared_ptr<UserContentController> makeUserContentController() { return nullptr; }
@@ -36,6 +41,8 @@ class TabHost {
   // A main frame that `controller` blocks for goes to the address.
   virtual void willNavigate(UserContentController& /*controller*/, const URL& /*address*/) {}
   virtual void didCommit(BrowserTab& /*tab*/) {}
+  // What was to be the first page of the tab's view is downloaded: the tab has nothing to show.
+  virtual void didDownloadFirstPage(BrowserTab& /*tab*/) {}
   // 1 is actual size.
   virtual double zoom(const std::optional<URL>& /*address*/) const { return 1; }
   // The user has chosen a zoom.

@@ -75,6 +75,7 @@ bool isConnectionProblem(const LoadError& error) {
     case Cancelled:
     case PolicyInterrupted:
     case BadCertificate:
+    case DiskFull:
     case Other:
       return false;
   }

@@ -18,25 +18,47 @@ std::optional<ImageRef> FaviconStore::knownImage(std::string_view host) const {
   return misses_.contains(key) ? std::optional<ImageRef>(nullptr) : std::nullopt;
 }
 
-Task<ImageRef> FaviconStore::image(Scheduler& scheduler, std::string host) {
+Task<ImageRef> FaviconStore::image(std::string host) {
   if (auto known = knownImage(host)) co_return std::move(*known);
   auto reading =
-      background(scheduler, [&files = files_, path = file(host)] { return read(files, path); });
+      background(scheduler_, [&files = files_, path = file(host)] { return read(files, path); });
   ImageRef image = co_await std::move(reading);
   remember(host, image);
   co_return image;
 }
 
+Task<ImageRef> FaviconStore::fetch(URL url, std::string host, Memory memory) {
+  constexpr Duration kTimeout = 30s;
+  if (!session_) session_ = makeSession_();
+  auto fetching = orvel::fetch(*session_, url, {.timeout = kTimeout, .mostBytes = kMaxFile});
+  HTTPAnswer answer = co_await std::move(fetching);
+  if (!answer.isOK()) co_return nullptr;
+  const bool isRemembered = memory == Memory::Remembers;
+  auto decoding = background(scheduler_,
+                             [&files = files_, bytes = std::move(answer.body), path = file(host),
+                              isRemembered]() -> ImageRef {
+                               ImageRef image = Image::decodeIcon(bytes, kSide);
+                               // An icon that cannot be kept is fetched again.
+                               if (image && isRemembered) writeAtomically(files, path, bytes);
+                               return image;
+                             });
+  ImageRef image = co_await std::move(decoding);
+  if (image && isRemembered) remember(host, image);
+  co_return image;
+}
+
 ImageRef FaviconStore::read(FileSystem& files, const std::filesystem::path& file) {
   const auto bytes = files.read(file, kMaxFile).bytes;
-  return bytes ? Image::decode(*bytes, kMaxSide) : nullptr;
+  return bytes ? Image::decodeIcon(*bytes, kSide) : nullptr;
 }
 
 void FaviconStore::remember(const std::string& host, const ImageRef& image) {
-  if (image)
-    memory_.emplace(host, image);
-  else
+  if (!image) {
     misses_.insert(host);
+    return;
+  }
+  misses_.erase(host);
+  memory_.insert_or_assign(host, image);
 }
 
 std::filesystem::path FaviconStore::file(std::string_view host) const {

@@ -125,7 +125,8 @@ std::optional<std::string> manifestOf(int bundle) {
 FileDescriptor openBundle(const std::filesystem::path& app) {
   constexpr int kFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
   FileDescriptor bundle(open(app.c_str(), kFolder));
-  const FileDescriptor contents(bundle ? openat(bundle.get(), "Contents", kFolder) : -1);
+  const int number = bundle ? openat(bundle.get(), "Contents", kFolder) : -1;  // no text
+  const FileDescriptor contents(number);
   return contents ? std::move(bundle) : FileDescriptor();
 }
 

@@ -16,7 +16,6 @@ namespace {
 using test::MemoryFileSystem;
 using test::VirtualScheduler;
 using testing::ElementsAre;
-using testing::Pair;
 using Fault = MemoryFileSystem::Fault;
 
 constexpr auto kFile = "/data/Orvel/session.json";
@@ -101,17 +100,6 @@ TEST_F(FileWriterTest, WhatBelongsTogetherFailsTogether) {
   scheduler.settle();
   EXPECT_THAT(log, ElementsAre("one failed", "two failed"));
   EXPECT_THAT(disk->contents(), testing::IsEmpty());
-}
-
-TEST_F(FileWriterTest, RemovesInOrderWithWrites) {
-  writer.write(kFile, "one");
-  writer.remove(kFile);
-  scheduler.settle();
-  EXPECT_FALSE(disk->exists(kFile));
-  writer.remove(kFile);
-  writer.write(kFile, "two");
-  scheduler.settle();
-  EXPECT_EQ(disk->read(kFile, 100).bytes, "two");
 }
 
 TEST_F(FileWriterTest, AFaultAtAnyStepLeavesTheOldFileOrTheNewOne) {

@@ -95,22 +95,6 @@ TEST_F(ObservableTest, EffectsRunInTheOrderOfTheirCreationUnlessTheyAreGone) {
   EXPECT_THAT(ran(), ElementsAre());
 }
 
-struct SameParity {
-  bool operator()(int a, int b) const { return a % 2 == b % 2; }
-};
-
-TEST_F(ObservableTest, StoresAnEqualValueAndTellsNobody) {
-  Observable<int, SameParity> value = 1;
-  const Effect watch = counted([&] { value.get(); });
-  EXPECT_FALSE(value.set(3));
-  scheduler.turn();
-  EXPECT_EQ(runs, 1);
-  EXPECT_EQ(value.peek(), 3);
-  EXPECT_TRUE(value.set(4));
-  scheduler.turn();
-  EXPECT_EQ(runs, 2);
-}
-
 TEST_F(ObservableTest, CatchesAWriteFromAnEffectUnlessUntracked) {
   Observable<int> a = 0;
   Observable<int> b = 0;

@@ -50,23 +50,6 @@ TEST_F(TaskTest, BeginsOnTheNextTurnInTheOrderOfStartingAfterTheFlush) {
   EXPECT_THAT(log, ElementsAre("task", "effect 3"));
 }
 
-Task<> replaceOwnHandle(VirtualScheduler& scheduler, TaskHandle& own, Lines& log) {
-  own = scheduler.start(say(log, "replacement"));
-  log.push_back("still running");
-  const bool cancelled = co_await isCancelled();
-  log.push_back(cancelled ? "cancelled" : "not cancelled");
-  const auto slept = co_await sleep(1s);
-  log.push_back(slept == SleepResult::Cancelled ? "sleep cancelled" : "slept");
-}
-
-TEST_F(TaskTest, ReplacesItsOwnHandle) {
-  TaskHandle own;
-  own = scheduler.start(replaceOwnHandle(scheduler, own, log));
-  scheduler.settle();
-  EXPECT_THAT(log, ElementsAre("still running", "cancelled", "replacement", "sleep cancelled"));
-  EXPECT_EQ(scheduler.liveTaskCount(), 0u);
-}
-
 TEST_F(TaskTest, AnswersACancelledSleepOnTheNextTurn) {
   auto handle = scheduler.start(sayAfter(log, "sleep", 1h));
   scheduler.settle();

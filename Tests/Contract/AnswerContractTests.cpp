@@ -11,7 +11,7 @@ using Kind = Site::Kind;
 
 struct AnswerContract : EngineContract {
   AnswerContract() {
-    stage->put("http://page.test/", {.title = "Page", .frames = {"http://inner.test/"}});
+    stage->put("http://page.test/", {.title = "Page"});
     stage->put("http://cookie.test/", {.title = "Cookie", .storesData = true});
     stage->put("http://inner.test/", {.title = "Inner"});
     stage->put("http://files.test/data.bin", {.kind = Kind::File});
@@ -66,61 +66,6 @@ TEST_P(AnswerContract, APromiseOfAPageThatIsLeftHasFailed) {
   go(*view, "http://inner.test/");
   EXPECT_TRUE(until([&] { return result.has_value(); }));
   EXPECT_FALSE(result.value_or(ScriptResult{"1", ""}).value);
-}
-
-TEST_P(AnswerContract, ScriptsAreApartByWorldAndByFrameAndMessagesSayWhichFrame) {
-  const auto client = ContentWorld::defaultClient();
-  const auto controller = engine.makeUserContentController();
-  std::vector<ScriptMessage> messages;
-  const auto note = [&](const ScriptMessage& message) { messages.push_back(message); };
-  controller->addScriptMessageHandler("probe", client, [](const auto&) { FAIL() << "replaced"; });
-  controller->addScriptMessageHandler("probe", client, note);
-  controller->addScriptMessageHandler("open", ContentWorld::page(), note);
-  controller->addUserScript({.source = "gone = 1", .world = client});
-  controller->removeAllUserScripts();
-  controller->addUserScript({.source = "mark = location.host", .world = client});
-  controller->addUserScript(
-      {.source = "webkit.messageHandlers.probe.postMessage(location.host)", .world = client});
-  controller->addUserScript(
-      {.source = "mainOnly = 1", .frames = UserScript::Frames::MainOnly, .world = client});
-  const auto view = shown("http://page.test/", {.userContentController = controller});
-  ASSERT_TRUE(until([&] { return messages.size() == 2; }));
-  std::ranges::sort(messages, {}, [](const auto& message) { return !message.frame.isMainFrame; });
-  const FrameInfo inner = messages[1].frame;
-  EXPECT_EQ(messages[0].frame.securityOriginHost, "page.test");
-  EXPECT_EQ(messages[0].body, "\"page.test\"");
-  EXPECT_EQ(inner.securityOriginHost, "inner.test");
-  EXPECT_FALSE(inner.isMainFrame);
-  EXPECT_NE(messages[0].frame.id, inner.id);
-
-  const auto valueOf = [&](const std::string& script, const ContentWorld& world,
-                           const std::optional<FrameInfo>& frame) {
-    return evaluate(*view, script, world, frame).value;
-  };
-  EXPECT_EQ(valueOf("mark", client, {}), "\"page.test\"");
-  EXPECT_EQ(valueOf("mark", client, inner), "\"inner.test\"");
-  EXPECT_EQ(valueOf("location.host", ContentWorld::page(), inner), "\"inner.test\"");
-  EXPECT_EQ(valueOf("own = 2", ContentWorld::page(), inner), "2");
-  for (const auto& [script, world, frame] :
-       std::vector<std::tuple<std::string, ContentWorld, std::optional<FrameInfo>>>{
-           {"mark", ContentWorld::page(), {}},
-           {"mark", ContentWorld::hiddenItems(), inner},
-           {"own", ContentWorld::page(), {}},
-           {"own", client, inner},
-           {"gone", client, {}},
-           {"mainOnly", client, inner}}) {
-    const ScriptResult result = evaluate(*view, script, world, frame);
-    EXPECT_EQ(result.value, std::nullopt) << script;
-    EXPECT_THAT(result.error, testing::HasSubstr(script)) << "what was thrown";
-  }
-  evaluate(*view, "webkit.messageHandlers.probe.postMessage(4)");
-  evaluate(*view, "webkit.messageHandlers.open.postMessage(5)");
-  ASSERT_TRUE(until([&] { return messages.size() == 3; }));
-  EXPECT_EQ(messages[2].body, "5") << "the other handler is out of the page's reach";
-  EXPECT_FALSE(messages[2].frame.isMainFrame) << "the page's own word is not believed";
-  go(*view, "http://inner.test/");
-  EXPECT_TRUE(until([&] { return delegate.finishes == 2; }));
-  EXPECT_FALSE(evaluate(*view, "mark", client, inner).value) << "the frame is gone";
 }
 
 TEST_P(AnswerContract, WhatPlaysCanBeFollowedAndIsOverWithThePage) {

@@ -23,7 +23,6 @@ struct Site {
   enum class Kind { Page, Refused, Torn, Silent, File };
   std::string title;
   Kind kind = Kind::Page;
-  std::vector<std::string> frames = {};
   // It leaves a cookie.
   bool storesData = false;
 };
@@ -41,6 +40,8 @@ class EngineStage {
   // Turns the loop for a while: only to show that something does not happen.
   virtual void pass() = 0;
 
+  // Puts the view on screen.
+  virtual void show(WebView& view) = 0;
   // What pages do.
   virtual void hang(WebView& view) = 0;
   virtual void crash(WebView& view) = 0;
@@ -93,6 +94,10 @@ class DesktopStage {
   virtual bool until(const std::function<bool()>& condition) = 0;
   virtual void pass() = 0;
 
+  // Answers the file panel on screen; absent cancels it.
+  virtual void chooseFile(const std::optional<std::filesystem::path>& file) = 0;
+  virtual void focusField() = 0;
+  virtual void runShortOfMemory() = 0;
   // Answers the alert on screen by its button of this number.
   virtual void choose(size_t button) = 0;
   // Takes the dialog on screen away, without a choice.

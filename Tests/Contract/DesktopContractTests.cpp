@@ -49,11 +49,31 @@ TEST_P(DesktopContract, AnAlertIsAnsweredOnceOnALaterTurn) {
 
 TEST_P(DesktopContract, AWindowIsShownAndHidden) {
   DesktopWindow& window = stage->window();
-  window.hide();
-  EXPECT_FALSE(window.isVisible());
-  EXPECT_TRUE(until([&] { return !window.isActive(); }));
-  window.present();
-  EXPECT_TRUE(window.isVisible());
+  for (const bool isClosed : {false, true}) {
+    isClosed ? window.close() : window.hide();
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_TRUE(until([&] { return !window.isActive(); }));
+    window.present();
+    EXPECT_TRUE(window.isVisible());
+  }
+  EXPECT_FALSE(window.isMinimized() || window.isFullscreen());
+  for (const auto appearance : {WindowAppearance::Dark, WindowAppearance::Auto}) {
+    window.setAppearance(appearance);
+    EXPECT_EQ(window.appearance(), appearance);
+  }
+  EXPECT_FALSE(window.isTextEditorFocused());
+  window.edit(EditingCommand::Paste);
+  stage->focusField();
+  EXPECT_TRUE(until([&] { return window.isTextEditorFocused(); }));
+}
+
+TEST_P(DesktopContract, ShortMemoryIsToldAsLongAsSomebodyListens) {
+  int events = 0;
+  auto listening = desktop.memoryPressure.observe([&] { ++events; });
+  for (int again = 0; again < 2; ++again) stage->runShortOfMemory();
+  listening.invalidate();
+  stage->runShortOfMemory();
+  EXPECT_EQ(events, 2);
 }
 
 TEST_P(DesktopContract, OperationsThatTheDesktopCannotDoAnswerToo) {
@@ -64,9 +84,11 @@ TEST_P(DesktopContract, OperationsThatTheDesktopCannotDoAnswerToo) {
   desktop.hotKeys.registerSpace(
       {.control = true, .alt = true}, [] {}, [&](const auto&) { answers.emplace_back("key"); });
   desktop.systemSearch.deleteDomain("tabs", [&] { answers.emplace_back("search"); });
+  desktop.systemSearch.deleteItems({"tab"}, [&] { answers.emplace_back("search"); });
   desktop.systemSearch.index({}, [&] { answers.emplace_back("search"); });
   EXPECT_THAT(answers, testing::IsEmpty()) << "a later turn";
-  EXPECT_TRUE(until([&] { return answers.size() == 5; })) << testing::PrintToString(answers);
+  EXPECT_TRUE(until([&] { return answers.size() == 6; })) << testing::PrintToString(answers);
+  EXPECT_FALSE(desktop.workspace.applicationToOpen(*URL::parse("nobody-opens:x")));
 }
 
 // The monitors, and what reaches the window behind them.
@@ -154,8 +176,36 @@ TEST_P(EventContract, AMonitorMayEndItselfAndInstallAnother) {
   EXPECT_THAT(after([&] { stage->press("a"); }, 1), ElementsAre("new Key"));
 }
 
+// The last: the toolkit's own panel keeps the keyboard for some seconds after it has gone.
+struct PanelContract : DesktopContract {};
+
+TEST_P(PanelContract, AFilePanelIsAnsweredOnceOnALaterTurn) {
+  using File = std::optional<std::filesystem::path>;
+  std::vector<File> answers;
+  const auto note = [&](const File& file) { answers.push_back(file); };
+  const std::pair<std::function<void()>, File> cases[] = {
+      {[&] { desktop.dialogs.showSavePanel(&stage->window(), {.proposedName = "a.pdf"}, note); },
+       {}},
+      {[&] {
+         desktop.dialogs.showOpenPanel(&stage->window(), {.title = "Open"}, [&](const auto& files) {
+           note(files ? File(files->at(0)) : std::nullopt);
+         });
+       },
+       "/etc/hostname"}};
+  for (const auto& [show, chosen] : cases) {
+    answers.clear();
+    show();
+    EXPECT_TRUE(answers.empty());
+    stage->chooseFile(chosen);
+    EXPECT_TRUE(until([&] { return !answers.empty(); }));
+    stage->pass();
+    EXPECT_THAT(answers, ElementsAre(chosen));
+  }
+}
+
 ORVEL_BOTH(DesktopContract);
 ORVEL_BOTH(EventContract);
+ORVEL_BOTH(PanelContract);
 
 }  // namespace
 }  // namespace orvel::test

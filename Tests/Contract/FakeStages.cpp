@@ -24,7 +24,7 @@ class FakeEngineStage final : public EngineStage {
   void put(const std::string& url, const Site& site) override {
     using Kind = Site::Kind;
     using Load = FakePage::Load;
-    FakePage page{.title = site.title, .frames = site.frames, .storesData = site.storesData};
+    FakePage page{.title = site.title, .storesData = site.storesData};
     page.load = site.kind == Kind::Refused  ? Load::Fail
                 : site.kind == Kind::Torn   ? Load::BreakOff
                 : site.kind == Kind::Silent ? Load::Wait
@@ -37,6 +37,11 @@ class FakeEngineStage final : public EngineStage {
     return moveUntil(scheduler_, condition);
   }
   void pass() override { scheduler_.advance(1s); }
+  void show(WebView& view) override {
+    auto& fake = static_cast<FakeWebView&>(view);
+    fake.isOnScreen = true;
+    fake.place = {.width = 800, .height = 600};
+  }
   void hang(WebView& view) override { static_cast<FakeWebView&>(view).isHung = true; }
   void crash(WebView& view) override { static_cast<FakeWebView&>(view).die(); }
   void play(WebView& view) override { static_cast<FakeWebView&>(view).play({.audio = true}); }
@@ -57,6 +62,15 @@ class FakeDesktopStage final : public DesktopStage {
     return moveUntil(scheduler_, condition);
   }
   void pass() override { scheduler_.advance(1s); }
+  void chooseFile(const std::optional<std::filesystem::path>& file) override {
+    desktop_.chosenDestination = file;
+    desktop_.chosenFiles.reset();
+    if (file) desktop_.chosenFiles = {{*file}};
+  }
+  void focusField() override { window_.isEditing = true; }
+  void runShortOfMemory() override {
+    if (desktop_.memoryIsShort) desktop_.memoryIsShort();
+  }
   void choose(size_t button) override {
     AlertAnswer answer{.button = button};
     for (const auto& field : desktop_.alerts.back().alert.fields)

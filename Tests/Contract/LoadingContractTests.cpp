@@ -161,6 +161,26 @@ TEST_P(LoadingContract, AProcessThatDiesIsToldOfAndOneThatIsEndedIsNot) {
   EXPECT_TRUE(until([&] { return view->title() == "One" && delegate.finishes == 3; }));
 }
 
+TEST_P(LoadingContract, AViewStandsWhereItIsPutAndKeepsItsZoom) {
+  const auto view = shown("http://one.test/");
+  EXPECT_EQ(view->estimatedProgress(), 1);
+  EXPECT_TRUE(view->isResponsive());
+  EXPECT_FALSE(view->isInWindow() || view->holdsPoint(400, 300));
+  stage->show(*view);
+  EXPECT_TRUE(until([&] { return view->holdsPoint(400, 300) && !view->isBlank(); }));
+  EXPECT_FALSE(view->holdsPoint(-1, 10) || view->holdsPoint(10, 5000));
+  view->exitFullscreen();  // nothing fills the screen
+  view->setPageZoom(1.5);
+  go(*view, "http://two.test/");
+  EXPECT_TRUE(until([&] { return delegate.finishes == 2; }));
+  EXPECT_EQ(view->pageZoom(), 1.5);
+  bool mayClose = false;
+  view->requestClose([&](bool may) { mayClose = may; });
+  EXPECT_TRUE(mayClose) << "within the call, as nothing is guarded";
+  view->removeFromParent();
+  EXPECT_FALSE(view->isInWindow());
+}
+
 TEST_P(LoadingContract, TheWayBackIsKeptAsBytes) {
   std::string state;
   {

@@ -17,7 +17,6 @@ class RealEngineStage final : public EngineStage, RealEngine {
     if (site.kind == Site::Kind::Refused)
       return server.refuse(std::string(URL::parse(url)->host().value_or("")), 80);
     ServedPage page{.body = "<title>" + site.title + "</title><body>"};
-    for (const auto& frame : site.frames) page.body += "<iframe src='" + frame + "'></iframe>";
     if (site.storesData) page.headers["Set-Cookie"] = "k=v; Max-Age=99999";
     if (site.kind == Site::Kind::Silent) page.delay = 60;
     if (site.kind == Site::Kind::Torn) {
@@ -29,7 +28,8 @@ class RealEngineStage final : public EngineStage, RealEngine {
     server.serve(url, page);
   }
   bool until(const std::function<bool()>& condition) override { return eventually(condition, 15s); }
-  void pass() override { turnFor(300ms); }
+  void pass() override { turnFor(150ms); }
+  void show(WebView& view) override { RealEngine::show(view); }
   void hang(WebView& view) override {
     evaluate(view, "setTimeout(() => { for (;;); }); 1");
     turnFor(100ms);
@@ -39,7 +39,7 @@ class RealEngineStage final : public EngineStage, RealEngine {
   }
   void play(WebView& view) override {
     // What was never on screen plays nothing.
-    if (!view.isInWindow()) show(view);
+    if (!view.isInWindow()) RealEngine::show(view);
     evaluate(view, kSound);
   }
   std::filesystem::path folder() const override { return RealEngine::folder.path; }
@@ -49,6 +49,7 @@ class RealDesktopStage final : public DesktopStage {
  public:
   RealDesktopStage() {
     gtk_window_set_default_size(native(), 400, 300);
+    gtk_window_set_hide_on_close(native(), TRUE);
     gtk_window_set_child(native(), content_);
     auto* watcher = gtk_event_controller_legacy_new();
     gtk_widget_set_focusable(content_, TRUE);
@@ -79,11 +80,32 @@ class RealDesktopStage final : public DesktopStage {
   Desktop desktop() override { return desktop_.desktop(); }
   DesktopWindow& window() override { return window_; }
   bool until(const std::function<bool()>& condition) override { return eventually(condition); }
-  void pass() override { turnFor(300ms); }
-  void choose(size_t button) override {
-    adw_message_dialog_response(ADW_MESSAGE_DIALOG(dialog()), std::to_string(button).c_str());
+  void pass() override { turnFor(150ms); }
+  void chooseFile(const std::optional<std::filesystem::path>& file) override {
+    eventually([] { return dialog(GTK_TYPE_FILE_CHOOSER_DIALOG) != nullptr; });
+    auto* chooser = GTK_FILE_CHOOSER(dialog(GTK_TYPE_FILE_CHOOSER_DIALOG));
+    const auto path = GRef<GFile>::adopt(g_file_new_for_path(file.value_or("/nowhere").c_str()));
+    if (file) gtk_file_chooser_set_file(chooser, path.get(), nullptr);
+    const auto isChosen = [&] {
+      const auto chosen = GRef<GFile>::adopt(gtk_file_chooser_get_file(chooser));
+      return chosen && g_file_equal(chosen.get(), path.get());
+    };
+    if (file) eventually(isChosen);
+    gtk_dialog_response(GTK_DIALOG(chooser), file ? GTK_RESPONSE_ACCEPT : GTK_RESPONSE_CANCEL);
   }
-  void dismiss() override { gtk_window_destroy(GTK_WINDOW(dialog())); }
+  void focusField() override {
+    gtk_window_set_child(native(), gtk_entry_new());
+    gtk_widget_grab_focus(gtk_window_get_child(native()));
+  }
+  void runShortOfMemory() override {
+    const auto monitor = GRef<GMemoryMonitor>::adopt(g_memory_monitor_dup_default());
+    g_signal_emit_by_name(monitor.get(), "low-memory-warning", G_MEMORY_MONITOR_WARNING_LEVEL_LOW);
+  }
+  void choose(size_t button) override {
+    adw_message_dialog_response(ADW_MESSAGE_DIALOG(dialog(ADW_TYPE_MESSAGE_DIALOG)),
+                                std::to_string(button).c_str());
+  }
+  void dismiss() override { gtk_window_destroy(dialog(ADW_TYPE_MESSAGE_DIALOG)); }
   void press(const std::string& keys) override { run({"xdotool", "key", keys}); }
   void click(double x, double y) override {
     run({"xdotool", "mousemove", "--window", std::to_string(xid()), std::to_string(int(x)),
@@ -96,13 +118,14 @@ class RealDesktopStage final : public DesktopStage {
   unsigned long xid() const {
     return gdk_x11_surface_get_xid(gtk_native_get_surface(GTK_NATIVE(native())));
   }
-  static GtkWidget* dialog() {
-    auto* all = gtk_window_get_toplevels();
-    for (guint i = g_list_model_get_n_items(all); i-- > 0;) {
-      const auto one = GRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(all, i)));
-      if (ADW_IS_MESSAGE_DIALOG(one.get())) return GTK_WIDGET(one.get());
-    }
-    return nullptr;
+  // The program's latest window of this type; null without one.
+  static GtkWindow* dialog(GType type) {
+    GtkWindow* found = nullptr;
+    GList* windows = gtk_window_list_toplevels();
+    for (GList* one = windows; one && !found; one = one->next)
+      if (G_TYPE_CHECK_INSTANCE_TYPE(one->data, type)) found = GTK_WINDOW(one->data);
+    g_list_free(windows);
+    return found;
   }
   static void run(const std::vector<std::string>& command) {
     std::vector<const char*> words;

@@ -65,8 +65,7 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   }
 
   std::shared_ptr<WebView> createWebView(WebView&, const WebViewConfiguration& configuration,
-                                         const NavigationAction& action) override {
-    windowRequests.push_back(action);
+                                         const NavigationAction&) override {
     return makeWindow ? makeWindow(configuration) : nullptr;
   }
   void webViewDidClose(WebView&) override { ++closes; }
@@ -126,7 +125,6 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   std::vector<LoadError> errors;  // before the commit
   std::vector<LoadError> breaks;  // after it
   std::vector<AuthenticationChallenge> challenges;
-  std::vector<NavigationAction> windowRequests;
   std::vector<std::string> panels;
   int commits = 0;
   int finishes = 0;

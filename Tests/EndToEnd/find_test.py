@@ -1,12 +1,9 @@
 #!/usr/bin/env python3
 """Finding again: a word in the page, a page in the history. By keyboard alone."""
 
-import pathlib
-import sys
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import EndToEndTest, eventually
 
 
 class FindTest(EndToEndTest):

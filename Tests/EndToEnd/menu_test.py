@@ -1,13 +1,10 @@
 #!/usr/bin/env python3
 """The main menu and the keys, as they are pressed."""
 
-import pathlib
-import sys
 import time
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import EndToEndTest, eventually
 
 MENUS = ["File", "Edit", "View", "History", "Tabs", "Spaces", "Window", "Help"]
 

@@ -1,13 +1,10 @@
 #!/usr/bin/env python3
 """Pages that ask, that guard what was entered, that hang and that fill the screen, from outside."""
 
-import pathlib
 import subprocess
-import sys
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import EndToEndTest, eventually  # noqa: E402
+from orvel_kit import EndToEndTest, eventually
 
 PAGES = {
     "loop": "<title>Loop</title><script>onload = () => {"

@@ -7,9 +7,7 @@ import subprocess
 import sys
 import unittest
 
-KIT = pathlib.Path(__file__).resolve().parent.parent / "Kit"
-sys.path.insert(0, str(KIT))
-from orvel_kit import BUILD, PROGRAM, ROOT, EndToEndTest, eventually  # noqa: E402
+from orvel_kit import BUILD, KIT, PROGRAM, ROOT, EndToEndTest, eventually
 
 SKIPPED = 77  # what ctest takes for a skipped test
 OFF = "WEBKIT_DISABLE_SANDBOX_THIS_IS_DANGEROUS"

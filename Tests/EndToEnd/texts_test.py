@@ -1,15 +1,12 @@
 """The program in a made-up language: whatever a person reads has been looked up."""
 
 import os
-import pathlib
 import re
 import subprocess
-import sys
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-import orvel_kit  # noqa: E402
-from orvel_kit import BUILD, ROOT, EndToEndTest, eventually  # noqa: E402
+import orvel_kit
+from orvel_kit import BUILD, ROOT, EndToEndTest, eventually
 
 # What is nobody's to translate: keys, names of things, what pages and people wrote.
 OWN = re.compile(r"\d+:\d+.*|[Oo]rvel|Gtk\w+|gtkmm__\w+|WebKitWebView|[A-Z]|F\d+|\W*|(Ctrl|Alt|Shift)\+.*|.*\.test.*|https?:.*|One|Personal|%s|"

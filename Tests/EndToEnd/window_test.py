@@ -1,14 +1,11 @@
 #!/usr/bin/env python3
 """The window as its user meets it: by keys, by pointer, and through the accessibility tree."""
 
-import pathlib
 import subprocess
-import sys
 import time
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "Kit"))
-from orvel_kit import Atspi, EndToEndTest, eventually  # noqa: E402
+from orvel_kit import Atspi, EndToEndTest, eventually
 
 
 class WindowTest(EndToEndTest):

@@ -10,12 +10,6 @@ namespace {
 using test::BlockingTest;
 using test::eventually;
 using test::RecordingDelegate;
-using test::ServedPage;
-using test::turnFor;
-using testing::IsEmpty;
-
-// Long enough for a request that is not blocked to arrive.
-constexpr Duration kQuiet = 300ms;
 
 // What the compiler gets
 
@@ -52,7 +46,6 @@ struct SmallListTest : BlockingTest {
   std::string seen(WebView& view, const std::string& url) {
     server.clearRequests();
     visit(view, url);
-    turnFor(kQuiet);
     std::string parts;
     if (server.requestCount("http://ads.test/ad.js")) parts += "ad ";
     if (server.requestCount("http://ads.test/allowed.js")) parts += "allowed ";
@@ -161,7 +154,6 @@ struct CompiledListTest : BlockingTest {
     server.clearRequests();
     const auto view = makeView({.userContentController = blocker->makeUserContentController()});
     visit(*view, "http://news.test/");
-    turnFor(kQuiet);
     return server.requestCount(fmt::format("http://{}.test/ad.js", host)) == 0;
   }
 };
@@ -224,18 +216,6 @@ TEST_F(CompiledListTest, IsCompiledAgainWhenItsFileIsNotWhatWasWritten) {
   start();
   EXPECT_EQ(runCount(), expectedRuns) << "unchanged lists are only loaded";
   EXPECT_TRUE(blocks("one"));
-}
-
-TEST_F(CompiledListTest, IsAnsweredOnALaterTurnHoweverSoonItWasLoaded) {
-  ship("easylist", "||one.test^\n");
-  start();
-  SealedRuleListStore store(scheduler, rules, script);
-  turnFor(kQuiet);
-  bool isAnswered = false;
-  store.lookUp(identifier(),
-               [&](const CompiledRules& found) { isAnswered = found.list != nullptr; });
-  EXPECT_FALSE(isAnswered);
-  EXPECT_TRUE(eventually([&] { return isAnswered; }));
 }
 
 TEST_F(CompiledListTest, LosesItsSealWhenReadingItThroughFindsDamage) {

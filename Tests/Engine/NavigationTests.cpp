@@ -12,7 +12,6 @@ using test::EngineTest;
 using test::eventually;
 using test::RecordingDelegate;
 using test::turnFor;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 // What the delegate is asked about the main frame, on a page with a frame that has been somewhere.
@@ -133,29 +132,6 @@ TEST_F(NavigationTest, WhatTheProgramLoadsIsKnownAtOnce) {
     step();
     EXPECT_TRUE(isKnown(name)) << name;
   }
-}
-
-TEST_F(NavigationTest, ALateRefusalKeepsThePageAlsoWhenTheAnswerTakesTime) {
-  open();
-  std::vector<PolicyHandler> open;
-  delegate.hold = [&](const NavigationAction& action, PolicyHandler answer) {
-    if (!action.targetFrame->isMainFrame) return false;
-    open.push_back(std::move(answer));
-    return true;
-  };
-  for (const auto policy : {NavigationPolicy::Cancel, NavigationPolicy::Allow}) {
-    run("location = 'http://localhost/other'");
-    ASSERT_TRUE(eventually([&] { return !open.empty(); }));
-    turnFor(200ms);
-    EXPECT_EQ(view->title(), "Here") << "the engine waits";
-    open.front()(policy);
-    open.clear();
-    if (policy == NavigationPolicy::Allow)
-      EXPECT_TRUE(eventually([&] { return view->title() == "Other"; }));
-    else
-      EXPECT_TRUE(eventually([&] { return !view->isLoading(); }));
-  }
-  EXPECT_EQ(delegate.commits, 2);
 }
 
 }  // namespace

@@ -22,11 +22,8 @@ class FakeWindow final : public DesktopWindow {
     isShown = isActiveWindow = false;
   }
   void minimize() override { ++minimizeCount; }
-  void toggleMaximized() override { ++maximizeCount; }
-  void toggleFullscreen() override {
-    ++fullscreenCount;
-    isFull = !isFull;
-  }
+  void toggleMaximized() override {}
+  void toggleFullscreen() override { isFull = !isFull; }
   void edit(EditingCommand command) override { edits.push_back(command); }
   bool isActive() const override { return isActiveWindow; }
   bool isVisible() const override { return isShown; }
@@ -34,15 +31,9 @@ class FakeWindow final : public DesktopWindow {
   bool isFullscreen() const override { return isFull; }
   bool isTextEditorFocused() const override { return isEditing; }
   WindowAppearance appearance() const override { return current; }
-  void setAppearance(WindowAppearance appearance) override {
-    current = appearance;
-    ++appearanceCount;
-  }
+  void setAppearance(WindowAppearance appearance) override { current = appearance; }
   void setButtonHidden(WindowButton button, bool isHidden) override { hidden[button] = isHidden; }
-  void setButtonAlpha(WindowButton button, double value, double duration) override {
-    alpha[button] = value;
-    lastDuration = duration;
-  }
+  void setButtonAlpha(WindowButton, double, double) override {}
 
   bool isShown = false;
   bool isActiveWindow = false;
@@ -50,15 +41,10 @@ class FakeWindow final : public DesktopWindow {
   int presentCount = 0;
   int closeCount = 0;
   int minimizeCount = 0;
-  int maximizeCount = 0;
-  int fullscreenCount = 0;
   bool isFull = false;
   std::vector<EditingCommand> edits;
-  int appearanceCount = 0;
-  double lastDuration = -1;
   WindowAppearance current = WindowAppearance::Auto;
   std::map<WindowButton, bool> hidden;
-  std::map<WindowButton, double> alpha;
 };
 
 // All services of a desktop in one object; `desktop()` is what the model gets.
@@ -77,7 +63,7 @@ class FakeDesktop final : public DesktopApplication,
 
   // Application
   bool isActive() const override { return true; }
-  void activate() override { ++activateCount; }
+  void activate() override {}
   DesktopWindow* activeWindow() const override { return active; }
   void terminate() override { ++terminateCount; }
 
@@ -94,12 +80,12 @@ class FakeDesktop final : public DesktopApplication,
       DesktopWindow*, const OpenPanel& panel,
       std::function<void(std::optional<std::vector<std::filesystem::path>>)> answer) override {
     openPanels.push_back(panel);
-    scheduler_.post([answer = std::move(answer), files = chosenFiles] { answer(files); });
+    scheduler_.post([this, answer = std::move(answer)] { answer(chosenFiles); });
   }
   void showSavePanel(DesktopWindow*, const SavePanel& panel,
                      std::function<void(std::optional<std::filesystem::path>)> answer) override {
     savePanels.push_back(panel);
-    scheduler_.post([answer = std::move(answer), file = chosenDestination] { answer(file); });
+    scheduler_.post([this, answer = std::move(answer)] { answer(chosenDestination); });
   }
 
   // Hot keys
@@ -148,11 +134,9 @@ class FakeDesktop final : public DesktopApplication,
     return found->second;
   }
   void open(const URL& url) override { opened.push_back(url); }
-  void openFile(const std::filesystem::path& file, std::function<void(bool)> answer) override {
-    openedFiles.push_back(file);
-    scheduler_.post([answer = std::move(answer), isOpened = opensFiles] { answer(isOpened); });
+  void openFile(const std::filesystem::path&, std::function<void(bool)> answer) override {
+    scheduler_.post([answer = std::move(answer)] { answer(true); });
   }
-  bool opensFiles = true;
   void reveal(const std::filesystem::path&) override {}
   bool isDefaultBrowser() const override { return isDefault; }
   void makeDefaultBrowser(std::function<void(bool)> answer) override {
@@ -166,7 +150,6 @@ class FakeDesktop final : public DesktopApplication,
   Animator animator;
   EventMonitors events;
   bool isMotionOn = false;
-  int activateCount = 0;
   int terminateCount = 0;
   bool isInstalled = true;  // or else the program cannot be the default browser
   bool isDefault = false;
@@ -193,7 +176,6 @@ class FakeDesktop final : public DesktopApplication,
   // Applications by scheme.
   std::map<std::string, ApplicationInfo> applications;
   std::vector<URL> opened;
-  std::vector<std::filesystem::path> openedFiles;
   std::vector<std::filesystem::path> finishedDownloads;
 
  private:

@@ -34,8 +34,6 @@ void FakeRuleStore::compile(const std::string& identifier, std::string json,
     const auto given = nlohmann::json::parse(json, nullptr, false);
     if (!given.is_array() || !std::ranges::all_of(given, isRule))
       return answer({nullptr, ContentRuleError{"not a list of rules"}});
-    if (auto complaint = refuse ? refuse(identifier, json) : std::nullopt)
-      return answer({nullptr, ContentRuleError{*complaint}});
     compiled.push_back(identifier);
     damaged.erase(identifier);
     answer({lists[identifier] = std::make_shared<FakeRuleList>(identifier, json), std::nullopt});
@@ -73,6 +71,35 @@ std::shared_ptr<Download> FakeDataStore::startDownload(const URLRequest& request
   const bool isKnown = request.url.hasScheme("http") || request.url.hasScheme("https") ||
                        request.url.hasScheme("data");
   return isKnown ? engine_.makeDownload(request.url) : nullptr;
+}
+
+// Downloads
+
+void FakeDownload::cancel() {
+  const auto end = [self = shared_from_this()] {
+    self->fail({LoadError::Kind::Cancelled, "Fake", 1, "Cancelled", self->url_});
+  };
+  scheduler_ ? scheduler_->post(end) : end();
+}
+
+void FakeDownload::begin(const std::string& suggestedFilename) {
+  const auto self = shared_from_this();
+  const auto delegate = delegate_.lock();
+  if (!delegate) return cancel();
+  delegate->decideDestination(self, suggestedFilename, [self](auto path) {
+    if (!path) return self->cancel();
+    self->destination = path;
+  });
+}
+
+void FakeDownload::finish() {
+  const auto delegate = delegate_.lock();
+  if (!std::exchange(hasEnded_, true) && delegate) delegate->didFinish(shared_from_this());
+}
+
+void FakeDownload::fail(const LoadError& error) {
+  const auto delegate = delegate_.lock();
+  if (!std::exchange(hasEnded_, true) && delegate) delegate->didFail(shared_from_this(), error);
 }
 
 // The engine

@@ -54,9 +54,6 @@ class FakeRuleStore final : public ContentRuleListStore {
               std::function<void(std::optional<std::string>)> answer) override;
 
   std::map<std::string, std::shared_ptr<FakeRuleList>> lists;
-  // Answers the compiler's complaint about a list; absent accepts it.
-  std::function<std::optional<std::string>(const std::string& identifier, const std::string& json)>
-      refuse;
   // How long compiling takes.
   Duration compileTime{0};
   std::vector<std::string> compiled;

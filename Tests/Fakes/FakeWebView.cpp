@@ -7,6 +7,13 @@
 
 namespace orvel::test {
 
+namespace {
+
+constexpr Duration kHungFor = 5s;
+const ScriptResult kNoAnswer{std::nullopt, "the page does not answer"};
+
+}  // namespace
+
 bool FakeContentController::post(const std::string& name, const ContentWorld& world,
                                  const std::string& body, const FrameInfo& frame) {
   const auto handler = handlers.find({name, world});
@@ -14,37 +21,6 @@ bool FakeContentController::post(const std::string& name, const ContentWorld& wo
   handler->second({name, body, frame});
   return true;
 }
-
-// Downloads
-
-void FakeDownload::cancel() {
-  const auto end = [self = shared_from_this()] {
-    self->fail({LoadError::Kind::Cancelled, "Fake", 1, "Cancelled", self->url_});
-  };
-  scheduler_ ? scheduler_->post(end) : end();
-}
-
-void FakeDownload::begin(const std::string& suggestedFilename) {
-  const auto self = shared_from_this();
-  const auto delegate = delegate_.lock();
-  if (!delegate) return cancel();
-  delegate->decideDestination(self, suggestedFilename, [self](auto path) {
-    if (!path) return self->cancel();
-    self->destination = path;
-  });
-}
-
-void FakeDownload::finish() {
-  const auto delegate = delegate_.lock();
-  if (!std::exchange(hasEnded_, true) && delegate) delegate->didFinish(shared_from_this());
-}
-
-void FakeDownload::fail(const LoadError& error) {
-  const auto delegate = delegate_.lock();
-  if (!std::exchange(hasEnded_, true) && delegate) delegate->didFail(shared_from_this(), error);
-}
-
-// Web views
 
 FakeWebView::FakeWebView(FakeEngine& engine, const WebViewConfiguration& configuration)
     : engine_(engine), configuration_(configuration) {
@@ -198,7 +174,7 @@ void FakeWebView::commit(const URL& url, const FakePage& page) {
   notify(WebViewProperty::CanGoForward);
   notify(WebViewProperty::IsBlank);
   const auto self = shared_from_this();
-  show(committed, page.frames);
+  show(committed);
   if (page.storesData && configuration_.websiteDataStore)
     static_cast<FakeDataStore&>(*configuration_.websiteDataStore)
         .domains.emplace(committed.host().value_or(""));
@@ -212,15 +188,10 @@ void FakeWebView::commit(const URL& url, const FakePage& page) {
     navigation_->didFinish(*this);
 }
 
-void FakeWebView::show(const URL& url, const std::vector<std::string>& frameAddresses) {
+void FakeWebView::show(const URL& url) {
   endCalls();
   committed_ = url;
-  globals_.clear();
-  frames = {FrameInfo{0, true, std::string(url.host().value_or(""))}};
-  for (const std::string& address : frameAddresses)
-    frames.push_back({++lastFrame_, false, std::string(URL::parse(address)->host().value_or(""))});
   play({});
-  runUserScripts();
 }
 
 void FakeWebView::loadHTMLString(const std::string& text, const std::optional<URL>& baseURL) {
@@ -231,7 +202,7 @@ void FakeWebView::loadHTMLString(const std::string& text, const std::optional<UR
   engine_.scheduler().post([weak = weak_from_this(), generation = ++generation_] {
     const auto self = weak.lock();
     if (!self || generation != self->generation_) return;
-    self->show(*self->url_, {});
+    self->show(*self->url_);
     self->committed_.reset();
     if (self->navigation_) self->navigation_->didCommit(*self);
     constexpr std::string_view kTitle = "<title>";
@@ -287,6 +258,41 @@ bool FakeWebView::setInteractionState(const std::string& text) {
   return true;
 }
 
+template <class T>
+void FakeWebView::answerLater(std::function<void(T)> answer, T value, T failure) {
+  if (!answer) return;
+  const auto answerAfter = [](Duration pause, std::function<void()> tell) -> Task<> {
+    co_await sleep(pause);
+    tell();
+  };
+  if (isHung)
+    engine_.scheduler()
+        .start(answerAfter(kHungFor, [answer, failure] { answer(failure); }))
+        .detach();
+  else
+    engine_.scheduler().post([answer, value] { answer(value); });
+}
+
+void FakeWebView::evaluateJavaScript(const std::string&, const ContentWorld&,
+                                     const std::optional<FrameInfo>& frame, ScriptAnswer answer) {
+  const bool isThere = !frame || frame->isMainFrame;
+  answerLater<ScriptResult>(std::move(answer), isThere ? ScriptResult{"null", ""} : kNoAnswer,
+                            kNoAnswer);
+}
+
+void FakeWebView::callAsyncJavaScript(const std::string& body, const std::string&,
+                                      const ContentWorld& world, ScriptAnswer answer) {
+  if (body == "await new Promise(() => {})" && !isHung)
+    calls_.push_back(std::move(answer));
+  else
+    evaluateJavaScript(body, world, std::nullopt, std::move(answer));
+}
+
+void FakeWebView::endCalls() {
+  for (auto& answer : std::exchange(calls_, {}))
+    engine_.scheduler().post([answer = std::move(answer)] { answer(kNoAnswer); });
+}
+
 void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageRef)> answer) {
   answerLater<ImageRef>(std::move(answer), snapshot, nullptr);
 }
@@ -304,7 +310,6 @@ void FakeWebView::find(const std::string& text, const FindConfiguration& configu
 }
 
 void FakeWebView::pauseAllMediaPlayback() {
-  ++pauseCount;
   if (media == MediaPlaybackState::Playing) media = MediaPlaybackState::Paused;
   play({});
 }

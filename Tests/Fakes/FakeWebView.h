@@ -23,8 +23,6 @@ struct FakePage {
   std::string mimeType = "text/html";
   bool canShowMIMEType = true;
   std::optional<std::string> contentDisposition;
-  // The addresses of its frames.
-  std::vector<std::string> frames;
   // It leaves data in the store.
   bool storesData = false;
 };
@@ -61,6 +59,8 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
   explicit FakeDownload(std::optional<URL> url, Scheduler* scheduler = nullptr)
       : url_(std::move(url)), scheduler_(scheduler) {}
   std::optional<URL> originalURL() const override { return url_; }
+  std::optional<uint64_t> expectedBytes() const override { return expected; }
+  bool isEphemeral() const override { return isPrivate; }
   double fractionCompleted() const override { return fraction_; }
   Observation observeProgress(std::function<void()> changed) override {
     const uint64_t id = ++lastObserver_;
@@ -83,6 +83,8 @@ class FakeDownload final : public Download, public std::enable_shared_from_this<
   bool hasEnded() const { return hasEnded_; }
 
   std::optional<std::filesystem::path> destination;
+  std::optional<uint64_t> expected;
+  bool isPrivate = false;
 
  private:
   std::optional<URL> url_;
@@ -123,9 +125,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void requestClose(std::function<void(bool)> answer) override;
   bool isBlank() const override { return history_.empty(); }
   void setBackground(const Color& color, double opacity) override { background = {color, opacity}; }
-  void setAccessiblePatterns(const std::vector<std::string>& patterns) override {
-    accessiblePatterns = patterns;
-  }
+  void setAccessiblePatterns(const std::vector<std::string>&) override {}
   void exitFullscreen() override;
   double pageZoom() const override { return zoom_; }
   void setPageZoom(double zoom) override { zoom_ = zoom; }
@@ -135,7 +135,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
            y < place.y + place.height;
   }
   void focus() override { ++focusCount; }
-  bool isEditing() const override { return hasFocusedField; }
+  bool isEditing() const override { return false; }
   void edit(EditingCommand command) override { edits.push_back(command); }
   void removeFromParent() override { isOnScreen = false; }
   GtkWidget* widget() override { return pageWidget; }
@@ -148,7 +148,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void evaluateJavaScript(const std::string& script, const ContentWorld& world,
                           const std::optional<FrameInfo>& frame,
                           std::function<void(ScriptResult)> answer) override;
-  // As a program of one line; see `run`.
+  // A page without scripts: everything answers null, but for a promise that never comes.
   void callAsyncJavaScript(const std::string& body, const std::string& arguments,
                            const ContentWorld& world,
                            std::function<void(ScriptResult)> answer) override;
@@ -158,11 +158,10 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override { return camera; }
   CaptureState microphoneCaptureState() const override { return microphone; }
-
-  // The little of JavaScript that there is here: `name = json`, `name`, `location.host`, values and
-  // `webkit.messageHandlers.name.postMessage(any of these)`; globals are of one frame and world. A
-  // name that nobody has set throws, and any other text answers null.
-  ScriptResult run(const std::string& script, const ContentWorld& world, uint64_t frame);
+  void endCapture() override {
+    camera = microphone = CaptureState::None;
+    notify(WebViewProperty::Capture);
+  }
 
   // What the page does.
   void setTitle(const std::string& title);
@@ -194,7 +193,6 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
 
   // What stands for the page on screen; not owned.
   GtkWidget* pageWidget = nullptr;
-  std::vector<std::string> accessiblePatterns;
   bool isOnScreen = false;
   PageRect place;  // in its window
   std::pair<Color, double> background{Color::hex(0xFFFFFF), 1};
@@ -203,10 +201,8 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   // The page guards changes: the user is asked before it is left.
   bool guardsChanges = false;
   bool isFullscreen = false;
-  bool hasFocusedField = false;
   std::vector<EditingCommand> edits;
   int stopCount = 0;
-  int pauseCount = 0;
   bool isMuted = false;
   size_t observerCount() const { return observers_.size(); }
   MediaPlaybackState media = MediaPlaybackState::None;
@@ -220,15 +216,11 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   std::vector<URLRequest> requests;
   ImageRef snapshot;
   std::vector<std::string> restoredStates;
-  // Those of the page that is shown; the first is the main one.
-  std::vector<FrameInfo> frames{FrameInfo{}};
 
  private:
   using ScriptAnswer = std::function<void(ScriptResult)>;
   void fail(LoadError error);
-  // A page is shown, with its frames and the scripts of the program.
-  void show(const URL& url, const std::vector<std::string>& frameAddresses);
-  void runUserScripts();
+  void show(const URL& url);
   void endCalls();
   // After the page has shown not to answer, where it is hung.
   template <class T>
@@ -269,8 +261,6 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   PlayingMedia playing_;
   Duration timeout_{0};
   std::optional<URL> committed_;
-  std::map<std::pair<uint64_t, ContentWorld>, std::map<std::string, std::string>> globals_;
-  uint64_t lastFrame_ = 0;
   std::vector<ScriptAnswer> calls_;  // those that wait for a promise
 };
 

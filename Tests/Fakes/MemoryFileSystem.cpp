@@ -90,55 +90,57 @@ std::error_code MemoryFileSystem::write(const fs::path& path, std::string_view b
   return fault == Fault::None ? std::error_code() : fail(fault);
 }
 
-std::error_code MemoryFileSystem::sync(const fs::path& path) {
+std::error_code MemoryFileSystem::change(const std::function<void()>& apply) {
   if (beforeStep) beforeStep();
   const std::lock_guard lock(mutex_);
   if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
-  synced_[path.string()] = seen_[path.string()];
+  apply();
   return {};
+}
+
+std::error_code MemoryFileSystem::sync(const fs::path& path) {
+  return change([&] { synced_[path.string()] = seen_[path.string()]; });
 }
 
 std::error_code MemoryFileSystem::rename(const fs::path& from, const fs::path& to) {
-  if (beforeStep) beforeStep();
-  const std::lock_guard lock(mutex_);
-  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
-  seen_[to.string()] = std::move(seen_[from.string()]);
-  seen_.erase(from.string());
-  synced_.erase(to.string());
-  if (auto content = synced_.extract(from.string())) {
-    content.key() = to.string();
-    synced_.insert(std::move(content));
-  }
-  return {};
+  return change([&] {
+    seen_[to.string()] = std::move(seen_[from.string()]);
+    seen_.erase(from.string());
+    synced_.erase(to.string());
+    if (auto content = synced_.extract(from.string())) {
+      content.key() = to.string();
+      synced_.insert(std::move(content));
+    }
+  });
+}
+
+std::error_code MemoryFileSystem::renameToNew(const fs::path& from, const fs::path& to) {
+  return exists(to) ? std::make_error_code(std::errc::file_exists) : rename(from, to);
 }
 
 std::error_code MemoryFileSystem::syncFolder(const fs::path& folder) {
-  if (beforeStep) beforeStep();
-  const std::lock_guard lock(mutex_);
-  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
-  std::erase_if(durable_, [&](const auto& file) { return isIn(file.first, folder); });
-  for (const auto& [path, bytes] : seen_)
-    // A name whose contents were never synced survives as an empty file.
-    if (isIn(path, folder)) durable_[path] = synced_.contains(path) ? synced_[path] : "";
-  return {};
+  return change([&] {
+    std::erase_if(durable_, [&](const auto& file) { return isIn(file.first, folder); });
+    for (const auto& [path, bytes] : seen_)
+      // A name whose contents were never synced survives as an empty file.
+      if (isIn(path, folder)) durable_[path] = synced_.contains(path) ? synced_[path] : "";
+  });
 }
 
 std::error_code MemoryFileSystem::remove(const fs::path& path) {
-  if (beforeStep) beforeStep();
-  const std::lock_guard lock(mutex_);
-  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
-  seen_.erase(path.string());
-  synced_.erase(path.string());
-  return {};
+  return change([&] {
+    seen_.erase(path.string());
+    synced_.erase(path.string());
+  });
 }
 
 std::error_code MemoryFileSystem::createFolders(const fs::path& folder) {
-  if (beforeStep) beforeStep();
-  const std::lock_guard lock(mutex_);
-  if (const Fault fault = nextStep(); fault != Fault::None) return fail(fault);
+  return change([&] { addFolders(folder); });
+}
+
+void MemoryFileSystem::addFolders(const fs::path& folder) {
   for (fs::path part = folder; part != part.root_path(); part = part.parent_path())
     folders_.insert(part.string());
-  return {};
 }
 
 void MemoryFileSystem::restartAfterKill() {
@@ -155,8 +157,7 @@ void MemoryFileSystem::restartAfterPowerCut() {
 
 void MemoryFileSystem::put(const fs::path& path, std::string bytes) {
   const std::lock_guard lock(mutex_);
-  for (fs::path part = path.parent_path(); part != part.root_path(); part = part.parent_path())
-    folders_.insert(part.string());
+  addFolders(path.parent_path());
   seen_[path.string()] = synced_[path.string()] = durable_[path.string()] = std::move(bytes);
 }
 

@@ -25,10 +25,13 @@ class MemoryFileSystem final : public FileSystem {
   std::vector<std::string> list(const std::filesystem::path& folder) override;
   bool exists(const std::filesystem::path& path) override;
   std::optional<Date> modificationDate(const std::filesystem::path& path) override;
+  std::optional<uint64_t> freeSpace(const std::filesystem::path&) override { return free; }
   std::error_code write(const std::filesystem::path& path, std::string_view bytes) override;
   std::error_code sync(const std::filesystem::path& path) override;
   std::error_code rename(const std::filesystem::path& from,
                          const std::filesystem::path& to) override;
+  std::error_code renameToNew(const std::filesystem::path& from,
+                              const std::filesystem::path& to) override;
   std::error_code syncFolder(const std::filesystem::path& folder) override;
   std::error_code remove(const std::filesystem::path& path) override;
   std::error_code createFolders(const std::filesystem::path& folder) override;
@@ -51,6 +54,8 @@ class MemoryFileSystem final : public FileSystem {
   std::function<void()> beforeStep;
   // Files that cannot be read, and why.
   std::map<std::string, std::errc> unreadable;
+  // The bytes that fit on it yet.
+  std::optional<uint64_t> free;
   // When files last changed; the date of any other file cannot be read.
   std::map<std::string, Date> dates;
   // Puts a file in place without counting a step.
@@ -60,6 +65,9 @@ class MemoryFileSystem final : public FileSystem {
  private:
   Fault nextStep();
   std::error_code fail(Fault fault) const;
+  // One step, which applies the change unless it fails.
+  std::error_code change(const std::function<void()>& apply);
+  void addFolders(const std::filesystem::path& folder);
 
   mutable std::recursive_mutex mutex_;
   std::map<std::string, std::string> seen_;

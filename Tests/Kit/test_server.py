@@ -5,7 +5,10 @@ It answers http directly and https by a certificate that it signs on the fly wit
 its own (CA.pem in the folder given). What it serves is told over its control addresses, below
 /__kit__/ of the server's own address:
 
-  POST serve     {"url", "status"?, "headers"?, "body"?, "bodyBase64"?, "delay"?, "truncate"?}
+  POST serve     {"url", "status"?, "headers"?, "body"?, "bodyBase64"?, "delay"?, "truncate"?,
+                  "hold"?: the bytes of the body that come before its release,
+                  "endless"?: its length is not told}
+  POST release   {"url"}  the rest of the body may come
   GET  requests  the list of {"method", "url", "headers", "body"} seen so far, oldest first
   POST clear     forgets the requests
   POST reset     forgets everything
@@ -17,6 +20,7 @@ expired; those that begin with "certified." ask for a certificate; before those 
 """
 
 import base64
+import collections
 import datetime
 import ipaddress
 import json
@@ -118,6 +122,10 @@ class State:
         self.pages = {}
         self.requests = []
         self.refused = set()
+        self.releases = collections.defaultdict(threading.Event)
+
+    def released(self, url):
+        return self.releases[url]
 
 
 class Handler(BaseHTTPRequestHandler):
@@ -210,10 +218,19 @@ class Handler(BaseHTTPRequestHandler):
         self.send_response(page.get("status", 200))
         for name, value in headers.items():
             self.send_header(name, value)
-        self.send_header("Content-Length", str(len(body)))
+        if "endless" in page:
+            self.send_header("Connection", "close")
+            self.close_connection = True
+        else:
+            self.send_header("Content-Length", str(len(body)))
         self.end_headers()
         if self.command == "HEAD":
             return
+        if "hold" in page:
+            self.wfile.write(body[: page["hold"]])
+            self.wfile.flush()
+            body = body[page["hold"] :]
+            self.server.state.released(page["url"]).wait()
         if "truncate" in page:
             body = body[: page["truncate"]]
             self.close_connection = True
@@ -232,6 +249,8 @@ class Handler(BaseHTTPRequestHandler):
                 state.requests = []
             elif operation == "reset":
                 state.pages, state.requests, state.refused = {}, [], set()
+            elif operation == "release":
+                state.released(given["url"]).set()
             elif operation == "refuse":
                 state.refused.add((given["host"], given["port"]))
         self.answer(

@@ -2,8 +2,6 @@
 #include "Models/Tab/PageClosing.h"
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Windows/Toasts.h"
-#include "Support/Network/UserAgent.h"
-#include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {
@@ -29,34 +27,6 @@ struct Tab : ModelTest {
   bool hasNoStore = false;
 };
 
-TEST_F(Tab, ShowsWhatItKnows) {
-  EXPECT_EQ(make(BrowserTab::Values{})->displayTitle(), "New Tab");
-  const TabRef tab = make("https://www.a.org/x");
-  EXPECT_EQ(tab->displayTitle(), "a.org");
-  tab->title = "Title";
-  EXPECT_EQ(tab->displayTitle(), "Title");
-  tab->pinnedURL = address("https://a/b/");
-  EXPECT_TRUE(tab->hasWanderedFromPin());
-}
-
-TEST_F(Tab, AViewIsMadeOnDemandFromTheProfilesConfiguration) {
-  const TabRef tab = make("https://a/");
-  EXPECT_TRUE(world.engine.views.empty());
-  const auto view = tab->webView();
-  EXPECT_EQ(tab->webView(), view);
-  const WebViewConfiguration& configuration = view->configuration();
-  EXPECT_EQ(configuration.websiteDataStore, tab->profile->dataStore());
-  EXPECT_TRUE(configuration.websiteDataStore->isPersistent());
-  EXPECT_EQ(configuration.applicationNameForUserAgent, UserAgent::safariSuffix());
-  EXPECT_TRUE(configuration.isElementFullscreenEnabled && configuration.upgradesKnownHostsToHTTPS &&
-              configuration.isGlobalPrivacyControlEnabled);
-  EXPECT_EQ(configuration.preferredHTTPSNavigationPolicy,
-            HTTPSNavigationPolicy::AutomaticFallbackToHTTP);
-  EXPECT_TRUE(world.view(tab)->controller().post("orvelMedia", ContentWorld::defaultClient(), "0"));
-  ASSERT_EQ(world.view(tab)->requests.size(), 1u);
-  EXPECT_EQ(world.view(tab)->requests[0].timeout, 60s);
-}
-
 // The engine often knows the title only when the page has finished.
 TEST_F(Tab, NamesAVisitWhoseTitleComesLate) {
   world.engine.pages["https://a/"] = {.title = ""};
@@ -78,8 +48,6 @@ TEST_F(Tab, MirrorsItsPageAndSaves) {
   advance(2s);
   EXPECT_EQ(tab->title.peek(), "First");
   EXPECT_EQ(tab->url.peek(), address("https://a/final"));
-  EXPECT_EQ(tab->progress.peek(), 1);
-  EXPECT_FALSE(tab->isLoading);
   EXPECT_THAT(world.sessionFile(), HasSubstr("https://a/final"));
   EXPECT_THAT(visits(tab->profile->id), ElementsAre("https://a/final First"));
   world.told.clear();
@@ -89,10 +57,8 @@ TEST_F(Tab, MirrorsItsPageAndSaves) {
   world.view(tab)->setURL("https://a/other");
   EXPECT_THAT(world.told, ElementsAre("title https://a/final", "url https://a/other"));
   tab->load(address("https://b/"));
-  EXPECT_TRUE(tab->isLoading);
   settle();
   EXPECT_TRUE(tab->canGoBack);
-  EXPECT_FALSE(tab->canGoForward);
   tab->goBack();
   settle();
   EXPECT_TRUE(tab->canGoForward);
@@ -133,10 +99,6 @@ TEST_F(Tab, RestoresItsStateLazilyAndOnlyOnce) {
   EXPECT_FALSE(tab->pageState.saved());
   settle();
   EXPECT_TRUE(tab->canGoBack);
-
-  const TabRef loaded = remade("https://b/");
-  loaded->load(address("https://b/"));
-  EXPECT_THAT(world.view(loaded)->restoredStates, IsEmpty());
 }
 
 TEST_F(Tab, WithoutAStateOfItsOwnThePageIsLoadedAfresh) {
@@ -158,12 +120,6 @@ TEST_F(Tab, WithoutAStateOfItsOwnThePageIsLoadedAfresh) {
     EXPECT_EQ(world.view(tab)->requests.size(), 1u);
     EXPECT_EQ(tab->title.peek(), "https://a/");
   }
-  const TabRef hibernated = load("https://a/");
-  hibernated->load(address("https://b/"));
-  hibernated->hibernate();
-  hibernated->webView();
-  settle();
-  EXPECT_EQ(world.view(hibernated)->url(), address("https://b/")) << "what was on its way";
 }
 
 // A page may make its address as long as it likes.
@@ -206,24 +162,15 @@ TEST_F(Tab, TeardownGivesEverythingBackButWhatTheSidebarShows) {
   tab->captureThumbnail();
   settle();
   EXPECT_NE(tab->thumbnail.peek(), nullptr);
-  tab->isMuted = true;
   tab->load(address("https://b/"));
-  settle();
-  tab->load(address("https://a/"));
-  EXPECT_TRUE(tab->canGoBack && tab->isLoading);
   tab->teardown();
   tab->teardown();
-  EXPECT_FALSE(tab->canGoBack || tab->isLoading);
+  EXPECT_FALSE(tab->isLoading);
   EXPECT_EQ(view->observerCount(), 0u);
   EXPECT_EQ(view->stopCount, 1);
-  EXPECT_EQ(view->pauseCount, 1);
-  EXPECT_FALSE(view->isOnScreen);
-  EXPECT_EQ(view->navigationDelegate(), nullptr);
-  EXPECT_EQ(view->uiDelegate(), nullptr);
+  EXPECT_FALSE(view->isOnScreen || view->navigationDelegate() || view->uiDelegate());
   EXPECT_EQ(tab->thumbnail.peek(), nullptr);
-  EXPECT_EQ(tab->progress.peek(), 0);
-  EXPECT_TRUE(tab->isMuted);
-  EXPECT_EQ(tab->url.peek(), address("https://a/"));
+  EXPECT_EQ(tab->url.peek(), address("https://b/"));
   view.reset();
   settle();
   EXPECT_TRUE(world.engine.views.front().expired());
@@ -244,30 +191,7 @@ TEST_F(Tab, SoundAndZoomFollowTheTabAndTheSite) {
   tab->load(address("https://b/"));
   settle();
   EXPECT_EQ(tab->webView()->pageZoom(), 1);
-}
-
-TEST_F(Tab, ADiscardedTabMakesNoViewAgain) {
-  const TabRef tab = make("https://a/");
-  tab->pageState.set(InteractionState{"state", address("https://a/")});
-  tab->isDiscarded = true;
-  tab->load(address("https://b/"));
-  tab->reload();
-  EXPECT_EQ(tab->url.peek(), address("https://b/"));
-  EXPECT_FALSE(tab->pageState.saved());
-  EXPECT_TRUE(world.engine.views.empty());
-}
-
-TEST_F(Tab, AWindowThatAPageOpensIsNavigatedByTheEngine) {
-  const TabRef opener = load("https://a/");
-  const auto opened = world.view(opener)->openWindow("https://popup/");
-  ASSERT_NE(opened, nullptr);
-  const TabRef tab = space().today.peek()[1];
-  EXPECT_EQ(tab->liveWebView(), opened);
-  EXPECT_EQ(selected(), tab);
-  EXPECT_NE(opened->configuration().opener, nullptr);
-  EXPECT_EQ(world.view(tab)->requests.size(), 1u) << "the engine's own load and no other";
-  world.view(tab)->closeWindow();
-  EXPECT_THAT(space().today.peek(), ElementsAre(opener));
+  EXPECT_TRUE(world.view(tab)->controller().post("orvelMedia", ContentWorld::defaultClient(), "0"));
 }
 
 TEST_F(Tab, APrivateTabLeavesNoTrace) {
@@ -289,20 +213,6 @@ TEST_F(Tab, APrivateTabLeavesNoTrace) {
       EXPECT_THAT(bytes, Not(HasSubstr(trace))) << path;
   for (const Log::Entry& entry : Log::recent())
     EXPECT_THAT(entry.message, Not(HasSubstr("fails.org")));
-}
-
-TEST_F(Tab, AnExtensionsPageMovesIntoItsConfiguration) {
-  settle();
-  const TabRef page = world.open("webkit-extension://one/options.html");
-  const TabRef other = load("https://a/");
-  world.hasExtension = true;
-  page->reopenExtensionPage();
-  other->reopenExtensionPage();
-  EXPECT_EQ(page->webView()->configuration().applicationNameForUserAgent, "extension");
-  EXPECT_EQ(page->webViewRevision.peek(), 1);
-  EXPECT_EQ(other->webViewRevision.peek(), 0);
-  page->reopenExtensionPage();
-  EXPECT_EQ(page->webViewRevision.peek(), 1);
 }
 
 TEST_F(Tab, WorksWithoutItsStore) {
@@ -331,7 +241,7 @@ TEST_F(Tab, ResponsesThatAreNoPagesAreDownloaded) {
     ASSERT_EQ(world.engine.downloads.size(), test.downloads);
     if (test.downloads == 0) continue;
     world.engine.downloads[0]->begin("../a.txt");
-    EXPECT_EQ(world.engine.downloads[0]->destination, "/downloads/a.txt");
+    EXPECT_EQ(world.services.downloads->items.peek()[0].destination.parent_path(), "/downloads");
   }
 }
 
@@ -357,6 +267,7 @@ TEST_F(Tab, AFailedLoadShowsTheErrorPageUnlessItWasNoFailure) {
   const TabRef torn = makeLoaded({.url = address("https://torn/")});
   EXPECT_EQ(torn->title.peek(), "Torn");
   EXPECT_EQ(world.view(torn)->html, "") << "what has come of a page stays";
+  EXPECT_THAT(visits(torn->profile->id), IsEmpty()) << "no page has finished";
 }
 
 TEST_F(Tab, CrashesAreAnsweredByPlaceAndTime) {
@@ -415,14 +326,11 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     std::optional<std::string> prompted = "none yet";
     std::optional<Credential> credential;
     page().runJavaScriptAlertPanel(*view, "Hello", frame, [&] { ++alerts; });
-    EXPECT_EQ(question().alert.messageText + " says " + question().alert.informativeText,
-              "a.org says Hello");
     give(test.button);
     page().runJavaScriptConfirmPanel(*view, "Sure?", frame, [&](bool yes) { confirmed = yes; });
     give(test.button);
     page().runJavaScriptTextInputPanel(*view, "Name?", "default", frame,
                                        [&](auto text) { prompted = text; });
-    EXPECT_EQ(question().alert.fields.at(0).text, "default");
     give(test.button);
     view->navigationDelegate()->didReceiveAuthenticationChallenge(
         *view, {.host = "a.org", .realm = "\u202e\u2069vault"},
@@ -431,7 +339,6 @@ TEST_F(Panels, DialogsAreAnsweredAndCancelled) {
     EXPECT_TRUE(question().alert.fields.at(1).isSecret);
     give(test.button);
     page().runBeforeUnloadPanel(*view, frame, [&](bool leaves) { left = leaves; });
-    EXPECT_EQ(question().escapeButton(), 0u) << "staying";
     give(test.button);
     EXPECT_EQ(alerts, 1);
     EXPECT_EQ(confirmed, test.isConfirmed);
@@ -462,10 +369,8 @@ TEST_F(Panels, APageThatAsksWithoutEndIsSilencedAndThenHeld) {
     page().runJavaScriptAlertPanel(*view, "Again", frame, [&] { ++answers; });
   };
   alert();
-  EXPECT_FALSE(question().alert.suppression) << "the first";
   give(0);
   alert();
-  EXPECT_TRUE(question().alert.suppression);
   give(0, true);
   const int seen = answers;
   alert();
@@ -506,23 +411,16 @@ TEST_F(Panels, APageThatDoesNotAnswerIsWaitedForOrStopped) {
   EXPECT_FALSE(tab->panels.isUnresponsive.peek());
 }
 
-TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
+TEST_F(Panels, QuittingAsksThePagesThatGuardChanges) {
   const TabRef other = load("https://other/");
   view->guardsChanges = true;
   view->isOnScreen = false;
-  for (const bool isQuitting : {false, true})
-    for (int again = 0; again < 2; ++again) {
-      store().select(other);
-      isQuitting ? store().pageClosing.quit() : store().pageClosing.close(tab);
-      settle();
-      EXPECT_EQ(selected(), tab) << "the page that asks is shown, and again while it waits";
-      if (again == 0) continue;
-      give(0);
-      settle();
-      EXPECT_FALSE(tab->questions.current.peek()) << "asked once";
-      EXPECT_TRUE(store().spaceContaining(*tab));
-      EXPECT_EQ(world.desktop.terminateCount, 0);
-    }
+  store().pageClosing.quit();
+  settle();
+  EXPECT_EQ(selected(), tab) << "the page that asks is shown";
+  give(0);
+  settle();
+  EXPECT_EQ(world.desktop.terminateCount, 0);
   // Leaving one page is leaving all.
   world.view(other)->guardsChanges = true;
   store().pageClosing.quit();
@@ -533,29 +431,19 @@ TEST_F(Panels, ClosingAndQuittingAskAPageThatGuardsChanges) {
   settle();
   EXPECT_EQ(world.desktop.terminateCount, 1);
   world.view(other)->guardsChanges = false;
-  store().pageClosing.close(tab);
-  give(1);
-  EXPECT_FALSE(store().spaceContaining(*tab));
   store().pageClosing.close(other);
   EXPECT_FALSE(store().spaceContaining(*other)) << "at once";
 }
 
 TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
   const TabRef other = world.open("https://other/");
-  const std::function<void()> leaving[] = {[&] { store().select(other); },
-                                           [&] { store().close(tab); }};
-  for (const auto& leave : leaving) {
-    store().select(tab);
-    settle();
-    view->enterFullscreen();
-    EXPECT_EQ(store().pageFullscreen.tab.peek(), tab);
-    world.window.isFull = true;
-    leave();
-    settle();
-    EXPECT_FALSE(store().pageFullscreen.tab.peek());
-    EXPECT_FALSE(view->isFullscreen);
-    EXPECT_FALSE(world.window.isFull);
-  }
+  store().select(tab);
+  settle();
+  view->enterFullscreen();
+  world.window.isFull = true;
+  store().select(other);
+  settle();
+  EXPECT_FALSE(view->isFullscreen || world.window.isFull);
   // A window that filled the screen before goes on doing so, and only the tab itself ends it.
   const auto second = world.viewOnScreen(other);
   world.window.isFull = true;
@@ -567,7 +455,7 @@ TEST_F(Panels, AnElementGivesTheScreenBackWhenItsTabLeaves) {
   EXPECT_TRUE(world.window.isFull);
 }
 
-TEST_F(Panels, FilesAreChosenOrNot) {
+TEST_F(Panels, FilesAreChosen) {
   world.desktop.chosenFiles = {{"/a", "/b"}};
   std::optional<std::vector<std::filesystem::path>> files;
   page().runOpenPanel(*view, {.allowsMultipleSelection = true, .allowsDirectories = true},
@@ -576,23 +464,11 @@ TEST_F(Panels, FilesAreChosenOrNot) {
   EXPECT_EQ(files->size(), 2u);
   const OpenPanel& panel = world.desktop.openPanels.back();
   EXPECT_TRUE(panel.allowsMultipleSelection && panel.allowsDirectories && panel.allowsFiles);
-  world.desktop.chosenFiles.reset();
-  page().runOpenPanel(*view, {}, [&](auto chosen) { files = chosen; });
-  settle();
-  EXPECT_FALSE(files);
 }
 
-TEST_F(Panels, AHugeQuestionIsCutAndDevicesAreDenied) {
-  std::string text;
-  for (int i = 0; i < 1 << 20; ++i) text += "ä";
-  page().runJavaScriptAlertPanel(*view, text, frame, [] {});
+TEST_F(Panels, AHugeQuestionIsCut) {
+  page().runJavaScriptAlertPanel(*view, std::string(1 << 20, 'a'), frame, [] {});
   EXPECT_LT(question().alert.informativeText.size(), 5000u);
-  EXPECT_TRUE(question().alert.informativeText.ends_with("ä…"));
-  auto decision = PermissionDecision::Prompt;
-  page().requestMediaCapturePermission(*view, "a.org", CaptureDeviceType::Camera,
-                                       [&](auto answer) { decision = answer; });
-  EXPECT_EQ(decision, PermissionDecision::Deny);
-  EXPECT_EQ(toast(), "Camera and microphone aren’t available yet");
 }
 
 }  // namespace

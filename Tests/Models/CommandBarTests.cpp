@@ -40,17 +40,6 @@ struct CommandBarTest : ModelTest {
   std::string chosen() { return rows()[bar->selection.peek()]; }
 };
 
-TEST_F(CommandBarTest, BeginsAsItsModeSays) {
-  world.open("https://one.test/a");
-  for (const auto mode : {CommandBarMode::NewTab, CommandBarMode::CurrentTab}) {
-    show(mode);
-    const bool isCurrent = mode == CommandBarMode::CurrentTab;
-    EXPECT_EQ(bar->text(), isCurrent ? "https://one.test/a" : "");
-    EXPECT_EQ(bar->placeholder() == "Enter address…", isCurrent);
-  }
-  EXPECT_THAT(world.network.requests, IsEmpty()) << "an address is never sent";
-}
-
 TEST_F(CommandBarTest, CompletesFromFrequentOpenAndFoundPages) {
   world.open("https://oxford.test/");
   visit("https://www.example.test/deep/page", 3);
@@ -140,33 +129,6 @@ TEST_F(CommandBarTest, AsksTheEngineOnlyForWhatItMayKnow) {
   }
 }
 
-TEST_F(CommandBarTest, FastTypingAndDismissingAskOnce) {
-  show();
-  for (const char* text : {"ti", "tid", "tide", "tides"}) {
-    bar->setText(text);
-    advance(kDebounce - 10ms);
-  }
-  advance(10ms);
-  EXPECT_THAT(world.network.requests, ElementsAre(question("tides")));
-  bar->setText("tides and");
-  advance(kDebounce - 10ms);
-  bar.reset();
-  advance(1s);
-  EXPECT_EQ(world.network.requests.size(), 1u);
-}
-
-TEST_F(CommandBarTest, TheSelectionGoesRound) {
-  show();
-  bar->move(1);
-  EXPECT_EQ(bar->selection.peek(), 0u) << "an empty list";
-  bar->setText("2+2");
-  ASSERT_THAT(rows(), ElementsAre("answer:2+2", "search:2+2"));
-  for (const auto& [delta, expected] : {std::pair(-1, 1u), {1, 0u}, {1, 1u}, {1, 0u}}) {
-    bar->move(delta);
-    EXPECT_EQ(bar->selection.peek(), expected);
-  }
-}
-
 TEST_F(CommandBarTest, ReturnCarriesTheChosenRowOutAndLearnsIt) {
   const auto one = world.open("https://one.test/");
   for (int i = 0; i < 2; ++i) {
@@ -181,17 +143,7 @@ TEST_F(CommandBarTest, ReturnCarriesTheChosenRowOutAndLearnsIt) {
     EXPECT_EQ(selected(), one);
     EXPECT_EQ(store().commandBar.peek(), std::nullopt);
   }
-  world.open("https://selected.test/");
-  show();
-  bar->setText("one");
-  EXPECT_EQ(chosen(), "tab:" + one->id.text()) << "picked twice, first from now on";
 
-  show(CommandBarMode::CurrentTab);
-  const auto count = store().everyTab().size();
-  bar->setText("tides.test/today");
-  bar->submit();
-  EXPECT_EQ(selected()->url.peek()->text(), "https://tides.test/today");
-  EXPECT_EQ(store().everyTab().size(), count);
   for (const auto mode : {CommandBarMode::CurrentTab, CommandBarMode::NewTab})
     for (const auto& [typed, scheme] : {std::pair("tides.test", SchemeSource::Supplied),
                                         {" router.test/ ", SchemeSource::Supplied},
@@ -226,21 +178,6 @@ TEST_F(CommandBarTest, AQuestionAboutMoneyFetchesTheRates) {
   EXPECT_THAT(world.network.requests, ElementsAre("https://rates.test/daily.xml"));
   EXPECT_EQ(rows().size(), 2u);
   EXPECT_EQ(rows().front().substr(0, 7), "answer:");
-}
-
-TEST_F(CommandBarTest, NoSearchKeepsItAlive) {
-  bar = CommandBar::make(store(), CommandBarMode::NewTab);
-  bar->appear();
-  bar->setText("tides");
-  world.scheduler.turn();
-  const std::weak_ptr<CommandBar> weak = bar;
-  bar.reset();
-  EXPECT_TRUE(weak.expired());
-  store().history.reset();
-  show();
-  bar->setText("tides");
-  settle();
-  EXPECT_THAT(rows(), ElementsAre("search:tides")) << "also without a history";
 }
 
 }  // namespace

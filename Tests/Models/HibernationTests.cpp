@@ -120,12 +120,6 @@ TEST_F(HibernationTest, TheFolderHoldsTheStatesOfLivingTabsOnly) {
     EXPECT_TRUE(stateFile(closed).empty());
     EXPECT_FALSE(stateFile(tabs[1]).empty() || stateFile(tabs[2]).empty());
   }
-  store().clearToday(store().activeSpace());
-  saveStates(Now);
-  EXPECT_TRUE(stateFile(tabs[1]).empty());
-  store().toasts.undoToast();
-  saveStates(Now);
-  EXPECT_FALSE(stateFile(tabs[1]).empty()) << "it is back";
 }
 
 TEST_F(HibernationTest, UnreadFilesAreCarriedOverUntouched) {
@@ -155,10 +149,6 @@ TEST_F(HibernationTest, AStateThatCouldNotBeWrittenIsTriedAgain) {
   EXPECT_TRUE(stateFile(tabs[0]).empty());
   saveStates(Hibernation::StateWriting::Background);
   EXPECT_FALSE(stateFile(tabs[0]).empty());
-  world.disk->put(tabs[0]->pageState.file(), "written once");
-  store().scheduleSave();
-  advance(1100ms);
-  EXPECT_EQ(stateFile(tabs[0]), "written once");
 }
 
 }  // namespace

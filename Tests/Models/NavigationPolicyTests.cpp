@@ -2,6 +2,7 @@
 #include "Tests/Models/ModelTest.h"
 
 #include "Models/Tab/Peek.h"
+#include "Support/Network/UserAgent.h"
 
 namespace orvel::test {
 namespace {
@@ -95,9 +96,6 @@ TEST_F(Policy, TheQuestionBeforeAnotherApplicationOpens) {
   settle();
   EXPECT_THAT(world.desktop.alerts[1].alert.informativeText, HasSubstr("This page wants"));
   EXPECT_EQ(world.desktop.opened.size(), 1u) << "taken away without a choice";
-  view->isOnScreen = false;
-  ask();
-  EXPECT_EQ(world.desktop.alerts.size(), 2u);
 }
 
 TEST_F(Policy, WhatIsLetThroughAsItIs) {
@@ -134,7 +132,6 @@ TEST_F(Policy, TrackingParametersAreStrippedOnceUntilAPageFinishes) {
   const auto redirect = action(tracked, NavigationType::Other);
   EXPECT_EQ(view->navigate(redirect), Cancel);
   EXPECT_EQ(lastRequest(), "https://b.org/");
-  EXPECT_EQ(view->requests.back().timeout, 60s);
   EXPECT_EQ(view->navigate(redirect), Allow) << "the site insists";
   settle();
   EXPECT_EQ(view->navigate(redirect), Cancel) << "the page has finished meanwhile";
@@ -199,7 +196,10 @@ TEST_F(Policy, PagesOfExtensionsLiveInViewsOfTheirOwn) {
   settle();
   EXPECT_EQ(tab->webViewRevision.peek(), 0);
 
+  const TabRef early = world.open(page);
   world.hasExtension = true;
+  for (int i = 0; i < 2; ++i) early->reopenExtensionPage();
+  EXPECT_EQ(early->webViewRevision.peek(), 1) << "a page that waited for its extension";
   EXPECT_EQ(view->navigate(action(page)), Cancel);
   EXPECT_EQ(tab->liveWebView(), view) << "the view that asks is still in its call";
   settle();
@@ -213,7 +213,8 @@ TEST_F(Policy, PagesOfExtensionsLiveInViewsOfTheirOwn) {
   EXPECT_EQ(view->navigate(action("https://b.org/")), Cancel);
   settle();
   EXPECT_EQ(tab->webViewRevision.peek(), 2);
-  EXPECT_NE(tab->liveWebView()->configuration().applicationNameForUserAgent, "extension");
+  EXPECT_EQ(tab->liveWebView()->configuration().applicationNameForUserAgent,
+            UserAgent::safariSuffix());
 
   usePrivateTab();
   EXPECT_EQ(view->navigate(action(page)), Cancel);

@@ -75,18 +75,6 @@ TEST_F(SettingsDocument, ComesBackWholeAndABrokenKeyCostsThatKeyAlone) {
   }
 }
 
-TEST_F(SettingsDocument, EveryWriteIsStoredAtOnce) {
-  Settings settings(defaults);
-  settings.quickBarKey = QuickBarKey::ControlShiftSpace;
-  EXPECT_EQ(stored()["quickBarKey"], "controlShiftSpace");
-  settings.linkRoutes.update([](auto& routes) { routes.push_back({.pattern = "b.org"}); });
-  EXPECT_EQ(stored()["linkRoutes"][0]["pattern"], "b.org");
-  settings.quickBarKey = std::nullopt;
-  EXPECT_FALSE(stored().contains("quickBarKey"));
-  settings.archiveAfter = ArchiveInterval::Never;
-  EXPECT_EQ(Settings(defaults).archiveAfter.peek(), ArchiveInterval::Never);
-}
-
 TEST_F(SettingsDocument, AnotherEngineEndsItsConsent) {
   Settings settings(defaults);
   settings.searchEngine = SearchEngine::kagi;
@@ -97,8 +85,6 @@ TEST_F(SettingsDocument, AnotherEngineEndsItsConsent) {
   EXPECT_FALSE(settings.searchSuggestions);
   EXPECT_EQ(stored()["searchEngine"], "bing");
   EXPECT_EQ(stored()["searchSuggestions"], false);
-  settings.searchEngine = SearchEngine::kagi;
-  EXPECT_FALSE(settings.searchSuggestions);
 }
 
 TEST_F(SettingsDocument, TheBuiltInShortcutsAreNotStored) {
@@ -128,24 +114,6 @@ TEST_F(SettingsDocument, ZoomIsFiledBySite) {
   EXPECT_THAT(settings.siteZoom.peek(), IsEmpty());
   settings.setZoom(0.98, address("https://example.com/"));
   EXPECT_EQ(stored()["siteZoom"]["example.com"], 0.98);
-}
-
-TEST_F(SettingsDocument, HiddenItemsAreFiledByHowWideTheyAct) {
-  Settings settings(defaults);
-  const URL page = address("https://example.com/a");
-  settings.hide("body > div.x", page);
-  settings.hide("div.x", page);
-  settings.hide("div.x", page);
-  settings.hide("body", address("https://example.com"));
-  settings.hide("div.y", address("https://example.com.au/a"));
-  settings.hide("div.z", address("about:blank"));
-  EXPECT_THAT(settings.hiddenItems.peek(), SizeIs(4));
-  EXPECT_THAT(settings.hiddenItemsOn(page), ElementsAre("div.x", "body > div.x"));
-  EXPECT_THAT(settings.hiddenItemsOn(address("https://www.example.com/")),
-              ElementsAre("div.x", "body"));
-  EXPECT_THAT(settings.hiddenItemsOn(std::nullopt), IsEmpty());
-  settings.showHiddenItems(page);
-  EXPECT_EQ(stored()["hiddenItems"], json({{"example.com.au", {"div.y"}}}));
 }
 
 }  // namespace

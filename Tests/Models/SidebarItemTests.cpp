@@ -44,16 +44,6 @@ TEST_F(SidebarItems, ListsAreWalkedDepthFirstAndKeepTheirFolders) {
   EXPECT_THAT(urls(tabsOf(items)), ElementsAre("x:a", "x:c", "x:d"));
 }
 
-TEST_F(SidebarItems, SplitAndItsWidthsBelongTogether) {
-  const std::vector<UUID> split = {tabs[0]->id, tabs[1]->id};
-  space().setSplit(split);
-  space().splitWidths = std::vector<double>{0.3, 0.7};
-  space().setSplit(split);
-  EXPECT_EQ(space().splitWidths.peek().size(), 2u);
-  space().setSplit({tabs[0]->id});
-  EXPECT_TRUE(space().splitWidths.peek().empty());
-}
-
 TEST_F(SidebarItems, RowsFollowTheSidebarsOrder) {
   space().profile->favorites = TabList{tabs[0], tabs[1], tabs[2]};
   space().pinned = SidebarItemList{outer, tabs[3]};

@@ -125,24 +125,5 @@ TEST_F(SuggestionsTest, WhatIsAlwaysPickedComesFirstBelowAnAnswer) {
   EXPECT_EQ(shown("selected.test/other").front(), "url:https://selected.test/other");
 }
 
-TEST_F(SuggestionsTest, WithoutATitleRowsShowTheirHost) {
-  const auto tab = addTab("", "https://www.tides.test/a");
-  const auto archived = [](std::optional<URL> url) {
-    return suggestion::Archived{{.tab = {.id = UUID(), .url = url}}};
-  };
-  const std::optional<std::string> none;
-  const struct {
-    Suggestion row;
-    SuggestionPresentation shown;
-  } cases[] = {
-      {suggestion::Tab{tab}, {tab, "tides.test", "tides.test", "Switch to Tab"}},
-      {suggestion::History{{.url = address("https://www.a.test/b")}},
-       {"clock.arrow.circlepath", "a.test", "a.test", none}},
-      {archived(std::nullopt), {"archivebox", "Archived tab", none, "Reopen"}},
-      {archived(address("https://a.test/")), {"archivebox", "a.test", "a.test", "Reopen"}},
-  };
-  for (const auto& one : cases) EXPECT_EQ(presentation(one.row, SearchEngine::bing), one.shown);
-}
-
 }  // namespace
 }  // namespace orvel::test

@@ -5,6 +5,8 @@
 namespace orvel::test {
 namespace {
 
+namespace fs = std::filesystem;
+
 TEST(UserAgent, TakesTwoNumbersOfTheVersion) {
   EXPECT_EQ(UserAgent::safariSuffix(), "Version/26.0 Safari/605.1.15");
   EXPECT_EQ(UserAgent::safariSuffix("27"), "Version/27.0 Safari/605.1.15");
@@ -19,20 +21,49 @@ TEST(ErrorPage, NothingBreaksOutOfItsMarkup) {
   EXPECT_THAT(page, HasSubstr("href=\"https://a&quot;&lt;b&gt;/?x=1&amp;y=&quot;2&quot;\""));
 }
 
-TEST(ErrorPage, OffersWhatHelps) {
-  using enum LoadError::Kind;
-  EXPECT_THAT(ErrorPage::html({}, std::nullopt),
-              AllOf(HasSubstr("<title>Can’t open This page</title>"), Not(HasSubstr("<a "))));
-  for (const auto kind :
-       {NotConnected, DNSLookupFailed, ConnectionLost, CannotConnect, CannotFindHost, TimedOut})
-    EXPECT_THAT(ErrorPage::html({.kind = kind}, std::nullopt), HasSubstr(">Don’t Panic</p>"));
-  for (const auto kind : {BadCertificate, Other})
-    EXPECT_THAT(ErrorPage::html({.kind = kind}, std::nullopt), Not(HasSubstr("Panic")));
+Task<> put(Task<ImageRef> fetching, ImageRef& into) { into = co_await std::move(fetching); }
+
+TEST(FaviconStore, KeepsWhatItFetchesUnlessTold) {
+  using enum FaviconStore::Memory;
+  World world;
+  auto& store = world.favicons;
+  const std::string png = Image::make(200, 100, std::vector<uint8_t>(80000))->encodedPNG();
+  const std::string bomb = Image::make(4097, 1, std::vector<uint8_t>(4097 * 4))->encodedPNG();
+  const std::string drawing =
+      "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'><rect width='8' "
+      "height='8'/></svg>";
+  struct Case {
+    const char* url;
+    HTTPAnswer answer;
+    int width;  // 0: no icon
+  };
+  const Case cases[] = {{"https://a.test/icon", {.status = 200, .body = png}, FaviconStore::kSide},
+                        {"https://b.test/icon", {.status = 200, .body = drawing}, 128},
+                        {"https://c.test/icon", {.status = 200, .body = bomb}, 0},
+                        {"https://d.test/icon", {.status = 404, .body = png}, 0},
+                        {"https://e.test/icon", {.failure = HTTPFailure::TooLarge}, 0},
+                        {"https://f.test/icon", {.status = 200, .body = "<html>"}, 0}};
+  for (const auto& [url, answer, width] : cases) {
+    const URL icon = address(url);
+    const std::string host(*icon.host());
+    world.network.answers[url] = answer;
+    EXPECT_EQ(store.cachedImage(host), nullptr);
+    for (const auto memory : {Forgets, Remembers}) {
+      ImageRef got;
+      world.scheduler.start(put(store.fetch(icon, host, memory), got)).detach();
+      world.scheduler.settle();
+      EXPECT_EQ(got ? got->width() : 0, width) << url;
+      const bool isKept = memory == Remembers && width > 0;
+      EXPECT_EQ(store.cachedImage(host) != nullptr, isKept) << url;
+      EXPECT_EQ(world.disk->exists(store.file(host)), isKept) << url;
+    }
+  }
 }
 
 TEST(FaviconStore, ReadsEachHostsFileOnce) {
-  MemoryFileSystem disk;
-  FaviconStore store(disk, "/icons");
+  World world;
+  MemoryFileSystem& disk = *world.disk;
+  FaviconStore store(world.scheduler, disk, world.network.sessions(), "/icons");
   const std::string png = Image::make(1, 1, {9, 8, 7, 255})->encodedPNG();
   disk.put("/icons/a.org", png);
   const ImageRef icon = store.cachedImage("a.org");
@@ -53,6 +84,7 @@ struct Downloads : testing::Test {
   std::shared_ptr<FakeDownload> begin(const std::string& name) {
     auto download = std::make_shared<FakeDownload>(address("https://a/file"));
     download->setDelegate(manager);
+    download->expected = 100;
     download->begin(name);
     return download;
   }
@@ -66,12 +98,58 @@ struct Downloads : testing::Test {
 TEST_F(Downloads, GetFreeNamesInTheUsersFolder) {
   world.disk->put("/downloads/a.tar.gz", "");
   world.disk->put("/downloads/download", "");
-  const std::pair<const char*, const char*> cases[] = {{"new.txt", "/downloads/new.txt"},
-                                                       {"a.tar.gz", "/downloads/a.tar 2.gz"},
-                                                       {"../../x/y.txt", "/downloads/y.txt"},
-                                                       {"", "/downloads/download 2"}};
-  for (const auto& [suggested, destination] : cases)
-    EXPECT_EQ(begin(suggested)->destination, destination);
+  world.disk->put("/downloads/b.txt.part", "of a former run");
+  const std::pair<const char*, const char*> cases[] = {
+      {"new.txt", "new.txt"},     {"new.txt", "new 2.txt"},   {"b.txt", "b 2.txt"},
+      {"a.tar.gz", "a.tar 2.gz"}, {"../../x/y.txt", "y.txt"}, {"", "download 2"}};
+  std::vector<std::shared_ptr<FakeDownload>> all;
+  for (const auto& [suggested, name] : cases) {
+    all.push_back(begin(suggested));
+    EXPECT_EQ(items()[0].destination, fs::path("/downloads") / name);
+    EXPECT_EQ(all.back()->destination, fs::path("/downloads") / (std::string(name) + ".part"));
+  }
+}
+
+TEST_F(Downloads, ReplaceNothingThatComesMeanwhile) {
+  const auto download = begin("a.txt");
+  world.disk->put("/downloads/a.txt.part", "whole");
+  world.disk->put("/downloads/a.txt", "another's");
+  download->finish();
+  EXPECT_EQ(items()[0].destination, "/downloads/a 2.txt");
+  EXPECT_EQ(world.disk->contents()["/downloads/a.txt"], "another's");
+  EXPECT_EQ(world.disk->contents()["/downloads/a 2.txt"], "whole");
+}
+
+TEST_F(Downloads, ThatTheDiskCannotHoldSaySo) {
+  world.disk->free = 10;
+  const auto large = std::make_shared<FakeDownload>(address("https://a/file"));
+  large->setDelegate(manager);
+  large->expected = 11;
+  large->begin("large");
+  EXPECT_FALSE(large->destination);
+  begin("grows")->fail({.kind = LoadError::Kind::DiskFull});
+  for (const auto& item : items()) {
+    EXPECT_EQ(item.state, State::Failed);
+    EXPECT_TRUE(item.isDiskFull);
+  }
+}
+
+TEST_F(Downloads, OfPrivateWindowsAreForgotten) {
+  const auto kept = begin("kept");
+  std::vector<std::shared_ptr<FakeDownload>> ofWindow;
+  for (const auto* name : {"done", "under way"}) {
+    ofWindow.push_back(std::make_shared<FakeDownload>(address("https://a/file")));
+    ofWindow.back()->isPrivate = true;
+    ofWindow.back()->setDelegate(manager);
+    ofWindow.back()->begin(name);
+    world.disk->put(*ofWindow.back()->destination, "bytes");
+  }
+  ofWindow[0]->finish();
+  manager->forgetPrivate();
+  ASSERT_EQ(items().size(), 1u);
+  EXPECT_EQ(items()[0].destination, "/downloads/kept");
+  EXPECT_TRUE(world.disk->exists("/downloads/done"));
+  EXPECT_FALSE(world.disk->exists("/downloads/under way.part"));
 }
 
 TEST_F(Downloads, AreFollowedToTheirEnd) {

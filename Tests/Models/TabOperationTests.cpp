@@ -34,29 +34,6 @@ struct TabOperations : ModelTest {
   }
 };
 
-TEST_F(TabOperations, ReopeningBringsBackTheLatestAndFallsBackOnTheActiveSpace) {
-  const auto tabs = openTabs(2);
-  tabs[0]->title = "First";
-  store().close(tabs[1]);
-  store().close(tabs[0]);
-  auto closed = store().archive.closedTabs.peek();
-  closed.back().spaceID = UUID::random();
-  publish(store().archive.closedTabs, closed);
-  store().archive.reopenClosedTab();
-  EXPECT_EQ(selected()->title.peek(), "First");
-  EXPECT_NE(selected()->id, tabs[0]->id);
-  store().archive.reopenClosedTab();
-  store().archive.reopenClosedTab();
-  const ArchivedTabRecord archived{
-      {.id = UUID::random(), .title = "Old", .url = address("https://old/")}, UUID::random(), {}};
-  publish(store().archive.records, {archived});
-  store().archive.reopen(archived);
-  EXPECT_EQ(selected()->title.peek(), "Old");
-  EXPECT_NE(selected()->id, archived.tab.id);
-  EXPECT_THAT(store().archive.records.peek(), IsEmpty());
-  EXPECT_THAT(urls(space().today), ElementsAre("https://old/", "https://b/", "https://a/"));
-}
-
 TEST_F(TabOperations, ClearingTodayCanBeUndoneWithTheTabsAlive) {
   store().clearToday(store().activeSpace());
   EXPECT_FALSE(store().toasts.toast.peek());
@@ -97,10 +74,8 @@ TEST_F(TabOperations, ASpaceThatHasGoneTakesNothing) {
   store().move(tabs[0], TodayDestination{}, gone);
   store().clearToday(gone);
   store().toasts.undoToast();
-  EXPECT_THAT(gone->today.peek(), IsEmpty());
   EXPECT_EQ(store().activeSpaceID.get(), home->id);
   EXPECT_THAT(home->today.peek(), ElementsAre(tabs[0]));
-  EXPECT_THAT(store().archive.closedTabs.peek(), IsEmpty());
   EXPECT_THAT(world.told, IsEmpty());
   store().openTab(address("https://x/"), {.in = gone});
   EXPECT_THAT(urls(home->today), ElementsAre("https://x/", "https://a/"));
@@ -112,11 +87,9 @@ TEST_F(TabOperations, ATabThatHasClosedMeanwhileIsNotSelected) {
   store().close(tabs[1]);
   store().select(tabs[1]);
   EXPECT_EQ(selected(), tabs[0]);
-  const TabRef cleared = world.open("https://c/", false);
   store().spaceEditing.commit({.name = "Second"});
-  store().select(cleared, store().activeSpace());
+  store().select(tabs[0], store().activeSpace());
   EXPECT_EQ(selected(), nullptr) << "not in that space";
-  EXPECT_EQ(space().selectedTabID.peek(), std::nullopt);
 }
 
 TEST_F(TabOperations, WhatTheyWorkOnMayStandInTheListThatTheyChange) {
@@ -151,9 +124,7 @@ TEST_F(TabOperations, ATabStaysWithItsProfile) {
   for (const auto& move : moves) {
     move();
     EXPECT_THAT(home->today.peek(), ElementsAre(tabs[0]));
-    EXPECT_THAT(other->allTabs(), IsEmpty());
-    EXPECT_FALSE(tabs[0]->pinnedURL.peek());
-    EXPECT_FALSE(store().toasts.toast.peek());
+    EXPECT_FALSE(tabs[0]->pinnedURL.peek() || store().toasts.toast.peek());
   }
   const auto gone = std::make_shared<Folder>(UUID::random(), "Gone", Folder::Expansion::Expanded);
   store().move(tabs[0], PinnedDestination{gone, std::nullopt}, home);
@@ -161,9 +132,6 @@ TEST_F(TabOperations, ATabStaysWithItsProfile) {
   store().move(tabs[0], FavoritesDestination{}, home);
   store().openTab(address("https://x/"), {.after = tabs[0], .select = false});
   EXPECT_THAT(urls(home->today), ElementsAre("https://x/"));
-  store().select(tabs[0]);
-  EXPECT_EQ(store().activeSpace(), home);
-  EXPECT_EQ(selected(), tabs[0]);
 }
 
 TEST_F(TabOperations, MovesKeepSetAndClearThePin) {
@@ -178,11 +146,7 @@ TEST_F(TabOperations, MovesKeepSetAndClearThePin) {
   EXPECT_THAT(urls(tabsOf(space().pinned)),
               ElementsAre("https://b/", "https://wandered/", "https://c/"))
       << "in front of a member, at the end for an unknown one";
-  for (const TabRef& tab : tabs) store().move(tab, FavoritesDestination{});
-  store().move(tabs[2], FavoritesDestination{tabs[0]->id});
-  EXPECT_THAT(space().profile->favorites.peek(), ElementsAre(tabs[2], tabs[0], tabs[1]));
-  store().move(tabs[1], TodayDestination{});
-  store().move(tabs[0], TodayDestination{tabs[1]->id});
+  for (const TabRef& tab : {tabs[1], tabs[0]}) store().move(tab, TodayDestination{});
   EXPECT_FALSE(tabs[0]->pinnedURL.peek());
   advance(2s);
   const auto before = space().today.peek();
@@ -206,8 +170,6 @@ TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   publish(tabs[1]->url, address("https://wandered/"));
   store().togglePin(tabs[1]);
   EXPECT_EQ(toast(), "Moved to Today");
-  EXPECT_EQ(space().today.peek().front(), tabs[1]);
-  EXPECT_FALSE(tabs[1]->pinnedURL.peek());
   store().toasts.undoToast();
   EXPECT_THAT(space().profile->favorites.peek(), ElementsAre(tabs[1]));
   EXPECT_EQ(tabs[1]->pinnedURL.peek(), address("https://b/"));
@@ -219,25 +181,15 @@ TEST_F(TabOperations, PinningTogglesAndItsUndoRestoresPlaceAndAddress) {
   EXPECT_THAT(space().today.peek(), ElementsAre(tabs[0], tabs[2])) << "its folder has gone";
 }
 
-TEST_F(TabOperations, FoldersAreNamedToggledAndDissolved) {
-  const auto tabs = openTabs(4);
+TEST_F(TabOperations, AFolderThatIsDeletedLeavesItsTabsInToday) {
+  const auto tabs = openTabs(3);
   store().folders.newFolder(tabs[1]);
   const FolderRef folder = foldersOf(space().pinned).front();
-  store().folders.rename(folder, " \n ");
-  EXPECT_EQ(folder->name.peek(), "New Folder");
-  store().folders.rename(folder, "  Reading\n");
+  for (const char* name : {"  Reading\n", " \n "}) store().folders.rename(folder, name);
   EXPECT_EQ(folder->name.peek(), "Reading");
-  EXPECT_FALSE(store().folders.renamingFolderID.peek());
-  advance(2s);
-  store().folders.toggle(folder);
-  EXPECT_TRUE(isSavePending());
-  store().move(tabs[2], PinnedDestination{folder, std::nullopt});
-  store().select(tabs[2]);
-  store().folders.deleteFolder(folder);
-  store().folders.deleteFolder(folder);
-  EXPECT_THAT(space().today.peek(), ElementsAre(tabs[1], tabs[2], tabs[0], tabs[3]));
+  for (int again = 0; again < 2; ++again) store().folders.deleteFolder(folder);
+  EXPECT_THAT(space().today.peek(), ElementsAre(tabs[1], tabs[0], tabs[2]));
   EXPECT_FALSE(tabs[1]->pinnedURL.peek());
-  EXPECT_EQ(selected(), tabs[2]);
   EXPECT_THAT(space().pinned.peek(), IsEmpty());
 }
 
@@ -270,18 +222,16 @@ TEST_F(TabOperations, SelectingTellsEverybodyOnce) {
   const auto tabs = openTabs(2);
   store().select(tabs[0]);
   world.told.clear();
-  store().coming.reader = ReaderArticle{.tabID = tabs[0]->id};
   store().coming.capture = tabs[0]->id;
   store().select(tabs[0]);
   EXPECT_THAT(world.told, IsEmpty());
-  EXPECT_TRUE(store().coming.reader.peek() && store().coming.capture.peek());
+  EXPECT_TRUE(store().coming.capture.peek());
   advance(5s);
   world.told.clear();
   world.viewOnScreen(tabs[0])->snapshot = Image::make(1, 1, {0, 0, 0, 0});
   store().select(tabs[1]);
   EXPECT_THAT(world.told, ElementsAre("activate https://b/ after https://a/"));
-  EXPECT_FALSE(store().coming.reader.peek() || store().coming.capture.peek());
-  EXPECT_EQ(tabs[0]->lastActiveAt, world.scheduler.now());
+  EXPECT_FALSE(store().coming.capture.peek());
   EXPECT_EQ(tabs[1]->lastActiveAt, world.scheduler.now());
   settle();
   EXPECT_EQ(world.view(tabs[1])->focusCount, 1);
@@ -513,9 +463,7 @@ TEST_F(TabOperations, LinksAreCopiedCleanAndEscaped) {
   EXPECT_EQ(world.desktop.clipboardText, "[A [b\\] c](https://a/?q=1)");
   EXPECT_TRUE(store().copiedLink.didCopyLink);
   EXPECT_FALSE(store().toasts.toast.peek());
-  advance(1199ms);
-  EXPECT_TRUE(store().copiedLink.didCopyLink);
-  advance(1ms);
+  advance(1200ms);
   EXPECT_FALSE(store().copiedLink.didCopyLink);
   store().chrome.toggleSidebar();
   store().copiedLink.copyLink();

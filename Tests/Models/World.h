@@ -25,11 +25,10 @@ struct FakeInterface final : Interface {
   std::shared_ptr<LittleWindow> makeLittleWindow(const TabRef& tab) override {
     return makeLittle(tab);
   }
-  bool openUtilityWindow(UtilityWindow which) override { return openUtility && openUtility(which); }
+  bool openUtilityWindow(UtilityWindow) override { return false; }
 
   DesktopWindow* shown = nullptr;
   std::function<std::shared_ptr<LittleWindow>(const TabRef&)> makeLittle;
-  std::function<bool(UtilityWindow)> openUtility;
 };
 
 // One run of the program over a disk: all that the model stands on, and the store.
@@ -72,12 +71,12 @@ class World {
   FakeWindow window;
   FakeInterface interface;
   FileWriter writer{scheduler, disk};
-  FaviconStore favicons{*disk, "/data/Orvel/Favicons"};
   // No list is there and none is fetched; blocking is off, so that no first page waits.
   UserDefaults defaults;
   FilterListUpdater filterLists{
       scheduler, writer, defaults, {}, {disk, "/data/Orvel/Filters", "/share/Filters"}, {}};
   FakeNetwork network{scheduler};
+  FaviconStore favicons{scheduler, *disk, network.sessions(), "/data/Orvel/Favicons"};
   CurrencyFeed currencies{scheduler, writer, network.sessions(), "/data/Orvel/eurofxref.xml",
                           address("https://rates.test/daily.xml")};
   EngineSuggestions engineSuggestions{network.sessions()};

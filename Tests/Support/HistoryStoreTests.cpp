@@ -81,15 +81,6 @@ TEST_F(History, AnOvertakenSearchDoesNotRun) {
   EXPECT_THAT(answers, ElementsAre(IsEmpty(), ElementsAre("abc.org"), ElementsAre("abc.org")));
 }
 
-TEST_F(History, WithoutADatabaseNothingIsKept) {
-  store = HistoryStore::open(scheduler, "/no/such/folder/history.sqlite");
-  visit(kOne, "a.org");
-  ask(store->recent(kOne, 10));
-  ask(store->search(HistorySearchField(), "a", kOne, 10, scheduler.now()));
-  scheduler.settle();
-  EXPECT_THAT(answers, ElementsAre(IsEmpty(), IsEmpty()));
-}
-
 TEST(HistoryOnARealQueue, KeepsWhatWasAskedForBeforeTheEnd) {
   const TemporaryFolder folder("history");
   Answers answers;

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "Tests/Fakes/MemoryFileSystem.h"
 #include "Tests/Fakes/VirtualScheduler.h"
 
@@ -46,18 +44,6 @@ TEST_F(UserDefaultsTest, KeepsEveryTypeAcrossRuns) {
   EXPECT_EQ(defaults.text("gone"), std::nullopt);
 }
 
-TEST_F(UserDefaultsTest, ReadsAnotherTypeAsAbsentAndKeepsOneValueAKey) {
-  FileUserDefaults defaults(writer, kFile);
-  defaults.setText("key", "true");
-  EXPECT_EQ(defaults.boolean("key"), std::nullopt);
-  EXPECT_EQ(defaults.list("key"), std::nullopt);
-  defaults.setBoolean("key", false);
-  EXPECT_EQ(defaults.text("key"), std::nullopt);
-  defaults.setNumber("key", NAN);
-  scheduler.settle();
-  EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), 0u);
-}
-
 TEST_F(UserDefaultsTest, KeepsWhatIsLegibleAndTheDamagedFileBeside) {
   const struct {
     const char* name;
@@ -89,27 +75,6 @@ TEST_F(UserDefaultsTest, KeepsWhatIsLegibleAndTheDamagedFileBeside) {
     EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), test.legible.size() + 1);
     EXPECT_EQ(disk->read(kDamaged, ~0ull).bytes, test.bytes);
   }
-}
-
-TEST_F(UserDefaultsTest, NothingReplacesAFileThatCannotBeKept) {
-  disk->put(kFile, "[Texts]\na=x\nyyy\n");
-  disk->failAlways(test::MemoryFileSystem::Fault::DiskFull);
-  FileUserDefaults defaults(writer, kFile);
-  scheduler.settle();
-  disk->failAlways(test::MemoryFileSystem::Fault::None);
-  disk->failAtStep(0, test::MemoryFileSystem::Fault::DiskFull);
-  defaults.setBoolean("one", true);
-  scheduler.settle();
-  EXPECT_EQ(disk->read(kFile, ~0ull).bytes, "[Texts]\na=x\nyyy\n");
-  defaults.setBoolean("two", true);
-  scheduler.settle();
-  EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), 3u);
-  EXPECT_EQ(disk->read(kDamaged, ~0ull).bytes, "[Texts]\na=x\nyyy\n");
-
-  disk->unreadable[kFile] = std::errc::io_error;
-  FileUserDefaults unread(writer, kFile);
-  scheduler.settle();
-  EXPECT_TRUE(disk->read(kDamaged, ~0ull).bytes->find("two") != std::string::npos) << "moved aside";
 }
 
 }  // namespace

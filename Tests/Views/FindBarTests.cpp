@@ -24,10 +24,7 @@ struct FindBarTest : ShownWindow {
 };
 
 TEST_F(FindBarTest, SearchesThePageWhileOneTypes) {
-  EXPECT_EQ(focus(), field());
-  EXPECT_FALSE(saysNotFound());
   insert(bar().field(), "wor");
-  EXPECT_FALSE(saysNotFound());
   insert(bar().field(), "n");
   EXPECT_TRUE(saysNotFound());
   EXPECT_FALSE(gtk_widget_is_sensitive(part("Next (Ctrl+G)")));
@@ -64,12 +61,7 @@ TEST_F(FindBarTest, GoesThroughTheMatches) {
   click(part("Next (Ctrl+G)"));
   EXPECT_TRUE(press(bar().field(), GDK_KEY_Up));
   EXPECT_TRUE(press(bar().field(), GDK_KEY_Down));
-  g_signal_emit_by_name(field(), "activate");
-  settle();
-  EXPECT_TRUE(store().commands.performAction(ActionID::FindNext));
-  settle();
-  EXPECT_THAT(page().searches,
-              ElementsAre("word backwards", "word", "word backwards", "word", "word", "word"));
+  EXPECT_THAT(page().searches, ElementsAre("word backwards", "word", "word backwards", "word"));
 }
 
 TEST_F(FindBarTest, GoesAndGivesTheKeyboardBack) {
@@ -79,12 +71,6 @@ TEST_F(FindBarTest, GoesAndGivesTheKeyboardBack) {
   EXPECT_FALSE(store().pageSearch.find.peek());
   EXPECT_NE(focus(), field());
   EXPECT_GT(page().focusCount, focusCount);
-  EXPECT_TRUE(runUntil([this] { return !bar().get_mapped(); }));
-
-  show();
-  EXPECT_EQ(bar().field().text(), "");
-  click(part("Close (Esc)"));
-  EXPECT_FALSE(store().pageSearch.find.peek());
 
   show();
   sample.reading->title = std::string("Another title");

@@ -75,34 +75,6 @@ TEST_F(MenuViewTest, TheMenuShowsTheStoresOwn) {
   EXPECT_TRUE(runUntil([this] { return menuRows(root()).empty(); }));
 }
 
-TEST_F(MenuViewTest, TheMenuGivesTheKeyboardBack) {
-  auto* list = window->view().sidebar().section().list().Gtk::Widget::gobj();
-  gtk_widget_child_focus(list, GTK_DIR_TAB_FORWARD);
-  auto* former = focus();
-  ASSERT_NE(former, nullptr);
-  press(ActionID::MainMenu);
-  EXPECT_NE(focus(), former);
-  gtk_popover_popdown(GTK_POPOVER(gtk_widget_get_ancestor(row("File").widget, GTK_TYPE_POPOVER)));
-  settle();
-  EXPECT_EQ(focus(), former);
-}
-
-TEST_F(MenuViewTest, OneRowAloneHasTheFill) {
-  EXPECT_TRUE(press(ActionID::MainMenu));
-  auto* file = row("File").widget;
-  g_signal_emit_by_name(file, "clicked");
-  settle();
-  ASSERT_TRUE(gtk_widget_get_mapped(row("New Tab").widget));
-  auto* inside = row("Open Location…").widget;
-  ASSERT_NE(inside, nullptr);
-  gtk_widget_set_state_flags(inside, GTK_STATE_FLAG_SELECTED, FALSE);
-  EXPECT_TRUE(gtk_widget_has_css_class(file, "passed"));
-  EXPECT_FALSE(gtk_widget_has_css_class(row("Edit").widget, "passed"));
-  for (const auto* title : {"New Tab", "Open Location…"})
-    gtk_widget_unset_state_flags(row(title).widget, GTK_STATE_FLAG_SELECTED);
-  EXPECT_FALSE(gtk_widget_has_css_class(file, "passed"));
-}
-
 TEST_F(MenuViewTest, TheMenuOfARowHasTheKeysToItself) {
   auto& list = window->view().sidebar().section().list();
   gtk_widget_child_focus(list.Gtk::Widget::gobj(), GTK_DIR_TAB_FORWARD);
@@ -150,24 +122,18 @@ TEST_F(MenuViewTest, ASheetKeepsTheKeysForItself) {
   EXPECT_EQ(store().spaceEditing.spaceDraft.peek()->id, draft);
   EXPECT_EQ(store().commandBar.peek(), std::nullopt);
   EXPECT_TRUE(press(history, ActionID::CloseTab));
-  // What ends the program or moves a window stays.
-  EXPECT_TRUE(press(ActionID::Minimize));
+  // What ends the program stays.
   EXPECT_TRUE(press(ActionID::Quit));
   EXPECT_EQ(sample.world.desktop.terminateCount, 1);
   publish(store().spaceEditing.spaceDraft, std::nullopt);
   settle();
   EXPECT_TRUE(press(ActionID::ToggleSidebar));
   EXPECT_FALSE(store().chrome.isSidebarVisible.peek());
-  EXPECT_FALSE(press(ActionID::Space9)) << "there is none";
   EXPECT_FALSE(press(ActionID::Copy)) << "it is the page's";
 }
 
 TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
-  EXPECT_FALSE(store().interface().openUtilityWindow(UtilityWindow::BugReport))
-      << "nothing fills it";
   auto& windows = window->utilityWindows();
-  int made = 0;
-  windows.didMake = [&](GtkDesktopWindow&) { ++made; };
   store().showUtilityWindow(UtilityWindow::History);
   settle();
   auto* native = windows.native(UtilityWindow::History);
@@ -190,27 +156,7 @@ TEST_F(MenuViewTest, UtilityWindowsAreKeptAndRememberTheirSize) {
   gtk_window_get_default_size(native, &width, &height);
   EXPECT_EQ(width, 700);
   EXPECT_EQ(windows.content(UtilityWindow::History), content);
-  EXPECT_EQ(made, 2);
   EXPECT_FALSE(gtk_window_get_resizable(windows.native(UtilityWindow::Settings)));
-}
-
-TEST_F(MenuViewTest, TheProgramSaysWhatItIs) {
-  const auto shown = [] {
-    const auto windows = GRef<GListModel>::retain(gtk_window_get_toplevels());
-    std::vector<GtkWindow*> found;
-    for (guint i = 0; i < g_list_model_get_n_items(windows.get()); ++i) {
-      const auto one = GRef<GtkWindow>::adopt(GTK_WINDOW(g_list_model_get_item(windows.get(), i)));
-      if (ADW_IS_ABOUT_WINDOW(one.get())) found.push_back(one.get());
-    }
-    return found;
-  };
-  store().showUtilityWindow(UtilityWindow::About);
-  store().showUtilityWindow(UtilityWindow::About);
-  settle();
-  ASSERT_EQ(shown().size(), 1u);
-  EXPECT_STRNE(adw_about_window_get_version(ADW_ABOUT_WINDOW(shown().front())), "");
-  gtk_window_close(shown().front());
-  EXPECT_TRUE(runUntil([&] { return shown().empty(); }));
 }
 
 }  // namespace

@@ -31,7 +31,6 @@ TEST_F(PageQuestionTest, APagesDialogStandsUnderItsHostAndGivesTheKeyboardBack) 
   confirm("Sure?");
   EXPECT_TRUE(gtk_widget_has_css_class(labelOf(root(), "kelp.test"), "host"));
   EXPECT_NE(labelOf(root(), "Sure?"), nullptr);
-  EXPECT_FALSE(labelOf(root(), "Don’t let this page show more messages")) << "the first";
   ASSERT_EQ(focus(), GTK_WIDGET(question().button(0)->gobj()));
   const int focusCount = page->focusCount;
   gtk_widget_activate(focus());
@@ -43,16 +42,6 @@ TEST_F(PageQuestionTest, APagesDialogStandsUnderItsHostAndGivesTheKeyboardBack) 
   confirm("Really?");
   EXPECT_TRUE(press(question(), GDK_KEY_Escape));
   EXPECT_THAT(given, ElementsAre("OK", "Cancel"));
-
-  confirm("Really now?");
-  auto* silence = findWidget(GTK_WIDGET(question().gobj()),
-                             [](GtkWidget* one) { return GTK_IS_CHECK_BUTTON(one); });
-  gtk_check_button_set_active(GTK_CHECK_BUTTON(silence), TRUE);
-  press(question(), GDK_KEY_Escape);
-  EXPECT_TRUE(runUntil([this] { return !question().get_visible(); }));
-  confirm("And now?");
-  EXPECT_FALSE(question().isShown());
-  EXPECT_THAT(given, ElementsAre("OK", "Cancel", "Cancel", "Cancel"));
 }
 
 TEST_F(PageQuestionTest, WhoTypesKeepsTheKeyboard) {
@@ -70,22 +59,6 @@ TEST_F(PageQuestionTest, WhoTypesKeepsTheKeyboard) {
     sample.reading->questions.withdrawAll();
     settle();
   }
-}
-
-TEST_F(PageQuestionTest, TheRowOfAPageThatDoesNotAnswerSaysSo) {
-  const auto hasSign = [this] {
-    return findWidget(root(), [](GtkWidget* one) {
-             return GTK_IS_IMAGE(one) && gtk_widget_get_mapped(one) &&
-                    hasProperty(one, GTK_ACCESSIBLE_PROPERTY_LABEL, "This page isn’t answering");
-           }) != nullptr;
-  };
-  EXPECT_FALSE(hasSign());
-  page->setResponsive(false);
-  settle();
-  EXPECT_TRUE(hasSign());
-  page->setResponsive(true);
-  settle();
-  EXPECT_FALSE(hasSign());
 }
 
 }  // namespace

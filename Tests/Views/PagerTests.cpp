@@ -2,11 +2,8 @@
 #include "DesignSystem/Palette.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
-#include "Models/Windows/Toasts.h"
-#include "Models/Windows/WindowChrome.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
-#include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel::test {
 namespace {
@@ -125,27 +122,6 @@ TEST_F(PagerTest, NothingIsBuiltOrBoundWhileTheFingersMove) {
   EXPECT_EQ(pager().sectionOf(spaces[1]), next);
 }
 
-TEST_F(PagerTest, AFlickAndAButtonSlideToTheNextSpace) {
-  begin();
-  move(6);
-  auto* coming = pager().sectionOf(spaces[1]);
-  move(6);
-  end();
-  EXPECT_EQ(store().activeSpace(), spaces[1]);
-  settle();
-  EXPECT_EQ(pager().sectionOf(spaces[1]), coming) << "the page that came is the one that stays";
-  EXPECT_TRUE(runUntil([&] { return pageX(spaces[1]) == 0.0; }));
-
-  // By button from there, over a space between: the two stand side by side.
-  store().switching.switchTo(spaces[3]);
-  sample.world.scheduler.settle();
-  EXPECT_TRUE(runUntil([&] { return pager().distance() > -0.9 && pager().distance() < -0.1; }));
-  EXPECT_NEAR(*pageX(spaces[3]) - *pageX(spaces[1]), width(), 1);
-  sample.world.scheduler.advance(1s);
-  EXPECT_TRUE(runUntil([&] { return pageX(spaces[3]) == 0.0; }));
-  EXPECT_EQ(pager().sectionOf(spaces[1]), nullptr);
-}
-
 TEST_F(PagerTest, APageShowsItsSelectionAndNotTheFormerSpacesPlace) {
   const auto value = [&] { return pager().section().get_vadjustment()->get_value(); };
   for (const int i : {0, 1, 2}) {
@@ -172,33 +148,6 @@ TEST_F(PagerTest, APageHasItsOwnSpacesTheme) {
   settle();
   EXPECT_TRUE(wears(0, "theme-sage"));
   EXPECT_TRUE(wears(1, "theme-cognac"));
-}
-
-TEST_F(PagerTest, AStoredWidthIsShownWithinItsBounds) {
-  for (const auto& [stored, shown] :
-       {std::pair(1e9, kMaximumSidebarWidth), std::pair(-5.0, kMinimumSidebarWidth),
-        std::pair(300.0, 300.0)}) {
-    publish(store().chrome.sidebarWidth, stored);
-    settle();
-    EXPECT_TRUE(runUntil([&] { return width() == shown; })) << stored << " as " << width();
-    EXPECT_EQ(store().chrome.sidebarWidth.peek(), stored);
-  }
-}
-
-TEST_F(PagerTest, TheTowelIsThereOnItsDayAlone) {
-  auto* towel = withClass(root(), "towel");
-  for (const int month : {4, 5}) {
-    auto* noon = g_date_time_new_local(2026, month, 24, 12, 0, 0);
-    sample.world.scheduler.setDate(Date{std::chrono::seconds(g_date_time_to_unix(noon))});
-    g_date_time_unref(noon);
-    EXPECT_FALSE(gtk_widget_get_visible(towel));
-    sample.world.scheduler.advance(24h);
-    EXPECT_EQ(gtk_widget_get_visible(towel), month == 5);
-  }
-  click(towel);
-  EXPECT_EQ(store().toasts.toast.peek()->message, "Happy Towel Day. You know where your towel is.");
-  sample.world.scheduler.advance(24h);
-  EXPECT_FALSE(gtk_widget_get_visible(towel));
 }
 
 }  // namespace

@@ -136,7 +136,6 @@ TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {
     const bool isAtEnd = scroller.get_vadjustment()->get_value() > 1900 * rowHeight();
     EXPECT_EQ(isAtEnd, step.focused == 1999);
   }
-  EXPECT_FALSE(pressKey(list.gobj(), GDK_KEY_Down, GDK_CONTROL_MASK));
 
   // The list is one thing to the Tab key, and to assistive technology.
   EXPECT_FALSE(list.child_focus(Gtk::DirectionType::TAB_FORWARD));
@@ -148,27 +147,6 @@ TEST_F(RowListTest, KeysMoveTheFocusAndTheView) {
   auto* spoken = GTK_ACCESSIBLE(list.gobj());
   EXPECT_EQ(gtk_accessible_get_accessible_role(spoken), GTK_ACCESSIBLE_ROLE_LIST);
   EXPECT_TRUE(gtk_test_accessible_has_property(spoken, GTK_ACCESSIBLE_PROPERTY_LABEL));
-}
-
-TEST(RowLayout, FindsRowsByHeight) {
-  const auto rows = RowListTest::rows(4);
-  RowLayout::Heights heights{};
-  heights.fill(10);
-  const RowLayout plain(rows, heights);
-  EXPECT_EQ(plain.totalHeight(), 40);
-  EXPECT_EQ(plain.rowAt(-1), std::nullopt);
-  EXPECT_EQ(plain.rowAt(9.9), 0u);
-  EXPECT_EQ(plain.rowAt(10), 1u);
-  EXPECT_EQ(plain.rowAt(400), 3u);
-  EXPECT_EQ(plain.rowsBetween(5, 20).begin, 0u);
-  EXPECT_EQ(plain.rowsBetween(5, 20).end, 2u);
-  EXPECT_EQ(plain.rowsBetween(-50, -10).end, 0u);
-
-  const RowLayout gapped(rows, heights, RowLayout::Gap{2, 6});
-  EXPECT_EQ(gapped.gapTop(), 20);
-  EXPECT_EQ(gapped.top(2), 26);
-  EXPECT_EQ(gapped.totalHeight(), 46);
-  EXPECT_EQ(RowLayout({}, heights, RowLayout::Gap{0, 6}).totalHeight(), 6);
 }
 
 }  // namespace

@@ -52,17 +52,6 @@ struct ShownWindow : testing::Test {
     settle();
     return isUsed;
   }
-  // The pointer moves over a widget, or leaves it.
-  void pointAt(GtkWidget* widget, std::optional<std::pair<double, double>> place) {
-    forEachController(widget, [&](GtkEventController* one) {
-      if (!GTK_IS_EVENT_CONTROLLER_MOTION(one)) return;
-      if (place)
-        g_signal_emit_by_name(one, "enter", place->first, place->second);
-      else
-        g_signal_emit_by_name(one, "leave");
-    });
-    settle();
-  }
   // Types into a field, which reads it when the toolkit is done with it.
   void insert(KeyTextField& field, const char* text) {
     g_signal_emit_by_name(field.entry().gobj(), "insert-at-cursor", text);

@@ -9,7 +9,25 @@ namespace orvel::test {
 
 bool runUntil(const std::function<bool()>& condition) { return eventually(condition, 20s); }
 
-void runFrames(int count) { turnFor(count * 20ms); }
+void runFrames(int count) {
+  GtkWidget* shown = nullptr;
+  GList* windows = gtk_window_list_toplevels();
+  for (GList* one = windows; one; one = one->next)
+    if (gtk_widget_get_mapped(GTK_WIDGET(one->data))) shown = GTK_WIDGET(one->data);
+  g_list_free(windows);
+  if (!shown) return turnFor(20ms);
+  // The window stays with its clock, whatever closes meanwhile.
+  const auto clock = GRef<GdkFrameClock>::retain(gtk_widget_get_frame_clock(shown));
+  int drawn = 0;
+  const auto painted = g_signal_connect_swapped(
+      clock.get(), "after-paint", G_CALLBACK(+[](int* frames) { ++*frames; }), &drawn);
+  while (drawn < count) {
+    const int before = drawn;
+    gdk_frame_clock_request_phase(clock.get(), GDK_FRAME_CLOCK_PHASE_AFTER_PAINT);
+    if (!eventually([&] { return drawn > before; }, 100ms)) break;  // a hidden window draws nothing
+  }
+  g_signal_handler_disconnect(clock.get(), painted);
+}
 
 void forEachController(GtkWidget* widget, const std::function<void(GtkEventController*)>& visit) {
   const auto controllers = GRef<GListModel>::adopt(gtk_widget_observe_controllers(widget));

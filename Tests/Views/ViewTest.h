@@ -10,8 +10,8 @@ namespace orvel::test {
 
 // Runs the main loop until the condition holds; returns whether it did within two seconds.
 bool runUntil(const std::function<bool()>& condition);
-// Runs the main loop through a few frames.
-void runFrames(int count = 4);
+// Runs the main loop until a window has drawn so many frames.
+void runFrames(int count = 2);
 
 void forEachController(GtkWidget* widget, const std::function<void(GtkEventController*)>& visit);
 // Presses a key on the widget's own key controllers; returns whether one used it.

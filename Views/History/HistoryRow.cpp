@@ -88,14 +88,13 @@ void HistoryRow::showIcon(const std::string& site) {
   const auto known = services_.favicons.knownImage(host);
   icon_.set(known.value_or(nullptr), site);
   reading_ = known ? TaskHandle()
-                   : services_.scheduler.start(
-                         readIcon(this, services_.favicons, services_.scheduler, host, site));
+                   : services_.scheduler.start(readIcon(this, services_.favicons, host, site));
 }
 
 // A cancelled task may have outlived its row.
-Task<> HistoryRow::readIcon(HistoryRow* row, FaviconStore& icons, Scheduler& scheduler,
-                            std::string host, std::string site) {
-  auto reading = icons.image(scheduler, std::move(host));
+Task<> HistoryRow::readIcon(HistoryRow* row, FaviconStore& icons, std::string host,
+                            std::string site) {
+  auto reading = icons.image(std::move(host));
   const ImageRef image = co_await std::move(reading);
   const bool hasEnded = co_await isCancelled();
   if (!hasEnded && image) row->icon_.set(image, site);

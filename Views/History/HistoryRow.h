@@ -33,8 +33,7 @@ class HistoryRow final : public Gtk::Box {
 
  private:
   void showIcon(const std::string& site);
-  static Task<> readIcon(HistoryRow* row, FaviconStore& icons, Scheduler& scheduler,
-                         std::string host, std::string site);
+  static Task<> readIcon(HistoryRow* row, FaviconStore& icons, std::string host, std::string site);
 
   const Services& services_;
   Glib::RefPtr<HistoryItem> item_;

@@ -18,6 +18,7 @@ constexpr int kWidth = 380;
 constexpr int kMargin = 16;
 constexpr int kPageTop = 64;
 constexpr int kSymbol = 26;
+constexpr int kSymbolGap = 14;
 constexpr int kGap = 8;
 // Words of more than about eight lines scroll in the height of these.
 constexpr size_t kMaxCharacters = 360;
@@ -183,11 +184,7 @@ void PageQuestionView::addPageWords(const PageQuestion& question) {
     body->append(isLong(question.alert.informativeText) ? scrolled(*words) : *words);
   }
   addFields(*body, question.alert);
-  if (question.alert.suppression) {
-    suppression_ = Gtk::make_managed<Gtk::CheckButton>(question.alert.suppression->title);
-    suppression_->add_css_class("box");
-    body->append(*suppression_);
-  }
+  addSuppression(*body, question.alert);
   auto* foot = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
   foot->add_css_class("foot");
   foot->set_halign(Gtk::Align::END);
@@ -199,10 +196,16 @@ void PageQuestionView::addPageWords(const PageQuestion& question) {
 void PageQuestionView::addProgramWords(const PageQuestion& question) {
   auto* body = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL);
   body->add_css_class("question");
-  if (!question.symbol.empty()) {
-    auto* symbol = makeIcon(question.symbol, kSymbol);
-    symbol->add_css_class("accent");
-    body->append(*symbol);
+  if (!question.symbols.empty()) {
+    auto* symbols = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kSymbolGap);
+    symbols->add_css_class("symbols");
+    symbols->set_halign(Gtk::Align::CENTER);
+    for (const auto& name : question.symbols) {
+      auto* symbol = makeIcon(name, kSymbol);
+      symbol->add_css_class("accent");
+      symbols->append(*symbol);
+    }
+    body->append(*symbols);
   }
   auto* title = makeWords(shownText(question.alert.messageText));
   title->add_css_class("serif");
@@ -213,7 +216,10 @@ void PageQuestionView::addProgramWords(const PageQuestion& question) {
     label->set_justify(Gtk::Justification::CENTER);
     body->append(*label);
   }
+  words->set_visible(!question.alert.informativeText.empty());
   addFields(*body, question.alert);
+  addSuppression(*body, question.alert);
+  if (suppression_) suppression_->set_halign(Gtk::Align::CENTER);
   auto* foot = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, kGap);
   foot->add_css_class("foot");
   foot->set_homogeneous(true);
@@ -239,6 +245,14 @@ void PageQuestionView::addFields(Gtk::Box& box, const Alert& alert) {
   }
 }
 
+void PageQuestionView::addSuppression(Gtk::Box& box, const Alert& alert) {
+  if (!alert.suppression) return;
+  suppression_ = Gtk::make_managed<Gtk::CheckButton>(alert.suppression->title);
+  suppression_->add_css_class("box");
+  suppression_->set_active(alert.suppression->isOn);
+  box.append(*suppression_);
+}
+
 void PageQuestionView::addButtons(Gtk::Box& box, const PageQuestion& question) {
   buttons_.resize(question.alert.buttons.size());
   // The default stands at the end.
@@ -257,7 +271,7 @@ void PageQuestionView::takeKeyboardFromPage(Appearing appearing) {
   auto* focus = focusBeside(Gtk::Widget::gobj());
   const bool isPages =
       !focus || gtk_widget_is_ancestor(focus, get_parent() ? get_parent()->gobj() : nullptr);
-  if (isTyping(focus) && !isPages) return;
+  if (shown_->leavesKeyboard || (isTyping(focus) && !isPages)) return;
   if (!isPages && appearing == Appearing::Fading) return;
   takeKeyboard();
 }

@@ -30,6 +30,7 @@ class PageQuestionView final : public Gtk::Box {
   void addPageWords(const PageQuestion& question);
   void addProgramWords(const PageQuestion& question);
   void addFields(Gtk::Box& box, const Alert& alert);
+  void addSuppression(Gtk::Box& box, const Alert& alert);
   void addButtons(Gtk::Box& box, const PageQuestion& question);
   void takeKeyboardFromPage(Appearing appearing);
   // For the question's field, or else its default button.

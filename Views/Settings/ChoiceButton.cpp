@@ -7,7 +7,8 @@
 
 namespace orvel {
 
-ChoiceButton::ChoiceButton(std::string name) : name_(std::move(name)) {
+ChoiceButton::ChoiceButton(std::string name, Spoken spoken)
+    : name_(std::move(name)), spoken_(spoken) {
   add_css_class("choice");
   set_valign(Gtk::Align::CENTER);
   auto* content = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
@@ -39,7 +40,9 @@ void ChoiceButton::setChosen(size_t index) {
   chosen_ = index;
   const auto title = index < titles_.size() ? titles_[index] : std::string();
   title_.set_text(title);
-  setAccessibleLabel(*this, name_ + ": " + title);
+  const bool isNameAlone = spoken_ == Spoken::NameAlone;
+  setAccessibleLabel(*this, isNameAlone ? name_ : name_ + ": " + title);
+  if (isNameAlone) setAccessibleDescription(*this, title);
 }
 
 void ChoiceButton::choose(size_t index) {

@@ -12,8 +12,12 @@ namespace orvel {
 // A button that shows one of a few choices and opens them as a menu.
 class ChoiceButton final : public Gtk::Button {
  public:
+  // How assistive technology is told of it: "Name: Choice", or the name with the choice as its
+  // description.
+  enum class Spoken { WithChoice, NameAlone };
+
   // `name` says to assistive technology what is chosen.
-  explicit ChoiceButton(std::string name);
+  explicit ChoiceButton(std::string name, Spoken spoken = Spoken::WithChoice);
 
   // Shows the choice at `chosen`; an index past the end shows nothing.
   void setChoices(std::vector<std::string> titles, size_t chosen);
@@ -25,6 +29,7 @@ class ChoiceButton final : public Gtk::Button {
   void choose(size_t index);
 
   std::string name_;
+  const Spoken spoken_;
   Gtk::Label title_;
   std::vector<std::string> titles_;
   size_t chosen_ = 0;

@@ -1,7 +1,5 @@
 #include "Views/Sidebar/AddressPill.h"
 
-#include <gtkmm/gestureclick.h>
-
 #include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 #include "DesignSystem/ShownText.h"
@@ -16,7 +14,10 @@ namespace orvel {
 AddressPill::AddressPill(BrowserStore& store)
     : store_(store),
       shield_("checkmark.shield", _("Pause blocking on this site")),
-      link_("link", withKeys(_("Copy Link"), ActionID::CopyLink)) {
+      link_("link", withKeys(_("Copy Link"), ActionID::CopyLink)),
+      inUse_("camera.fill", _("Settings for This Site")),
+      settings_(store, [this] { panel_.close(); }),
+      panel_(site_, settings_, Panel::Side::Below, _("Settings for This Site")) {
   add_css_class("pill");
   glyph_.add_css_class("glyph");
   glyph_.add_css_class("quiet");
@@ -32,25 +33,50 @@ AddressPill::AddressPill(BrowserStore& store)
   address_.add_css_class("host");
   address_.set_hexpand(true);
   address_.set_valign(Gtk::Align::CENTER);
-  append(glyph_);
+  site_.set_child(glyph_);
+  site_.add_css_class("icon");
+  site_.set_valign(Gtk::Align::CENTER);
+  append(site_);
   append(address_);
   append(shield_);
   append(link_);
+  inUse_.add_css_class("in-use");
+  append(inUse_);
 
   address_.signal_clicked().connect([this] { openBar(); });
-  auto click = Gtk::GestureClick::create();
-  click->signal_released().connect([this](int, double, double) { openBar(); });
-  glyph_.add_controller(click);
+  site_.signal_clicked().connect([this] { openSite(); });
+  inUse_.signal_clicked().connect([this] { openSite(); });
+  panel_.willOpen = [this] { settings_.show(store_.activeSpace()->selectedTab()); };
+  panel_.didClose = [this] { settings_.show(nullptr); };
   shield_.signal_clicked().connect([this] { store_.blocking.toggleBlockingOnCurrentSite(); });
   link_.signal_clicked().connect([this] { store_.copiedLink.copyLink(); });
 
   addressEffect_ = effect([this] { showAddress(); });
   shieldEffect_ = effect([this] { showShield(); });
+  useEffect_ = effect([this] { showUse(); });
 }
 
 void AddressPill::openBar() {
   const bool hasTab = store_.activeSpace()->selectedTab() != nullptr;
   store_.showCommandBar(hasTab ? CommandBarMode::CurrentTab : CommandBarMode::NewTab);
+}
+
+// A page without a host has no settings.
+void AddressPill::openSite() {
+  const auto tab = store_.activeSpace()->selectedTab();
+  const auto url = tab ? tab->url.peek() : std::nullopt;
+  if (url && url->host())
+    panel_.toggle();
+  else
+    openBar();
+}
+
+void AddressPill::showUse() {
+  const auto tab = store_.activeSpace()->selectedTab();
+  const auto devices = tab ? tab->permissions.inUse.get() : std::set<PageDevice>();
+  inUse_.set_visible(!devices.empty());
+  if (!devices.empty()) inUse_.setSymbol(filledSymbol(devices));
+  link_.set_visible(devices.empty() && tab && tab->url.get());
 }
 
 void AddressPill::showAddress() {
@@ -60,6 +86,9 @@ void AddressPill::showAddress() {
   const std::string prompt = _("Search or enter address");
   const std::string text = wasCopied ? _("Copied") : url ? shownText(displayHost(*url)) : prompt;
   host_.set_text(text);
+  const std::string site = url && url->host() ? _("Settings for This Site") : prompt;
+  site_.set_tooltip_text(site);
+  setAccessibleLabel(site_, site);
   const bool isPrompt = !url && !wasCopied;
   setClass(address_.Gtk::Widget::gobj(), "prompt", isPrompt);
   setClass(host_.Gtk::Widget::gobj(), "quiet", isPrompt);
@@ -75,7 +104,6 @@ void AddressPill::showAddress() {
   const bool isLoading = tab && tab->isLoading;
   needle_.setSwinging(isLoading);
   glyph_.set_visible_child(isLoading ? static_cast<Gtk::Widget&>(needle_) : icon_);
-  link_.set_visible(url.has_value());
   link_.setSymbol(wasCopied ? "checkmark" : "link");
 }
 

@@ -8,6 +8,8 @@
 #include "DesignSystem/CompassNeedle.h"
 #include "DesignSystem/Icons.h"
 #include "Models/Store/BrowserStore.h"
+#include "Views/SiteSettings/SiteSettingsView.h"
+#include "Views/Support/Panel.h"
 
 namespace orvel {
 
@@ -22,10 +24,13 @@ class AddressPill final : public Gtk::Box {
 
  private:
   void openBar();
+  void openSite();
   void showAddress();
   void showShield();
+  void showUse();
 
   BrowserStore& store_;
+  Gtk::Button site_;
   Gtk::Stack glyph_;
   Gtk::Image icon_;
   CompassNeedle needle_;
@@ -33,8 +38,12 @@ class AddressPill final : public Gtk::Box {
   Gtk::Label host_;
   IconButton shield_;
   IconButton link_;
+  IconButton inUse_;
+  SiteSettingsView settings_;
+  Panel panel_;
   Effect addressEffect_;
   Effect shieldEffect_;
+  Effect useEffect_;
 };
 
 }  // namespace orvel

@@ -45,7 +45,9 @@ void SidebarView::setTheme(const Theme& theme, ColorScheme scheme) {
   scheme_.set(scheme);
   headTheme_.set(theme, scheme);
   footTheme_.set(theme, scheme);
-  pill_.setPalette(paletteOf(theme, scheme));
+  const Palette palette = paletteOf(theme, scheme);
+  pill_.setPalette(palette);
+  tools_.setPalette(palette);
 }
 
 }  // namespace orvel

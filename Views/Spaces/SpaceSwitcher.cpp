@@ -162,11 +162,14 @@ void SpaceSwitcher::takeDrops(Gtk::Widget& seal, const std::shared_ptr<Space>& s
 }
 
 ToolsRow::ToolsRow(BrowserStore& store)
-    : store_(store), menu_("menu", withKeys(_("Main Menu"), ActionID::MainMenu)) {
+    : store_(store),
+      downloads_(store.downloads),
+      menu_("menu", withKeys(_("Main Menu"), ActionID::MainMenu)) {
   add_css_class("tools");
   auto* space = Gtk::make_managed<Gtk::Box>();
   space->set_hexpand(true);
   append(*space);
+  append(downloads_);
   append(menu_);
   menu_.signal_clicked().connect([this] { toggleMainMenu(); });
 }

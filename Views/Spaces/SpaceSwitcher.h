@@ -10,6 +10,7 @@
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/Towel.h"
 #include "Models/Store/BrowserStore.h"
+#include "Views/Downloads/DownloadsButton.h"
 #include "Views/Sidebar/TabDragSource.h"
 
 namespace orvel {
@@ -56,10 +57,13 @@ class ToolsRow final : public Gtk::Box {
  public:
   explicit ToolsRow(BrowserStore& store);
 
+  void setPalette(const Palette& palette) { downloads_.setPalette(palette); }
+
   void toggleMainMenu();
 
  private:
   BrowserStore& store_;
+  DownloadsButton downloads_;
   IconButton menu_;
 };
 

@@ -113,7 +113,7 @@ std::shared_ptr<Download> WebKitDataStore::startDownload(const URLRequest& reque
   if (auto* headers = webkit_uri_request_get_http_headers(native))
     for (const auto& [name, value] : request.headers)
       soup_message_headers_replace(headers, name.c_str(), value.c_str());
-  return WebKitDownloadAdapter::follow(download.get());
+  return WebKitDownloadAdapter::follow(download.get(), session_.get());
 }
 
 }  // namespace orvel

@@ -1,5 +1,8 @@
 #include "Engine/WebKitGtk/Data/WebKitDownload.h"
 
+#include <cerrno>
+#include <cstring>
+
 #include "Engine/WebKitGtk/Policy/LoadErrors.h"
 #include "Engine/WebKitGtk/Policy/ReportedURL.h"
 
@@ -11,8 +14,10 @@ constexpr const char* kFollowed = "orvel-followed";
 
 }  // namespace
 
-std::shared_ptr<WebKitDownloadAdapter> WebKitDownloadAdapter::follow(WebKitDownload* download) {
-  std::shared_ptr<WebKitDownloadAdapter> adapter(new WebKitDownloadAdapter(download));
+std::shared_ptr<WebKitDownloadAdapter> WebKitDownloadAdapter::follow(
+    WebKitDownload* download, WebKitNetworkSession* session) {
+  const bool isEphemeral = webkit_network_session_is_ephemeral(session);
+  std::shared_ptr<WebKitDownloadAdapter> adapter(new WebKitDownloadAdapter(download, isEphemeral));
   adapter->self_ = adapter;
   return adapter;
 }
@@ -21,8 +26,8 @@ bool WebKitDownloadAdapter::isFollowed(WebKitDownload* download) {
   return g_object_get_data(G_OBJECT(download), kFollowed) != nullptr;
 }
 
-WebKitDownloadAdapter::WebKitDownloadAdapter(WebKitDownload* download)
-    : download_(GRef<WebKitDownload>::retain(download)) {
+WebKitDownloadAdapter::WebKitDownloadAdapter(WebKitDownload* download, bool isEphemeral)
+    : download_(GRef<WebKitDownload>::retain(download)), isEphemeral_(isEphemeral) {
   g_object_set_data(G_OBJECT(download), kFollowed, this);
   g_signal_connect(download, "decide-destination", G_CALLBACK(&decideDestination), this);
   g_signal_connect(download, "notify::estimated-progress", G_CALLBACK(&progressed), this);
@@ -36,6 +41,12 @@ WebKitDownloadAdapter::~WebKitDownloadAdapter() {
 
 std::optional<URL> WebKitDownloadAdapter::originalURL() const {
   return reportedURL(webkit_uri_request_get_uri(webkit_download_get_request(download_.get())));
+}
+
+std::optional<uint64_t> WebKitDownloadAdapter::expectedBytes() const {
+  auto* response = webkit_download_get_response(download_.get());
+  const uint64_t length = response ? webkit_uri_response_get_content_length(response) : 0;
+  return length > 0 ? std::optional(length) : std::nullopt;
 }
 
 double WebKitDownloadAdapter::fractionCompleted() const {
@@ -81,9 +92,12 @@ void WebKitDownloadAdapter::failed(WebKitDownload*, GError* error, gpointer data
   auto* self = static_cast<WebKitDownloadAdapter*>(data);
   const char* uri = webkit_uri_request_get_uri(webkit_download_get_request(self->download_.get()));
   self->failure_ = loadError(*error, uri);
-  if (error->domain == WEBKIT_DOWNLOAD_ERROR &&
-      error->code == WEBKIT_DOWNLOAD_ERROR_CANCELLED_BY_USER)
+  if (error->domain != WEBKIT_DOWNLOAD_ERROR) return;
+  if (error->code == WEBKIT_DOWNLOAD_ERROR_CANCELLED_BY_USER)
     self->failure_->kind = LoadError::Kind::Cancelled;
+  else if (std::strstr(error->message, g_strerror(ENOSPC)))
+    // The engine keeps the disk's own number to itself.
+    self->failure_->kind = LoadError::Kind::DiskFull;
 }
 
 // Comes last after a failure too.

@@ -2,7 +2,6 @@
 #include <utility>
 
 #include "BrowserCore/Text/Text.h"
-#include "Engine/WebKitGtk/Data/WebKitDownload.h"
 #include "Engine/WebKitGtk/Policy/HTTPSFirst.h"
 #include "Engine/WebKitGtk/Policy/LoadErrors.h"
 #include "Engine/WebKitGtk/Policy/ReportedURL.h"
@@ -320,8 +319,8 @@ void WebKitWebView::giveUp(const LoadError& error) {
   if (navigation_) navigation_->didFailProvisionalNavigation(*this, error);
 }
 
-void WebKitWebView::downloadStarted(WebKitDownload* download) {
-  if (navigation_) navigation_->didBecomeDownload(*this, WebKitDownloadAdapter::follow(download));
+void WebKitWebView::downloadStarted(std::shared_ptr<Download> download) {
+  if (navigation_) navigation_->didBecomeDownload(*this, std::move(download));
 }
 
 }  // namespace orvel

@@ -86,4 +86,9 @@ CaptureState WebKitWebView::microphoneCaptureState() const {
   return captureState(webkit_web_view_get_microphone_capture_state(view_.get()));
 }
 
+void WebKitWebView::endCapture() {
+  webkit_web_view_set_camera_capture_state(view_.get(), WEBKIT_MEDIA_CAPTURE_STATE_NONE);
+  webkit_web_view_set_microphone_capture_state(view_.get(), WEBKIT_MEDIA_CAPTURE_STATE_NONE);
+}
+
 }  // namespace orvel

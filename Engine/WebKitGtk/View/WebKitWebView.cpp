@@ -47,6 +47,15 @@ std::optional<URL> plainForm(const char* text) {
   return URL::parse("http" + url->text().substr(url->scheme().size()));
 }
 
+// For tests on machines without camera and microphone.
+gboolean usesMockCapture() {
+#ifdef NDEBUG
+  return FALSE;
+#else
+  return g_strcmp0(g_getenv("ORVEL_MOCK_CAPTURE"), "1") == 0;
+#endif
+}
+
 void switchOff(WebKitSettings* settings, std::string_view feature) {
   auto* all = webkit_settings_get_all_features();
   for (gsize i = 0; i < webkit_feature_list_get_length(all); ++i)
@@ -117,6 +126,7 @@ void WebKitWebView::applySettings() {
   webkit_settings_set_enable_fullscreen(settings, configuration_.isElementFullscreenEnabled);
   webkit_settings_set_enable_developer_extras(settings, TRUE);
   webkit_settings_set_enable_media_stream(settings, TRUE);
+  webkit_settings_set_enable_mock_capture_devices(settings, usesMockCapture());
   webkit_settings_set_enable_javascript_markup(settings, configuration_.isPageJavaScriptEnabled);
   if (!configuration_.areHiddenTimersSlowed) switchOff(settings, "HiddenPageDOMTimerThrottling");
   if (configuration_.applicationNameForUserAgent.empty()) return;
@@ -190,7 +200,9 @@ void WebKitWebView::connectLoading() {
       {"notify::title", WebViewProperty::Title},
       {"notify::uri", WebViewProperty::URL},
       {"notify::is-loading", WebViewProperty::IsLoading},
-      {"notify::estimated-load-progress", WebViewProperty::EstimatedProgress}};
+      {"notify::estimated-load-progress", WebViewProperty::EstimatedProgress},
+      {"notify::camera-capture-state", WebViewProperty::Capture},
+      {"notify::microphone-capture-state", WebViewProperty::Capture}};
   for (const auto& [signal, property] : kMirrored) {
     connect(
         signal, +[](::WebKitWebView*, GParamSpec* spec, gpointer self) {

@@ -88,9 +88,10 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override;
   CaptureState microphoneCaptureState() const override;
+  void endCapture() override;
 
   ::WebKitWebView* native() const { return view_.get(); }
-  void downloadStarted(WebKitDownload* download);
+  void downloadStarted(std::shared_ptr<Download> download);
 
  private:
   // The latest search, and who waits for an answer, the first asked first: the engine answers each

@@ -1,13 +1,39 @@
 #include <gtest/gtest.h>
 
-#include "Tests/Kit/Publish.h"
-#include "Tests/Models/World.h"
+#include "DesignSystem/ShownText.h"
+#include "DesignSystem/SiteIcon.h"
 #include "Views/Page/LoadingBar.h"
 
 namespace orvel {
 namespace {
 
 using Step = LoadingBarState::Step;
+
+TEST(ShownText, IsOneValidBoundedLine) {
+  const struct {
+    std::string text;
+    size_t limit;
+    const char* shown;
+  } cases[] = {
+      {"Plain", 10, "Plain"},
+      {"", 10, ""},
+      {"two\nlines\tand\x01more", 40, "two lines and more"},
+      {"broken \xFF byte", 40, "broken \uFFFD byte"},
+      {"0123456789ab", 10, "0123456789…"},
+      {"01234567é9", 9, "01234567…"},
+      {std::string("nul\0inside", 10), 40, "nul inside"},
+  };
+  for (const auto& one : cases) EXPECT_EQ(shownText(one.text, one.limit), one.shown);
+  EXPECT_LT(shownText(std::string(10'000'000, 'x')).size(), kMaxShownText + 4);
+}
+
+TEST(SiteIcon, TakesTheFirstLetterOrDigit) {
+  EXPECT_EQ(initialOf("kelp.example"), "K");
+  EXPECT_EQ(initialOf("  4chan"), "4");
+  EXPECT_EQ(initialOf("éclair"), "É");
+  EXPECT_EQ(initialOf("..."), "");
+  EXPECT_EQ(initialOf("\xFFx"), "");
+}
 
 TEST(LoadingBar, ComesAtOnceForAPageThatIsLoadingAndNeverGoesBack) {
   EXPECT_EQ(LoadingBarState().appear(true, 0.3), (Step{0.3, true, 0, {}}));
@@ -37,30 +63,6 @@ TEST(LoadingBar, StaysWhenANewLoadBeginsBeforeOrDuringTheFade) {
     EXPECT_EQ(bar.setLoading(true, 0.1), (Step{0.1, true, 0, {}}));
     EXPECT_EQ(bar.didEnd(*finish->load), std::nullopt);
   }
-}
-
-TEST(LoadingBar, AnotherPageTakesNothingOver) {
-  LoadingBarState bar;
-  (void)bar.appear(true, 0.8);
-  const auto finish = bar.setLoading(false, 1);
-  EXPECT_EQ(bar.appear(false, 0), (Step{0, false, 0, {}}));
-  EXPECT_EQ(bar.didEnd(*finish->load), std::nullopt);
-  EXPECT_EQ(bar.setLoading(false, 0), std::nullopt);
-}
-
-// No window is on screen, so that nothing takes time.
-TEST(LoadingBar, GoesAtTheEndWithoutMotion) {
-  test::World world;
-  world.launch();
-  const auto tab = world.open("https://a.example/");
-  world.scheduler.settle();
-  test::publish(tab->isLoading, true);
-  LoadingBar bar;
-  bar.setTab(tab);
-  EXPECT_EQ(bar.opacity(), 1);
-  test::publish(tab->isLoading, false);
-  world.scheduler.settle();
-  EXPECT_EQ(bar.opacity(), 0);
 }
 
 }  // namespace

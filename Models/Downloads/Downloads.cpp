@@ -1,0 +1,63 @@
+#include "Models/Downloads/Downloads.h"
+
+#include "Base/Texts.h"
+#include "BrowserCore/Downloads/DownloadName.h"
+#include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
+
+namespace orvel {
+
+Downloads::Downloads(BrowserStore& store) : store_(store) {}
+
+DownloadManager& Downloads::manager() const { return *store_.services().downloads; }
+
+void Downloads::start() {
+  store_.services().engine.setDownloadDelegate(store_.services().downloads);
+  manager().onBegin = store_.whileAlive([this](const std::string& name) {
+    store_.showToast(filled(_("Downloading {name}"), {{"name", name}}),
+                     {.symbol = "arrow.down.circle"});
+  });
+  manager().onFinish = store_.whileAlive([this](const std::string& name) {
+    store_.showToast(filled(_("Downloaded {name}"), {{"name", name}}));
+  });
+}
+
+void Downloads::open(const DownloadManager::Item& item) {
+  if (isProgram(item.destination.filename().string())) return reveal(item);
+  const auto opened = [this, name = item.destination.filename().string()](bool isOpened) {
+    if (!isOpened) store_.showToast(filled(_("{name} can’t be opened"), {{"name", name}}));
+  };
+  store_.services().desktop.workspace.openFile(item.destination, store_.whileAlive(opened));
+}
+
+void Downloads::reveal(const DownloadManager::Item& item) {
+  store_.services().desktop.workspace.reveal(item.destination);
+}
+
+void Downloads::openFolder() {
+  const auto opened = [this](bool isOpened) {
+    if (!isOpened) store_.showToast(_("The downloads folder can’t be opened"));
+  };
+  store_.services().desktop.workspace.openFile(store_.services().paths.downloads,
+                                               store_.whileAlive(opened));
+}
+
+void Downloads::closeEmpty(const TabRef& tab) {
+  const auto space = store_.spaceContaining(*tab);
+  if (!space) return;
+  if (space->selectedTab() == tab)
+    if (const TabRef before = lastUsed(*space, *tab)) store_.select(before, space);
+  store_.close(tab);
+  store_.archive.forgetClosed({tab});
+}
+
+TabRef Downloads::lastUsed(const Space& space, const BrowserTab& except) {
+  TabRef latest;
+  for (const TabRef& tab : space.allTabs())
+    if (tab.get() != &except && tab->lastActiveAt &&
+        (!latest || tab->lastActiveAt > latest->lastActiveAt))
+      latest = tab;
+  return latest;
+}
+
+}  // namespace orvel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Models/Tab/BrowserTab.h"
+#include "Support/Downloads/DownloadManager.h"
+
+namespace orvel {
+
+class BrowserStore;
+class Space;
+
+// What the program tells of downloads, and what a person does with their files.
+class Downloads {
+ public:
+  explicit Downloads(BrowserStore& store);
+
+  DownloadManager& manager() const;
+  // Takes the engine's downloads and tells of their beginning and end.
+  void start();
+  // Opens the finished file in the user's application for it; one that could start a program is
+  // shown in its folder.
+  void open(const DownloadManager::Item& item);
+  void reveal(const DownloadManager::Item& item);
+  // Opens the folder of downloads.
+  void openFolder();
+  // Closes a tab that has nothing to show, as what it was to load is downloaded. It does not count
+  // as closed by the person; the tab that was used before it is selected.
+  void closeEmpty(const TabRef& tab);
+
+ private:
+  static TabRef lastUsed(const Space& space, const BrowserTab& except);
+
+  BrowserStore& store_;
+};
+
+}  // namespace orvel
