@@ -13,10 +13,8 @@ import unittest
 from cryptography.hazmat.primitives import serialization
 from cryptography.hazmat.primitives.asymmetric.ed25519 import Ed25519PrivateKey
 
-KIT = pathlib.Path(__file__).resolve().parent.parent / "Kit"
-sys.path.insert(0, str(KIT))
-import orvel_kit  # noqa: E402
-from orvel_kit import BUILD, EndToEndTest, eventually  # noqa: E402
+import orvel_kit
+from orvel_kit import BUILD, EndToEndTest, eventually
 
 SKIPPED = 77  # what ctest takes for a skipped test
 CORE = BUILD / "bin" / "orvel-core"
@@ -53,7 +51,7 @@ class UpdateTest(EndToEndTest):
         orvel_kit.PROGRAM.write_text(
             "#!/bin/sh\n"
             f"""exec {' '.join(in_own_namespace())} sh -c 'mount --bind "$0" {TRUSTED}; exec "$@"'"""
-            f""" '{self.folder}/web/CA.pem' '{program}' "$@"\n""")
+            f""" '{self.web_folder}/web/CA.pem' '{program}' "$@"\n""")
         orvel_kit.PROGRAM.chmod(0o755)
 
     def bundle(self, folder, build):
