@@ -7,6 +7,8 @@
 #include "App/WindowController.h"
 #include "BrowserCore/Addresses/Endpoints.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Store/BrowserStore.h"
+#include "Models/Store/SessionFile.h"
 
 namespace orvel {
 
@@ -95,6 +97,8 @@ void Browser::handleReopen() {
   const DesktopWindow* window = store_->window();
   lifecycle_->handleReopen(window && window->isVisible() ? Some : None);
 }
+
+void Browser::save() { store_->session.save(); }
 
 void Browser::newTab() {
   lifecycle_->showWindow();

@@ -10,6 +10,7 @@
 #include "Base/Image.h"
 #include "Base/Observation.h"
 #include "BrowserCore/Look/Theme.h"
+#include "BrowserCore/Result.h"
 #include "Engine/Navigation.h"
 #include "Engine/UserContent.h"
 #include "Engine/WebViewConfiguration.h"
@@ -71,18 +72,12 @@ struct FindConfiguration {
   bool wraps = true;
 };
 
-struct ScriptResult {
-  // The value as JSON text; "null" for what JSON cannot express. Absent when the script threw, the
-  // page was gone or the frame does not exist; `error` then says why.
-  std::optional<std::string> value;
-  std::string error;
-};
+// The value as JSON text; "null" for what JSON cannot express. Fails when the script threw, the
+// page was gone or the frame does not exist.
+using ScriptResult = Result<std::string, std::string>;
 
-struct PDFResult {
-  // Absent after a failure; `error` is then a sentence for the user.
-  std::optional<std::string> data;
-  std::string error;
-};
+// The file's bytes. The error is a sentence for the user.
+using PDFResult = Result<std::string, std::string>;
 
 // What brings a page back.
 struct InteractionState {

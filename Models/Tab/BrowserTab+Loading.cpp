@@ -170,16 +170,16 @@ void BrowserTab::writePDF(const std::filesystem::path& file) {
     const auto tab = weak.lock();
     if (!tab) return;
     auto& dialogs = tab->services_.desktop.dialogs;
-    if (!result.data) return tellOfFailedExport(dialogs, tab->host()->window(), result.error);
-    const auto failure = std::make_shared<std::optional<std::string>>();
+    if (!result) return tellOfFailedExport(dialogs, tab->host()->window(), result.error());
+    const auto written = std::make_shared<Result<void, std::string>>();
     tab->services_.scheduler.runInBackground(
-        [failure, file, data = std::move(*result.data), &files = tab->services_.files.files()] {
-          *failure = files.writeForUser(file, data);
+        [written, file, data = *std::move(result), &files = tab->services_.files.files()] {
+          *written = files.writeForUser(file, data);
         },
-        [failure, weak, &dialogs] {
+        [written, weak, &dialogs] {
           const auto live = weak.lock();
-          if (*failure)
-            tellOfFailedExport(dialogs, live ? live->host()->window() : nullptr, **failure);
+          if (!*written)
+            tellOfFailedExport(dialogs, live ? live->host()->window() : nullptr, written->error());
         },
         WorkPriority::UserInitiated);
   });

@@ -87,17 +87,17 @@ class SelfUpdate::Steps {
 
   static Task<Latest> latest(Weak weak) {
     std::unique_ptr<HTTPSession> session;
-    std::optional<Future<HTTPAnswer>> fetching;
+    std::optional<Future<HTTPResult>> fetching;
     if (const auto store = weak.lock()) {
       const UpdateServices& updates = store->services().updates;
       session = updates.makeSession();
       fetching = fetch(*session, updates.feed, kFeedLimits);
     }
     if (!fetching) co_return "the program ends";
-    const HTTPAnswer answer = co_await *std::move(fetching);
-    if (answer.failure != HTTPFailure::None) co_return "the feed did not answer";
-    if (answer.status != 200) co_return "the feed answered " + std::to_string(answer.status);
-    auto release = UpdateRelease::decode(answer.body);
+    const HTTPResult answer = co_await *std::move(fetching);
+    if (!answer) co_return "the feed did not answer";
+    if (!answer->isOK()) co_return "the feed answered " + std::to_string(answer->status);
+    auto release = UpdateRelease::decode(answer->body);
     if (!release) co_return "the feed holds no record";
     co_return *std::move(release);
   }
@@ -257,7 +257,7 @@ class SelfUpdate::Steps {
 
     const auto session = updates.makeSession();
     auto downloading = download(*session, *release.archive, archive, kArchiveLimits);
-    const HTTPAnswer answer = co_await std::move(downloading);
+    const HTTPResult answer = co_await std::move(downloading);
     const auto finish = [=]() -> Prepared {
       Prepared prepared = stageDownload(*work, stage, archive, release, answer);
       if (!std::holds_alternative<StagedUpdate>(prepared)) work->remove(stage.folder);
@@ -270,9 +270,9 @@ class SelfUpdate::Steps {
 
   static Prepared stageDownload(UpdateWork& work, const UpdateStage& stage,
                                 const std::filesystem::path& archive, const UpdateRelease& release,
-                                const HTTPAnswer& answer) {
-    if (answer.failure != HTTPFailure::None) return "the archive did not come whole";
-    if (answer.status != 200) return std::string(nameOf(UpdateFailure::badDownload));
+                                const HTTPResult& answer) {
+    if (!answer) return "the archive did not come whole";
+    if (!answer->isOK()) return std::string(nameOf(UpdateFailure::badDownload));
     const auto staged = work.stage(stage, archive, release.build, *release.signature);
     if (const auto* update = std::get_if<StagedUpdate>(&staged)) return *update;
     return descriptionOf(staged);

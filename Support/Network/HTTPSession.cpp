@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Base/GRef.h"
+#include "Base/GioCall.h"
 
 namespace orvel {
 
@@ -12,12 +13,12 @@ namespace {
 
 constexpr gsize kChunk = 64 << 10;
 
-// One request on its way, owned by the callbacks that are still to come.
-class Fetch {
+// One request on its way, owned by the calls that have still to return.
+class Fetch : public std::enable_shared_from_this<Fetch> {
  public:
   // Null file: the body goes into the answer.
-  Fetch(SoupSession* session, GRef<SoupMessage> message, GRef<GOutputStream> file,
-        GCancellable* ended, const HTTPLimits& limits, std::function<void(HTTPAnswer)> answer)
+  Fetch(GRef<SoupMessage> message, GRef<GOutputStream> file, GCancellable* ended,
+        const HTTPLimits& limits, std::function<void(HTTPResult)> answer)
       : message_(std::move(message)),
         file_(std::move(file)),
         cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
@@ -31,16 +32,23 @@ class Fetch {
                               }),
                               cancellable_.get(), nullptr);
     startTimer();
-    soup_session_send_async(session, message_.get(), G_PRIORITY_DEFAULT, cancellable_.get(),
-                            &Fetch::answered, this);
   }
-
- private:
   ~Fetch() {
     if (timer_) g_source_remove(timer_);
     g_cancellable_disconnect(ended_.get(), endedConnection_);
   }
+  Fetch(const Fetch&) = delete;
 
+  void send(SoupSession* session) {
+    gioCall(soup_session_send_async, session, message_.get(), G_PRIORITY_DEFAULT,
+            cancellable_.get())
+        .then(soup_session_send_finish,
+              [self = shared_from_this()](GInputStream* stream, const GErrorRef& error) {
+                self->answered(stream, error);
+              });
+  }
+
+ private:
   void startTimer() {
     if (timer_) g_source_remove(timer_);
     timer_ = g_timeout_add(
@@ -52,76 +60,68 @@ class Fetch {
         this);
   }
 
-  static void answered(GObject* session, GAsyncResult* result, gpointer data) {
-    auto* self = static_cast<Fetch*>(data);
-    GError* error = nullptr;
-    self->stream_ =
-        GRef<GInputStream>::adopt(soup_session_send_finish(SOUP_SESSION(session), result, &error));
-    if (!self->stream_) return self->fail(GErrorRef(error).get());
-    const goffset announced = soup_message_headers_get_content_length(
-        soup_message_get_response_headers(self->message_.get()));
-    if (announced > 0 && static_cast<uint64_t>(announced) > self->mostBytes_)
-      return self->finish({.failure = HTTPFailure::TooLarge});
-    self->readOn();
+  void answered(GInputStream* stream, const GErrorRef& error) {
+    stream_ = GRef<GInputStream>::adopt(stream);
+    if (!stream_) return fail(error.get());
+    const goffset announced =
+        soup_message_headers_get_content_length(soup_message_get_response_headers(message_.get()));
+    if (announced > 0 && static_cast<uint64_t>(announced) > mostBytes_)
+      return answer_(Failure(HTTPFailure::TooLarge));
+    readOn();
   }
 
   void readOn() {
-    g_input_stream_read_bytes_async(stream_.get(), kChunk, G_PRIORITY_DEFAULT, cancellable_.get(),
-                                    &Fetch::read, this);
+    gioCall(g_input_stream_read_bytes_async, stream_.get(), kChunk, G_PRIORITY_DEFAULT,
+            cancellable_.get())
+        .then(g_input_stream_read_bytes_finish,
+              [self = shared_from_this()](GBytes* bytes, const GErrorRef& error) {
+                self->read(bytes, error);
+              });
   }
 
-  static void read(GObject* stream, GAsyncResult* result, gpointer data) {
-    auto* self = static_cast<Fetch*>(data);
-    GError* error = nullptr;
-    GBytes* bytes = g_input_stream_read_bytes_finish(G_INPUT_STREAM(stream), result, &error);
-    if (!bytes) return self->fail(GErrorRef(error).get());
+  void read(GBytes* bytes, const GErrorRef& error) {
+    if (!bytes) return fail(error.get());
     gsize size = 0;
     const void* chunk = g_bytes_get_data(bytes, &size);
-    if (size > 0) self->body_.append(static_cast<const char*>(chunk), size);
+    if (size > 0) body_.append(static_cast<const char*>(chunk), size);
     g_bytes_unref(bytes);
-    self->size_ += size;
-    if (self->size_ > self->mostBytes_) return self->finish({.failure = HTTPFailure::TooLarge});
-    if (self->file_) return self->writeOn();
-    if (size > 0) return self->readOn();
-    self->succeed();
+    size_ += size;
+    if (size_ > mostBytes_) return answer_(Failure(HTTPFailure::TooLarge));
+    if (file_) return writeOn();
+    if (size > 0) return readOn();
+    succeed();
   }
 
   // What has come goes into the file; when nothing has, that was all.
   void writeOn() {
     startTimer();
     if (body_.empty())
-      g_output_stream_close_async(file_.get(), G_PRIORITY_DEFAULT, cancellable_.get(),
-                                  &Fetch::closed, this);
-    else
-      g_output_stream_write_all_async(file_.get(), body_.data(), body_.size(), G_PRIORITY_DEFAULT,
-                                      cancellable_.get(), &Fetch::written, this);
-  }
-
-  static void written(GObject* file, GAsyncResult* result, gpointer data) {
-    auto* self = static_cast<Fetch*>(data);
-    if (!g_output_stream_write_all_finish(G_OUTPUT_STREAM(file), result, nullptr, nullptr))
-      return self->failToWrite();
-    self->body_.clear();
-    self->readOn();
-  }
-
-  static void closed(GObject* file, GAsyncResult* result, gpointer data) {
-    auto* self = static_cast<Fetch*>(data);
-    if (!g_output_stream_close_finish(G_OUTPUT_STREAM(file), result, nullptr))
-      return self->failToWrite();
-    self->succeed();
+      return gioCall(g_output_stream_close_async, file_.get(), G_PRIORITY_DEFAULT,
+                     cancellable_.get())
+          .then(g_output_stream_close_finish,
+                [self = shared_from_this()](gboolean isClosed, const GErrorRef&) {
+                  isClosed ? self->succeed() : self->failToWrite();
+                });
+    gioCall(g_output_stream_write_all_async, file_.get(), body_.data(), body_.size(),
+            G_PRIORITY_DEFAULT, cancellable_.get())
+        .then([self = shared_from_this()](GObject* file, GAsyncResult* result) {
+          if (!g_output_stream_write_all_finish(G_OUTPUT_STREAM(file), result, nullptr, nullptr))
+            return self->failToWrite();
+          self->body_.clear();
+          self->readOn();
+        });
   }
 
   void failToWrite() {
     const bool wasEnded = isTimedOut_ || g_cancellable_is_cancelled(ended_.get());
-    finish({.failure = wasEnded ? failure(nullptr) : HTTPFailure::Unwritable});
+    answer_(Failure(wasEnded ? failure(nullptr) : HTTPFailure::Unwritable));
   }
 
   void succeed() {
     const GText url(g_uri_to_string(soup_message_get_uri(message_.get())));
-    finish({.status = static_cast<int>(soup_message_get_status(message_.get())),
-            .body = std::move(body_),
-            .url = url.get()});
+    answer_(HTTPAnswer{.status = static_cast<int>(soup_message_get_status(message_.get())),
+                       .body = std::move(body_),
+                       .url = url.get()});
   }
 
   void timeOut() {
@@ -130,7 +130,7 @@ class Fetch {
     g_cancellable_cancel(cancellable_.get());
   }
 
-  void fail(const GError* error) { finish({.failure = failure(error)}); }
+  void fail(const GError* error) { answer_(Failure(failure(error))); }
 
   HTTPFailure failure(const GError* error) const {
     if (isTimedOut_) return HTTPFailure::TimedOut;
@@ -138,12 +138,6 @@ class Fetch {
     if (g_error_matches(error, SOUP_SESSION_ERROR, SOUP_SESSION_ERROR_TOO_MANY_REDIRECTS))
       return HTTPFailure::TooManyRedirects;
     return stream_ ? HTTPFailure::CutOff : HTTPFailure::Unreachable;
-  }
-
-  void finish(HTTPAnswer result) {
-    const auto answer = std::move(answer_);
-    delete this;
-    answer(std::move(result));
   }
 
   GRef<SoupMessage> message_;
@@ -159,29 +153,7 @@ class Fetch {
   uint64_t size_ = 0;
   uint64_t mostBytes_;
   guint timeout_;  // milliseconds
-  std::function<void(HTTPAnswer)> answer_;
-};
-
-// A download whose file is being made.
-struct Download {
-  static void begin(GObject* path, GAsyncResult* result, gpointer data) {
-    const std::unique_ptr<Download> own(static_cast<Download*>(data));
-    auto file = GRef<GOutputStream>::adopt(
-        G_OUTPUT_STREAM(g_file_create_finish(G_FILE(path), result, nullptr)));
-    if (g_cancellable_is_cancelled(own->ended.get()))
-      own->answer({.failure = HTTPFailure::Cancelled});
-    else if (!file)
-      own->answer({.failure = HTTPFailure::Unwritable});
-    else
-      new Fetch(own->session.get(), std::move(own->message), std::move(file), own->ended.get(),
-                own->limits, std::move(own->answer));
-  }
-
-  GRef<SoupSession> session;
-  GRef<SoupMessage> message;
-  GRef<GCancellable> ended;
-  HTTPLimits limits;
-  std::function<void(HTTPAnswer)> answer;
+  std::function<void(HTTPResult)> answer_;
 };
 
 class SoupHTTPSession final : public HTTPSession {
@@ -194,21 +166,32 @@ class SoupHTTPSession final : public HTTPSession {
   ~SoupHTTPSession() override { g_cancellable_cancel(ended_.get()); }
 
   void fetch(const URL& url, const HTTPLimits& limits,
-             std::function<void(HTTPAnswer)> answer) override {
+             std::function<void(HTTPResult)> answer) override {
     auto message = messageFor(url);
     if (!message) return refuse(std::move(answer));
-    // Deletes itself with its answer.
-    new Fetch(session_.get(), std::move(message), {}, ended_.get(), limits, std::move(answer));
+    std::make_shared<Fetch>(std::move(message), GRef<GOutputStream>(), ended_.get(), limits,
+                            std::move(answer))
+        ->send(session_.get());
   }
 
-  void download(const URL& url, const std::filesystem::path& file, const HTTPLimits& limits,
-                std::function<void(HTTPAnswer)> answer) override {
+  void download(const URL& url, const std::filesystem::path& path, const HTTPLimits& limits,
+                std::function<void(HTTPResult)> answer) override {
     auto message = messageFor(url);
     if (!message) return refuse(std::move(answer));
-    auto* begun = new Download{session_, std::move(message), ended_, limits, std::move(answer)};
-    const auto path = GRef<GFile>::adopt(g_file_new_for_path(file.c_str()));
-    g_file_create_async(path.get(), G_FILE_CREATE_PRIVATE, G_PRIORITY_DEFAULT, ended_.get(),
-                        &Download::begin, begun);
+    const auto file = GRef<GFile>::adopt(g_file_new_for_path(path.c_str()));
+    gioCall(g_file_create_async, file.get(), G_FILE_CREATE_PRIVATE, G_PRIORITY_DEFAULT,
+            ended_.get())
+        .then(g_file_create_finish,
+              [session = session_, message = std::move(message), ended = ended_, limits,
+               answer = std::move(answer)](GFileOutputStream* made, const GErrorRef&) mutable {
+                auto stream = GRef<GOutputStream>::adopt(G_OUTPUT_STREAM(made));
+                if (g_cancellable_is_cancelled(ended.get()))
+                  return answer(Failure(HTTPFailure::Cancelled));
+                if (!stream) return answer(Failure(HTTPFailure::Unwritable));
+                std::make_shared<Fetch>(std::move(message), std::move(stream), ended.get(), limits,
+                                        std::move(answer))
+                    ->send(session.get());
+              });
   }
 
  private:
@@ -219,12 +202,12 @@ class SoupHTTPSession final : public HTTPSession {
                                           : nullptr);
   }
 
-  static void refuse(std::function<void(HTTPAnswer)> answer) {
+  static void refuse(std::function<void(HTTPResult)> answer) {
     g_idle_add_once(
         [](gpointer data) {
-          const std::unique_ptr<std::function<void(HTTPAnswer)>> give(
-              static_cast<std::function<void(HTTPAnswer)>*>(data));
-          (*give)({.failure = HTTPFailure::Unreachable});
+          const std::unique_ptr<std::function<void(HTTPResult)>> give(
+              static_cast<std::function<void(HTTPResult)>*>(data));
+          (*give)(Failure(HTTPFailure::Unreachable));
         },
         new std::function(std::move(answer)));
   }
@@ -239,15 +222,15 @@ std::unique_ptr<HTTPSession> HTTPSession::ephemeral() {
   return std::make_unique<SoupHTTPSession>();
 }
 
-Future<HTTPAnswer> fetch(HTTPSession& session, const URL& url, const HTTPLimits& limits) {
-  auto [future, resolve] = makeFuture<HTTPAnswer>();
+Future<HTTPResult> fetch(HTTPSession& session, const URL& url, const HTTPLimits& limits) {
+  auto [future, resolve] = makeFuture<HTTPResult>();
   session.fetch(url, limits, std::move(resolve));
   return std::move(future);
 }
 
-Future<HTTPAnswer> download(HTTPSession& session, const URL& url, const std::filesystem::path& file,
+Future<HTTPResult> download(HTTPSession& session, const URL& url, const std::filesystem::path& file,
                             const HTTPLimits& limits) {
-  auto [future, resolve] = makeFuture<HTTPAnswer>();
+  auto [future, resolve] = makeFuture<HTTPResult>();
   session.download(url, file, limits, std::move(resolve));
   return std::move(future);
 }

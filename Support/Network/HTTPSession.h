@@ -8,12 +8,12 @@
 
 #include "Base/Scheduler.h"
 #include "BrowserCore/Addresses/URL.h"
+#include "BrowserCore/Result.h"
 
 namespace orvel {
 
 // What may go wrong on the way to an answer.
 enum class HTTPFailure {
-  None,         // there is an answer, whatever its status
   Unreachable,  // no connection, no trusted certificate, no HTTP, or an address that isn't http(s)
   TimedOut,
   TooLarge,
@@ -24,15 +24,16 @@ enum class HTTPFailure {
 };
 
 struct HTTPAnswer {
-  HTTPFailure failure = HTTPFailure::None;
-  // The rest is empty after a failure.
   int status = 0;
   std::string body;
   // Where redirects led.
   std::string url;
 
-  bool isOK() const { return failure == HTTPFailure::None && status == 200; }
+  bool isOK() const { return status == 200; }
 };
+
+// An answer, whatever its status, or why there is none.
+using HTTPResult = Result<HTTPAnswer, HTTPFailure>;
 
 struct HTTPLimits {
   // From the call to the last byte, redirects included.
@@ -50,13 +51,13 @@ class HTTPSession {
 
   // Gets `url`, following redirects. `answer` is called once, on a later turn of the main thread.
   virtual void fetch(const URL& url, const HTTPLimits& limits,
-                     std::function<void(HTTPAnswer)> answer) = 0;
+                     std::function<void(HTTPResult)> answer) = 0;
 
   // The same with the body in a new file, which may be long: it is never in memory whole, `body`
   // stays empty, and `timeout` is how long nothing may come. After a failure the file is not there
   // or of no use. A file that is there already fails.
   virtual void download(const URL& url, const std::filesystem::path& file, const HTTPLimits& limits,
-                        std::function<void(HTTPAnswer)> answer) = 0;
+                        std::function<void(HTTPResult)> answer) = 0;
 
   // A session on the machine's network and its proxy settings.
   static std::unique_ptr<HTTPSession> ephemeral();
@@ -66,9 +67,9 @@ using MakeHTTPSession = std::function<std::unique_ptr<HTTPSession>()>;
 
 // For tasks: `auto answer = fetch(*session, url, limits); const auto a = co_await
 // std::move(answer);`.
-[[nodiscard]] Future<HTTPAnswer> fetch(HTTPSession& session, const URL& url,
+[[nodiscard]] Future<HTTPResult> fetch(HTTPSession& session, const URL& url,
                                        const HTTPLimits& limits);
-[[nodiscard]] Future<HTTPAnswer> download(HTTPSession& session, const URL& url,
+[[nodiscard]] Future<HTTPResult> download(HTTPSession& session, const URL& url,
                                           const std::filesystem::path& file,
                                           const HTTPLimits& limits);
 

@@ -31,10 +31,10 @@ class FakeHTTPSession final : public HTTPSession {
  public:
   explicit FakeHTTPSession(FakeNetwork& network) : network_(network) {}
 
-  void fetch(const URL& url, const HTTPLimits&, std::function<void(HTTPAnswer)> answer) override {
+  void fetch(const URL& url, const HTTPLimits&, std::function<void(HTTPResult)> answer) override {
     network_.requests.push_back(url.text());
     const auto found = network_.answers.find(url.text());
-    HTTPAnswer given{.failure = HTTPFailure::Unreachable};
+    HTTPResult given = Failure(HTTPFailure::Unreachable);
     if (found != network_.answers.end()) given = found->second;
     auto give = [given, answer = std::move(answer)] { answer(given); };
     if (url.text() == network_.slow)
@@ -44,7 +44,7 @@ class FakeHTTPSession final : public HTTPSession {
   }
   // Leaves no file behind.
   void download(const URL& url, const std::filesystem::path&, const HTTPLimits& limits,
-                std::function<void(HTTPAnswer)> answer) override {
+                std::function<void(HTTPResult)> answer) override {
     fetch(url, limits, std::move(answer));
   }
 

@@ -10,7 +10,7 @@ namespace orvel::test {
 namespace {
 
 constexpr Duration kHungFor = 5s;
-const ScriptResult kNoAnswer{std::nullopt, "the page does not answer"};
+const ScriptResult kNoAnswer = Failure("the page does not answer");
 
 }  // namespace
 
@@ -276,7 +276,7 @@ void FakeWebView::answerLater(std::function<void(T)> answer, T value, T failure)
 void FakeWebView::evaluateJavaScript(const std::string&, const ContentWorld&,
                                      const std::optional<FrameInfo>& frame, ScriptAnswer answer) {
   const bool isThere = !frame || frame->isMainFrame;
-  answerLater<ScriptResult>(std::move(answer), isThere ? ScriptResult{"null", ""} : kNoAnswer,
+  answerLater<ScriptResult>(std::move(answer), isThere ? ScriptResult("null") : kNoAnswer,
                             kNoAnswer);
 }
 
@@ -298,7 +298,7 @@ void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageR
 }
 
 void FakeWebView::createPDF(std::function<void(PDFResult)> answer) {
-  answerLater<PDFResult>(std::move(answer), {"%PDF-1.4 fake", ""}, {std::nullopt, "no answer"});
+  answerLater<PDFResult>(std::move(answer), "%PDF-1.4 fake", Failure("no answer"));
 }
 
 void FakeWebView::find(const std::string& text, const FindConfiguration& configuration,

@@ -22,10 +22,10 @@ struct HTTPSessionTest : testing::Test {
   std::string at(const std::string& path) { return server.proxy() + path; }
 
   // Empty file: the body comes with the answer.
-  HTTPAnswer get(const std::string& url, const HTTPLimits& limits = {},
+  HTTPResult get(const std::string& url, const HTTPLimits& limits = {},
                  const std::filesystem::path& file = {}) {
-    std::optional<HTTPAnswer> answer;
-    const auto give = [&](HTTPAnswer given) {
+    std::optional<HTTPResult> answer;
+    const auto give = [&](HTTPResult given) {
       EXPECT_FALSE(answer) << "answered twice";
       answer = std::move(given);
     };
@@ -36,6 +36,11 @@ struct HTTPSessionTest : testing::Test {
     EXPECT_FALSE(answer) << "answered at once";
     EXPECT_TRUE(eventually([&] { return answer.has_value(); })) << url;
     return answer.value_or(HTTPAnswer{});
+  }
+  std::optional<HTTPFailure> failure(const std::string& url, const HTTPLimits& limits = {},
+                                     const std::filesystem::path& file = {}) {
+    const auto answer = get(url, limits, file);
+    return answer ? std::nullopt : std::optional(answer.error());
   }
 };
 
@@ -53,12 +58,13 @@ TEST_F(HTTPSessionTest, AnswersWithStatusBodyAndWhereRedirectsLed) {
   server.serve(at("/moved"), ServedPage{.status = 302, .headers = {{"Location", "/a"}}});
   server.serve(at("/packed"), kPacked);
   const auto answer = get(at("/a"));
-  EXPECT_TRUE(answer.isOK());
-  EXPECT_EQ(answer.body, "hello");
-  EXPECT_EQ(get(at("/missing")).status, 404);
-  EXPECT_EQ(get(at("/missing")).body, "none");
-  EXPECT_EQ(get(at("/moved")).url, at("/a"));
-  EXPECT_EQ(get(at("/packed")).body, "hello hello hello hello");
+  ASSERT_TRUE(answer);
+  EXPECT_TRUE(answer->isOK());
+  EXPECT_EQ(answer->body, "hello");
+  EXPECT_EQ(get(at("/missing"))->status, 404);
+  EXPECT_EQ(get(at("/missing"))->body, "none");
+  EXPECT_EQ(get(at("/moved"))->url, at("/a"));
+  EXPECT_EQ(get(at("/packed"))->body, "hello hello hello hello");
 }
 
 TEST_F(HTTPSessionTest, KeepsNothingBetweenRequests) {
@@ -81,19 +87,19 @@ TEST_F(HTTPSessionTest, TellsFailuresApart) {
   int files = 0;
   for (const bool isDownload : {false, true}) {
     SCOPED_TRACE(isDownload);
-    const auto failure = [&](const std::string& url, const HTTPLimits& limits = {}) {
-      return get(url, limits, isDownload ? folder.path / std::to_string(++files) : "").failure;
+    const auto reason = [&](const std::string& url, const HTTPLimits& limits = {}) {
+      return failure(url, limits, isDownload ? folder.path / std::to_string(++files) : "");
     };
-    EXPECT_EQ(failure(at("/ten"), {.mostBytes = 10}), HTTPFailure::None);
-    EXPECT_EQ(failure(at("/ten"), {.mostBytes = 9}), HTTPFailure::TooLarge);
-    EXPECT_EQ(failure(at("/packed"), {.mostBytes = 22}), HTTPFailure::TooLarge)
+    EXPECT_EQ(reason(at("/ten"), {.mostBytes = 10}), std::nullopt);
+    EXPECT_EQ(reason(at("/ten"), {.mostBytes = 9}), HTTPFailure::TooLarge);
+    EXPECT_EQ(reason(at("/packed"), {.mostBytes = 22}), HTTPFailure::TooLarge)
         << "the limit is on what is unpacked";
-    EXPECT_EQ(failure(at("/short")), HTTPFailure::CutOff);
-    EXPECT_EQ(failure(at("/slow"), {.timeout = 100ms}), HTTPFailure::TimedOut);
-    EXPECT_EQ(failure(at("/round")), HTTPFailure::TooManyRedirects);
-    EXPECT_EQ(failure("http://127.0.0.1:1/"), HTTPFailure::Unreachable);
-    EXPECT_EQ(failure("file:///etc/hostname"), HTTPFailure::Unreachable);
-    EXPECT_EQ(failure("http://[/"), HTTPFailure::Unreachable);
+    EXPECT_EQ(reason(at("/short")), HTTPFailure::CutOff);
+    EXPECT_EQ(reason(at("/slow"), {.timeout = 100ms}), HTTPFailure::TimedOut);
+    EXPECT_EQ(reason(at("/round")), HTTPFailure::TooManyRedirects);
+    EXPECT_EQ(reason("http://127.0.0.1:1/"), HTTPFailure::Unreachable);
+    EXPECT_EQ(reason("file:///etc/hostname"), HTTPFailure::Unreachable);
+    EXPECT_EQ(reason("http://[/"), HTTPFailure::Unreachable);
   }
 }
 
@@ -103,24 +109,25 @@ TEST_F(HTTPSessionTest, DownloadsIntoANewFile) {
   const test::TemporaryFolder folder("downloads");
   const auto file = folder.path / "file";
   const auto answer = get(at("/long"), {}, file);
-  EXPECT_TRUE(answer.isOK());
-  EXPECT_EQ(answer.body, "");
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->body, "");
   std::ifstream read(file, std::ios::binary);
   EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(read), {}) == body);
-  EXPECT_EQ(get(at("/long"), {}, file).failure, HTTPFailure::Unwritable);
-  EXPECT_EQ(get(at("/long"), {}, folder.path / "none/file").failure, HTTPFailure::Unwritable);
-  EXPECT_EQ(get(at("/missing"), {}, folder.path / "missing").status, 404);
+  EXPECT_EQ(failure(at("/long"), {}, file), HTTPFailure::Unwritable);
+  EXPECT_EQ(failure(at("/long"), {}, folder.path / "none/file"), HTTPFailure::Unwritable);
+  EXPECT_EQ(get(at("/missing"), {}, folder.path / "missing")->status, 404);
 }
 
 TEST_F(HTTPSessionTest, EndsWhatIsUnderWayWithItself) {
   server.serve(at("/slow"), ServedPage{.body = "late", .delay = 5});
-  std::optional<HTTPAnswer> answer;
-  session->fetch(*URL::parse(at("/slow")), {}, [&](HTTPAnswer given) { answer = given; });
+  std::optional<HTTPResult> answer;
+  session->fetch(*URL::parse(at("/slow")), {}, [&](HTTPResult given) { answer = given; });
   ASSERT_TRUE(eventually([&] { return server.requestCount(at("/slow")) == 1; }));
   session.reset();
   EXPECT_FALSE(answer);
   EXPECT_TRUE(eventually([&] { return answer.has_value(); }));
-  EXPECT_EQ(answer->failure, HTTPFailure::Cancelled);
+  ASSERT_FALSE(*answer);
+  EXPECT_EQ(answer->error(), HTTPFailure::Cancelled);
 }
 
 }  // namespace
