@@ -80,9 +80,9 @@ int updateMessage(int count, char** arguments) {
 }
 
 ordered_json answerOf(const StageResult& result) {
-  if (const auto* update = std::get_if<StagedUpdate>(&result))
-    return {{"app", update->app.string()}, {"version", update->version}, {"build", update->build}};
-  const auto* failure = std::get_if<UpdateFailure>(&result);
+  if (result)
+    return {{"app", result->app.string()}, {"version", result->version}, {"build", result->build}};
+  const auto* failure = std::get_if<UpdateFailure>(&result.error());
   return {{"error", failure ? nameOf(*failure) : "fileSystem"}};
 }
 

@@ -2,15 +2,13 @@
 
 #include <charconv>
 #include <utility>
-#include <variant>
 
 #include "BrowserCore/Session/JSONDecoder.h"
 
 namespace orvel {
 
 std::optional<UpdateRelease> UpdateRelease::decode(std::string_view json) {
-  const auto parsed = JSONCoding::Document::parse(json);
-  const auto* document = std::get_if<JSONCoding::Document>(&parsed);
+  const auto document = JSONCoding::Document::parse(json);
   if (!document) return std::nullopt;
 
   JSONCoding::Decoder decoder;

@@ -21,7 +21,7 @@ constexpr const char* kSymbol = "arrow.down.circle";
 
 using Weak = std::weak_ptr<BrowserStore>;
 
-std::string descriptionOf(const StageResult& failure) {
+std::string descriptionOf(const StageError& failure) {
   if (const auto* error = std::get_if<std::error_code>(&failure)) return error->message();
   return std::string(nameOf(std::get<UpdateFailure>(failure)));
 }
@@ -63,9 +63,8 @@ class SelfUpdate::Steps {
     while (slept == SleepResult::Done) {
       Task<Latest> reading = latest(weak);
       const Latest read = co_await std::move(reading);
-      if (const auto* release = std::get_if<UpdateRelease>(&read);
-          release && isNews(weak, *release)) {
-        Task<> offering = offer(weak, *release);
+      if (read && isNews(weak, *read)) {
+        Task<> offering = offer(weak, *read);
         co_await std::move(offering);
       }
       slept = co_await sleep(kInterval, SleepClock::Boot);
@@ -83,7 +82,7 @@ class SelfUpdate::Steps {
 
  private:
   // The record of the newest release, or why there is none, for the log.
-  using Latest = std::variant<UpdateRelease, std::string>;
+  using Latest = Result<UpdateRelease, std::string>;
 
   static Task<Latest> latest(Weak weak) {
     std::unique_ptr<HTTPSession> session;
@@ -93,12 +92,12 @@ class SelfUpdate::Steps {
       session = updates.makeSession();
       fetching = fetch(*session, updates.feed, kFeedLimits);
     }
-    if (!fetching) co_return "the program ends";
+    if (!fetching) co_return Failure("the program ends");
     const HTTPResult answer = co_await *std::move(fetching);
-    if (!answer) co_return "the feed did not answer";
-    if (!answer->isOK()) co_return "the feed answered " + std::to_string(answer->status);
+    if (!answer) co_return Failure("the feed did not answer");
+    if (!answer->isOK()) co_return Failure("the feed answered " + std::to_string(answer->status));
     auto release = UpdateRelease::decode(answer->body);
-    if (!release) co_return "the feed holds no record";
+    if (!release) co_return Failure("the feed holds no record");
     co_return *std::move(release);
   }
 
@@ -113,22 +112,21 @@ class SelfUpdate::Steps {
   static const UpdateRelease* answerAtOnce(const Weak& weak, const Latest& read) {
     const auto store = weak.lock();
     if (!store) return nullptr;
-    const auto* release = std::get_if<UpdateRelease>(&read);
-    if (!release) {
-      kLog.error("Update check failed: {}", std::get<std::string>(read));
+    if (!read) {
+      kLog.error("Update check failed: {}", read.error());
       tell(*store, _("Couldn’t check for updates"), _("Check your connection and try again."));
       return nullptr;
     }
-    if (!store->selfUpdate.isNewer(*release)) {
+    if (!store->selfUpdate.isNewer(*read)) {
       tell(*store, _("You’re up to date"),
            filled(_("Orvel {version} is the latest version."),
                   {{"version", store->services().updates.program.version}}));
       return nullptr;
     }
-    if (!store->selfUpdate.hasStaged(release->build))
-      store->showToast(filled(_("Downloading Orvel {version}…"), {{"version", release->version}}),
+    if (!store->selfUpdate.hasStaged(read->build))
+      store->showToast(filled(_("Downloading Orvel {version}…"), {{"version", read->version}}),
                        {.symbol = kSymbol});
-    return release;
+    return &*read;
   }
 
   static Task<> offer(Weak weak, UpdateRelease release) {
@@ -137,7 +135,7 @@ class SelfUpdate::Steps {
     const auto store = weak.lock();
     if (!store) co_return;
     SelfUpdate& self = store->selfUpdate;
-    const auto* update = std::get_if<StagedUpdate>(&prepared);
+    const StagedUpdate* update = prepared ? &*prepared : nullptr;
     if (!update) logFailure(release, prepared);
     if (!self.announces(release.build)) co_return;
     if (update)
@@ -157,7 +155,7 @@ class SelfUpdate::Steps {
   static Task<> answer(Weak weak, UpdateRelease release) {
     Task<Prepared> preparing = prepare(weak, release);
     const Prepared prepared = co_await std::move(preparing);
-    const auto* update = std::get_if<StagedUpdate>(&prepared);
+    const StagedUpdate* update = prepared ? &*prepared : nullptr;
     if (!update) logFailure(release, prepared);
     std::optional<Future<AlertAnswer>> asking;
     if (const auto store = weak.lock()) asking = ask(*store, question(*store, release, update));
@@ -182,7 +180,7 @@ class SelfUpdate::Steps {
   }
 
   static void logFailure(const UpdateRelease& release, const Prepared& prepared) {
-    kLog.error("Update {} not staged: {}", release.build, std::get<std::string>(prepared));
+    kLog.error("Update {} not staged: {}", release.build, prepared.error());
   }
 
   static Task<Prepared> prepare(Weak weak, UpdateRelease release) {
@@ -190,7 +188,7 @@ class SelfUpdate::Steps {
     if (const auto store = weak.lock())
       beginOrJoin(*store, release, resolve);
     else
-      resolve("the program ends");
+      resolve(Failure("the program ends"));
     Prepared prepared = co_await std::move(future);
     co_return prepared;
   }
@@ -203,7 +201,7 @@ class SelfUpdate::Steps {
     if (self.preparing_ && self.preparing_->build == release.build)
       return self.preparing_->waiting.push_back(resolve);
     if (const auto failure = refusal(store.services().updates, release))
-      return resolve(std::string(nameOf(*failure)));
+      return resolve(Failure(std::string(nameOf(*failure))));
     self.preparing_ = std::make_shared<Preparation>(Preparation{release.build, {resolve}});
     store.services()
         .scheduler
@@ -230,7 +228,7 @@ class SelfUpdate::Steps {
     if (!store) co_return;
     SelfUpdate& self = store->selfUpdate;
     if (self.preparing_ == own) self.preparing_ = nullptr;
-    const auto* update = std::get_if<StagedUpdate>(&prepared);
+    const StagedUpdate* update = prepared ? &*prepared : nullptr;
     // Of two builds in one run the one that was asked for last counts.
     if (update && number > self.stagedBy_) {
       self.staged_ = *update;
@@ -253,14 +251,14 @@ class SelfUpdate::Steps {
     };
     auto beginning = background(services.scheduler, begin, WorkPriority::Utility);
     const std::error_code error = co_await std::move(beginning);
-    if (error) co_return error.message();
+    if (error) co_return Failure(error.message());
 
     const auto session = updates.makeSession();
     auto downloading = download(*session, *release.archive, archive, kArchiveLimits);
     const HTTPResult answer = co_await std::move(downloading);
     const auto finish = [=]() -> Prepared {
       Prepared prepared = stageDownload(*work, stage, archive, release, answer);
-      if (!std::holds_alternative<StagedUpdate>(prepared)) work->remove(stage.folder);
+      if (!prepared) work->remove(stage.folder);
       return prepared;
     };
     auto finishing = background(services.scheduler, finish, WorkPriority::Utility);
@@ -271,11 +269,9 @@ class SelfUpdate::Steps {
   static Prepared stageDownload(UpdateWork& work, const UpdateStage& stage,
                                 const std::filesystem::path& archive, const UpdateRelease& release,
                                 const HTTPResult& answer) {
-    if (!answer) return "the archive did not come whole";
-    if (!answer->isOK()) return std::string(nameOf(UpdateFailure::badDownload));
-    const auto staged = work.stage(stage, archive, release.build, *release.signature);
-    if (const auto* update = std::get_if<StagedUpdate>(&staged)) return *update;
-    return descriptionOf(staged);
+    if (!answer) return Failure("the archive did not come whole");
+    if (!answer->isOK()) return Failure(std::string(nameOf(UpdateFailure::badDownload)));
+    return work.stage(stage, archive, release.build, *release.signature).map_error(descriptionOf);
   }
 };
 

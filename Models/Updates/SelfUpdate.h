@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 
 #include "Base/Task.h"
+#include "BrowserCore/Result.h"
 #include "BrowserCore/SelfUpdate/UpdateRelease.h"
 #include "Support/Updates/UpdateStage.h"
 
@@ -30,7 +30,7 @@ class SelfUpdate {
 
  private:
   // An update, or why there is none, for the log.
-  using Prepared = std::variant<StagedUpdate, std::string>;
+  using Prepared = Result<StagedUpdate, std::string>;
   // One preparation and those who wait for it.
   struct Preparation;
   class Steps;

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <variant>
 
+#include "BrowserCore/Result.h"
 #include "BrowserCore/SelfUpdate/UpdateFailure.h"
 
 namespace orvel {
@@ -17,8 +18,9 @@ struct StagedUpdate {
   int64_t build = 0;
 };
 
-// An update, why it is refused, or why its folder cannot be made or listed.
-using StageResult = std::variant<StagedUpdate, UpdateFailure, std::error_code>;
+// Why an update is refused, or why its folder cannot be made or listed.
+using StageError = std::variant<UpdateFailure, std::error_code>;
+using StageResult = Result<StagedUpdate, StageError>;
 
 // Unpacks and examines one release. Blocks for seconds; belongs to no thread.
 struct UpdateStage {

@@ -22,7 +22,7 @@ class FakeUpdateWork final : public UpdateWork {
                     const std::string& signature) override {
     note("stage {} by {} for {} as {}", archive.string(), signature + "/" + stage.publicKey,
          stage.bundleID, build);
-    if (failure) return *failure;
+    if (failure) return Failure(*failure);
     return StagedUpdate{stage.folder / "unpacked/Orvel.app", "2.0", build};
   }
   std::error_code launchSwap(const std::filesystem::path& app, const std::filesystem::path& staged,
