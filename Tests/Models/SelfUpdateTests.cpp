@@ -2,6 +2,7 @@
 
 #include "Base/Log.h"
 #include "Models/Store/ApplicationLifecycle.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Updates/UpdateServices.h"
 #include "Tests/Models/ModelTest.h"
 
