@@ -4,8 +4,10 @@
 #include <glib-unix.h>
 #include <signal.h>
 
+#include <filesystem>
 #include <utility>
 
+#include "App/Installation.h"
 #include "Base/GRef.h"
 #include "Base/Texts.h"
 
@@ -55,12 +57,6 @@ bool hasSessionBus() {
 }
 
 }  // namespace
-
-std::filesystem::path programFolder() {
-  std::error_code error;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return program.parent_path();
-}
 
 Application::Application() {
   // Without a bus there is nobody to ask whether the program runs already; the lock then decides.
@@ -119,7 +115,7 @@ int Application::run(StartOptions options) {
     return 1;
   }
 
-  browser_ = std::make_unique<Browser>(application_, programFolder());
+  browser_ = std::make_unique<Browser>(application_, Installation::current());
   // Closing the window does not end the program.
   g_application_hold(application);
   for (const int number : kSignals)

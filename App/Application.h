@@ -2,7 +2,6 @@
 
 #include <adwaita.h>
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,9 +11,6 @@
 #include "App/StartOptions.h"
 
 namespace orvel {
-
-// Where the program lies; what comes with it lies beside this folder.
-std::filesystem::path programFolder();
 
 // The program among others: one instance a user, addresses from the command line and from D-Bus,
 // and an orderly end by the user, by signal and by the session.

@@ -3,6 +3,7 @@
 #include <adwaita.h>
 #include <sys/utsname.h>
 
+#include "App/UpdateSource.h"
 #include "App/WindowController.h"
 #include "BrowserCore/Addresses/Endpoints.h"
 #include "DesignSystem/StyleSheet.h"
@@ -22,6 +23,12 @@ std::filesystem::path downloadsFolder() {
   return std::filesystem::path(g_get_home_dir()) / "Downloads";
 }
 
+// Apart for each program that may stage its updates for this user.
+std::filesystem::path stagingRoot(const RunningProgram& program) {
+  const std::string name = program.identifier.value_or("Orvel");
+  return std::filesystem::path(g_get_user_cache_dir()) / name / "Updates";
+}
+
 std::string systemVersion() {
   if (const GText name(g_get_os_info(G_OS_INFO_KEY_PRETTY_NAME)); name) return name.get();
   utsname system{};
@@ -30,19 +37,21 @@ std::string systemVersion() {
 
 }  // namespace
 
-Browser::Browser(GtkApplication* application, const std::filesystem::path& folder)
+Browser::Browser(GtkApplication* application, const Installation& installation)
     : application_(application),
       paths_(AppPaths::in(g_get_user_data_dir(), g_get_user_cache_dir(), downloadsFolder())),
-      share_(folder / "../share/orvel"),
       files_(scheduler_, FileSystem::disk()),
       defaults_(files_, configFile()),
-      engine_(*new WebKitEngine(scheduler_, {.dataFolder = paths_.support / "WebKit",
-                                             .cacheFolder = paths_.caches,
-                                             .webProcessFolder = folder / "../lib/web-process"})),
+      engine_(*new WebKitEngine(scheduler_,
+                                {.dataFolder = paths_.support / "WebKit",
+                                 .cacheFolder = paths_.caches,
+                                 .webProcessFolder = installation.webProcess,
+                                 .ruleCompiler = installation.programs / "orvel-rule-compiler"})),
       desktop_(scheduler_, G_APPLICATION(application)),
       favicons_(scheduler_, files_.files(), &HTTPSession::ephemeral, paths_.favicons()),
-      filterLists_(scheduler_, files_, defaults_, &HTTPSession::ephemeral,
-                   {FileSystem::disk(), paths_.support / "Filters", share_ / "Filters"}),
+      filterLists_(
+          scheduler_, files_, defaults_, &HTTPSession::ephemeral,
+          {FileSystem::disk(), paths_.support / "Filters", installation.share / "Filters"}),
       currencies_(scheduler_, files_, &HTTPSession::ephemeral, paths_.currencyRates(),
                   *URL::parse(endpoints::kCurrencyRates)),
       engineSuggestions_(&HTTPSession::ephemeral),
@@ -56,7 +65,13 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
                 .filterLists = filterLists_,
                 .currencies = currencies_,
                 .engineSuggestions = engineSuggestions_,
-                .resources = share_,
+                .updates = {.feed = UpdateSource::feed(),
+                            .publicKey = UpdateSource::publicKey(),
+                            .program = installation.program,
+                            .stagingRoot = stagingRoot(installation.program),
+                            .makeSession = &HTTPSession::ephemeral,
+                            .work = UpdateWork::real()},
+                .resources = installation.share,
                 .downloads = std::make_shared<DownloadManager>(
                     files_.files(), services_.desktop.workspace, paths_.downloads),
                 .openHistory = [this](const auto& file) {
@@ -65,9 +80,9 @@ Browser::Browser(GtkApplication* application, const std::filesystem::path& folde
   // The store first: it has the selected page's process started, beside which all else happens.
   store_ = BrowserStore::make(services_);
   adw_init();
-  StyleSheet::load(share_);
+  StyleSheet::load(installation.share);
   ApplicationLifecycle::Steps steps;
-  steps.appVersion = ORVEL_VERSION;
+  steps.appVersion = installation.program.version;
   steps.systemVersion = systemVersion();
   steps.makeWindowController = [this] {
     return std::make_unique<WindowController>(application_, *store_, desktop_, defaults_);

@@ -2,11 +2,11 @@
 
 #include <adwaita.h>
 
-#include <filesystem>
 #include <memory>
 #include <utility>
 #include <vector>
 
+#include "App/Installation.h"
 #include "Base/GLibScheduler.h"
 #include "Desktop/Gtk/GtkDesktop.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
@@ -20,8 +20,7 @@ namespace orvel {
 // it.
 class Browser {
  public:
-  // `folder` is the program's own: what ships with it lies beside it.
-  Browser(GtkApplication* application, const std::filesystem::path& folder);
+  Browser(GtkApplication* application, const Installation& installation);
   ~Browser();
 
   void didFinishLaunching() { lifecycle_->didFinishLaunching(); }
@@ -35,7 +34,6 @@ class Browser {
   GtkApplication* application_;
   GLibScheduler scheduler_;
   AppPaths paths_;
-  std::filesystem::path share_;
   FileWriter files_;
   FileUserDefaults defaults_;
   // Lives until the process ends: the engine does not survive the end of its contexts.

@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "App/Installation.h"
 #include "Base/GRef.h"
 #include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
@@ -54,7 +55,7 @@ Result<StartOptions, StartOptions::Ended> StartOptions::parse(int count, char** 
   if (!g_option_context_parse(context.get(), &count, &arguments, &rawError))
     return refuse(GErrorRef(rawError)->message);
   if (wantsVersion) {
-    fmt::print("Orvel {}\n", ORVEL_VERSION);
+    fmt::print("Orvel {}\n", Installation::current().program.version);
     return Failure(Ended{0});
   }
 

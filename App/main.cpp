@@ -3,11 +3,12 @@
 #include <clocale>
 
 #include "App/Application.h"
+#include "App/Installation.h"
 #include "Base/Texts.h"
 
 int main(int count, char** arguments) {
   setlocale(LC_ALL, "");  // for what is printed before the toolkit does so
-  orvel::useTextCatalogs(orvel::programFolder() / "../share/locale");
+  orvel::useTextCatalogs(orvel::Installation::current().texts);
   auto options = orvel::StartOptions::parse(count, arguments);
   if (!options) return options.error().exitCode;
   gtk_init();

@@ -1,5 +1,3 @@
-#include <sodium/utils.h>
-
 #include <cmath>
 #include <stdexcept>
 
@@ -16,6 +14,7 @@
 #include "BrowserCore/Extensions/ExtensionGallery.h"
 #include "BrowserCore/Look/SplitShares.h"
 #include "BrowserCore/Look/Theme.h"
+#include "BrowserCore/Text/Base64.h"
 #include "Tools/Operations.h"
 
 namespace orvel::tools {
@@ -51,26 +50,6 @@ SearchEngine engine(const json& request) {
 
 json orNull(const std::optional<std::string>& value) { return value ? json(*value) : json(); }
 json orNull(const std::optional<URL>& value) { return value ? json(value->text()) : json(); }
-
-std::optional<std::string> decodedBase64(std::string_view encoded) {
-  std::string data(encoded.size(), '\0');
-  size_t size = 0;
-  const int status =
-      sodium_base642bin(reinterpret_cast<unsigned char*>(data.data()), data.size(), encoded.data(),
-                        encoded.size(), nullptr, &size, nullptr, sodium_base64_VARIANT_ORIGINAL);
-  if (status != 0) return std::nullopt;
-  data.resize(size);
-  return data;
-}
-
-std::string encodedBase64(std::string_view data) {
-  std::string encoded(sodium_base64_encoded_len(data.size(), sodium_base64_VARIANT_ORIGINAL), '\0');
-  sodium_bin2base64(encoded.data(), encoded.size(),
-                    reinterpret_cast<const unsigned char*>(data.data()), data.size(),
-                    sodium_base64_VARIANT_ORIGINAL);
-  encoded.pop_back();  // The terminating zero.
-  return encoded;
-}
 
 json shortcut(const json& request) {
   std::vector<SearchShortcut> shortcuts = SearchShortcut::builtIn();
@@ -120,10 +99,10 @@ json choices(const json& request) {
 }
 
 json zipArchive(const json& request) {
-  const std::string data = required(decodedBase64(text(request, "base64")));
+  const std::string data = required(Base64::decoded(text(request, "base64")));
   const auto archive = ExtensionGallery::zipArchive(data);
   if (!archive) return {{"error", "notAnExtension"}};
-  return encodedBase64(*archive);
+  return Base64::encoded(*archive);
 }
 
 json listing(const json& request) {

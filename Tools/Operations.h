@@ -3,7 +3,9 @@
 #include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace orvel::tools {
@@ -24,9 +26,13 @@ using Operations = std::map<std::string, Operation, std::less<>>;
 void addAddressOperations(Operations& operations);
 void addAnswerOperations(Operations& operations);
 void addSessionOperations(Operations& operations);
+void addUpdateOperations(Operations& operations);
 
 // `orvel-core convert-filters`: `arguments` are those after the command's name. Returns the exit
 // code.
 int convertFilters(int count, char** arguments);
+
+// The same for the commands of self-update; absent when `command` is none of them.
+std::optional<int> runUpdateCommand(std::string_view command, int count, char** arguments);
 
 }  // namespace orvel::tools

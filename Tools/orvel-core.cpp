@@ -11,14 +11,35 @@ using orvel::tools::Line;
 using orvel::tools::Operations;
 
 constexpr std::string_view kHelp =
-    R"(usage: orvel-core convert-filters LIST [--no-cosmetic] [--max-rules N]
+    R"help(usage: orvel-core convert-filters LIST [--no-cosmetic] [--max-rules N]
        orvel-core eval
+       orvel-core update-message --build N ARCHIVE
+       orvel-core stage-update --folder F --bundle-id ID --public-key BASE64 --build N
+                               --signature BASE64 ARCHIVE
+       orvel-core sign-bundle --key FILE APP
+       orvel-core verify-bundle --public-key BASE64 APP
+       orvel-core can-replace APP
+       orvel-core swap-script
 
 Drives the platform-free core of the browser from the shell.
 
 convert-filters turns a filter list into the engine's content rules: their JSON on standard output,
 {"rules":N,"skipped":M} on standard error. --no-cosmetic leaves out the rules that hide elements,
 --max-rules bounds the number of rules.
+
+update-message prints what is signed of an archive, in hexadecimal.
+
+stage-update verifies and unpacks an archive into a folder of its own and prints
+{"app":PATH,"version":V,"build":N}, or {"error":CASE} and exits with 1; the folder is gone then. A
+CASE is badSignature, unpackFailed, wrongArchive, wrongApp, wrongBuild, badCodeSignature or
+fileSystem.
+
+sign-bundle writes a bundle's code signature; the key file holds the 64 bytes of an Ed25519 secret
+key in base64. verify-bundle exits with 0 when a bundle is what was signed, or else with 1.
+
+can-replace prints whether the application at a path can be replaced, true or false. swap-script
+prints the script that replaces it:
+  sh -c "$(orvel-core swap-script)" orvel-update PID APP STAGED RELAUNCH
 
 eval reads one JSON object a line from standard input and answers each with one JSON value a line.
 A request that cannot be read, names no operation below, lacks a field or has one of the wrong type
@@ -62,13 +83,16 @@ Sessions
       {"sourceVersion":N,"record":{...}}, {"error":"unsupportedVersion","version":N} or
       {"error":"undecodable"}
 
+Updates
+  {"op":"updateRelease","json":T}        the record of an update feed, or {"error":"undecodable"}
+
 Look and files
   {"op":"nearestTheme","hue":H}          the id of the theme nearest to a hue from 0 to 1
   {"op":"resized","shares":[S],"index":I,"delta":D}
       the panes' shares after the divider behind pane I moved by D
   {"op":"downloadName","suggested":T,"existing":[T]}
       a free name for a downloaded file
-)";
+)help";
 
 Answer answer(const Operations& operations, const std::string& line) {
   const json badRequest = {{"error", "badRequest"}};
@@ -92,6 +116,7 @@ int evaluate() {
   orvel::tools::addAddressOperations(operations);
   orvel::tools::addAnswerOperations(operations);
   orvel::tools::addSessionOperations(operations);
+  orvel::tools::addUpdateOperations(operations);
   std::ios::sync_with_stdio(false);
   for (std::string line; std::getline(std::cin, line);)
     std::cout << printed(answer(operations, line)) << '\n' << std::flush;
@@ -104,6 +129,8 @@ int main(int count, char** arguments) {
   const std::string_view command = count > 1 ? arguments[1] : "";
   if (command == "eval") return evaluate();
   if (command == "convert-filters") return orvel::tools::convertFilters(count - 2, arguments + 2);
+  if (const auto status = orvel::tools::runUpdateCommand(command, count - 2, arguments + 2))
+    return *status;
   const bool isHelp = command == "--help" || command == "-h";
   (isHelp ? std::cout : std::cerr) << kHelp;
   return isHelp ? 0 : 2;

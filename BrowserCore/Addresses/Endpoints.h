@@ -63,7 +63,4 @@ inline constexpr std::string_view kInstagramSite = "instagram.com";
 inline constexpr std::string_view kXSite = "x.com";
 inline constexpr std::string_view kTwitterSite = "twitter.com";
 
-// The record of the newest release of this program.
-inline constexpr std::string_view kUpdateFeed = "https://orvel.brinemark.com/version.json";
-
 }  // namespace orvel::endpoints

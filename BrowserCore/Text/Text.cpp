@@ -40,6 +40,35 @@ std::string_view trimmedWhere(std::string_view text, Predicate isDropped) {
   return text.substr(begin, end - begin);
 }
 
+void append(std::string& text, UChar32 c) {
+  char bytes[U8_MAX_LENGTH];
+  size_t length = 0;
+  U8_APPEND_UNSAFE(bytes, length, c);
+  text.append(bytes, length);
+}
+
+// The text with what `map` makes of each code point; ill-formed bytes stay.
+template <typename Map>
+std::string mapped(std::string_view text, Map map) {
+  std::string result;
+  result.reserve(text.size());
+  const auto* data = reinterpret_cast<const uint8_t*>(text.data());
+  const auto size = static_cast<int64_t>(text.size());
+  for (int64_t i = 0; i < size;) {
+    const int64_t begin = i;
+    UChar32 c = 0;
+    U8_NEXT(data, i, size, c);
+    const UChar32 other = c < 0 ? c : map(c);
+    if (other == c)
+      result.append(text, static_cast<size_t>(begin), static_cast<size_t>(i - begin));
+    else
+      append(result, other);
+    // The one letter whose lower case is two code points: i and a dot above.
+    if (c == 0x130 && other == 'i') append(result, 0x307);
+  }
+  return result;
+}
+
 }  // namespace
 
 bool isValidUTF8(std::string_view bytes) {
@@ -85,29 +114,12 @@ std::string lowerASCII(std::string_view text) {
 
 std::string lower(std::string_view text) {
   if (isASCII(text)) return lowerASCII(text);
-  std::string result;
-  result.reserve(text.size());
-  const auto* data = reinterpret_cast<const uint8_t*>(text.data());
-  const auto size = static_cast<int64_t>(text.size());
-  for (int64_t i = 0; i < size;) {
-    const int64_t begin = i;
-    UChar32 c = 0;
-    U8_NEXT(data, i, size, c);
-    if (c == 0x130) {  // The one letter whose lower case is two code points: i and a dot above.
-      result += "i\u0307";
-      continue;
-    }
-    const UChar32 lowered = c < 0 ? c : u_tolower(c);
-    if (lowered == c) {
-      result.append(text, static_cast<size_t>(begin), static_cast<size_t>(i - begin));
-      continue;
-    }
-    char bytes[U8_MAX_LENGTH];
-    size_t length = 0;
-    U8_APPEND_UNSAFE(bytes, length, lowered);
-    result.append(bytes, length);
-  }
-  return result;
+  return mapped(text, [](UChar32 c) { return u_tolower(c); });
+}
+
+std::string caseFolded(std::string_view text) {
+  if (isASCII(text)) return lowerASCII(text);
+  return mapped(text, [](UChar32 c) { return u_foldCase(c, U_FOLD_CASE_DEFAULT); });
 }
 
 std::string_view trimmed(std::string_view text) { return trimmedWhere(text, u_isUWhiteSpace); }

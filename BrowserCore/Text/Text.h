@@ -29,6 +29,9 @@ namespace orvel::text {
 // beside a letter, so that the lower case of a prefix is a prefix of the lower case. Ill-formed
 // bytes stay.
 [[nodiscard]] std::string lower(std::string_view text);
+// Equal for texts that differ in the case of their letters alone, by Unicode's simple case folding.
+// Ill-formed bytes stay.
+[[nodiscard]] std::string caseFolded(std::string_view text);
 
 // White space and line ends (Unicode's White_Space) removed from both ends.
 [[nodiscard]] std::string_view trimmed(std::string_view text);

@@ -11,6 +11,7 @@
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageClosing.h"
 #include "Models/Tab/PageSearch.h"
+#include "Models/Updates/SelfUpdate.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/WindowChrome.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
@@ -28,7 +29,7 @@ void Actions::perform(BrowserStore& store, ActionID action, const TabRef& tab) {
     case About:
       return store.showUtilityWindow(UtilityWindow::About);
     case CheckForUpdates:
-      return store.coming.checkForUpdates();
+      return store.selfUpdate.checkNow();
     case Settings:
       return store.showUtilityWindow(UtilityWindow::Settings);
     case Quit:

@@ -8,6 +8,7 @@
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Store/SessionFile.h"
 #include "Models/Tab/Hibernation.h"
+#include "Models/Updates/SelfUpdate.h"
 #include "Models/Windows/LittleWindows.h"
 
 namespace orvel {
@@ -29,7 +30,7 @@ void ApplicationLifecycle::didFinishLaunching() {
   showWindow();
   store_->services().desktop.application.activate();
   store_->quickBar.applyQuickBarKey();
-  run(steps_.startUpdates);
+  store_->selfUpdate.start();
 }
 
 void ApplicationLifecycle::showWindow() {
@@ -71,7 +72,7 @@ void ApplicationLifecycle::willTerminate() {
   drain();
   store_->hibernation.saveTabStates(Hibernation::StateWriting::Now);
   drain();
-  run(steps_.installUpdateIfReady);
+  store_->selfUpdate.installIfReady();
 }
 
 }  // namespace orvel

@@ -40,8 +40,6 @@ class ApplicationLifecycle {
     std::function<void()> subscribeDiagnostics;
     // Makes the main window, which becomes the store's interface, and shows nothing yet.
     std::function<std::unique_ptr<MainWindowController>()> makeWindowController;
-    std::function<void()> startUpdates;
-    std::function<void()> installUpdateIfReady;
   };
 
   // How long the end of the program waits for the disk.
@@ -60,7 +58,8 @@ class ApplicationLifecycle {
   void handleReopen(VisibleWindows visible);
   // A result of the desktop's search was chosen. Returns whether it was one of this program's.
   bool continueActivity(const std::string& identifier);
-  // Brings everything to the disk; blocks for at most `kDrainDeadline`.
+  // Brings everything to the disk, blocking for at most `kDrainDeadline`, and has a prepared update
+  // swapped in.
   void willTerminate();
 
  private:

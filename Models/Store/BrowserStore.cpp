@@ -26,6 +26,7 @@
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Tab/Peek.h"
+#include "Models/Updates/SelfUpdate.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
@@ -92,6 +93,7 @@ struct BrowserStore::Topics {
   Hibernation hibernation{store};
   BlockingSwitches blocking{store};
   SiteSettings siteSettings{store};
+  SelfUpdate selfUpdate{store};
   ComingFeatures coming{store};
   StoreTabHost tabHost{store};
   Settings settings;
@@ -131,6 +133,7 @@ BrowserStore::BrowserStore(const Services& services)
       hibernation(topics_->hibernation),
       blocking(topics_->blocking),
       siteSettings(topics_->siteSettings),
+      selfUpdate(topics_->selfUpdate),
       coming(topics_->coming),
       settings(topics_->settings),
       contentBlocker(topics_->contentBlocker),

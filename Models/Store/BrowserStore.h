@@ -38,6 +38,7 @@ class PageSearch;
 class Peek;
 class PickedChoices;
 class QuickBar;
+class SelfUpdate;
 class SessionFile;
 class SiteSettings;
 class Settings;
@@ -90,6 +91,7 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   Hibernation& hibernation;
   BlockingSwitches& blocking;
   SiteSettings& siteSettings;
+  SelfUpdate& selfUpdate;
   ComingFeatures& coming;
 
   Settings& settings;

@@ -88,9 +88,6 @@ void ComingFeatures::splitWithRecentTab() { store_.showToast(_("Split view isn�
 void ComingFeatures::beginHidingItems(TabRef) {
   store_.showToast(_("Hiding items isn’t available yet"));
 }
-void ComingFeatures::checkForUpdates() {
-  store_.showToast(_("Checking for updates isn’t available yet"));
-}
 void ComingFeatures::endHidingItems() {}
 void ComingFeatures::updateSpotlight() {}
 bool ComingFeatures::openSpotlightItem(const std::string&) { return false; }

@@ -56,7 +56,6 @@ class ComingFeatures {
   void toggleReader();
   void splitWithRecentTab();
   void beginHidingItems(TabRef on);
-  void checkForUpdates();
 
   void endHidingItems();
   void closeSplitView();

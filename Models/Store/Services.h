@@ -8,6 +8,7 @@
 #include "Base/Scheduler.h"
 #include "Desktop/Desktop.h"
 #include "Engine/Engine.h"
+#include "Models/Updates/UpdateServices.h"
 #include "Support/Downloads/DownloadManager.h"
 #include "Support/Feeds/CurrencyFeed.h"
 #include "Support/Feeds/EngineSuggestions.h"
@@ -32,6 +33,7 @@ struct Services {
   FilterListUpdater& filterLists;
   CurrencyFeed& currencies;
   EngineSuggestions& engineSuggestions;
+  UpdateServices updates;
   // What ships with the program: page scripts, filter lists.
   std::filesystem::path resources;
   std::shared_ptr<DownloadManager> downloads;

@@ -26,7 +26,7 @@ Task<> clearAfterAsking(std::weak_ptr<BrowserStore> weak, std::shared_ptr<Space>
   store->clearToday(space, leaving);
 }
 
-Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
+Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak, std::function<void()> stays) {
   const auto store = weak.lock();
   if (!store) co_return;
   for (const TabRef& tab : store->everyTab()) {
@@ -36,7 +36,10 @@ Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak) {
     const Answer answer = co_await std::move(future);
     store->pageClosing.willAskToQuit(nullptr);
     if (answer == Answer::Leave) break;
-    if (answer == Answer::Stay) co_return;
+    if (answer == Answer::Stay) {
+      if (stays) stays();
+      co_return;
+    }
   }
   store->services().desktop.application.terminate();
 }
@@ -59,9 +62,11 @@ void PageClosing::clearToday(std::shared_ptr<Space> space) {
   store_.services().scheduler.start(clearAfterAsking(store_.weak_from_this(), space)).detach();
 }
 
-void PageClosing::quit() {
+void PageClosing::quit(std::function<void()> stays) {
   if (askedToQuit_) return store_.select(askedToQuit_);
-  store_.services().scheduler.start(quitAfterAsking(store_.weak_from_this())).detach();
+  store_.services()
+      .scheduler.start(quitAfterAsking(store_.weak_from_this(), std::move(stays)))
+      .detach();
 }
 
 }  // namespace orvel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <unordered_set>
 #include <utility>
 
@@ -20,9 +21,9 @@ class PageClosing {
   // Closes those of today's tabs that are there now, but for pages that the user stays on. Asked
   // for again, it shows the page that waits for an answer.
   void clearToday(std::shared_ptr<Space> space);
-  // Ends the program unless the user stays on one of its pages. Leaving one is leaving all. Asked
-  // for again, it shows the page that waits for an answer.
-  void quit();
+  // Ends the program unless the user stays on one of its pages: then `stays` is called. Leaving one
+  // is leaving all. Asked for again, it shows the page that waits for an answer.
+  void quit(std::function<void()> stays = {});
   // The tab is asked whether the program may end; null: no tab is any more.
   void willAskToQuit(TabRef tab) { askedToQuit_ = std::move(tab); }
   // The same for clearing a space.

@@ -16,25 +16,22 @@ constexpr gsize kChunk = 64 << 10;
 // One request on its way, owned by the calls that have still to return.
 class Fetch : public std::enable_shared_from_this<Fetch> {
  public:
-  Fetch(GRef<SoupMessage> message, GCancellable* ended, const HTTPLimits& limits,
-        std::function<void(HTTPResult)> answer)
+  // Null file: the body goes into the answer.
+  Fetch(GRef<SoupMessage> message, GRef<GOutputStream> file, GCancellable* ended,
+        const HTTPLimits& limits, std::function<void(HTTPResult)> answer)
       : message_(std::move(message)),
+        file_(std::move(file)),
         cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
         ended_(GRef<GCancellable>::retain(ended)),
         mostBytes_(limits.mostBytes),
+        timeout_(static_cast<guint>(limits.timeout / 1ms)),
         answer_(std::move(answer)) {
     endedConnection_ =
         g_cancellable_connect(ended, G_CALLBACK(+[](GCancellable*, gpointer own) {
                                 g_cancellable_cancel(static_cast<GCancellable*>(own));
                               }),
                               cancellable_.get(), nullptr);
-    timer_ = g_timeout_add(
-        static_cast<guint>(limits.timeout / 1ms),
-        [](gpointer self) -> gboolean {
-          static_cast<Fetch*>(self)->timeOut();
-          return G_SOURCE_REMOVE;
-        },
-        this);
+    startTimer();
   }
   ~Fetch() {
     if (timer_) g_source_remove(timer_);
@@ -52,6 +49,17 @@ class Fetch : public std::enable_shared_from_this<Fetch> {
   }
 
  private:
+  void startTimer() {
+    if (timer_) g_source_remove(timer_);
+    timer_ = g_timeout_add(
+        timeout_,
+        [](gpointer self) -> gboolean {
+          static_cast<Fetch*>(self)->timeOut();
+          return G_SOURCE_REMOVE;
+        },
+        this);
+  }
+
   void answered(GInputStream* stream, const GErrorRef& error) {
     stream_ = GRef<GInputStream>::adopt(stream);
     if (!stream_) return fail(error.get());
@@ -77,9 +85,36 @@ class Fetch : public std::enable_shared_from_this<Fetch> {
     const void* chunk = g_bytes_get_data(bytes, &size);
     if (size > 0) body_.append(static_cast<const char*>(chunk), size);
     g_bytes_unref(bytes);
-    if (body_.size() > mostBytes_) return answer_(Failure(HTTPFailure::TooLarge));
+    size_ += size;
+    if (size_ > mostBytes_) return answer_(Failure(HTTPFailure::TooLarge));
+    if (file_) return writeOn();
     if (size > 0) return readOn();
     succeed();
+  }
+
+  // What has come goes into the file; when nothing has, that was all.
+  void writeOn() {
+    startTimer();
+    if (body_.empty())
+      return gioCall(g_output_stream_close_async, file_.get(), G_PRIORITY_DEFAULT,
+                     cancellable_.get())
+          .then(g_output_stream_close_finish,
+                [self = shared_from_this()](gboolean isClosed, const GErrorRef&) {
+                  isClosed ? self->succeed() : self->failToWrite();
+                });
+    gioCall(g_output_stream_write_all_async, file_.get(), body_.data(), body_.size(),
+            G_PRIORITY_DEFAULT, cancellable_.get())
+        .then([self = shared_from_this()](GObject* file, GAsyncResult* result) {
+          if (!g_output_stream_write_all_finish(G_OUTPUT_STREAM(file), result, nullptr, nullptr))
+            return self->failToWrite();
+          self->body_.clear();
+          self->readOn();
+        });
+  }
+
+  void failToWrite() {
+    const bool wasEnded = isTimedOut_ || g_cancellable_is_cancelled(ended_.get());
+    answer_(Failure(wasEnded ? failure(nullptr) : HTTPFailure::Unwritable));
   }
 
   void succeed() {
@@ -106,6 +141,7 @@ class Fetch : public std::enable_shared_from_this<Fetch> {
   }
 
   GRef<SoupMessage> message_;
+  GRef<GOutputStream> file_;
   // This request's own, so that its time limit ends nothing else.
   GRef<GCancellable> cancellable_;
   GRef<GCancellable> ended_;
@@ -113,8 +149,10 @@ class Fetch : public std::enable_shared_from_this<Fetch> {
   guint timer_ = 0;
   bool isTimedOut_ = false;
   GRef<GInputStream> stream_;
-  std::string body_;
+  std::string body_;  // all of it, or what is still to be written
+  uint64_t size_ = 0;
   uint64_t mostBytes_;
+  guint timeout_;  // milliseconds
   std::function<void(HTTPResult)> answer_;
 };
 
@@ -129,15 +167,41 @@ class SoupHTTPSession final : public HTTPSession {
 
   void fetch(const URL& url, const HTTPLimits& limits,
              std::function<void(HTTPResult)> answer) override {
-    const bool isWeb = (url.hasScheme("http") || url.hasScheme("https")) && url.host();
-    auto message = GRef<SoupMessage>::adopt(
-        isWeb ? soup_message_new(SOUP_METHOD_GET, url.text().c_str()) : nullptr);
+    auto message = messageFor(url);
     if (!message) return refuse(std::move(answer));
-    std::make_shared<Fetch>(std::move(message), ended_.get(), limits, std::move(answer))
+    std::make_shared<Fetch>(std::move(message), GRef<GOutputStream>(), ended_.get(), limits,
+                            std::move(answer))
         ->send(session_.get());
   }
 
+  void download(const URL& url, const std::filesystem::path& path, const HTTPLimits& limits,
+                std::function<void(HTTPResult)> answer) override {
+    auto message = messageFor(url);
+    if (!message) return refuse(std::move(answer));
+    const auto file = GRef<GFile>::adopt(g_file_new_for_path(path.c_str()));
+    gioCall(g_file_create_async, file.get(), G_FILE_CREATE_PRIVATE, G_PRIORITY_DEFAULT,
+            ended_.get())
+        .then(g_file_create_finish,
+              [session = session_, message = std::move(message), ended = ended_, limits,
+               answer = std::move(answer)](GFileOutputStream* made, const GErrorRef&) mutable {
+                auto stream = GRef<GOutputStream>::adopt(G_OUTPUT_STREAM(made));
+                if (g_cancellable_is_cancelled(ended.get()))
+                  return answer(Failure(HTTPFailure::Cancelled));
+                if (!stream) return answer(Failure(HTTPFailure::Unwritable));
+                std::make_shared<Fetch>(std::move(message), std::move(stream), ended.get(), limits,
+                                        std::move(answer))
+                    ->send(session.get());
+              });
+  }
+
  private:
+  // Null for an address that is none of the web's.
+  static GRef<SoupMessage> messageFor(const URL& url) {
+    const bool isWeb = (url.hasScheme("http") || url.hasScheme("https")) && url.host();
+    return GRef<SoupMessage>::adopt(isWeb ? soup_message_new(SOUP_METHOD_GET, url.text().c_str())
+                                          : nullptr);
+  }
+
   static void refuse(std::function<void(HTTPResult)> answer) {
     g_idle_add_once(
         [](gpointer data) {
@@ -161,6 +225,13 @@ std::unique_ptr<HTTPSession> HTTPSession::ephemeral() {
 Future<HTTPResult> fetch(HTTPSession& session, const URL& url, const HTTPLimits& limits) {
   auto [future, resolve] = makeFuture<HTTPResult>();
   session.fetch(url, limits, std::move(resolve));
+  return std::move(future);
+}
+
+Future<HTTPResult> download(HTTPSession& session, const URL& url, const std::filesystem::path& file,
+                            const HTTPLimits& limits) {
+  auto [future, resolve] = makeFuture<HTTPResult>();
+  session.download(url, file, limits, std::move(resolve));
   return std::move(future);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -19,6 +20,7 @@ enum class HTTPFailure {
   CutOff,            // the connection ended before the body did
   TooManyRedirects,  // more than 20
   Cancelled,         // the session ended first
+  Unwritable,        // the file for the body cannot be made or written
 };
 
 struct HTTPAnswer {
@@ -51,6 +53,12 @@ class HTTPSession {
   virtual void fetch(const URL& url, const HTTPLimits& limits,
                      std::function<void(HTTPResult)> answer) = 0;
 
+  // The same with the body in a new file, which may be long: it is never in memory whole, `body`
+  // stays empty, and `timeout` is how long nothing may come. After a failure the file is not there
+  // or of no use. A file that is there already fails.
+  virtual void download(const URL& url, const std::filesystem::path& file, const HTTPLimits& limits,
+                        std::function<void(HTTPResult)> answer) = 0;
+
   // A session on the machine's network and its proxy settings.
   static std::unique_ptr<HTTPSession> ephemeral();
 };
@@ -61,5 +69,8 @@ using MakeHTTPSession = std::function<std::unique_ptr<HTTPSession>()>;
 // std::move(answer);`.
 [[nodiscard]] Future<HTTPResult> fetch(HTTPSession& session, const URL& url,
                                        const HTTPLimits& limits);
+[[nodiscard]] Future<HTTPResult> download(HTTPSession& session, const URL& url,
+                                          const std::filesystem::path& file,
+                                          const HTTPLimits& limits);
 
 }  // namespace orvel

@@ -3,6 +3,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Support/Network/HTTPSession.h"
@@ -18,6 +19,12 @@ struct FakeNetwork {
   Scheduler& scheduler;
   std::map<std::string, HTTPAnswer> answers;
   std::vector<std::string> requests;
+  // An address that answers only when the test says so.
+  std::string slow;
+  std::vector<std::function<void()>> waiting;
+  void answerWaiting() {
+    for (auto& answer : std::exchange(waiting, {})) scheduler.post(std::move(answer));
+  }
 };
 
 class FakeHTTPSession final : public HTTPSession {
@@ -29,7 +36,16 @@ class FakeHTTPSession final : public HTTPSession {
     const auto found = network_.answers.find(url.text());
     HTTPResult given = Failure(HTTPFailure::Unreachable);
     if (found != network_.answers.end()) given = found->second;
-    network_.scheduler.post([given, answer = std::move(answer)] { answer(given); });
+    auto give = [given, answer = std::move(answer)] { answer(given); };
+    if (url.text() == network_.slow)
+      network_.waiting.push_back(std::move(give));
+    else
+      network_.scheduler.post(std::move(give));
+  }
+  // Leaves no file behind.
+  void download(const URL& url, const std::filesystem::path&, const HTTPLimits& limits,
+                std::function<void(HTTPResult)> answer) override {
+    fetch(url, limits, std::move(answer));
   }
 
  private:

@@ -12,6 +12,7 @@
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "Tests/Fakes/FakeHTTPSession.h"
+#include "Tests/Fakes/FakeUpdateWork.h"
 #include "Tests/Fakes/MemoryFileSystem.h"
 #include "Tests/Fakes/VirtualScheduler.h"
 
@@ -80,6 +81,7 @@ class World {
   CurrencyFeed currencies{scheduler, writer, network.sessions(), "/data/Orvel/eurofxref.xml",
                           address("https://rates.test/daily.xml")};
   EngineSuggestions engineSuggestions{network.sessions()};
+  std::shared_ptr<FakeUpdateWork> updateWork = std::make_shared<FakeUpdateWork>();
   // What the extensions were told, and of which tab.
   std::vector<std::string> told;
   Services services{
@@ -93,6 +95,12 @@ class World {
       .filterLists = filterLists,
       .currencies = currencies,
       .engineSuggestions = engineSuggestions,
+      .updates = {.feed = address("https://feed.test/version.json"),
+                  .publicKey = "key",
+                  .program = {"/apps/Orvel.app", "com.brinemark.orvel", "1.0", 100},
+                  .stagingRoot = "/cache/Updates",
+                  .makeSession = network.sessions(),
+                  .work = updateWork},
       .resources = "/share",
       .downloads = std::make_shared<DownloadManager>(*disk, desktop, "/downloads"),
       .openHistory = [this](const auto&) { return HistoryStore::open(scheduler, ":memory:"); }};

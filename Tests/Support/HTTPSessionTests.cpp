@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "Tests/Kit/Eventually.h"
+#include "Tests/Kit/TemporaryFolder.h"
 #include "Tests/Kit/TestServer.h"
 
 namespace orvel {
@@ -17,18 +21,25 @@ struct HTTPSessionTest : testing::Test {
 
   std::string at(const std::string& path) { return server.proxy() + path; }
 
-  HTTPResult get(const std::string& url, const HTTPLimits& limits = {}) {
+  // Empty file: the body comes with the answer.
+  HTTPResult get(const std::string& url, const HTTPLimits& limits = {},
+                 const std::filesystem::path& file = {}) {
     std::optional<HTTPResult> answer;
-    session->fetch(*URL::parse(url), limits, [&](HTTPResult given) {
+    const auto give = [&](HTTPResult given) {
       EXPECT_FALSE(answer) << "answered twice";
       answer = std::move(given);
-    });
+    };
+    if (file.empty())
+      session->fetch(*URL::parse(url), limits, give);
+    else
+      session->download(*URL::parse(url), file, limits, give);
     EXPECT_FALSE(answer) << "answered at once";
     EXPECT_TRUE(eventually([&] { return answer.has_value(); })) << url;
     return answer.value_or(HTTPAnswer{});
   }
-  std::optional<HTTPFailure> failure(const std::string& url, const HTTPLimits& limits = {}) {
-    const auto answer = get(url, limits);
+  std::optional<HTTPFailure> failure(const std::string& url, const HTTPLimits& limits = {},
+                                     const std::filesystem::path& file = {}) {
+    const auto answer = get(url, limits, file);
     return answer ? std::nullopt : std::optional(answer.error());
   }
 };
@@ -72,16 +83,39 @@ TEST_F(HTTPSessionTest, TellsFailuresApart) {
   server.serve(at("/short"), ServedPage{.body = "0123456789", .truncate = 4});
   server.serve(at("/slow"), ServedPage{.body = "late", .delay = 5});
   server.serve(at("/round"), ServedPage{.status = 302, .headers = {{"Location", "/round"}}});
-  EXPECT_TRUE(get(at("/ten"), {.mostBytes = 10}));
-  EXPECT_EQ(failure(at("/ten"), {.mostBytes = 9}), HTTPFailure::TooLarge);
-  EXPECT_EQ(failure(at("/packed"), {.mostBytes = 22}), HTTPFailure::TooLarge)
-      << "the limit is on what is unpacked";
-  EXPECT_EQ(failure(at("/short")), HTTPFailure::CutOff);
-  EXPECT_EQ(failure(at("/slow"), {.timeout = 100ms}), HTTPFailure::TimedOut);
-  EXPECT_EQ(failure(at("/round")), HTTPFailure::TooManyRedirects);
-  EXPECT_EQ(failure("http://127.0.0.1:1/"), HTTPFailure::Unreachable);
-  EXPECT_EQ(failure("file:///etc/hostname"), HTTPFailure::Unreachable);
-  EXPECT_EQ(failure("http://[/"), HTTPFailure::Unreachable);
+  const test::TemporaryFolder folder("downloads");
+  int files = 0;
+  for (const bool isDownload : {false, true}) {
+    SCOPED_TRACE(isDownload);
+    const auto reason = [&](const std::string& url, const HTTPLimits& limits = {}) {
+      return failure(url, limits, isDownload ? folder.path / std::to_string(++files) : "");
+    };
+    EXPECT_EQ(reason(at("/ten"), {.mostBytes = 10}), std::nullopt);
+    EXPECT_EQ(reason(at("/ten"), {.mostBytes = 9}), HTTPFailure::TooLarge);
+    EXPECT_EQ(reason(at("/packed"), {.mostBytes = 22}), HTTPFailure::TooLarge)
+        << "the limit is on what is unpacked";
+    EXPECT_EQ(reason(at("/short")), HTTPFailure::CutOff);
+    EXPECT_EQ(reason(at("/slow"), {.timeout = 100ms}), HTTPFailure::TimedOut);
+    EXPECT_EQ(reason(at("/round")), HTTPFailure::TooManyRedirects);
+    EXPECT_EQ(reason("http://127.0.0.1:1/"), HTTPFailure::Unreachable);
+    EXPECT_EQ(reason("file:///etc/hostname"), HTTPFailure::Unreachable);
+    EXPECT_EQ(reason("http://[/"), HTTPFailure::Unreachable);
+  }
+}
+
+TEST_F(HTTPSessionTest, DownloadsIntoANewFile) {
+  const std::string body(3 << 20, 'x');
+  server.serve(at("/long"), ServedPage{.body = body});
+  const test::TemporaryFolder folder("downloads");
+  const auto file = folder.path / "file";
+  const auto answer = get(at("/long"), {}, file);
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->body, "");
+  std::ifstream read(file, std::ios::binary);
+  EXPECT_TRUE(std::string(std::istreambuf_iterator<char>(read), {}) == body);
+  EXPECT_EQ(failure(at("/long"), {}, file), HTTPFailure::Unwritable);
+  EXPECT_EQ(failure(at("/long"), {}, folder.path / "none/file"), HTTPFailure::Unwritable);
+  EXPECT_EQ(get(at("/missing"), {}, folder.path / "missing")->status, 404);
 }
 
 TEST_F(HTTPSessionTest, EndsWhatIsUnderWayWithItself) {

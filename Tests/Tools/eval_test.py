@@ -17,6 +17,14 @@ def encoded(data):
     return base64.b64encode(data).decode()
 
 
+RELEASE = {"version": "1.2", "build": 2 ** 63 - 1, "url": "https://a.test/?q=a|b",
+           "archive": "http://a.test/z", "signature": "s"}
+
+
+def release(**changes):
+    return {"op": "updateRelease", "json": json.dumps({**RELEASE, **changes})}
+
+
 CASES = [
     ({"op": "explicitURL", "text": " Example.com/ü "}, "https://Example.com/ü"),
     ({"op": "displayHost", "url": "https://www.a.test/"}, "a.test"),
@@ -50,6 +58,17 @@ CASES = [
     ({"op": "resized", "shares": [0.5, 0.25, 0.25], "index": 1, "delta": -1}, [0.5, 0.15, 0.35]),
     ({"op": "resized", "shares": [0.5, 0.5], "index": -1, "delta": 0}, BAD),
     ({"op": "downloadName", "suggested": "/x/a.tar.gz", "existing": ["a.tar.gz"]}, "a.tar 2.gz"),
+    (release(), RELEASE),
+    (release(more=[1]), RELEASE),
+    (release(archive=None, signature=None, build=-2.0),
+     {"version": "1.2", "build": -2, "url": "https://a.test/?q=a|b"}),
+    *((release(**wrong), {"error": "undecodable"}) for wrong in (
+        {"version": None}, {"version": 1}, {"build": "7"}, {"build": 7.5}, {"build": 2 ** 63},
+        {"build": None}, {"url": None}, {"url": "no address"}, {"url": 5}, {"archive": 5},
+        {"archive": ""}, {"signature": 5})),
+    ({"op": "updateRelease", "json": "[]"}, {"error": "undecodable"}),
+    ({"op": "updateRelease", "json": "{"}, {"error": "undecodable"}),
+    ({"op": "updateRelease"}, BAD),
     ({"op": "explicitURL"}, BAD),
     ({"op": "nothing", "text": "a"}, BAD),
     ({"text": "a"}, BAD),

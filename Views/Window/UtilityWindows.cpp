@@ -197,7 +197,7 @@ void UtilityWindows::close(UtilityWindow which) {
 
 bool UtilityWindows::show(UtilityWindow which) {
   if (which == UtilityWindow::About) {
-    presentAboutWindow(main_);
+    presentAboutWindow(main_, store_.services().updates.program.version);
     return true;
   }
   auto* wanted = window(which);
