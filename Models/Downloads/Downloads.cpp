@@ -42,6 +42,31 @@ void Downloads::openFolder() {
                                                store_.whileAlive(opened));
 }
 
+static Future<AlertAnswer> askToQuit(const BrowserStore& store, size_t count) {
+  auto [future, resolve] = makeFuture<AlertAnswer>();
+  store.services().desktop.dialogs.showAlert(
+      store.window(),
+      {.messageText = _("Quit while downloading?"),
+       .informativeText = counted(ngettext("{count} download is not finished, and ends.",
+                                           "{count} downloads are not finished, and end.", count),
+                                  count),
+       .buttons = {_("Quit"), _("Cancel")},
+       .isDestructive = true},
+      std::move(resolve));
+  return std::move(future);
+}
+
+Task<bool> Downloads::mayQuit() {
+  if (isAskingToQuit_) co_return false;
+  const size_t count = manager().activeItems().size();
+  if (count == 0) co_return true;
+  isAskingToQuit_ = true;
+  auto asking = askToQuit(store_, count);
+  const AlertAnswer given = co_await std::move(asking);
+  isAskingToQuit_ = false;
+  co_return given.isFirstButton();
+}
+
 void Downloads::closeEmpty(const TabRef& tab) {
   const auto space = store_.spaceContaining(*tab);
   if (!space) return;

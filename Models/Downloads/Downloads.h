@@ -22,6 +22,8 @@ class Downloads {
   void reveal(const DownloadManager::Item& item);
   // Opens the folder of downloads.
   void openFolder();
+  // Whether the program may end: asks while a download is under way. No while it is being asked.
+  Task<bool> mayQuit();
   // Closes a tab that has nothing to show, as what it was to load is downloaded. It does not count
   // as closed by the person; the tab that was used before it is selected.
   void closeEmpty(const TabRef& tab);
@@ -30,6 +32,7 @@ class Downloads {
   static TabRef lastUsed(const Space& space, const BrowserTab& except);
 
   BrowserStore& store_;
+  bool isAskingToQuit_ = false;
 };
 
 }  // namespace orvel

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "Models/Downloads/Downloads.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {
@@ -41,7 +42,12 @@ Task<> quitAfterAsking(std::weak_ptr<BrowserStore> weak, std::function<void()> s
       co_return;
     }
   }
-  store->services().desktop.application.terminate();
+  auto asking = store->downloads.mayQuit();
+  const bool mayQuit = co_await std::move(asking);
+  if (mayQuit)
+    store->services().desktop.application.terminate();
+  else if (stays)
+    stays();
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "Models/Store/BrowserStore.h"
+#include "Models/Tab/PageClosing.h"
 #include "Support/Network/ErrorPage.h"
 #include "Support/Network/UserAgent.h"
 #include "Tests/Models/ModelTest.h"
@@ -130,6 +132,19 @@ TEST_F(Downloads, ThatTheDiskCannotHoldSaySo) {
   for (const auto& item : items()) {
     EXPECT_EQ(item.state, State::Failed);
     EXPECT_TRUE(item.isDiskFull);
+  }
+}
+
+TEST_F(Downloads, KeepTheProgramUnlessTheUserLetsThemGo) {
+  world.launch();
+  const auto download = begin("a.bin");
+  for (const size_t button : {1, 0}) {
+    world.desktop.answerAlert = [button](const Alert&) {
+      return std::optional<AlertAnswer>({.button = button});
+    };
+    world.store->pageClosing.quit();
+    world.scheduler.settle();
+    EXPECT_EQ(world.desktop.terminateCount, button == 0 ? 1 : 0);
   }
 }
 
