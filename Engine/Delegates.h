@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Engine/Download.h"
+#include "Engine/PageHit.h"
 #include "Engine/WebView.h"
 
 namespace orvel {
@@ -105,6 +106,10 @@ class UIDelegate {
                                              std::function<void(PermissionDecision)> answer) = 0;
   virtual void requestGeolocationPermission(WebView& view, const std::string& originHost,
                                             std::function<void(PermissionDecision)> answer) = 0;
+
+  // The page's menu is asked for, by a secondary click or a key that the page has not taken. The
+  // engine shows none.
+  virtual void showContextMenu(WebView& view, const PageHit& hit) = 0;
 
   // An element of the page fills the screen, or no longer does.
   virtual void fullscreenDidChange(WebView& view, bool isFullscreen) = 0;

@@ -11,6 +11,7 @@
 #include "Base/Observation.h"
 #include "BrowserCore/Look/Theme.h"
 #include "Engine/Navigation.h"
+#include "Engine/PageHit.h"
 #include "Engine/UserContent.h"
 #include "Engine/WebViewConfiguration.h"
 
@@ -78,7 +79,8 @@ struct ScriptResult {
   std::string error;
 };
 
-struct PDFResult {
+// The page as a file.
+struct PageFile {
   // Absent after a failure; `error` is then a sentence for the user.
   std::optional<std::string> data;
   std::string error;
@@ -180,6 +182,10 @@ class WebView {
   virtual void focus() = 0;
   // The page's cursor is in a field or another part that can be edited.
   virtual bool isEditing() const = 0;
+  // The developer tools: beside the page or in a window of their own, as they were left.
+  virtual bool isInspectorOpen() const = 0;
+  virtual void openInspector() = 0;
+  virtual void closeInspector() = 0;
   // Acts where the page's cursor or selection is.
   virtual void edit(EditingCommand command) = 0;
   // Takes the view out of its parent widget, if it is in one.
@@ -191,7 +197,12 @@ class WebView {
   virtual void takeSnapshot(const SnapshotRequest& request,
                             std::function<void(ImageRef)> answer) = 0;
   // The page's whole length.
-  virtual void createPDF(std::function<void(PDFResult)> answer) = 0;
+  virtual void createPDF(std::function<void(PageFile)> answer) = 0;
+  // The page with all it shows, in one MHTML file.
+  virtual void createArchive(std::function<void(PageFile)> answer) = 0;
+  // The document as the server sent it, in UTF-8. Absent: there is none, as in a page that stands
+  // in for another.
+  virtual void readSource(std::function<void(std::optional<std::string>)> answer) = 0;
   virtual void print() = 0;  // returns when the user has answered its dialog
   virtual void find(const std::string& text, const FindConfiguration& configuration,
                     std::function<void(bool matchFound)> answer) = 0;
@@ -213,6 +224,8 @@ class WebView {
   // takes out of the page, shows only with such an answer.
   virtual PlayingMedia playingMedia() const = 0;
   virtual void pauseAllMediaPlayback() = 0;
+  // Does nothing once the media of the latest `showContextMenu` are gone.
+  virtual void controlMedia(MediaCommand command) = 0;
   // Silences the page with all its frames, the coming ones too. What the page mutes by itself is
   // apart from this.
   virtual void setMuted(bool isMuted) = 0;

@@ -40,6 +40,7 @@ constexpr ActionInfo kActions[] = {
      "<Control>o"},
     {ActionID::NewSpace, N_("New Space…"), {Shift | Command, "n"}, "<Control><Shift>n"},
     {ActionID::Capture, N_("Capture…"), {Shift | Command, "2"}, "<Control><Shift>2|<Control>at"},
+    {ActionID::SavePage, N_("Save Page As…"), {Shift | Command, "s"}, "<Control><Shift>s"},
     {ActionID::ExportPDF, N_("Export as PDF…"), {}, ""},
     {ActionID::Print, N_("Print…"), {Command, "p"}, "<Control>p"},
     {ActionID::CloseTab, N_("Close Tab"), {Command, "w"}, "<Control>w"},
@@ -93,6 +94,12 @@ constexpr ActionInfo kActions[] = {
     {ActionID::ZoomOut, N_("Zoom Out"), {Command, "-"}, "<Control>minus|<Control>KP_Subtract"},
     {ActionID::ActualSize, N_("Actual Size"), {Command, "0"}, "<Control>0|<Control>KP_0"},
     {ActionID::ToggleFullScreen, N_("Enter Full Screen"), {Control | Command, "f"}, "F11"},
+
+    {ActionID::ViewSource, N_("View Source"), {Option | Command, "u"}, "<Control>u"},
+    {ActionID::DeveloperTools,
+     N_("Developer Tools"),
+     {Option | Command, "i"},
+     "<Control><Shift>i|F12"},
 
     {ActionID::Back, N_("Back"), {Command, "["}, "<Alt>Left|<Control>bracketleft"},
     {ActionID::Forward, N_("Forward"), {Command, "]"}, "<Alt>Right|<Control>bracketright"},

@@ -13,6 +13,7 @@
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageClosing.h"
 #include "Models/Tab/PageSearch.h"
+#include "Models/Tab/PageSource.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/WindowChrome.h"
 
@@ -114,6 +115,7 @@ Menu Builder::file() const {
                }),
           separator(), newSpace(), separator(),
           onTarget(Capture, [](auto& store, const auto& tab) { store.coming.beginCapture(tab); }),
+          onTarget(SavePage, [](auto&, const auto& tab) { tab->savePage(); }),
           onTarget(ExportPDF, [](auto&, const auto& tab) { tab->exportPDF(); }),
           onTarget(Print, [](auto&, const auto& tab) { tab->printPage(); }), separator(),
           item(CloseTab, store_.target, &CommandTarget::closeSelectedTab),
@@ -146,7 +148,8 @@ Menu Builder::view() const {
                 marked(inMainWindow(ToggleReader, [](auto& store) { store.coming.toggleReader(); }),
                        [&store] { return store.coming.reader.peek().has_value(); }),
                 item(SplitWithRecentTab, store_.coming, &ComingFeatures::splitWithRecentTab),
-                item(CloseSplitView, store_.coming, &ComingFeatures::closeSplitView), separator(),
+                item(CloseSplitView, store_.coming, &ComingFeatures::closeSplitView),
+                separator(),
                 marked(item(ToggleContentBlocking, store_.blocking,
                             &BlockingSwitches::toggleContentBlocking),
                        [&store] { return store.contentBlocker.isEnabled.peek(); }),
@@ -167,11 +170,16 @@ Menu Builder::view() const {
                 onTarget(Reload, [](auto&, const auto& tab) { tab->reload(ReloadSource::Cache); }),
                 onTarget(ReloadFromOrigin,
                          [](auto&, const auto& tab) { tab->reload(ReloadSource::Origin); }),
-                onTarget(Stop, [](auto&, const auto& tab) { tab->stopLoading(); }), separator(),
+                onTarget(Stop, [](auto&, const auto& tab) { tab->stopLoading(); }),
+                separator(),
                 zooming(ZoomIn, BrowserTab::ZoomStep::In),
                 zooming(ZoomOut, BrowserTab::ZoomStep::Out),
-                onTarget(ActualSize, [](auto&, const auto& tab) { tab->setZoom(1); }), separator(),
-                onActiveWindow(ToggleFullScreen, &DesktopWindow::toggleFullscreen)}};
+                onTarget(ActualSize, [](auto&, const auto& tab) { tab->setZoom(1); }),
+                separator(),
+                onActiveWindow(ToggleFullScreen, &DesktopWindow::toggleFullscreen),
+                separator(),
+                onTarget(ViewSource, [](auto& store, const auto& tab) { openSource(store, tab); }),
+                onTarget(DeveloperTools, [](auto&, const auto& tab) { tab->toggleInspector(); })}};
 }
 
 Menu Builder::history() const {

@@ -77,6 +77,10 @@ void StoreTabHost::nameVisit(const BrowserTab& tab, const URL& address, const st
       }));
 }
 
+void StoreTabHost::showPageMenu(BrowserTab& tab, const PageHit& hit) {
+  store_.interface().showPageMenu(tab.shared_from_this(), hit);
+}
+
 void StoreTabHost::fullscreenDidChange(BrowserTab& tab, bool isFullscreen) {
   store_.pageFullscreen.didChange(tab.shared_from_this(), isFullscreen);
 }

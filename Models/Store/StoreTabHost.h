@@ -24,6 +24,7 @@ class StoreTabHost final : public TabHost {
   void didZoom(BrowserTab& tab, double zoom) override;
   void recordVisit(const BrowserTab& tab, const URL& address, const std::string& title) override;
   void nameVisit(const BrowserTab& tab, const URL& address, const std::string& title) override;
+  void showPageMenu(BrowserTab& tab, const PageHit& hit) override;
   void fullscreenDidChange(BrowserTab& tab, bool isFullscreen) override;
   void willTearDown(BrowserTab& tab) override;
   std::optional<WebExtensionContext> extensionContext(const URL& address) override;

@@ -157,6 +157,10 @@ void PagePanels::requestGeolocationPermission(WebView& view, const std::string& 
   tab_.permissions.decidePermission(view, originHost, {PageDevice::Location}, std::move(answer));
 }
 
+void PagePanels::showContextMenu(WebView&, const PageHit& hit) {
+  tab_.host()->showPageMenu(tab_, hit);
+}
+
 void PagePanels::fullscreenDidChange(WebView&, bool isFullscreen) {
   tab_.host()->fullscreenDidChange(tab_, isFullscreen);
 }

@@ -61,6 +61,7 @@ class PagePanels final : public UIDelegate {
                                      std::function<void(PermissionDecision)> answer) override;
   void requestGeolocationPermission(WebView& view, const std::string& originHost,
                                     std::function<void(PermissionDecision)> answer) override;
+  void showContextMenu(WebView& view, const PageHit& hit) override;
   void fullscreenDidChange(WebView& view, bool isFullscreen) override;
 
  private:

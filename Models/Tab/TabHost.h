@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Desktop/Windows.h"
+#include "Engine/PageHit.h"
 #include "Engine/UserContent.h"
 #include "Engine/WebViewConfiguration.h"
 #include "Models/Spaces/Profile.h"
@@ -52,6 +53,7 @@ class TabHost {
                            const std::string& /*title*/) {}
   virtual void nameVisit(const BrowserTab& /*tab*/, const URL& /*address*/,
                          const std::string& /*title*/) {}
+  virtual void showPageMenu(BrowserTab& /*tab*/, const PageHit& /*hit*/) {}
   virtual void fullscreenDidChange(BrowserTab& /*tab*/, bool /*isFullscreen*/) {}
   // The tab's view is going.
   virtual void willTearDown(BrowserTab& /*tab*/) {}

@@ -38,7 +38,7 @@ TEST_P(AnswerContract, EachQuestionIsAnsweredOnceOnALaterTurnWhateverBecomesOfTh
     view->callAsyncJavaScript("return 1", "{}", {}, script("call"));
     view->find("needle", {}, [&](bool isFound) { note("find", !isFound); });
     view->takeSnapshot({}, [&](const ImageRef& image) { note("picture", !image); });
-    view->createPDF([&](const PDFResult& result) {
+    view->createPDF([&](const PageFile& result) {
       note("PDF", !result.data.value_or("").starts_with("%PDF-"));
     });
     view->requestMediaPlaybackState([&](MediaPlaybackState) { note("media", false); });

@@ -297,8 +297,17 @@ void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageR
   answerLater<ImageRef>(std::move(answer), snapshot, nullptr);
 }
 
-void FakeWebView::createPDF(std::function<void(PDFResult)> answer) {
-  answerLater<PDFResult>(std::move(answer), {"%PDF-1.4 fake", ""}, {std::nullopt, "no answer"});
+void FakeWebView::createPDF(std::function<void(PageFile)> answer) {
+  answerLater<PageFile>(std::move(answer), {"%PDF-1.4 fake", ""}, {std::nullopt, "no answer"});
+}
+
+void FakeWebView::createArchive(std::function<void(PageFile)> answer) {
+  answerLater<PageFile>(std::move(answer), {"MIME-Version: 1.0 fake", ""},
+                        {std::nullopt, "no answer"});
+}
+
+void FakeWebView::readSource(std::function<void(std::optional<std::string>)> answer) {
+  answerLater<std::optional<std::string>>(std::move(answer), source, std::nullopt);
 }
 
 void FakeWebView::find(const std::string& text, const FindConfiguration& configuration,

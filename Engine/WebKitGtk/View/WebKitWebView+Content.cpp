@@ -8,6 +8,7 @@
 
 #include "Base/FileSystem.h"
 #include "Base/Texts.h"
+#include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Scripts/EngineScripts.h"
 #include "Engine/WebKitGtk/View/WebKitWebView.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
@@ -221,11 +222,11 @@ void WebKitWebView::takeSnapshot(const SnapshotRequest& request,
       new Context{request, scale, answers_.expect<ImageRef>(std::move(answer), nullptr).give});
 }
 
-void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
+void WebKitWebView::createPDF(std::function<void(PageFile)> answer) {
   struct Context {
     GRef<WebKitPrintOperation> operation;
     std::string file;
-    std::function<void(PDFResult)> answer;
+    std::function<void(PageFile)> answer;
     std::string error;
   };
   GError* rawError = nullptr;
@@ -241,7 +242,7 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
   g_close(descriptor, nullptr);
 
   auto expected =
-      answers_.expect(std::move(answer), PDFResult{std::nullopt, _("The page does not answer.")});
+      answers_.expect(std::move(answer), PageFile{std::nullopt, _("The page does not answer.")});
   awaitTakingUp(std::move(expected.takenUp));
   auto* context =
       new Context{GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get())),
@@ -260,7 +261,7 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
                    context);
   g_signal_connect(operation, "finished", G_CALLBACK(+[](WebKitPrintOperation*, gpointer data) {
                      const std::unique_ptr<Context> owned(static_cast<Context*>(data));
-                     PDFResult result;
+                     PageFile result;
                      result.error = owned->error;
                      if (owned->error.empty())
                        result.data = FileSystem::disk()->read(owned->file).bytes;
@@ -271,6 +272,84 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
                    }),
                    context);
   webkit_print_operation_print(operation);
+}
+
+namespace {
+
+// All of a stream that is in memory.
+std::string contentsOf(GInputStream* stream) {
+  constexpr gsize kPiece = 1u << 20;
+  std::string contents;
+  for (;;) {
+    GBytes* piece = g_input_stream_read_bytes(stream, kPiece, nullptr, nullptr);
+    gsize size = 0;
+    const auto* data = piece ? static_cast<const char*>(g_bytes_get_data(piece, &size)) : nullptr;
+    if (size > 0) contents.append(data, size);
+    if (piece) g_bytes_unref(piece);
+    if (size == 0) return contents;
+  }
+}
+
+// `bytes` in UTF-8, from the page's own encoding.
+std::string decoded(std::string bytes, const std::string& encoding) {
+  if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), nullptr)) return bytes;
+  const GText converted(g_convert_with_fallback(bytes.data(), static_cast<gssize>(bytes.size()),
+                                                "UTF-8", encoding.c_str(), "\uFFFD", nullptr,
+                                                nullptr, nullptr));
+  return converted ? converted.get() : text::repairedUTF8(bytes);
+}
+
+}  // namespace
+
+void WebKitWebView::createArchive(std::function<void(PageFile)> answer) {
+  auto expected =
+      answers_.expect(std::move(answer), PageFile{std::nullopt, _("The page does not answer.")});
+  awaitTakingUp(std::move(expected.takenUp));
+  webkit_web_view_save(
+      view_.get(), WEBKIT_SAVE_MODE_MHTML, nullptr,
+      [](GObject* source, GAsyncResult* result, gpointer data) {
+        const std::unique_ptr<std::function<void(PageFile)>> give(
+            static_cast<std::function<void(PageFile)>*>(data));
+        GError* raw = nullptr;
+        const auto stream = GRef<GInputStream>::adopt(
+            webkit_web_view_save_finish(WEBKIT_WEB_VIEW(source), result, &raw));
+        const GErrorRef error(raw);
+        if (!stream) return (*give)({std::nullopt, error ? error->message : ""});
+        (*give)({contentsOf(stream.get()), ""});
+      },
+      boxed(std::function<void(PageFile)>(std::move(expected.give))));
+}
+
+void WebKitWebView::readSource(std::function<void(std::optional<std::string>)> answer) {
+  using Answer = std::function<void(std::optional<std::string>)>;
+  const Answer give =
+      answers_.expect<std::optional<std::string>>(std::move(answer), std::nullopt).give;
+  auto* resource = webkit_web_view_get_main_resource(view_.get());
+  if (!resource || isCommittedSubstitute_)
+    return engine_.scheduler().post([give] { give(std::nullopt); });
+  evaluateJavaScript(
+      "document.characterSet", ContentWorld::named(engine_scripts::kWorld), std::nullopt,
+      [give, held = GRef<WebKitWebResource>::retain(resource)](const ScriptResult& encoding) {
+        struct Context {
+          Answer give;
+          std::string encoding;
+        };
+        const json name = json::parse(encoding.value.value_or("null"), nullptr, false);
+        webkit_web_resource_get_data(
+            held.get(), nullptr,
+            [](GObject* source, GAsyncResult* result, gpointer data) {
+              const std::unique_ptr<Context> context(static_cast<Context*>(data));
+              gsize size = 0;
+              guchar* bytes = webkit_web_resource_get_data_finish(WEBKIT_WEB_RESOURCE(source),
+                                                                  result, &size, nullptr);
+              std::optional<std::string> text;
+              if (bytes)
+                text = decoded({reinterpret_cast<const char*>(bytes), size}, context->encoding);
+              g_free(bytes);
+              context->give(std::move(text));
+            },
+            new Context{give, name.is_string() ? name.get<std::string>() : "UTF-8"});
+      });
 }
 
 void WebKitWebView::print() {

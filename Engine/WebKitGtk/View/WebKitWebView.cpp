@@ -147,6 +147,7 @@ void WebKitWebView::start() {
   connectPanels();
   connectProcess();
   connectFind();
+  connectMenu();
   connectMedia();
   controller().setNavigationReporter([this](NavigationReport report) {
     classifier_.noteReport(std::move(report), engine_.scheduler().instant());

@@ -23,7 +23,7 @@ class WebKitEngine;
 // One web view of the engine. Its topics have source files of their own: loading and mirroring
 // (WebKitWebView.cpp), decisions (+Policy), panels and permissions (+Panels), the page's process
 // and its end (+Process), scripts, pictures and find (+Content), media (+Media), its place in a
-// window (+Widget).
+// window (+Widget), its menu and the developer tools (+Menu).
 class WebKitWebView final : public WebView, public std::enable_shared_from_this<WebKitWebView> {
  public:
   WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
@@ -66,12 +66,17 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   bool holdsPoint(double x, double y) const override;
   void focus() override;
   bool isEditing() const override;
+  bool isInspectorOpen() const override { return isInspectorOpen_; }
+  void openInspector() override;
+  void closeInspector() override;
   void edit(EditingCommand command) override;
   void removeFromParent() override;
   GtkWidget* widget() override { return GTK_WIDGET(view_.get()); }
 
   void takeSnapshot(const SnapshotRequest& request, std::function<void(ImageRef)> answer) override;
-  void createPDF(std::function<void(PDFResult)> answer) override;
+  void createPDF(std::function<void(PageFile)> answer) override;
+  void createArchive(std::function<void(PageFile)> answer) override;
+  void readSource(std::function<void(std::optional<std::string>)> answer) override;
   void print() override;
   void find(const std::string& text, const FindConfiguration& configuration,
             std::function<void(bool)> answer) override;
@@ -84,6 +89,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
                            std::function<void(ScriptResult)> answer) override;
   PlayingMedia playingMedia() const override { return playingMedia_; }
   void pauseAllMediaPlayback() override;
+  void controlMedia(MediaCommand command) override;
   void setMuted(bool isMuted) override;
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override;
@@ -129,6 +135,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void runScriptDialog(WebKitScriptDialog* dialog);
   // Whether what the page asks to print is refused.
   bool refusesToPrint(WebKitPrintOperation* operation);
+  void connectMenu();
+  void showMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit);
   void connectFind();
   void connectMedia();
   void answerFinding(bool isFound);
@@ -270,6 +278,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   std::weak_ptr<WebKitScriptDialog> dialog_;
   PlayingMedia playingMedia_;
   TaskHandle mediaTimer_;
+  bool isInspectorOpen_ = false;
 };
 
 }  // namespace orvel
