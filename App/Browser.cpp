@@ -6,6 +6,8 @@
 #include "App/WindowController.h"
 #include "BrowserCore/Addresses/Endpoints.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Store/BrowserStore.h"
+#include "Models/Store/SessionFile.h"
 
 namespace orvel {
 
@@ -80,6 +82,8 @@ void Browser::handleReopen() {
   const DesktopWindow* window = store_->window();
   lifecycle_->handleReopen(window && window->isVisible() ? Some : None);
 }
+
+void Browser::save() { store_->session.save(); }
 
 void Browser::newTab() {
   lifecycle_->showWindow();

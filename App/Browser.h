@@ -11,7 +11,7 @@
 #include "Desktop/Gtk/GtkDesktop.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
 #include "Models/Store/ApplicationLifecycle.h"
-#include "Models/Store/SessionFile.h"
+#include "Models/Store/Services.h"
 
 namespace orvel {
 
@@ -28,7 +28,7 @@ class Browser {
   void handleReopen();
   void open(const std::vector<ExternalAddress>& addresses) { lifecycle_->open(addresses); }
   void newTab();
-  void save() { store_->session.save(); }
+  void save();
   void willTerminate() { lifecycle_->willTerminate(); }
 
  private:

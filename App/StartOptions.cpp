@@ -27,14 +27,14 @@ std::string addressOf(const std::string& argument) {
   return uri ? uri.get() : argument;
 }
 
-StartOptions::Ended refuse(const std::string& reason) {
+auto refuse(const std::string& reason) {
   fmt::print(stderr, "orvel: {}\n", reason);
-  return {kUsageError};
+  return Failure(StartOptions::Ended{kUsageError});
 }
 
 }  // namespace
 
-std::variant<StartOptions, StartOptions::Ended> StartOptions::parse(int count, char** arguments) {
+Result<StartOptions, StartOptions::Ended> StartOptions::parse(int count, char** arguments) {
   gboolean wantsNewTab = FALSE;
   gboolean wantsVersion = FALSE;
   gboolean isService = FALSE;
@@ -55,7 +55,7 @@ std::variant<StartOptions, StartOptions::Ended> StartOptions::parse(int count, c
     return refuse(GErrorRef(rawError)->message);
   if (wantsVersion) {
     fmt::print("Orvel {}\n", ORVEL_VERSION);
-    return Ended{0};
+    return Failure(Ended{0});
   }
 
   StartOptions options{.wantsNewTab = wantsNewTab != FALSE, .isService = isService != FALSE};

@@ -2,9 +2,9 @@
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
+#include "BrowserCore/Result.h"
 #include "Models/Store/ApplicationLifecycle.h"
 
 namespace orvel {
@@ -19,8 +19,8 @@ struct StartOptions {
   struct Ended {
     int exitCode;
   };
-  // `Ended` when there is nothing more to do: help and version have been printed, or what is wrong.
-  static std::variant<StartOptions, Ended> parse(int count, char** arguments);
+  // Fails when there is nothing more to do: help and version have been printed, or what is wrong.
+  static Result<StartOptions, Ended> parse(int count, char** arguments);
 };
 
 // What another program or a person means by the text: "example.com" is an address, too, whose

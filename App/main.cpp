@@ -9,8 +9,8 @@ int main(int count, char** arguments) {
   setlocale(LC_ALL, "");  // for what is printed before the toolkit does so
   orvel::useTextCatalogs(orvel::programFolder() / "../share/locale");
   auto options = orvel::StartOptions::parse(count, arguments);
-  if (const auto* ended = std::get_if<orvel::StartOptions::Ended>(&options)) return ended->exitCode;
+  if (!options) return options.error().exitCode;
   gtk_init();
   orvel::Application application;
-  return application.run(std::get<orvel::StartOptions>(std::move(options)));
+  return application.run(*std::move(options));
 }

@@ -43,13 +43,11 @@ class Descriptor {
 class Disk final : public FileSystem {
  public:
   FileContents read(const fs::path& path, uint64_t limit) override {
-    const auto failed = [](std::errc error) {
-      return FileContents{std::nullopt, std::make_error_code(error)};
-    };
+    const auto failed = [](std::errc error) { return Failure(std::make_error_code(error)); };
     // O_NONBLOCK: a pipe put in the file's place must not hold the program up.
     const Descriptor file(path, O_RDONLY | O_NONBLOCK);
     struct stat status {};
-    if (!file || fstat(file.get(), &status) != 0) return {std::nullopt, lastError()};
+    if (!file || fstat(file.get(), &status) != 0) return Failure(lastError());
     if (S_ISDIR(status.st_mode)) return failed(std::errc::is_a_directory);
     if (!S_ISREG(status.st_mode)) return failed(std::errc::not_supported);
     if (static_cast<uint64_t>(status.st_size) > limit) return failed(std::errc::file_too_large);
@@ -58,12 +56,12 @@ class Disk final : public FileSystem {
     while (filled < bytes.size()) {
       const ssize_t count = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
       if (count < 0 && errno == EINTR) continue;
-      if (count < 0) return {std::nullopt, lastError()};
+      if (count < 0) return Failure(lastError());
       if (count == 0) break;
       filled += static_cast<size_t>(count);
     }
     bytes.resize(filled);
-    return {std::move(bytes), {}};
+    return bytes;
   }
 
   std::vector<std::string> list(const fs::path& folder) override {
@@ -137,13 +135,13 @@ class Disk final : public FileSystem {
     return {};
   }
 
-  std::optional<std::string> writeForUser(const fs::path& path, std::string_view bytes) override {
+  Result<void, std::string> writeForUser(const fs::path& path, std::string_view bytes) override {
     const auto file = GRef<GFile>::adopt(g_file_new_for_path(path.c_str()));
     GError* error = nullptr;
     if (g_file_replace_contents(file.get(), bytes.data(), bytes.size(), nullptr, FALSE,
                                 G_FILE_CREATE_NONE, nullptr, nullptr, &error))
-      return std::nullopt;
-    return GErrorRef(error)->message;
+      return {};
+    return Failure(GErrorRef(error)->message);
   }
 
  private:
@@ -155,7 +153,7 @@ class Disk final : public FileSystem {
 
 }  // namespace
 
-bool FileContents::isMissing() const {
+bool isMissing(const std::error_code& error) {
   return error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
 }
 

@@ -10,17 +10,15 @@
 #include <vector>
 
 #include "BrowserCore/Date.h"
+#include "BrowserCore/Result.h"
 
 namespace orvel {
 
-// What reading a file came to.
-struct FileContents {
-  std::optional<std::string> bytes;  // absent after a failure
-  std::error_code error;             // why there are none
+// A file's bytes, or why they could not be read.
+using FileContents = Result<std::string, std::error_code>;
 
-  // There is nothing to read: no failure.
-  bool isMissing() const;
-};
+// There is nothing to read: no failure.
+[[nodiscard]] bool isMissing(const std::error_code& error);
 
 // The steps that the program's file work is made of. One implementation is the disk; tests have one
 // in memory that fails or dies at any step. Calls may come from any thread, and block.
@@ -62,10 +60,9 @@ class FileSystem {
 
   // Writes a file of the user's, not the program's: where the path leads through links, with the
   // mode that it has or that new files get here, and with no other name used up in its folder.
-  // Replaced as a whole where that can be done. Absent: it is written; otherwise why it is not, as
-  // a sentence for the user.
-  virtual std::optional<std::string> writeForUser(const std::filesystem::path& path,
-                                                  std::string_view bytes) = 0;
+  // Replaced as a whole where that can be done. The error is a sentence for the user.
+  virtual Result<void, std::string> writeForUser(const std::filesystem::path& path,
+                                                 std::string_view bytes) = 0;
 
   static constexpr uint64_t kDefaultReadLimit = 256u << 20;
 

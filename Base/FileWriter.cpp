@@ -34,7 +34,7 @@ struct FileWriter::State {
 
  private:
   void overtake(Request& former) {
-    deliveries.push_back({std::move(former.completion), {WriteResult::Outcome::Overtaken, {}}});
+    deliveries.push_back({std::move(former.completion), Written::Overtaken});
   }
   bool isUnderWay(const Together& request) const;
 };
@@ -97,8 +97,8 @@ bool FileWriter::State::carryOutOne(const std::filesystem::path& first) {
   std::error_code error;
   for (Request& one : request) {
     if (!error) error = one.carryOut(*files);
-    using enum WriteResult::Outcome;
-    results.push_back({std::move(one.completion), {error ? Failed : Done, error}});
+    results.push_back({std::move(one.completion),
+                       error ? WriteResult(Failure(error)) : WriteResult(Written::Done)});
   }
 
   lock.lock();

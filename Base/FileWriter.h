@@ -12,15 +12,12 @@
 
 namespace orvel {
 
-struct WriteResult {
-  enum class Outcome {
-    Done,
-    Overtaken,  // a newer request for the same path took its place before it began
-    Failed,     // `error` says why; the path holds what it held before
-  };
-  Outcome outcome = Outcome::Done;
-  std::error_code error;
+enum class Written {
+  Done,
+  Overtaken,  // a newer request for the same path took its place before it began
 };
+// After a failure the path holds what it held before.
+using WriteResult = Result<Written, std::error_code>;
 
 // Every file of the program is written here: atomically (see `writeAtomically`), on a worker of its
 // own, in the order of asking. While a request waits, a newer one for the same path takes its

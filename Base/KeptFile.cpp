@@ -21,8 +21,7 @@ struct KeptFile::Keeping {
       return error;
     };
     auto tell = [name = keeping->name.filename().string()](const WriteResult& result) {
-      if (result.outcome == WriteResult::Outcome::Failed)
-        Log::app.error("Couldn't keep {}: {}", name, result.error.message());
+      if (!result) Log::app.error("Couldn't keep {}: {}", name, result.error().message());
     };
     return {keeping->name, std::move(once), std::move(tell)};
   }

@@ -80,7 +80,7 @@ void measure(benchmark::State& state, Work work) {
 }
 
 void search(benchmark::State& state) {
-  auto history = std::get<HistoryDatabase>(HistoryDatabase::open(fileWith(state.range(0))));
+  auto history = *HistoryDatabase::open(fileWith(state.range(0)));
   history.prepareSearch(kProfile);
   measure(state, [&] {
     benchmark::DoNotOptimize(history.search(kQueries[state.range(1)], kProfile, 30, kNow));

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "BrowserCore/Result.h"
 #include "BrowserCore/UUID.h"
 #include "Engine/Delegates.h"
 #include "Engine/URLSchemeHandler.h"
@@ -37,7 +38,7 @@ class Engine {
   // Deletes the store's folders. The error's text while a view still uses it or files stay behind;
   // absent when nothing of it is left.
   virtual void removeDataStoreForIdentifier(
-      const UUID& identifier, std::function<void(std::optional<std::string>)> answer) = 0;
+      const UUID& identifier, std::function<void(Result<void, std::string>)> answer) = 0;
 
   virtual std::shared_ptr<UserContentController> makeUserContentController() = 0;
   virtual std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) = 0;

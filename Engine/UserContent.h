@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "BrowserCore/Result.h"
 #include "Engine/Navigation.h"
 
 namespace orvel {
@@ -57,16 +58,9 @@ class ContentRuleList {
   virtual const std::string& identifier() const = 0;
 };
 
-struct ContentRuleError {
-  // The compiler's own explanation where it gives one.
-  std::string message;
-};
-
-struct CompiledRules {
-  // Null when compiling or looking up failed; `error` then says why.
-  std::shared_ptr<ContentRuleList> list;
-  std::optional<ContentRuleError> error;
-};
+// A list, never null, or why compiling or looking up failed: the compiler's own explanation where
+// it gives one.
+using CompiledRules = Result<std::shared_ptr<ContentRuleList>, std::string>;
 
 // Compiled lists kept by identifier across runs. Every answer comes on a later turn of the main
 // thread, exactly once, also after a failure.
@@ -79,9 +73,8 @@ class ContentRuleListStore {
   // rules with "trigger" and "action", at most 150,000.
   virtual void compile(const std::string& identifier, std::string json,
                        std::function<void(CompiledRules)> answer) = 0;
-  // The error's text, or absent when it was removed.
   virtual void remove(const std::string& identifier,
-                      std::function<void(std::optional<std::string>)> answer) = 0;
+                      std::function<void(Result<void, std::string>)> answer) = 0;
 };
 
 // The scripts, rule lists and message handlers of one page. "Remove all" leaves what the engine's

@@ -10,6 +10,7 @@
 #include "Base/Image.h"
 #include "Base/Observation.h"
 #include "BrowserCore/Look/Theme.h"
+#include "BrowserCore/Result.h"
 #include "Engine/Navigation.h"
 #include "Engine/PageHit.h"
 #include "Engine/UserContent.h"
@@ -72,19 +73,12 @@ struct FindConfiguration {
   bool wraps = true;
 };
 
-struct ScriptResult {
-  // The value as JSON text; "null" for what JSON cannot express. Absent when the script threw, the
-  // page was gone or the frame does not exist; `error` then says why.
-  std::optional<std::string> value;
-  std::string error;
-};
+// The value as JSON text; "null" for what JSON cannot express. Fails when the script threw, the
+// page was gone or the frame does not exist.
+using ScriptResult = Result<std::string, std::string>;
 
-// The page as a file.
-struct PageFile {
-  // Absent after a failure; `error` is then a sentence for the user.
-  std::optional<std::string> data;
-  std::string error;
-};
+// The page as a file: its bytes. The error is a sentence for the user.
+using PageFile = Result<std::string, std::string>;
 
 // What brings a page back.
 struct InteractionState {

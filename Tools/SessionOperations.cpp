@@ -24,11 +24,12 @@ Answer sessionDecode(const json& request) {
   const auto now = internetDate::parse(request.at("now").get_ref<const std::string&>());
   if (!now) return json{{"error", "badRequest"}};
 
-  const auto result = SessionRecord::decode(text, *now);
-  if (const auto* error = std::get_if<SessionError>(&result))
-    return json{{"error", "unsupportedVersion"}, {"version", error->unsupportedVersion}};
-  const auto* decoded = std::get_if<SessionRecord::Decoded>(&result);
-  if (!decoded) return json{{"error", "undecodable"}};
+  const auto decoded = SessionRecord::decode(text, *now);
+  if (!decoded) {
+    const auto* error = std::get_if<SessionError>(&decoded.error());
+    return error ? json{{"error", "unsupportedVersion"}, {"version", error->unsupportedVersion}}
+                 : json{{"error", "undecodable"}};
+  }
 
   JSONCoding::Encoder encoder;
   encoder.beginObject();

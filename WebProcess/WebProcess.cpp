@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <tl/expected.hpp>
 #include <unordered_map>
 #include <vector>
 
@@ -49,10 +50,8 @@ std::unordered_map<std::string, WebKitScriptWorld*>& worlds() {
   return *known;
 }
 
-struct Result {
-  bool isValue = false;
-  std::string text;  // the value as JSON, or what was thrown
-};
+// The value as JSON, or what was thrown.
+using Result = tl::expected<std::string, std::string>;
 
 std::string take(char* text) {
   std::string taken = text ? text : "";
@@ -62,14 +61,14 @@ std::string take(char* text) {
 
 Result evaluate(WebKitFrame* frame, WebKitScriptWorld* in, const char* script) {
   JSCContext* context = webkit_frame_get_js_context_for_script_world(frame, in);
-  if (!context) return {false, "the frame has no scripts"};
+  if (!context) return tl::make_unexpected("the frame has no scripts");
   JSCValue* value = jsc_context_evaluate(context, script, -1);
-  Result result{true, "null"};
+  Result result = "null";
   if (JSCException* exception = jsc_context_get_exception(context)) {
-    result = {false, take(jsc_exception_to_string(exception))};
+    result = tl::make_unexpected(take(jsc_exception_to_string(exception)));
     jsc_context_clear_exception(context);
   } else if (std::string text = take(jsc_value_to_json(value, 0)); !text.empty()) {
-    result.text = std::move(text);
+    result = std::move(text);
   }
   g_object_unref(value);
   g_object_unref(context);
@@ -81,7 +80,7 @@ bool isNumbered(WebKitFrame* frame, guint64 number) {
   const std::string script =
       "window.__orvelFrame ? __orvelFrame.id === " + std::to_string(number) + " : false";
   for (const auto& [name, world] : worlds())
-    if (!name.empty() && evaluate(frame, world, script.c_str()).text == "true") return true;
+    if (!name.empty() && evaluate(frame, world, script.c_str()) == "true") return true;
   return false;
 }
 
@@ -99,7 +98,8 @@ gboolean messageReceived(WebKitWebPage* page, WebKitUserMessage* message, gpoint
     for (const FrameRef& frame : framesOf(page)) {
       if (number && !isNumbered(frame.get(), number)) continue;
       const Result result = evaluate(frame.get(), world->second, script);
-      g_variant_builder_add(&results, "(bs)", result.isValue, result.text.c_str());
+      g_variant_builder_add(&results, "(bs)", result.has_value(),
+                            result ? result->c_str() : result.error().c_str());
     }
   webkit_user_message_send_reply(
       message, webkit_user_message_new("evaluated", g_variant_builder_end(&results)));

@@ -16,6 +16,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <tl/expected.hpp>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>

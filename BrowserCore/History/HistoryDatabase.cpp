@@ -156,14 +156,13 @@ HistoryDatabase::HistoryDatabase(HistoryDatabase&&) noexcept = default;
 HistoryDatabase& HistoryDatabase::operator=(HistoryDatabase&&) noexcept = default;
 HistoryDatabase::~HistoryDatabase() = default;
 
-std::variant<HistoryDatabase, HistoryDatabase::CannotOpen> HistoryDatabase::open(
-    const std::filesystem::path& file) {
+Result<HistoryDatabase, std::string> HistoryDatabase::open(const std::filesystem::path& file) {
   sqlite3* handle = nullptr;
   const int result = sqlite3_open(file.c_str(), &handle);
   auto state = std::make_unique<State>();
   state->connection.reset(handle);
   if (result != SQLITE_OK || !handle)
-    return CannotOpen{handle ? sqlite3_errmsg(handle) : "unknown error"};
+    return Failure(handle ? sqlite3_errmsg(handle) : "unknown error");
   // Another program that reads the file holds a write up for a moment only.
   sqlite3_busy_timeout(handle, kBusyMilliseconds);
   sqlite3_exec(handle, kScript, nullptr, nullptr, nullptr);

@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "BrowserCore/Addresses/URL.h"
 #include "BrowserCore/Date.h"
+#include "BrowserCore/Result.h"
 #include "BrowserCore/UUID.h"
 
 namespace orvel {
@@ -27,14 +27,10 @@ class HistoryDatabase {
 
     friend bool operator==(const Entry&, const Entry&) = default;
   };
-  struct CannotOpen {
-    std::string message;
-  };
 
   // Opens or makes the file; its folder must exist. A file that is no database opens, and every
-  // later operation on it fails quietly: it is never replaced.
-  [[nodiscard]] static std::variant<HistoryDatabase, CannotOpen> open(
-      const std::filesystem::path& file);
+  // later operation on it fails quietly: it is never replaced. The error is a sentence for the log.
+  [[nodiscard]] static Result<HistoryDatabase, std::string> open(const std::filesystem::path& file);
 
   HistoryDatabase(HistoryDatabase&&) noexcept;
   HistoryDatabase& operator=(HistoryDatabase&&) noexcept;

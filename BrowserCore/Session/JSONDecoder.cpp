@@ -86,12 +86,13 @@ class Document::Builder {
   std::string error_;
 };
 
-std::variant<Document, DecodingError> Document::parse(std::string_view data) {
-  if (data.size() >= std::numeric_limits<uint32_t>::max()) return DecodingError{"it is too long"};
+Result<Document, DecodingError> Document::parse(std::string_view data) {
+  if (data.size() >= std::numeric_limits<uint32_t>::max())
+    return Failure(DecodingError{"it is too long"});
   Document document;
   Builder builder(document);
   if (!nlohmann::json::sax_parse(data.begin(), data.end(), &builder))
-    return DecodingError{builder.error()};
+    return Failure(DecodingError{builder.error()});
   return document;
 }
 

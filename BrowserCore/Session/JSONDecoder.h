@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "BrowserCore/Addresses/URL.h"
 #include "BrowserCore/Date.h"
+#include "BrowserCore/Result.h"
 #include "BrowserCore/UUID.h"
 
 namespace orvel::JSONCoding {
@@ -36,7 +36,7 @@ class Document {
   // Strict JSON in UTF-8 (RFC 8259), a byte order mark allowed. An error for anything else, for an
   // escape of half a surrogate pair, a number beyond the range of a double, and deeper nesting than
   // `kMaxLevels`.
-  [[nodiscard]] static std::variant<Document, DecodingError> parse(std::string_view data);
+  [[nodiscard]] static Result<Document, DecodingError> parse(std::string_view data);
 
   // Valid as long as the document stays where it is.
   Value root() const;

@@ -102,37 +102,39 @@ std::string SessionRecord::encoded() const {
   return std::move(encoder).finish();
 }
 
-std::variant<SessionRecord::Decoded, SessionError, DecodingError> SessionRecord::decode(
-    std::string_view data, Date now) {
-  auto parsed = Document::parse(data);
-  if (auto* error = std::get_if<DecodingError>(&parsed)) return std::move(*error);
-  const Value root = std::get<Document>(parsed).root();
+Result<SessionRecord::Decoded, UnreadableSession> SessionRecord::decode(std::string_view data,
+                                                                        Date now) {
+  const auto document = Document::parse(data);
+  if (!document) return Failure(document.error());
+  const Value root = document->root();
 
   Decoder decoder;
   std::optional<int64_t> version;
   if (!root.isObject()) {
     decoder.fail(root, "an object");
-    return decoder.error();
+    return Failure(decoder.error());
   }
-  if (!decoder.field(root, "schemaVersion", version)) return decoder.error();
+  if (!decoder.field(root, "schemaVersion", version)) return Failure(decoder.error());
   switch (const int64_t source = version.value_or(1)) {
     case 1: {
       SessionRecordV1 record;
-      if (!orvel::decode(decoder, root, record)) return decoder.error();
+      if (!orvel::decode(decoder, root, record)) return Failure(decoder.error());
       return Decoded{record.upgraded(now), source};
     }
     case currentVersion: {
       SessionRecord record;
-      if (!orvel::decode(decoder, root, record)) return decoder.error();
+      if (!orvel::decode(decoder, root, record)) return Failure(decoder.error());
       return Decoded{std::move(record), source};
     }
     default:
-      return SessionError{source};
+      return Failure(SessionError{source});
   }
 }
 
-std::string description(const SessionError& error) {
-  return fmt::format("its schema version {} is not supported", error.unsupportedVersion);
+std::string description(const UnreadableSession& why) {
+  if (const auto* error = std::get_if<DecodingError>(&why)) return error->description;
+  return fmt::format("its schema version {} is not supported",
+                     std::get<SessionError>(why).unsupportedVersion);
 }
 
 }  // namespace orvel

@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include "BrowserCore/Result.h"
 #include "BrowserCore/Session/SidebarItemRecord.h"
 
 namespace orvel {
@@ -42,6 +43,9 @@ struct SessionError {
   int64_t unsupportedVersion;
 };
 
+// Why there is no session in the bytes.
+using UnreadableSession = std::variant<SessionError, JSONCoding::DecodingError>;
+
 // What "session.json" holds: every profile, space and tab.
 struct SessionRecord {
   static constexpr int64_t currentVersion = 2;
@@ -60,8 +64,7 @@ struct SessionRecord {
   // Reads a file of the present or the previous version; tabs of the previous one count as active
   // at `now`. Whatever can't be decoded anywhere in the bytes fails the whole. Unknown keys are
   // passed over; of a key that stands twice in one object the last counts.
-  [[nodiscard]] static std::variant<Decoded, SessionError, JSONCoding::DecodingError> decode(
-      std::string_view data, Date now);
+  [[nodiscard]] static Result<Decoded, UnreadableSession> decode(std::string_view data, Date now);
 
   // The file's bytes. Never fails: a width or hue that isn't finite is written as the default, and
   // split widths that aren't as none.
@@ -78,6 +81,6 @@ struct SessionRecord::Decoded {
 void encode(JSONCoding::Encoder& encoder, const SessionRecord& session);
 
 // One sentence for the log.
-[[nodiscard]] std::string description(const SessionError& error);
+[[nodiscard]] std::string description(const UnreadableSession& why);
 
 }  // namespace orvel

@@ -50,8 +50,7 @@ std::string ArchivedTabRecord::encoded(const std::vector<ArchivedTabRecord>& arc
 }
 
 std::optional<std::vector<ArchivedTabRecord>> ArchivedTabRecord::decode(std::string_view data) {
-  const auto parsed = JSONCoding::Document::parse(data);
-  const auto* document = std::get_if<JSONCoding::Document>(&parsed);
+  const auto document = JSONCoding::Document::parse(data);
   if (!document) return std::nullopt;
   JSONCoding::Decoder decoder;
   std::vector<ArchivedTabRecord> archive;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "Base/GRef.h"
+#include "Base/GioCall.h"
 #include "Desktop/Gtk/Textures.h"
 
 namespace orvel {
@@ -39,15 +40,12 @@ void GtkClipboard::setImage(const ImageRef& image) {
 }
 
 void GtkClipboard::getText(std::function<void(std::optional<std::string>)> answer) {
-  using Answer = std::function<void(std::optional<std::string>)>;
-  gdk_clipboard_read_text_async(
-      clipboard(), nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
-        const GText text(gdk_clipboard_read_text_finish(GDK_CLIPBOARD(source), result, nullptr));
-        (*give)(text ? std::optional<std::string>(text.get()) : std::nullopt);
-      },
-      new Answer(std::move(answer)));
+  gioCall(gdk_clipboard_read_text_async, clipboard(), nullptr)
+      .then(gdk_clipboard_read_text_finish,
+            [answer = std::move(answer)](char* rawText, const GErrorRef&) {
+              const GText text(rawText);
+              answer(text ? std::optional<std::string>(text.get()) : std::nullopt);
+            });
 }
 
 // Workspace
@@ -67,33 +65,27 @@ void GtkWorkspace::open(const URL& url) {
 }
 
 void GtkWorkspace::openFile(const std::filesystem::path& file, std::function<void(bool)> answer) {
-  using Answer = std::function<void(bool)>;
   const GText uri = uriOf(file);
-  g_app_info_launch_default_for_uri_async(
-      uri ? uri.get() : "", launchContext().get(), nullptr,
-      [](GObject*, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
-        (*give)(g_app_info_launch_default_for_uri_finish(result, nullptr));
-      },
-      new Answer(std::move(answer)));
+  gioCall(g_app_info_launch_default_for_uri_async, uri ? uri.get() : "", launchContext().get(),
+          nullptr)
+      .then(g_app_info_launch_default_for_uri_finish,
+            [answer = std::move(answer)](bool isOpened, const GErrorRef&) { answer(isOpened); });
 }
 
 void GtkWorkspace::reveal(const std::filesystem::path& file) {
   const GText uri = uriOf(file);
   if (!uri) return;
-  g_bus_get(
-      G_BUS_TYPE_SESSION, nullptr,
-      [](GObject*, GAsyncResult* result, gpointer data) {
-        const GText address(static_cast<char*>(data));
-        const auto bus = GRef<GDBusConnection>::adopt(g_bus_get_finish(result, nullptr));
-        if (!bus) return;
-        const char* uris[] = {address.get(), nullptr};
-        g_dbus_connection_call(bus.get(), "org.freedesktop.FileManager1",
-                               "/org/freedesktop/FileManager1", "org.freedesktop.FileManager1",
-                               "ShowItems", g_variant_new("(^ass)", uris, ""), nullptr,
-                               G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
-      },
-      g_strdup(uri.get()));
+  gioCall(g_bus_get, G_BUS_TYPE_SESSION, nullptr)
+      .then(g_bus_get_finish,
+            [address = std::string(uri.get())](GDBusConnection* found, const GErrorRef&) {
+              const auto bus = GRef<GDBusConnection>::adopt(found);
+              if (!bus) return;
+              const char* uris[] = {address.c_str(), nullptr};
+              g_dbus_connection_call(
+                  bus.get(), "org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
+                  "org.freedesktop.FileManager1", "ShowItems", g_variant_new("(^ass)", uris, ""),
+                  nullptr, G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr, nullptr);
+            });
 }
 
 bool GtkWorkspace::isDefaultBrowser() const {

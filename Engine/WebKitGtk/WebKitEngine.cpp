@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Base/GioCall.h"
 #include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Data/WebKitDataStore.h"
 #include "Engine/WebKitGtk/Data/WebKitDownload.h"
@@ -30,17 +31,14 @@ void readAll(GInputStream* input, std::function<void(std::string)> done) {
   if (!input) return done("");
   const auto stream = GRef<GInputStream>::adopt(input);
   const auto memory = GRef<GOutputStream>::adopt(g_memory_output_stream_new_resizable());
-  g_output_stream_splice_async(
-      memory.get(), stream.get(), G_OUTPUT_STREAM_SPLICE_NONE, G_PRIORITY_DEFAULT, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::function<void(std::string)>> give(
-            static_cast<std::function<void(std::string)>*>(data));
-        auto* read = G_MEMORY_OUTPUT_STREAM(source);
-        g_output_stream_splice_finish(G_OUTPUT_STREAM(source), result, nullptr);
-        (*give)({static_cast<const char*>(g_memory_output_stream_get_data(read)),
-                 g_memory_output_stream_get_data_size(read)});
-      },
-      new std::function<void(std::string)>(std::move(done)));
+  gioCall(g_output_stream_splice_async, memory.get(), stream.get(), G_OUTPUT_STREAM_SPLICE_NONE,
+          G_PRIORITY_DEFAULT, nullptr)
+      .then(g_output_stream_splice_finish,
+            [memory, done = std::move(done)](gssize, const GErrorRef&) {
+              auto* read = G_MEMORY_OUTPUT_STREAM(memory.get());
+              done({static_cast<const char*>(g_memory_output_stream_get_data(read)),
+                    g_memory_output_stream_get_data_size(read)});
+            });
 }
 
 void finish(WebKitURISchemeRequest* request, const SchemeResponse& response) {
@@ -114,23 +112,24 @@ void WebKitEngine::downloadStarted(WebKitNetworkSession* session, WebKitDownload
 }
 
 void WebKitEngine::removeDataStoreForIdentifier(
-    const UUID& identifier, std::function<void(std::optional<std::string>)> answer) {
+    const UUID& identifier, std::function<void(Result<void, std::string>)> answer) {
   const auto known = dataStores_.find(identifier);
   if (known != dataStores_.end() && !known->second.expired())
-    return scheduler_.post([answer = std::move(answer)] { answer("the data store is in use"); });
+    return scheduler_.post(
+        [answer = std::move(answer)] { answer(Failure("the data store is in use")); });
   dataStores_.erase(identifier);
   const auto folders = {options_.dataFolder / identifier.text(),
                         options_.cacheFolder / "WebKit" / identifier.text()};
-  auto failure = std::make_shared<std::optional<std::string>>();
+  auto result = std::make_shared<Result<void, std::string>>();
   scheduler_.runInBackground(
-      [folders = std::vector<std::filesystem::path>(folders), failure] {
+      [folders = std::vector<std::filesystem::path>(folders), result] {
         for (const auto& folder : folders) {
           std::error_code error;
           std::filesystem::remove_all(folder, error);
-          if (error) *failure = error.message();
+          if (error) *result = Failure(error.message());
         }
       },
-      [failure, answer = std::move(answer)] { answer(*failure); }, WorkPriority::Utility);
+      [result, answer = std::move(answer)] { answer(*result); }, WorkPriority::Utility);
 }
 
 std::shared_ptr<UserContentController> WebKitEngine::makeUserContentController() {

@@ -40,8 +40,8 @@ class WebKitEngine final : public Engine {
   std::string version() const override;
   std::shared_ptr<WebsiteDataStore> dataStoreForIdentifier(const UUID& identifier) override;
   std::shared_ptr<WebsiteDataStore> nonPersistentDataStore() override;
-  void removeDataStoreForIdentifier(
-      const UUID& identifier, std::function<void(std::optional<std::string>)> answer) override;
+  void removeDataStoreForIdentifier(const UUID& identifier,
+                                    std::function<void(Result<void, std::string>)> answer) override;
   std::shared_ptr<UserContentController> makeUserContentController() override;
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::shared_ptr<ContentRuleListStore> contentRuleListStore() override;

@@ -1,6 +1,7 @@
 #include "Base/Overloaded.h"
 #include "Base/Texts.h"
 #include "Models/Commands/QuickBar.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Windows/LittleWindows.h"

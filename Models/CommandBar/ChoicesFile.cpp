@@ -99,8 +99,7 @@ std::string ChoicesFile::encoded(const Choices& choices) {
 }
 
 std::optional<ChoicesFile::Choices> ChoicesFile::decode(std::string_view data) {
-  const auto parsed = JSONCoding::Document::parse(data);
-  const auto* document = std::get_if<JSONCoding::Document>(&parsed);
+  const auto document = JSONCoding::Document::parse(data);
   if (!document || !document->root().isList()) return std::nullopt;
   Decoder decoder;
   Choices choices;

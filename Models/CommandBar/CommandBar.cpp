@@ -10,7 +10,9 @@
 #include "Models/CommandBar/PickedChoices.h"
 #include "Models/CommandBar/Suggestions.h"
 #include "Models/Commands/CommandList.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
 
 namespace orvel {
 
@@ -43,6 +45,10 @@ CommandBar::CommandBar(BrowserStore& store, CommandBarMode barMode)
       store_(store),
       services_(store.services()),
       text_(addressOf(subject)) {}
+
+const UUID& CommandBar::profile() const { return store_.activeSpace()->profile->id; }
+
+void CommandBar::cancel() { store_.dismissCommandBar(); }
 
 TabRef CommandBar::subjectOf(const BrowserStore& store, CommandBarMode mode) {
   return mode == CommandBarMode::CurrentTab ? store.activeSpace()->selectedTab() : nullptr;

@@ -6,9 +6,13 @@
 
 #include "Base/Observable.h"
 #include "Base/Task.h"
-#include "Models/Store/BrowserStore.h"
+#include "Models/CommandBar/CommandBarMode.h"
+#include "Models/CommandBar/Suggestion.h"
 
 namespace orvel {
+
+class BrowserStore;
+struct Services;
 
 // One appearance of the command bar: what is typed, what was found for it, and which row is chosen.
 // The rows themselves are computed from these and the store whenever they are asked for. Make a new
@@ -47,7 +51,7 @@ class CommandBar : public std::enable_shared_from_this<CommandBar> {
   void select(size_t index) { selection = index; }
   // Carries the chosen row out, and learns the pick. Does nothing without one.
   void submit();
-  void cancel() { store_.dismissCommandBar(); }
+  void cancel();
 
   // A row has been carried out: should the store ask for a bar again, it is another.
   bool isSpent() const { return isSpent_; }
@@ -62,7 +66,7 @@ class CommandBar : public std::enable_shared_from_this<CommandBar> {
   // Where the engine is asked about the text; absent when it must not learn of it.
   std::optional<URL> engineQuestion() const;
   std::string query() const;
-  const UUID& profile() const { return store_.activeSpace()->profile->id; }
+  const UUID& profile() const;
   void animate(const std::function<void()>& change);
   template <class Found>
   void replace(Observable<Found>& former, Found found);

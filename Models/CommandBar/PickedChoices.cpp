@@ -9,7 +9,7 @@ namespace orvel {
 
 void PickedChoices::restore() {
   const Services& services = store_.services();
-  if (const auto bytes = services.files.files().read(services.paths.choices()).bytes)
+  if (const auto bytes = services.files.files().read(services.paths.choices()))
     byProfile = ChoicesFile::decode(*bytes).value_or(ChoicesFile::Choices());
 }
 

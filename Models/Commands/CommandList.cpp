@@ -31,13 +31,6 @@ bool matches(const PaletteCommand& command, const std::vector<std::string_view>&
   });
 }
 
-std::string cleanTitle(std::string title) {
-  constexpr std::string_view kEllipsis = "…";
-  for (size_t at = 0; (at = title.find(kEllipsis, at)) != std::string::npos;)
-    title.erase(at, kEllipsis.size());
-  return std::string(text::trimmedBlanks(title));
-}
-
 // The first item with this title; null without one.
 MenuItem* itemTitled(Menu& menu, const std::string& title) {
   const auto found = std::ranges::find(menu.items, title, &MenuItem::title);
@@ -109,7 +102,7 @@ void CommandList::collect(Menu& menu, const std::vector<std::string>& path,
       continue;
     }
     if (!item.isEnabled() || (item.action && isTextEditing(*item.action))) continue;
-    const std::string title = cleanTitle(item.title);
+    const std::string title = withoutEllipsis(item.title);
     if (title.empty()) continue;
     std::vector<std::string> keywords = path;
     std::erase(keywords, "");

@@ -23,7 +23,7 @@ class CommandList {
   Menu& mainMenu();
   // Those that the query's words name, the palette's first; the command bar shows the first three.
   std::vector<PaletteCommand> commandsMatching(const std::string& query);
-  // The hand-written ones, as they are now.
+  // Those of the action catalog, and one for each other space, as they are now.
   std::vector<PaletteCommand> paletteCommands();
   // One for each row of the main menu that can be chosen; made anew when a second has passed.
   std::vector<PaletteCommand> menuCommands();
@@ -35,7 +35,7 @@ class CommandList {
   bool performAction(ActionID action);
 
  private:
-  void addTabCommands(std::vector<PaletteCommand>& commands, const TabRef& tab);
+  PaletteCommand paletteCommand(ActionID action, const TabRef& tab);
   void addSpaceCommands(std::vector<PaletteCommand>& commands);
   // Adds one for each row of the menu at `path`, and of the menus below it.
   void collect(Menu& menu, const std::vector<std::string>& path,

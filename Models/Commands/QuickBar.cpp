@@ -1,5 +1,6 @@
 #include "Models/Commands/QuickBar.h"
 
+#include "Models/Settings/Settings.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {

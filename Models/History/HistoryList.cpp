@@ -6,6 +6,7 @@
 #include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Models/CommandBar/PickedChoices.h"
+#include "Models/Store/BrowserStore.h"
 #include "Support/LocalDates.h"
 
 namespace orvel {

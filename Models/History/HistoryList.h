@@ -3,9 +3,13 @@
 #include <string>
 #include <vector>
 
-#include "Models/Store/BrowserStore.h"
+#include "Base/Observable.h"
+#include "Base/Task.h"
+#include "Support/Stores/HistoryStore.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The visits of one day.
 struct HistorySection {

@@ -2,6 +2,7 @@
 
 #include "Base/Texts.h"
 #include "Models/Store/BrowserStore.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 

@@ -60,47 +60,11 @@ std::string_view label(QuickBarKey key) {
   return {};
 }
 
-Settings::Settings(UserDefaults& defaults)
-    : Settings(defaults, Snapshot::decode(defaults.data(kKey).value_or(""))) {}
-
-Settings::Settings(UserDefaults& defaults, Snapshot stored)
-    : searchEngine(stored.searchEngine,
-                   [this](bool isChanged) {
-                     // Turning it off stores as well.
-                     if (isChanged && searchSuggestions.peek())
-                       searchSuggestions = false;
-                     else
-                       save();
-                   }),
-      externalLinks(stored.externalLinks, stores()),
-      linkRoutes(std::move(stored.linkRoutes), stores()),
-      archiveAfter(stored.archiveAfter, stores()),
-      sitePermissions(std::move(stored.sitePermissions), stores()),
-      siteZoom(std::move(stored.siteZoom), stores()),
-      autoPictureInPicture(stored.autoPictureInPicture, stores()),
-      searchSuggestions(stored.searchSuggestions, stores()),
-      searchShortcuts(std::move(stored.searchShortcuts).value_or(SearchShortcut::builtIn()),
-                      stores()),
-      quickBarKey(stored.quickBarKey, stores()),
-      hiddenItems(std::move(stored.hiddenItems), stores()),
-      defaults_(defaults) {}
-
-void Settings::save() {
-  Snapshot now{.searchEngine = searchEngine.peek(),
-               .externalLinks = externalLinks.peek(),
-               .linkRoutes = linkRoutes.peek(),
-               .archiveAfter = archiveAfter.peek(),
-               .sitePermissions = sitePermissions.peek(),
-               .siteZoom = siteZoom.peek(),
-               .autoPictureInPicture = autoPictureInPicture.peek(),
-               .searchSuggestions = searchSuggestions.peek(),
-               .quickBarKey = quickBarKey.peek(),
-               .hiddenItems = hiddenItems.peek()};
-  // Who never touched the list gets a later version's.
-  if (searchShortcuts.peek() != SearchShortcut::builtIn())
-    now.searchShortcuts = searchShortcuts.peek();
-  defaults_.setData(kKey, now.encoded());
+Settings::Settings(UserDefaults& defaults) : defaults_(defaults) {
+  snapshot_.decode(defaults.data(kKey).value_or(""));
 }
+
+void Settings::save() { defaults_.setData(kKey, snapshot_.encoded()); }
 
 // Zoom
 

@@ -1,20 +1,17 @@
 #pragma once
 
 #include <array>
-#include <concepts>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "Base/Observable.h"
 #include "BrowserCore/Addresses/LinkRoute.h"
 #include "BrowserCore/Addresses/SearchEngine.h"
 #include "BrowserCore/Addresses/SearchShortcut.h"
 #include "BrowserCore/Addresses/URL.h"
+#include "Models/Settings/Setting.h"
 #include "Support/Stores/UserDefaults.h"
 
 namespace orvel {
@@ -38,42 +35,9 @@ inline constexpr std::array kQuickBarKeys = {
 [[nodiscard]] std::string_view label(ArchiveInterval interval);
 [[nodiscard]] std::string_view label(QuickBarKey key);
 
-// An observable value that is stored each time it is written.
-template <class T>
-class Setting : private Observable<T> {
- public:
-  // `written` learns whether the new value differs from the old one.
-  Setting(T initial, std::function<void(bool isChanged)> written)
-      : Observable<T>(std::move(initial)), written_(std::move(written)) {}
-
-  using Observable<T>::get;
-  using Observable<T>::peek;
-  using Observable<T>::operator const T&;
-  using Observable<T>::operator*;
-  using Observable<T>::operator->;
-
-  bool set(T next) {
-    const bool isChanged = Observable<T>::set(std::move(next));
-    written_(isChanged);
-    return isChanged;
-  }
-  Setting& operator=(T next) {
-    set(std::move(next));
-    return *this;
-  }
-  template <std::invocable<T&> Change>
-  bool update(Change&& change) {
-    T next = peek();
-    std::forward<Change>(change)(next);
-    return set(std::move(next));
-  }
-
- private:
-  std::function<void(bool isChanged)> written_;
-};
-
 // What the user has chosen, kept as one JSON document under the key "settings". Every write of a
-// field stores the whole document at once.
+// field stores the whole document at once. A new setting is one more field here; what is new takes
+// its default in an old document.
 class Settings {
  public:
   // Per site the name of a permission and whether it is allowed.
@@ -81,46 +45,36 @@ class Settings {
   using SiteZoom = std::map<std::string, double>;
   using HiddenItems = std::map<std::string, std::vector<std::string>>;
 
-  // The document. Reading it never fails: what is missing or damaged takes its default, key by key.
-  struct Snapshot {
-    SearchEngine searchEngine = SearchEngine::google;
-    ExternalLinks externalLinks = ExternalLinks::LittleWindow;
-    std::vector<LinkRoute> linkRoutes;
-    ArchiveInterval archiveAfter = ArchiveInterval::TwelveHours;
-    SitePermissions sitePermissions;
-    SiteZoom siteZoom;
-    bool autoPictureInPicture = true;
-    bool searchSuggestions = false;
-    // Absent: the built-in ones, whichever this version has.
-    std::optional<std::vector<SearchShortcut>> searchShortcuts;
-    std::optional<QuickBarKey> quickBarKey;
-    HiddenItems hiddenItems;
-
-    [[nodiscard]] static Snapshot decode(std::string_view data);
-    [[nodiscard]] std::string encoded() const;
-  };
-
   // Reads what is stored in `defaults`, which must outlive the settings.
   explicit Settings(UserDefaults& defaults);
 
+ private:
+  UserDefaults& defaults_;
+  SettingsSnapshot snapshot_{[this] { save(); }};
+
+ public:
   // Another engine turns `searchSuggestions` off: consent to what is typed being sent was given to
   // the former one.
-  Setting<SearchEngine> searchEngine;
-  Setting<ExternalLinks> externalLinks;
+  Setting<SearchEngine> searchEngine{snapshot_,
+                                     "searchEngine",
+                                     SearchEngine::google,
+                                     {.changed = [this] { searchSuggestions.follow(false); }}};
+  Setting<ExternalLinks> externalLinks{snapshot_, "externalLinks", ExternalLinks::LittleWindow};
   // Rules that send such links to a space; the first match counts.
-  Setting<std::vector<LinkRoute>> linkRoutes;
-  Setting<ArchiveInterval> archiveAfter;
-  Setting<SitePermissions> sitePermissions;
+  Setting<std::vector<LinkRoute>> linkRoutes{snapshot_, "linkRoutes", {}};
+  Setting<ArchiveInterval> archiveAfter{snapshot_, "archiveAfter", ArchiveInterval::TwelveHours};
+  Setting<SitePermissions> sitePermissions{snapshot_, "sitePermissions", {}};
   // The page zoom by site.
-  Setting<SiteZoom> siteZoom;
+  Setting<SiteZoom> siteZoom{snapshot_, "siteZoom", {}};
   // Leaving a playing video's tab puts it in picture in picture.
-  Setting<bool> autoPictureInPicture;
+  Setting<bool> autoPictureInPicture{snapshot_, "autoPictureInPicture", true};
   // The engine completes what is typed.
-  Setting<bool> searchSuggestions;
-  Setting<std::vector<SearchShortcut>> searchShortcuts;
-  Setting<std::optional<QuickBarKey>> quickBarKey;
+  Setting<bool> searchSuggestions{snapshot_, "searchSuggestions", false};
+  Setting<std::vector<SearchShortcut>> searchShortcuts{
+      snapshot_, "searchShortcuts", SearchShortcut::builtIn(), {.leavesOutDefault = true}};
+  Setting<std::optional<QuickBarKey>> quickBarKey{snapshot_, "quickBarKey", std::nullopt};
   // The selectors that the user hides, by site ("example.com") and page ("example.com/path").
-  Setting<HiddenItems> hiddenItems;
+  Setting<HiddenItems> hiddenItems{snapshot_, "hiddenItems", {}};
 
   // Sites are hosts in lower case without a leading "www."; subdomains are sites of their own.
   // Addresses without a host have none: reading gives the default, writing does nothing.
@@ -137,13 +91,7 @@ class Settings {
   void showHiddenItems(const std::optional<URL>& url);
 
  private:
-  Settings(UserDefaults& defaults, Snapshot stored);
   void save();
-  std::function<void(bool)> stores() {
-    return [this](bool) { save(); };
-  }
-
-  UserDefaults& defaults_;
 };
 
 }  // namespace orvel

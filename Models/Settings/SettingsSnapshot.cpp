@@ -1,10 +1,11 @@
 #include <algorithm>
+#include <utility>
 
 #include "BrowserCore/Session/JSONDecoder.h"
 #include "BrowserCore/Session/JSONEncoder.h"
 #include "Models/Settings/Settings.h"
 
-// The settings' stored form. It has no version: what is new takes its default in an old document.
+// How each type of setting is read and written. The document has no version.
 namespace orvel {
 
 using JSONCoding::Decoder;
@@ -56,22 +57,27 @@ bool decodeCase(Decoder& decoder, Value value, const Cases& cases, Case& target)
   return true;
 }
 
-bool decode(Decoder& decoder, Value value, SearchEngine& target) {
-  return decodeCase(decoder, value, SearchEngine::allCases, target);
-}
-bool decode(Decoder& decoder, Value value, ExternalLinks& target) {
-  return decodeCase(decoder, value, kExternalLinks, target);
-}
-bool decode(Decoder& decoder, Value value, ArchiveInterval& target) {
-  return decodeCase(decoder, value, kArchiveIntervals, target);
-}
-bool decode(Decoder& decoder, Value value, QuickBarKey& target) {
-  return decodeCase(decoder, value, kQuickBarKeys, target);
-}
-
 }  // namespace
 
 // Found by their arguments' namespace.
+[[nodiscard]] static bool decode(Decoder& decoder, Value value, SearchEngine& target) {
+  return decodeCase(decoder, value, SearchEngine::allCases, target);
+}
+[[nodiscard]] static bool decode(Decoder& decoder, Value value, ExternalLinks& target) {
+  return decodeCase(decoder, value, kExternalLinks, target);
+}
+[[nodiscard]] static bool decode(Decoder& decoder, Value value, ArchiveInterval& target) {
+  return decodeCase(decoder, value, kArchiveIntervals, target);
+}
+[[nodiscard]] static bool decode(Decoder& decoder, Value value, QuickBarKey& target) {
+  return decodeCase(decoder, value, kQuickBarKeys, target);
+}
+
+static void encode(Encoder& encoder, SearchEngine value) { encoder.text(rawText(value)); }
+static void encode(Encoder& encoder, ExternalLinks value) { encoder.text(rawText(value)); }
+static void encode(Encoder& encoder, ArchiveInterval value) { encoder.text(rawText(value)); }
+static void encode(Encoder& encoder, QuickBarKey value) { encoder.text(rawText(value)); }
+
 [[nodiscard]] static bool decode(Decoder& decoder, Value value, LinkRoute& target) {
   return decoder.field(value, "id", target.id) && decoder.field(value, "pattern", target.pattern) &&
          decoder.field(value, "spaceID", target.spaceID);
@@ -100,61 +106,50 @@ static void encode(Encoder& encoder, const SearchShortcut& shortcut) {
   encoder.endObject();
 }
 
-namespace {
-
-// Leaves `target` as it is unless the whole of the key's value is sound.
 template <class T>
-void read(Value document, std::string_view key, T& target) {
-  const auto value = document.member(key);
-  if (!value) return;
+static bool decodeWhole(Decoder& decoder, Value value, T& target) {
+  return decode(decoder, value, target);
+}
+
+template <class T>
+static bool decodeWhole(Decoder& decoder, Value value, std::optional<T>& target) {
+  return decode(decoder, value, target.emplace());
+}
+
+template <class T>
+void Setting<T>::read(Value value) {
   Decoder decoder;
-  T found = target;
-  if (decode(decoder, *value, found)) target = std::move(found);
+  T found = peek();
+  if (decodeWhole(decoder, value, found)) Observable<T>::set(std::move(found));
 }
 
 template <class T>
-void read(Value document, std::string_view key, std::optional<T>& target) {
-  T found{};
-  const auto value = document.member(key);
-  if (Decoder decoder; value && decode(decoder, *value, found)) target = std::move(found);
+void Setting<T>::write(std::string_view key, Encoder& encoder) const {
+  if (!details_.leavesOutDefault || peek() != initial_) encoder.field(key, peek());
 }
 
-}  // namespace
+template class Setting<bool>;
+template class Setting<SearchEngine>;
+template class Setting<ExternalLinks>;
+template class Setting<ArchiveInterval>;
+template class Setting<std::optional<QuickBarKey>>;
+template class Setting<std::vector<LinkRoute>>;
+template class Setting<std::vector<SearchShortcut>>;
+template class Setting<Settings::SitePermissions>;
+template class Setting<Settings::SiteZoom>;
+template class Setting<Settings::HiddenItems>;
 
-Settings::Snapshot Settings::Snapshot::decode(std::string_view data) {
-  Snapshot snapshot;
-  const auto parsed = JSONCoding::Document::parse(data);
-  const auto* document = std::get_if<JSONCoding::Document>(&parsed);
-  if (!document) return snapshot;
-  const Value root = document->root();
-  read(root, "searchEngine", snapshot.searchEngine);
-  read(root, "externalLinks", snapshot.externalLinks);
-  read(root, "linkRoutes", snapshot.linkRoutes);
-  read(root, "archiveAfter", snapshot.archiveAfter);
-  read(root, "sitePermissions", snapshot.sitePermissions);
-  read(root, "siteZoom", snapshot.siteZoom);
-  read(root, "autoPictureInPicture", snapshot.autoPictureInPicture);
-  read(root, "searchSuggestions", snapshot.searchSuggestions);
-  read(root, "searchShortcuts", snapshot.searchShortcuts);
-  read(root, "quickBarKey", snapshot.quickBarKey);
-  read(root, "hiddenItems", snapshot.hiddenItems);
-  return snapshot;
+void SettingsSnapshot::decode(std::string_view data) {
+  const auto document = JSONCoding::Document::parse(data);
+  if (!document) return;
+  for (const auto& [key, setting] : settings_)
+    if (const auto value = document->root().member(key)) setting->read(*value);
 }
 
-std::string Settings::Snapshot::encoded() const {
+std::string SettingsSnapshot::encoded() const {
   Encoder encoder;
   encoder.beginObject();
-  encoder.field("archiveAfter", rawText(archiveAfter));
-  encoder.field("autoPictureInPicture", autoPictureInPicture);
-  encoder.field("externalLinks", rawText(externalLinks));
-  encoder.field("hiddenItems", hiddenItems);
-  encoder.field("linkRoutes", linkRoutes);
-  if (quickBarKey) encoder.field("quickBarKey", rawText(*quickBarKey));
-  encoder.field("searchEngine", rawText(searchEngine));
-  encoder.field("searchShortcuts", searchShortcuts);
-  encoder.field("searchSuggestions", searchSuggestions);
-  encoder.field("sitePermissions", sitePermissions);
-  encoder.field("siteZoom", siteZoom);
+  for (const auto& [key, setting] : settings_) setting->write(key, encoder);
   encoder.endObject();
   return std::move(encoder).finish();
 }

@@ -4,7 +4,9 @@
 
 #include "Base/Texts.h"
 #include "BrowserCore/Text/Characters.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Store/BrowserStore.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 

@@ -5,6 +5,7 @@
 #include "Base/Assert.h"
 #include "BrowserCore/Text/Text.h"
 #include "Models/CommandBar/PickedChoices.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
@@ -21,10 +22,10 @@ Task<> removeDataStore(Engine& engine, UUID id) {
   constexpr Duration kBeforeAttempt = 1s;
   for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
     co_await sleep(kBeforeAttempt);
-    auto [future, resolve] = makeFuture<std::optional<std::string>>();
+    auto [future, resolve] = makeFuture<Result<void, std::string>>();
     engine.removeDataStoreForIdentifier(id, resolve);
-    const auto error = co_await std::move(future);
-    if (!error) co_return;
+    const auto removed = co_await std::move(future);
+    if (removed) co_return;
   }
 }
 

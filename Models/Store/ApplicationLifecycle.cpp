@@ -4,6 +4,7 @@
 
 #include "Base/Log.h"
 #include "Models/Commands/QuickBar.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Store/SessionFile.h"
 #include "Models/Tab/Hibernation.h"

@@ -5,9 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "Models/Store/BrowserStore.h"
+#include "Base/Time.h"
+#include "BrowserCore/Addresses/URL.h"
+#include "Desktop/Windows.h"
+#include "Engine/Navigation.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The controller of the main window.
 class MainWindowController {

@@ -2,6 +2,7 @@
 
 #include "Base/Assert.h"
 #include "Base/Texts.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"

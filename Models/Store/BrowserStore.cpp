@@ -10,6 +10,7 @@
 #include "Models/Commands/QuickBar.h"
 #include "Models/Downloads/Downloads.h"
 #include "Models/Settings/BlockingSwitches.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Settings/SiteSettings.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Sidebar/Folders.h"
@@ -28,6 +29,8 @@
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
+#include "WebEngine/ExtensionHost.h"
 
 namespace orvel {
 
@@ -60,7 +63,11 @@ Task<> runAfter(std::weak_ptr<BrowserStore> weak, Duration delay, std::function<
 
 // Each topic with the store that it is a part of.
 struct BrowserStore::Topics {
-  explicit Topics(BrowserStore& of) : store(of) {}
+  Topics(BrowserStore& of, const Services& services)
+      : store(of),
+        settings(services.defaults),
+        contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
+                       services.resources / "Scripts") {}
 
   BrowserStore& store;
   SessionFile session{store};
@@ -87,6 +94,9 @@ struct BrowserStore::Topics {
   SiteSettings siteSettings{store};
   ComingFeatures coming{store};
   StoreTabHost tabHost{store};
+  Settings settings;
+  ContentBlocker contentBlocker;
+  ExtensionHost extensions;
 };
 
 std::shared_ptr<BrowserStore> BrowserStore::make(const Services& services) {
@@ -98,7 +108,7 @@ std::shared_ptr<BrowserStore> BrowserStore::make(const Services& services) {
 
 BrowserStore::BrowserStore(const Services& services)
     : services_(services),
-      topics_(std::make_unique<Topics>(*this)),
+      topics_(std::make_unique<Topics>(*this, services)),
       session(topics_->session),
       archive(topics_->archive),
       chrome(topics_->chrome),
@@ -122,9 +132,9 @@ BrowserStore::BrowserStore(const Services& services)
       blocking(topics_->blocking),
       siteSettings(topics_->siteSettings),
       coming(topics_->coming),
-      settings(services.defaults),
-      contentBlocker(services.scheduler, services.engine, services.defaults, services.filterLists,
-                     services.resources / "Scripts"),
+      settings(topics_->settings),
+      contentBlocker(topics_->contentBlocker),
+      extensions(topics_->extensions),
       interface_(&withoutInterface()) {
   services.paths.create(services.files.files());
   if (services.openHistory) history = services.openHistory(services.paths.history());

@@ -11,15 +11,12 @@
 #include "Base/Task.h"
 #include "Models/CommandBar/CommandBarMode.h"
 #include "Models/CommandBar/Suggestion.h"
-#include "Models/Settings/Settings.h"
 #include "Models/Sidebar/TabDestination.h"
 #include "Models/Spaces/Space.h"
 #include "Models/Store/Services.h"
 #include "Models/Tab/BrowserTab.h"
 #include "Models/Windows/Interface.h"
 #include "Models/Windows/Toast.h"
-#include "WebEngine/Blocking/ContentBlocker.h"
-#include "WebEngine/ExtensionHost.h"
 
 namespace orvel {
 
@@ -28,8 +25,10 @@ class BlockingSwitches;
 class ComingFeatures;
 class CommandList;
 class CommandTarget;
+class ContentBlocker;
 class CopiedLink;
 class Downloads;
+class ExtensionHost;
 class Folders;
 class Hibernation;
 class LittleWindows;
@@ -41,6 +40,7 @@ class PickedChoices;
 class QuickBar;
 class SessionFile;
 class SiteSettings;
+class Settings;
 class SpaceEditing;
 class SpaceSwipe;
 class SpaceSwitching;
@@ -92,9 +92,9 @@ class BrowserStore : public std::enable_shared_from_this<BrowserStore> {
   SiteSettings& siteSettings;
   ComingFeatures& coming;
 
-  Settings settings;
-  ContentBlocker contentBlocker;
-  ExtensionHost extensions;
+  Settings& settings;
+  ContentBlocker& contentBlocker;
+  ExtensionHost& extensions;
 
   // Profiles and spaces.
   Published<std::vector<std::shared_ptr<Profile>>, BrowserStore> profiles;

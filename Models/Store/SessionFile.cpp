@@ -50,9 +50,9 @@ void SessionFile::save() {
   untracked([this] {
     auto requests = file_.replacing([session = record()] { return session.encoded(); },
                                     [](const WriteResult& result) {
-                                      if (result.outcome == WriteResult::Outcome::Failed)
+                                      if (!result)
                                         Log::session.error("Couldn't save the session: {}",
-                                                           result.error.message());
+                                                           result.error().message());
                                     });
     if (std::exchange(isArchiveStale_, false)) requests.push_back(writingArchive());
     store_.services().files.carryOut(std::move(requests));
@@ -70,8 +70,8 @@ FileWriter::Request SessionFile::writingArchive() {
       store_.services().paths.archive(),
       [copy = store_.archive.records.peek()] { return ArchivedTabRecord::encoded(copy); },
       store_.whileAlive([this](const WriteResult& result) {
-        if (result.outcome != WriteResult::Outcome::Failed) return;
-        Log::session.error("Couldn't save archived tabs: {}", result.error.message());
+        if (result) return;
+        Log::session.error("Couldn't save archived tabs: {}", result.error().message());
         isArchiveStale_ = true;
       }));
 }
@@ -85,26 +85,24 @@ std::optional<SessionFile::Loaded> SessionFile::load() {
         "Couldn't read the session, starting fresh (kept as session.unreadable.json): {}", why);
     return std::nullopt;
   };
-  if (!contents.bytes) {
-    if (contents.isMissing()) return std::nullopt;
+  if (!contents) {
+    if (isMissing(contents.error())) return std::nullopt;
     file_.moveAside(store_.services().paths.unreadableSession());
-    return startFresh(contents.error.message());
+    return startFresh(contents.error().message());
   }
-  auto decoded = SessionRecord::decode(*contents.bytes, store_.services().scheduler.now());
-  if (auto* session = std::get_if<SessionRecord::Decoded>(&decoded)) {
-    const bool isMigrated = session->sourceVersion < SessionRecord::currentVersion;
-    if (isMigrated) {
-      Log::session.notice("Upgrading the session from version {} to {}", session->sourceVersion,
-                          SessionRecord::currentVersion);
-      file_.keepCopy(store_.services().paths.sessionBackup(session->sourceVersion),
-                     std::move(*contents.bytes));
-    }
-    return Loaded{std::move(session->record), isMigrated};
+  auto session = SessionRecord::decode(*contents, store_.services().scheduler.now());
+  if (!session) {
+    file_.keepCopy(store_.services().paths.unreadableSession(), *std::move(contents));
+    return startFresh(description(session.error()));
   }
-  file_.keepCopy(store_.services().paths.unreadableSession(), std::move(*contents.bytes));
-  const auto* error = std::get_if<SessionError>(&decoded);
-  return startFresh(error ? description(*error)
-                          : std::get<JSONCoding::DecodingError>(decoded).description);
+  const bool isMigrated = session->sourceVersion < SessionRecord::currentVersion;
+  if (isMigrated) {
+    Log::session.notice("Upgrading the session from version {} to {}", session->sourceVersion,
+                        SessionRecord::currentVersion);
+    file_.keepCopy(store_.services().paths.sessionBackup(session->sourceVersion),
+                   *std::move(contents));
+  }
+  return Loaded{std::move(session->record), isMigrated};
 }
 
 void SessionFile::restore() {
@@ -115,8 +113,7 @@ void SessionFile::restore() {
   if (store_.spaces.peek().empty()) createDefaultSpace();
   if (!store_.spaceWithID(store_.activeSpaceID.get()))
     store_.setActiveSpaceID(store_.spaces.peek().front()->id);
-  if (const auto bytes =
-          store_.services().files.files().read(store_.services().paths.archive()).bytes)
+  if (const auto bytes = store_.services().files.files().read(store_.services().paths.archive()))
     store_.archive.restore(
         ArchivedTabRecord::decode(*bytes).value_or(std::vector<ArchivedTabRecord>()));
   // The page on screen starts loading first; no other tab gets a view here.

@@ -4,11 +4,14 @@
 #include <utility>
 
 #include "Models/Downloads/Downloads.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Tab/Peek.h"
 #include "Models/Windows/LittleWindows.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
+#include "WebEngine/ExtensionHost.h"
 
 namespace orvel {
 

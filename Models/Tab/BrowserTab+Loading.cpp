@@ -186,18 +186,17 @@ void BrowserTab::write(const FileForm& form, const std::filesystem::path& file) 
     const auto tab = weak.lock();
     if (!tab) return;
     auto& dialogs = tab->services_.desktop.dialogs;
-    if (!result.data)
-      return tellOfFailure(dialogs, tab->host()->window(), form.failure, result.error);
-    const auto failure = std::make_shared<std::optional<std::string>>();
+    if (!result) return tellOfFailure(dialogs, tab->host()->window(), form.failure, result.error());
+    const auto written = std::make_shared<Result<void, std::string>>();
     tab->services_.scheduler.runInBackground(
-        [failure, file, data = std::move(*result.data), &files = tab->services_.files.files()] {
-          *failure = files.writeForUser(file, data);
+        [written, file, data = *std::move(result), &files = tab->services_.files.files()] {
+          *written = files.writeForUser(file, data);
         },
-        [failure, weak, form, &dialogs] {
+        [written, weak, form, &dialogs] {
           const auto live = weak.lock();
-          if (*failure)
+          if (!*written)
             tellOfFailure(dialogs, live ? live->host()->window() : nullptr, form.failure,
-                          **failure);
+                          written->error());
         },
         WorkPriority::UserInitiated);
   });

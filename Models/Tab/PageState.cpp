@@ -21,7 +21,7 @@ bool PageState::isKept(const InteractionState& state) {
 
 const std::optional<InteractionState>& PageState::saved() const {
   if (isUnread()) {
-    const auto bytes = files_.read(file_, kHeading.size() + kLargest + 1).bytes;
+    const auto bytes = files_.read(file_, kHeading.size() + kLargest + 1);
     if (bytes) saved_ = decode(*bytes);
     status_ = Status::Written;
   }

@@ -26,7 +26,7 @@ void PageStates::write(const TabRef& tab) {
   if (!state && tab->liveWebView()) return;  // until the first page is there
   const auto completion = [weak = std::weak_ptr(tab)](const WriteResult& result) {
     const auto live = weak.lock();
-    if (live && result.outcome == WriteResult::Outcome::Failed) live->pageState.markStale();
+    if (live && !result) live->pageState.markStale();
   };
   if (!state)
     writer_.remove(page.file(), completion);

@@ -25,7 +25,7 @@ std::vector<URL> candidates(const ScriptResult& declared, const URL& page) {
   const auto add = [&](const std::string& reference) {
     if (auto address = page.resolve(reference)) addresses.push_back(std::move(*address));
   };
-  const auto value = nlohmann::json::parse(declared.value.value_or(""), nullptr, false);
+  const auto value = nlohmann::json::parse(declared.value_or(""), nullptr, false);
   if (value.is_string() && !value.get_ref<const std::string&>().empty())
     add(value.get_ref<const std::string&>());
   add("/favicon.ico");

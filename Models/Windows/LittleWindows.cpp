@@ -1,6 +1,7 @@
 #include "Models/Windows/LittleWindows.h"
 
 #include "Base/Texts.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Store/BrowserStore.h"
 
 namespace orvel {

@@ -20,7 +20,7 @@ void CurrencyFeed::requestIfNeeded() {
 }
 
 void CurrencyFeed::readCache() {
-  const auto document = writer_.files().read(cache_, kMaxDocument).bytes;
+  const auto document = writer_.files().read(cache_, kMaxDocument);
   auto cached = document ? CurrencyRates::parse(*document) : std::nullopt;
   if (!cached) return;
   rates = std::move(cached);
@@ -33,15 +33,15 @@ Task<> CurrencyFeed::download(CurrencyFeed& feed) {
   if (hasEnded) co_return;
   const auto session = feed.makeSession_();
   auto coming = fetch(*session, feed.source_, {.mostBytes = kMaxDocument});
-  const HTTPAnswer answer = co_await std::move(coming);
+  const HTTPResult answer = co_await std::move(coming);
   const bool hasEndedMeanwhile = co_await isCancelled();
   if (!hasEndedMeanwhile) feed.accept(answer);
 }
 
-void CurrencyFeed::accept(const HTTPAnswer& answer) {
-  auto fresh = answer.isOK() ? CurrencyRates::parse(answer.body) : std::nullopt;
+void CurrencyFeed::accept(const HTTPResult& answer) {
+  auto fresh = answer && answer->isOK() ? CurrencyRates::parse(answer->body) : std::nullopt;
   if (!fresh) return;
-  writer_.write(cache_, answer.body);
+  writer_.write(cache_, answer->body);
   rates = std::move(fresh);
   fetchedAt_ = scheduler_.now();
 }

@@ -39,7 +39,7 @@ class CurrencyFeed {
  private:
   void readCache();
   static Task<> download(CurrencyFeed& feed);
-  void accept(const HTTPAnswer& answer);
+  void accept(const HTTPResult& answer);
 
   Scheduler& scheduler_;
   FileWriter& writer_;

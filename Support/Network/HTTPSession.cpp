@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Base/GRef.h"
+#include "Base/GioCall.h"
 
 namespace orvel {
 
@@ -12,11 +13,11 @@ namespace {
 
 constexpr gsize kChunk = 64 << 10;
 
-// One request on its way, owned by the callbacks that are still to come.
-class Fetch {
+// One request on its way, owned by the calls that have still to return.
+class Fetch : public std::enable_shared_from_this<Fetch> {
  public:
-  Fetch(SoupSession* session, GRef<SoupMessage> message, GCancellable* ended,
-        const HTTPLimits& limits, std::function<void(HTTPAnswer)> answer)
+  Fetch(GRef<SoupMessage> message, GCancellable* ended, const HTTPLimits& limits,
+        std::function<void(HTTPResult)> answer)
       : message_(std::move(message)),
         cancellable_(GRef<GCancellable>::adopt(g_cancellable_new())),
         ended_(GRef<GCancellable>::retain(ended)),
@@ -34,54 +35,58 @@ class Fetch {
           return G_SOURCE_REMOVE;
         },
         this);
-    soup_session_send_async(session, message_.get(), G_PRIORITY_DEFAULT, cancellable_.get(),
-                            &Fetch::answered, this);
   }
-
- private:
   ~Fetch() {
     if (timer_) g_source_remove(timer_);
     g_cancellable_disconnect(ended_.get(), endedConnection_);
   }
+  Fetch(const Fetch&) = delete;
 
-  static void answered(GObject* session, GAsyncResult* result, gpointer data) {
-    auto* self = static_cast<Fetch*>(data);
-    GError* error = nullptr;
-    self->stream_ =
-        GRef<GInputStream>::adopt(soup_session_send_finish(SOUP_SESSION(session), result, &error));
-    if (!self->stream_) return self->fail(GErrorRef(error).get());
-    const goffset announced = soup_message_headers_get_content_length(
-        soup_message_get_response_headers(self->message_.get()));
-    if (announced > 0 && static_cast<uint64_t>(announced) > self->mostBytes_)
-      return self->finish({.failure = HTTPFailure::TooLarge});
-    self->readOn();
+  void send(SoupSession* session) {
+    gioCall(soup_session_send_async, session, message_.get(), G_PRIORITY_DEFAULT,
+            cancellable_.get())
+        .then(soup_session_send_finish,
+              [self = shared_from_this()](GInputStream* stream, const GErrorRef& error) {
+                self->answered(stream, error);
+              });
+  }
+
+ private:
+  void answered(GInputStream* stream, const GErrorRef& error) {
+    stream_ = GRef<GInputStream>::adopt(stream);
+    if (!stream_) return fail(error.get());
+    const goffset announced =
+        soup_message_headers_get_content_length(soup_message_get_response_headers(message_.get()));
+    if (announced > 0 && static_cast<uint64_t>(announced) > mostBytes_)
+      return answer_(Failure(HTTPFailure::TooLarge));
+    readOn();
   }
 
   void readOn() {
-    g_input_stream_read_bytes_async(stream_.get(), kChunk, G_PRIORITY_DEFAULT, cancellable_.get(),
-                                    &Fetch::read, this);
+    gioCall(g_input_stream_read_bytes_async, stream_.get(), kChunk, G_PRIORITY_DEFAULT,
+            cancellable_.get())
+        .then(g_input_stream_read_bytes_finish,
+              [self = shared_from_this()](GBytes* bytes, const GErrorRef& error) {
+                self->read(bytes, error);
+              });
   }
 
-  static void read(GObject* stream, GAsyncResult* result, gpointer data) {
-    auto* self = static_cast<Fetch*>(data);
-    GError* error = nullptr;
-    GBytes* bytes = g_input_stream_read_bytes_finish(G_INPUT_STREAM(stream), result, &error);
-    if (!bytes) return self->fail(GErrorRef(error).get());
+  void read(GBytes* bytes, const GErrorRef& error) {
+    if (!bytes) return fail(error.get());
     gsize size = 0;
     const void* chunk = g_bytes_get_data(bytes, &size);
-    if (size > 0) self->body_.append(static_cast<const char*>(chunk), size);
+    if (size > 0) body_.append(static_cast<const char*>(chunk), size);
     g_bytes_unref(bytes);
-    if (self->body_.size() > self->mostBytes_)
-      return self->finish({.failure = HTTPFailure::TooLarge});
-    if (size > 0) return self->readOn();
-    self->succeed();
+    if (body_.size() > mostBytes_) return answer_(Failure(HTTPFailure::TooLarge));
+    if (size > 0) return readOn();
+    succeed();
   }
 
   void succeed() {
     const GText url(g_uri_to_string(soup_message_get_uri(message_.get())));
-    finish({.status = static_cast<int>(soup_message_get_status(message_.get())),
-            .body = std::move(body_),
-            .url = url.get()});
+    answer_(HTTPAnswer{.status = static_cast<int>(soup_message_get_status(message_.get())),
+                       .body = std::move(body_),
+                       .url = url.get()});
   }
 
   void timeOut() {
@@ -90,7 +95,7 @@ class Fetch {
     g_cancellable_cancel(cancellable_.get());
   }
 
-  void fail(const GError* error) { finish({.failure = failure(error)}); }
+  void fail(const GError* error) { answer_(Failure(failure(error))); }
 
   HTTPFailure failure(const GError* error) const {
     if (isTimedOut_) return HTTPFailure::TimedOut;
@@ -98,12 +103,6 @@ class Fetch {
     if (g_error_matches(error, SOUP_SESSION_ERROR, SOUP_SESSION_ERROR_TOO_MANY_REDIRECTS))
       return HTTPFailure::TooManyRedirects;
     return stream_ ? HTTPFailure::CutOff : HTTPFailure::Unreachable;
-  }
-
-  void finish(HTTPAnswer result) {
-    const auto answer = std::move(answer_);
-    delete this;
-    answer(std::move(result));
   }
 
   GRef<SoupMessage> message_;
@@ -116,7 +115,7 @@ class Fetch {
   GRef<GInputStream> stream_;
   std::string body_;
   uint64_t mostBytes_;
-  std::function<void(HTTPAnswer)> answer_;
+  std::function<void(HTTPResult)> answer_;
 };
 
 class SoupHTTPSession final : public HTTPSession {
@@ -129,22 +128,22 @@ class SoupHTTPSession final : public HTTPSession {
   ~SoupHTTPSession() override { g_cancellable_cancel(ended_.get()); }
 
   void fetch(const URL& url, const HTTPLimits& limits,
-             std::function<void(HTTPAnswer)> answer) override {
+             std::function<void(HTTPResult)> answer) override {
     const bool isWeb = (url.hasScheme("http") || url.hasScheme("https")) && url.host();
     auto message = GRef<SoupMessage>::adopt(
         isWeb ? soup_message_new(SOUP_METHOD_GET, url.text().c_str()) : nullptr);
     if (!message) return refuse(std::move(answer));
-    // Deletes itself with its answer.
-    new Fetch(session_.get(), std::move(message), ended_.get(), limits, std::move(answer));
+    std::make_shared<Fetch>(std::move(message), ended_.get(), limits, std::move(answer))
+        ->send(session_.get());
   }
 
  private:
-  static void refuse(std::function<void(HTTPAnswer)> answer) {
+  static void refuse(std::function<void(HTTPResult)> answer) {
     g_idle_add_once(
         [](gpointer data) {
-          const std::unique_ptr<std::function<void(HTTPAnswer)>> give(
-              static_cast<std::function<void(HTTPAnswer)>*>(data));
-          (*give)({.failure = HTTPFailure::Unreachable});
+          const std::unique_ptr<std::function<void(HTTPResult)>> give(
+              static_cast<std::function<void(HTTPResult)>*>(data));
+          (*give)(Failure(HTTPFailure::Unreachable));
         },
         new std::function(std::move(answer)));
   }
@@ -159,8 +158,8 @@ std::unique_ptr<HTTPSession> HTTPSession::ephemeral() {
   return std::make_unique<SoupHTTPSession>();
 }
 
-Future<HTTPAnswer> fetch(HTTPSession& session, const URL& url, const HTTPLimits& limits) {
-  auto [future, resolve] = makeFuture<HTTPAnswer>();
+Future<HTTPResult> fetch(HTTPSession& session, const URL& url, const HTTPLimits& limits) {
+  auto [future, resolve] = makeFuture<HTTPResult>();
   session.fetch(url, limits, std::move(resolve));
   return std::move(future);
 }

@@ -7,12 +7,12 @@
 
 #include "Base/Scheduler.h"
 #include "BrowserCore/Addresses/URL.h"
+#include "BrowserCore/Result.h"
 
 namespace orvel {
 
 // What may go wrong on the way to an answer.
 enum class HTTPFailure {
-  None,         // there is an answer, whatever its status
   Unreachable,  // no connection, no trusted certificate, no HTTP, or an address that isn't http(s)
   TimedOut,
   TooLarge,
@@ -22,15 +22,16 @@ enum class HTTPFailure {
 };
 
 struct HTTPAnswer {
-  HTTPFailure failure = HTTPFailure::None;
-  // The rest is empty after a failure.
   int status = 0;
   std::string body;
   // Where redirects led.
   std::string url;
 
-  bool isOK() const { return failure == HTTPFailure::None && status == 200; }
+  bool isOK() const { return status == 200; }
 };
+
+// An answer, whatever its status, or why there is none.
+using HTTPResult = Result<HTTPAnswer, HTTPFailure>;
 
 struct HTTPLimits {
   // From the call to the last byte, redirects included.
@@ -48,7 +49,7 @@ class HTTPSession {
 
   // Gets `url`, following redirects. `answer` is called once, on a later turn of the main thread.
   virtual void fetch(const URL& url, const HTTPLimits& limits,
-                     std::function<void(HTTPAnswer)> answer) = 0;
+                     std::function<void(HTTPResult)> answer) = 0;
 
   // A session on the machine's network and its proxy settings.
   static std::unique_ptr<HTTPSession> ephemeral();
@@ -58,7 +59,7 @@ using MakeHTTPSession = std::function<std::unique_ptr<HTTPSession>()>;
 
 // For tasks: `auto answer = fetch(*session, url, limits); const auto a = co_await
 // std::move(answer);`.
-[[nodiscard]] Future<HTTPAnswer> fetch(HTTPSession& session, const URL& url,
+[[nodiscard]] Future<HTTPResult> fetch(HTTPSession& session, const URL& url,
                                        const HTTPLimits& limits);
 
 }  // namespace orvel

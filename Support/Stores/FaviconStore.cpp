@@ -31,11 +31,11 @@ Task<ImageRef> FaviconStore::fetch(URL url, std::string host, Memory memory) {
   constexpr Duration kTimeout = 30s;
   if (!session_) session_ = makeSession_();
   auto fetching = orvel::fetch(*session_, url, {.timeout = kTimeout, .mostBytes = kMaxFile});
-  HTTPAnswer answer = co_await std::move(fetching);
-  if (!answer.isOK()) co_return nullptr;
+  HTTPResult answer = co_await std::move(fetching);
+  if (!answer || !answer->isOK()) co_return nullptr;
   const bool isRemembered = memory == Memory::Remembers;
   auto decoding = background(scheduler_,
-                             [&files = files_, bytes = std::move(answer.body), path = file(host),
+                             [&files = files_, bytes = std::move(answer->body), path = file(host),
                               isRemembered]() -> ImageRef {
                                ImageRef image = Image::decodeIcon(bytes, kSide);
                                // An icon that cannot be kept is fetched again.
@@ -48,7 +48,7 @@ Task<ImageRef> FaviconStore::fetch(URL url, std::string host, Memory memory) {
 }
 
 ImageRef FaviconStore::read(FileSystem& files, const std::filesystem::path& file) {
-  const auto bytes = files.read(file, kMaxFile).bytes;
+  const auto bytes = files.read(file, kMaxFile);
   return bytes ? Image::decodeIcon(*bytes, kSide) : nullptr;
 }
 

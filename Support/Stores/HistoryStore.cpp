@@ -13,10 +13,10 @@ class QueuedHistoryStore final : public HistoryStore {
     scheduler_.runInBackground(
         [database = database_, file = std::move(file), failure] {
           auto opened = HistoryDatabase::open(file);
-          if (auto* ready = std::get_if<HistoryDatabase>(&opened))
-            database->emplace(std::move(*ready));
+          if (opened)
+            database->emplace(std::move(*opened));
           else
-            *failure = std::get<HistoryDatabase::CannotOpen>(opened).message;
+            *failure = opened.error();
         },
         [failure] {
           if (*failure) Log::app.error("Couldn't open the history: {}", **failure);

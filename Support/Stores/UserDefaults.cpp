@@ -218,25 +218,25 @@ FileUserDefaults::FileUserDefaults(FileWriter& writer, const std::filesystem::pa
     Log::app.error("Couldn't read {} settings (kept as {})", what, kept.filename().string());
   };
   auto contents = writer.files().read(file, kMaxFile);
-  if (!contents.bytes) {
-    if (contents.isMissing()) return;
+  if (!contents) {
+    if (isMissing(contents.error())) return;
     tell("the");
     file_.moveAside(kept);
     return;
   }
-  auto result = decoded(*contents.bytes);
+  auto result = decoded(*contents);
   restore(std::move(result.values));
   if (result.isWhole) return;
   tell("some of the");
-  file_.keepCopy(kept, std::move(*contents.bytes));
+  file_.keepCopy(kept, *std::move(contents));
 }
 
 void FileUserDefaults::didChange() {
   writer_.carryOut(file_.replacing([copy = values()] { return encoded(copy); },
                                    [](const WriteResult& result) {
-                                     if (result.outcome == WriteResult::Outcome::Failed)
+                                     if (!result)
                                        Log::app.error("Couldn't save the settings: {}",
-                                                      result.error.message());
+                                                      result.error().message());
                                    }));
 }
 

@@ -30,7 +30,7 @@ struct HistoryTest : testing::Test {
   void TearDown() override { std::filesystem::remove_all(folder); }
 
   std::filesystem::path file() const { return folder / "history.sqlite"; }
-  HistoryDatabase open() { return std::get<HistoryDatabase>(HistoryDatabase::open(file())); }
+  HistoryDatabase open() { return HistoryDatabase::open(file()).value(); }
 
   void visit(HistoryDatabase& history, const std::string& url, const std::string& title = "",
              int times = 1, Date at = kNow) {

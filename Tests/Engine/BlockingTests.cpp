@@ -144,7 +144,7 @@ struct CompiledListTest : BlockingTest {
     std::filesystem::permissions(script, std::filesystem::perms::owner_all);
   }
   int runCount() {
-    const auto text = disk->read(runs).bytes;
+    const auto text = disk->read(runs);
     return text ? static_cast<int>(std::count(text->begin(), text->end(), '\n')) : 0;
   }
   std::filesystem::path compiledFile() { return rules / ruleFiles("ContentRuleList-").at(0); }
@@ -197,7 +197,7 @@ TEST_F(CompiledListTest, StaysInForceWhenItsSuccessorCannotBeCompiled) {
 TEST_F(CompiledListTest, IsCompiledAgainWhenItsFileIsNotWhatWasWritten) {
   ship("easylist", "||one.test^\n");
   start();
-  const std::string good = disk->read(compiledFile()).bytes.value();
+  const std::string good = disk->read(compiledFile()).value();
   std::string flipped = good;
   flipped[flipped.size() / 2] ^= 0x10;
   int expectedRuns = 1;
@@ -207,7 +207,7 @@ TEST_F(CompiledListTest, IsCompiledAgainWhenItsFileIsNotWhatWasWritten) {
     start();
     EXPECT_EQ(runCount(), ++expectedRuns);
     EXPECT_TRUE(blocks("one"));
-    EXPECT_EQ(disk->read(compiledFile()).bytes, good);
+    EXPECT_EQ(disk->read(compiledFile()), good);
   }
   ASSERT_FALSE(disk->remove(rules / ruleFiles("Seal-").at(0)));
   start();
@@ -228,7 +228,7 @@ TEST_F(CompiledListTest, LosesItsSealWhenReadingItThroughFindsDamage) {
 
   // A byte that changes with nobody writing.
   const auto time = std::filesystem::last_write_time(compiledFile());
-  std::string bytes = disk->read(compiledFile()).bytes.value();
+  std::string bytes = disk->read(compiledFile()).value();
   bytes[bytes.size() / 2] ^= 0x10;
   write(compiledFile(), bytes);
   std::filesystem::last_write_time(compiledFile(), time);
@@ -240,7 +240,7 @@ TEST_F(CompiledListTest, LosesItsSealWhenReadingItThroughFindsDamage) {
 TEST_F(CompiledListTest, OutlivesAnUpdateOfTheEngineUnlessItsFormatChanged) {
   ship("easylist", "||one.test^\n");
   start();
-  const std::string good = disk->read(compiledFile()).bytes.value();
+  const std::string good = disk->read(compiledFile()).value();
   ASSERT_TRUE(rule_list_seal::seal(rules, identifier(), "1.2.3"));
   start();
   EXPECT_EQ(runCount(), 1);
@@ -253,7 +253,7 @@ TEST_F(CompiledListTest, OutlivesAnUpdateOfTheEngineUnlessItsFormatChanged) {
   start();
   EXPECT_EQ(runCount(), 2);
   EXPECT_TRUE(blocks("one"));
-  EXPECT_EQ(disk->read(compiledFile()).bytes, good);
+  EXPECT_EQ(disk->read(compiledFile()), good);
 }
 
 TEST_F(CompiledListTest, ClearsAwayWhatAnInterruptedRunLeft) {

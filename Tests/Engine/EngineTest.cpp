@@ -66,7 +66,7 @@ std::string RealEngine::evaluate(WebView& view, const std::string& script) {
   view.evaluateJavaScript(script, ContentWorld::page(), std::nullopt,
                           [&](ScriptResult value) { result = std::move(value); });
   eventually([&] { return result.has_value(); });
-  return result ? result->value.value_or("") : "";
+  return result ? result->value_or("") : "";
 }
 
 }  // namespace orvel::test

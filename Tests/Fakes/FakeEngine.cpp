@@ -16,12 +16,10 @@ void FakeRuleStore::getAvailableIdentifiers(std::function<void(std::vector<std::
 void FakeRuleStore::lookUp(const std::string& identifier,
                            std::function<void(CompiledRules)> answer) {
   if (willLookUp) willLookUp();
-  CompiledRules result;
+  CompiledRules result = Failure("unknown identifier");
   if (const auto found = lists.find(identifier);
       found != lists.end() && !damaged.contains(identifier))
-    result.list = found->second;
-  else
-    result.error = ContentRuleError{"unknown identifier"};
+    result = found->second;
   scheduler_.post([result, answer = std::move(answer)] { answer(result); });
 }
 
@@ -33,10 +31,10 @@ void FakeRuleStore::compile(const std::string& identifier, std::string json,
     };
     const auto given = nlohmann::json::parse(json, nullptr, false);
     if (!given.is_array() || !std::ranges::all_of(given, isRule))
-      return answer({nullptr, ContentRuleError{"not a list of rules"}});
+      return answer(Failure("not a list of rules"));
     compiled.push_back(identifier);
     damaged.erase(identifier);
-    answer({lists[identifier] = std::make_shared<FakeRuleList>(identifier, json), std::nullopt});
+    answer(lists[identifier] = std::make_shared<FakeRuleList>(identifier, json));
   };
   const auto compiling = [](Duration duration, std::function<void()> action) -> Task<> {
     co_await sleep(duration);
@@ -46,10 +44,11 @@ void FakeRuleStore::compile(const std::string& identifier, std::string json,
 }
 
 void FakeRuleStore::remove(const std::string& identifier,
-                           std::function<void(std::optional<std::string>)> answer) {
+                           std::function<void(Result<void, std::string>)> answer) {
   const bool isKnown = lists.erase(identifier) > 0;
   scheduler_.post([isKnown, answer = std::move(answer)] {
-    answer(isKnown ? std::nullopt : std::optional<std::string>("unknown identifier"));
+    if (!isKnown) return answer(Failure("unknown identifier"));
+    answer({});
   });
 }
 
@@ -137,17 +136,17 @@ std::shared_ptr<WebsiteDataStore> FakeEngine::dataStoreForIdentifier(const UUID&
 }
 
 void FakeEngine::removeDataStoreForIdentifier(
-    const UUID& identifier, std::function<void(std::optional<std::string>)> answer) {
-  std::optional<std::string> error;
+    const UUID& identifier, std::function<void(Result<void, std::string>)> answer) {
+  Result<void, std::string> result;
   if (const auto known = stores_.find(identifier); known != stores_.end() && known->second.lock()) {
-    error = "in use";
+    result = Failure("in use");
   } else if (failingRemovals > 0) {
     --failingRemovals;
-    error = "in use";
+    result = Failure("in use");
   } else {
     removedStores.push_back(identifier);
   }
-  scheduler_.post([error, answer = std::move(answer)] { answer(error); });
+  scheduler_.post([result, answer = std::move(answer)] { answer(result); });
 }
 
 std::shared_ptr<WebView> FakeEngine::makeWebView(const WebViewConfiguration& configuration) {

@@ -51,7 +51,7 @@ class FakeRuleStore final : public ContentRuleListStore {
   void compile(const std::string& identifier, std::string json,
                std::function<void(CompiledRules)> answer) override;
   void remove(const std::string& identifier,
-              std::function<void(std::optional<std::string>)> answer) override;
+              std::function<void(Result<void, std::string>)> answer) override;
 
   std::map<std::string, std::shared_ptr<FakeRuleList>> lists;
   // How long compiling takes.
@@ -75,8 +75,8 @@ class FakeEngine : public Engine {
   std::shared_ptr<WebsiteDataStore> nonPersistentDataStore() override {
     return std::make_shared<FakeDataStore>(*this, std::nullopt);
   }
-  void removeDataStoreForIdentifier(
-      const UUID& identifier, std::function<void(std::optional<std::string>)> answer) override;
+  void removeDataStoreForIdentifier(const UUID& identifier,
+                                    std::function<void(Result<void, std::string>)> answer) override;
   std::shared_ptr<UserContentController> makeUserContentController() override {
     return std::make_shared<FakeContentController>();
   }

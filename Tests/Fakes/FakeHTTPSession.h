@@ -24,10 +24,10 @@ class FakeHTTPSession final : public HTTPSession {
  public:
   explicit FakeHTTPSession(FakeNetwork& network) : network_(network) {}
 
-  void fetch(const URL& url, const HTTPLimits&, std::function<void(HTTPAnswer)> answer) override {
+  void fetch(const URL& url, const HTTPLimits&, std::function<void(HTTPResult)> answer) override {
     network_.requests.push_back(url.text());
     const auto found = network_.answers.find(url.text());
-    HTTPAnswer given{.failure = HTTPFailure::Unreachable};
+    HTTPResult given = Failure(HTTPFailure::Unreachable);
     if (found != network_.answers.end()) given = found->second;
     network_.scheduler.post([given, answer = std::move(answer)] { answer(given); });
   }

@@ -10,7 +10,7 @@ namespace orvel::test {
 namespace {
 
 constexpr Duration kHungFor = 5s;
-const ScriptResult kNoAnswer{std::nullopt, "the page does not answer"};
+const ScriptResult kNoAnswer = Failure("the page does not answer");
 
 }  // namespace
 
@@ -276,7 +276,7 @@ void FakeWebView::answerLater(std::function<void(T)> answer, T value, T failure)
 void FakeWebView::evaluateJavaScript(const std::string&, const ContentWorld&,
                                      const std::optional<FrameInfo>& frame, ScriptAnswer answer) {
   const bool isThere = !frame || frame->isMainFrame;
-  answerLater<ScriptResult>(std::move(answer), isThere ? ScriptResult{"null", ""} : kNoAnswer,
+  answerLater<ScriptResult>(std::move(answer), isThere ? ScriptResult("null") : kNoAnswer,
                             kNoAnswer);
 }
 
@@ -298,12 +298,11 @@ void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageR
 }
 
 void FakeWebView::createPDF(std::function<void(PageFile)> answer) {
-  answerLater<PageFile>(std::move(answer), {"%PDF-1.4 fake", ""}, {std::nullopt, "no answer"});
+  answerLater<PageFile>(std::move(answer), "%PDF-1.4 fake", Failure("no answer"));
 }
 
 void FakeWebView::createArchive(std::function<void(PageFile)> answer) {
-  answerLater<PageFile>(std::move(answer), {"MIME-Version: 1.0 fake", ""},
-                        {std::nullopt, "no answer"});
+  answerLater<PageFile>(std::move(answer), "MIME-Version: 1.0 fake", Failure("no answer"));
 }
 
 void FakeWebView::readSource(std::function<void(std::optional<std::string>)> answer) {

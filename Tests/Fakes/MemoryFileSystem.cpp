@@ -40,21 +40,19 @@ void MemoryFileSystem::failAlways(Fault fault) {
 
 FileContents MemoryFileSystem::read(const fs::path& path, uint64_t limit) {
   const std::lock_guard lock(mutex_);
-  const auto failed = [](std::errc error) {
-    return FileContents{std::nullopt, std::make_error_code(error)};
-  };
+  const auto failed = [](std::errc error) { return Failure(std::make_error_code(error)); };
   const auto file = seen_.find(path.string());
   if (file == seen_.end()) return failed(std::errc::no_such_file_or_directory);
   if (const auto why = unreadable.find(path.string()); why != unreadable.end())
     return failed(why->second);
   if (file->second.size() > limit) return failed(std::errc::file_too_large);
-  return {file->second, {}};
+  return file->second;
 }
 
-std::optional<std::string> MemoryFileSystem::writeForUser(const fs::path& path,
-                                                          std::string_view bytes) {
-  const std::error_code error = write(path, bytes);
-  return error ? std::optional(error.message()) : std::nullopt;
+Result<void, std::string> MemoryFileSystem::writeForUser(const fs::path& path,
+                                                         std::string_view bytes) {
+  if (const std::error_code error = write(path, bytes)) return Failure(error.message());
+  return {};
 }
 
 std::vector<std::string> MemoryFileSystem::list(const fs::path& folder) {

@@ -35,8 +35,8 @@ class MemoryFileSystem final : public FileSystem {
   std::error_code syncFolder(const std::filesystem::path& folder) override;
   std::error_code remove(const std::filesystem::path& path) override;
   std::error_code createFolders(const std::filesystem::path& folder) override;
-  std::optional<std::string> writeForUser(const std::filesystem::path& path,
-                                          std::string_view bytes) override;
+  Result<void, std::string> writeForUser(const std::filesystem::path& path,
+                                         std::string_view bytes) override;
 
   // Makes the step with this number fail, counting the changing steps from 0 now on.
   void failAtStep(int step, Fault fault);

@@ -1,8 +1,11 @@
 #include "Base/Log.h"
+#include "Models/Settings/Settings.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Windows/Toasts.h"
 #include "Tests/Models/ModelTest.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {

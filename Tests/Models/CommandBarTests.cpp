@@ -1,5 +1,7 @@
 #include "Models/CommandBar/CommandBar.h"
 
+#include "Models/Settings/Settings.h"
+#include "Models/Store/BrowserStore.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

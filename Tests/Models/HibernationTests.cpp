@@ -1,6 +1,7 @@
 #include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/SessionFile.h"
 #include "Models/Tab/Hibernation.h"
 #include "Models/Tab/Peek.h"
@@ -24,7 +25,7 @@ struct HibernationTest : ModelTest {
     settle();
   }
   std::string stateFile(const TabRef& tab) {
-    return world.disk->read(tab->pageState.file(), ~0ull).bytes.value_or("");
+    return world.disk->read(tab->pageState.file(), ~0ull).value_or("");
   }
 
   TabList tabs;

@@ -4,6 +4,7 @@
 #include <unicode/uloc.h>
 
 #include "Models/CommandBar/PickedChoices.h"
+#include "Models/Store/BrowserStore.h"
 #include "Support/LocalDates.h"
 #include "Tests/Models/ModelTest.h"
 

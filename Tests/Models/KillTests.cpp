@@ -8,6 +8,7 @@
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/SessionFile.h"
 #include "Models/Tab/Hibernation.h"
 #include "Models/Windows/Toasts.h"

@@ -1,5 +1,6 @@
 #include "Models/CommandBar/ChoicesFile.h"
 #include "Models/CommandBar/PickedChoices.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/SessionFile.h"
 #include "Tests/Models/ModelTest.h"
 

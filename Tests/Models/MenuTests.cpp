@@ -4,10 +4,13 @@
 
 #include "Models/Commands/CommandList.h"
 #include "Models/Settings/BlockingSwitches.h"
+#include "Models/Settings/Settings.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Windows/Toasts.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {
@@ -78,6 +81,17 @@ struct MenuTest : ModelTest {
         if (one.action == id) return one;
     }
     throw std::logic_error("no such item");
+  }
+  // The titles of a menu's rows that are to be seen, "-" for a separator.
+  std::vector<std::string> rows(const std::string& menu) {
+    std::vector<std::string> found;
+    for (const auto& top : store().commands.mainMenu().items) {
+      if (top.title != menu) continue;
+      top.submenu->update();
+      for (const auto& one : top.submenu->items)
+        if (!one.isHidden) found.push_back(one.isSeparator() ? "-" : one.title);
+    }
+    return found;
   }
   void addSpaces(int count) {
     auto spaces = store().spaces.peek();
@@ -159,6 +173,15 @@ TEST_F(MenuTest, TheHarvestIsHeldForASecond) {
   EXPECT_FALSE(harvested("menu.File.Close Window"));
   perform("File", "Close Window");
   EXPECT_EQ(world.window.closeCount, 0);
+}
+
+TEST_F(MenuTest, RowsStandInSectionsAndTheSpacesAheadOfTheirs) {
+  addSpaces(2);
+  world.saveNow();
+  EXPECT_THAT(rows("Spaces"),
+              ElementsAre(space().name.peek(), "Bay2", "-", "New Space…", "Edit Current Space…"));
+  EXPECT_THAT(rows("Tabs"), ElementsAre("Recent Tabs", "Next Tab", "Previous Tab", "-",
+                                        "Pin / Unpin Tab", "Copy Link", "Copy as Markdown Link"));
 }
 
 TEST_F(MenuTest, RowsActOnTheTargetTab) {
@@ -255,7 +278,7 @@ TEST_F(MenuTest, APageBecomesAPictureAndAPDF) {
   world.desktop.chosenDestination = "/downloads/tides.pdf";
   world.disk->createFolders("/downloads");
   told("File", "Export as PDF…");
-  EXPECT_TRUE(world.disk->read("/downloads/tides.pdf", 1000).bytes->starts_with("%PDF"));
+  EXPECT_TRUE(world.disk->read("/downloads/tides.pdf", 1000)->starts_with("%PDF"));
   EXPECT_THAT(world.desktop.alerts, IsEmpty());
   world.disk->failAlways(MemoryFileSystem::Fault::DiskFull);
   told("File", "Export as PDF…");

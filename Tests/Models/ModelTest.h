@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "Models/CommandBar/PickedChoices.h"
+#include "Models/Store/SessionFile.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/Toasts.h"
 #include "Tests/Models/World.h"
@@ -24,11 +26,7 @@ class FakeLittleWindow final : public LittleWindow {
   const TabRef& tab() const override { return tab_; }
   bool isActive() const override { return true; }
   void promote() override { isPromoted = true; }
-  void close() override {
-    tab_->isDiscarded = true;
-    tab_->teardown();
-    store_.littleWindows.littleWindowDidClose(*this);
-  }
+  void close() override;
 
   bool isPromoted = false;
 
@@ -42,6 +40,8 @@ struct ModelTest : testing::Test {
   ModelTest() { world.launch(); }
 
   BrowserStore& store() { return *world.store; }
+  SessionFile& session();
+  PickedChoices& choices();
   Space& space() { return world.space(); }
   TabRef selected() { return space().selectedTab(); }
   void settle() {
@@ -60,39 +60,17 @@ struct ModelTest : testing::Test {
     return tab;
   }
   // A tab in none of the lists, whose page has loaded.
-  TabRef loadAside(const std::string& url) {
-    const TabRef tab = BrowserTab::make(
-        world.services,
-        {.profile = space().profile, .host = world.store->tabHost(), .url = address(url)});
-    tab->webView();
-    settle();
-    return tab;
-  }
+  TabRef loadAside(const std::string& url);
   std::shared_ptr<Profile> privateProfile() {
     return std::make_shared<Profile>(world.engine, UUID::random(), "Private",
                                      Profile::Privacy::Private);
   }
   // The pages that the history of a profile knows, "address title", the latest first.
-  std::vector<std::string> visits(const UUID& profile) {
-    std::vector<std::string> lines;
-    settle();
-    world.scheduler.start(list(store().history->recent(profile, 10), lines)).detach();
-    settle();
-    return lines;
-  }
+  std::vector<std::string> visits(const UUID& profile);
   // What the toast on screen says; empty without one.
-  std::string toast() {
-    const auto& shown = store().toasts.toast.peek();
-    return shown ? shown->message : "";
-  }
+  std::string toast();
 
   World world;
-
- private:
-  static Task<> list(Future<HistoryStore::Entries> pages, std::vector<std::string>& lines) {
-    const auto entries = co_await std::move(pages);
-    for (const auto& page : entries) lines.push_back(page.url.text() + " " + page.title);
-  }
 };
 
 }  // namespace orvel::test

@@ -1,8 +1,10 @@
 #include "Tests/Kit/Publish.h"
 #include "Tests/Models/ModelTest.h"
 
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/Peek.h"
 #include "Support/Network/UserAgent.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {

@@ -5,6 +5,7 @@
 #include "Models/CommandBar/PickedChoices.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/SessionFile.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Tests/Models/ModelTest.h"

@@ -1,5 +1,6 @@
 #include <nlohmann/json.hpp>
 
+#include "Models/Settings/Settings.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

@@ -84,7 +84,7 @@ TEST_F(SidebarItems, NoDepthOfFoldersCostsStack) {
   EXPECT_EQ(space().tab(tabs[0]->id), tabs[0]);
   EXPECT_EQ(sidebarRows(space(), 2).size(), kLevels + 4);
   EXPECT_NE(parentOf(space().pinned, tabs[0]->id), nullptr);
-  EXPECT_EQ(store().session.makeItems(space().record().pinned, space().profile).size(), 1u);
+  EXPECT_EQ(session().makeItems(space().record().pinned, space().profile).size(), 1u);
   EXPECT_TRUE(removeItem(space().pinned, tabs[0]->id));
   space().pinned = SidebarItemList{};
 }

@@ -1,4 +1,6 @@
+#include "Models/Settings/Settings.h"
 #include "Models/Settings/SiteSettings.h"
+#include "Models/Store/BrowserStore.h"
 #include "Tests/Models/ModelTest.h"
 
 namespace orvel::test {

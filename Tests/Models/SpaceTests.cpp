@@ -2,10 +2,12 @@
 #include "Tests/Models/ModelTest.h"
 
 #include "Models/CommandBar/PickedChoices.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwipe.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/Peek.h"
 #include "Models/Windows/WindowChrome.h"

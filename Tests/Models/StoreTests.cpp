@@ -1,6 +1,8 @@
 #include "Models/Commands/QuickBar.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Store/ApplicationLifecycle.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"

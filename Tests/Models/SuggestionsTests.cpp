@@ -27,7 +27,7 @@ struct SuggestionsTest : ModelTest {
     archive.push_back({.tab = {.id = UUID::random(), .title = title, .url = address(url)}});
   }
   void pickTwice(const std::string& query, const std::string& key) {
-    ChoiceMemory& memory = store().choices.byProfile[space().profile->id];
+    ChoiceMemory& memory = choices().byProfile[space().profile->id];
     for (int i = 0; i < 2; ++i) memory.record(query, key, Date());
   }
 
@@ -45,7 +45,7 @@ struct SuggestionsTest : ModelTest {
                         .commandsMatching = [this](const auto&) { return commands; },
                         .topChoice =
                             [this](const auto& query, std::span<const Suggestion> offered) {
-                              return store().choices.topChoice(query, offered);
+                              return choices().topChoice(query, offered);
                             }});
   }
   // The rows' kinds and titles: "search:tides".

@@ -7,6 +7,7 @@
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
 #include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/Peek.h"
 #include "Models/Windows/LittleWindows.h"

@@ -1,5 +1,9 @@
 #include "Tests/Models/World.h"
 
+#include "Models/Store/BrowserStore.h"
+#include "Models/Store/SessionFile.h"
+#include "WebEngine/ExtensionHost.h"
+
 namespace orvel::test {
 
 namespace {
@@ -52,8 +56,19 @@ World& World::launch() {
   return *this;
 }
 
+TabRef World::open(const std::string& url, bool isSelected) {
+  return store->openTab(address(url), {.select = isSelected});
+}
+
+Space& World::space() const { return *store->activeSpace(); }
+
+void World::saveNow() {
+  store->session.save();
+  scheduler.settle();
+}
+
 std::string World::file(const std::string& name) const {
-  return disk->read(services.paths.support / name, ~0ull).bytes.value_or("");
+  return disk->read(services.paths.support / name, ~0ull).value_or("");
 }
 
 void World::expectSaved() {

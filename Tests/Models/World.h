@@ -5,13 +5,19 @@
 #include <string>
 #include <vector>
 
-#include "Models/Store/BrowserStore.h"
-#include "Models/Store/SessionFile.h"
+#include "Models/Spaces/Space.h"
+#include "Models/Store/Services.h"
+#include "Models/Tab/BrowserTab.h"
+#include "Models/Windows/Interface.h"
 #include "Tests/Fakes/FakeDesktop.h"
 #include "Tests/Fakes/FakeEngine.h"
 #include "Tests/Fakes/FakeHTTPSession.h"
 #include "Tests/Fakes/MemoryFileSystem.h"
 #include "Tests/Fakes/VirtualScheduler.h"
+
+namespace orvel {
+class BrowserStore;
+}
 
 namespace orvel::test {
 
@@ -39,9 +45,7 @@ class World {
   World& launch();
 
   // A tab at the top of today's, selected or not.
-  TabRef open(const std::string& url, bool isSelected = true) {
-    return store->openTab(address(url), {.select = isSelected});
-  }
+  TabRef open(const std::string& url, bool isSelected = true);
   std::shared_ptr<FakeWebView> view(const TabRef& tab) const {
     return std::static_pointer_cast<FakeWebView>(tab->liveWebView());
   }
@@ -51,17 +55,14 @@ class World {
     live->isOnScreen = true;
     return live;
   }
-  Space& space() const { return *store->activeSpace(); }
+  Space& space() const;
   std::string file(const std::string& name) const;
   std::string sessionFile() const { return file("session.json"); }
 
   // What a save would write stands on the disk, or a save is on its way.
   void expectSaved();
   // For tests that change the model behind its operations.
-  void saveNow() {
-    store->session.save();
-    scheduler.settle();
-  }
+  void saveNow();
 
   std::shared_ptr<MemoryFileSystem> disk;
   VirtualScheduler scheduler;

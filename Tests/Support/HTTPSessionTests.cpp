@@ -17,15 +17,19 @@ struct HTTPSessionTest : testing::Test {
 
   std::string at(const std::string& path) { return server.proxy() + path; }
 
-  HTTPAnswer get(const std::string& url, const HTTPLimits& limits = {}) {
-    std::optional<HTTPAnswer> answer;
-    session->fetch(*URL::parse(url), limits, [&](HTTPAnswer given) {
+  HTTPResult get(const std::string& url, const HTTPLimits& limits = {}) {
+    std::optional<HTTPResult> answer;
+    session->fetch(*URL::parse(url), limits, [&](HTTPResult given) {
       EXPECT_FALSE(answer) << "answered twice";
       answer = std::move(given);
     });
     EXPECT_FALSE(answer) << "answered at once";
     EXPECT_TRUE(eventually([&] { return answer.has_value(); })) << url;
     return answer.value_or(HTTPAnswer{});
+  }
+  std::optional<HTTPFailure> failure(const std::string& url, const HTTPLimits& limits = {}) {
+    const auto answer = get(url, limits);
+    return answer ? std::nullopt : std::optional(answer.error());
   }
 };
 
@@ -43,12 +47,13 @@ TEST_F(HTTPSessionTest, AnswersWithStatusBodyAndWhereRedirectsLed) {
   server.serve(at("/moved"), ServedPage{.status = 302, .headers = {{"Location", "/a"}}});
   server.serve(at("/packed"), kPacked);
   const auto answer = get(at("/a"));
-  EXPECT_TRUE(answer.isOK());
-  EXPECT_EQ(answer.body, "hello");
-  EXPECT_EQ(get(at("/missing")).status, 404);
-  EXPECT_EQ(get(at("/missing")).body, "none");
-  EXPECT_EQ(get(at("/moved")).url, at("/a"));
-  EXPECT_EQ(get(at("/packed")).body, "hello hello hello hello");
+  ASSERT_TRUE(answer);
+  EXPECT_TRUE(answer->isOK());
+  EXPECT_EQ(answer->body, "hello");
+  EXPECT_EQ(get(at("/missing"))->status, 404);
+  EXPECT_EQ(get(at("/missing"))->body, "none");
+  EXPECT_EQ(get(at("/moved"))->url, at("/a"));
+  EXPECT_EQ(get(at("/packed"))->body, "hello hello hello hello");
 }
 
 TEST_F(HTTPSessionTest, KeepsNothingBetweenRequests) {
@@ -67,27 +72,28 @@ TEST_F(HTTPSessionTest, TellsFailuresApart) {
   server.serve(at("/short"), ServedPage{.body = "0123456789", .truncate = 4});
   server.serve(at("/slow"), ServedPage{.body = "late", .delay = 5});
   server.serve(at("/round"), ServedPage{.status = 302, .headers = {{"Location", "/round"}}});
-  EXPECT_TRUE(get(at("/ten"), {.mostBytes = 10}).isOK());
-  EXPECT_EQ(get(at("/ten"), {.mostBytes = 9}).failure, HTTPFailure::TooLarge);
-  EXPECT_EQ(get(at("/packed"), {.mostBytes = 22}).failure, HTTPFailure::TooLarge)
+  EXPECT_TRUE(get(at("/ten"), {.mostBytes = 10}));
+  EXPECT_EQ(failure(at("/ten"), {.mostBytes = 9}), HTTPFailure::TooLarge);
+  EXPECT_EQ(failure(at("/packed"), {.mostBytes = 22}), HTTPFailure::TooLarge)
       << "the limit is on what is unpacked";
-  EXPECT_EQ(get(at("/short")).failure, HTTPFailure::CutOff);
-  EXPECT_EQ(get(at("/slow"), {.timeout = 100ms}).failure, HTTPFailure::TimedOut);
-  EXPECT_EQ(get(at("/round")).failure, HTTPFailure::TooManyRedirects);
-  EXPECT_EQ(get("http://127.0.0.1:1/").failure, HTTPFailure::Unreachable);
-  EXPECT_EQ(get("file:///etc/hostname").failure, HTTPFailure::Unreachable);
-  EXPECT_EQ(get("http://[/").failure, HTTPFailure::Unreachable);
+  EXPECT_EQ(failure(at("/short")), HTTPFailure::CutOff);
+  EXPECT_EQ(failure(at("/slow"), {.timeout = 100ms}), HTTPFailure::TimedOut);
+  EXPECT_EQ(failure(at("/round")), HTTPFailure::TooManyRedirects);
+  EXPECT_EQ(failure("http://127.0.0.1:1/"), HTTPFailure::Unreachable);
+  EXPECT_EQ(failure("file:///etc/hostname"), HTTPFailure::Unreachable);
+  EXPECT_EQ(failure("http://[/"), HTTPFailure::Unreachable);
 }
 
 TEST_F(HTTPSessionTest, EndsWhatIsUnderWayWithItself) {
   server.serve(at("/slow"), ServedPage{.body = "late", .delay = 5});
-  std::optional<HTTPAnswer> answer;
-  session->fetch(*URL::parse(at("/slow")), {}, [&](HTTPAnswer given) { answer = given; });
+  std::optional<HTTPResult> answer;
+  session->fetch(*URL::parse(at("/slow")), {}, [&](HTTPResult given) { answer = given; });
   ASSERT_TRUE(eventually([&] { return server.requestCount(at("/slow")) == 1; }));
   session.reset();
   EXPECT_FALSE(answer);
   EXPECT_TRUE(eventually([&] { return answer.has_value(); }));
-  EXPECT_EQ(answer->failure, HTTPFailure::Cancelled);
+  ASSERT_FALSE(*answer);
+  EXPECT_EQ(answer->error(), HTTPFailure::Cancelled);
 }
 
 }  // namespace

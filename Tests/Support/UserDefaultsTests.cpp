@@ -69,11 +69,11 @@ TEST_F(UserDefaultsTest, KeepsWhatIsLegibleAndTheDamagedFileBeside) {
     std::vector<std::string> legible;
     for (const auto& [key, value] : defaults.values()) legible.push_back(key);
     EXPECT_EQ(legible, test.legible);
-    EXPECT_EQ(disk->read(kFile, ~0ull).bytes, test.bytes) << "left alone until the next change";
+    EXPECT_EQ(disk->read(kFile, ~0ull), test.bytes) << "left alone until the next change";
     defaults.setBoolean("isOn", true);
     scheduler.settle();
     EXPECT_EQ(FileUserDefaults(writer, kFile).values().size(), test.legible.size() + 1);
-    EXPECT_EQ(disk->read(kDamaged, ~0ull).bytes, test.bytes);
+    EXPECT_EQ(disk->read(kDamaged, ~0ull), test.bytes);
   }
 }
 

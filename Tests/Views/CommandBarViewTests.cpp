@@ -1,3 +1,7 @@
+#include "Base/GRef.h"
+#include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 

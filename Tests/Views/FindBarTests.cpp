@@ -1,6 +1,7 @@
 #include "Tests/Views/ShownWindow.h"
 
 #include "Models/Commands/CommandList.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 
 namespace orvel::test {

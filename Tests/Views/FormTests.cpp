@@ -1,7 +1,11 @@
+#include "Base/GRef.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Store/BrowserStore.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Settings/SettingsContent.h"
 #include "Views/Window/UtilityWindows.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {

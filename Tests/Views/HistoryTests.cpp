@@ -1,3 +1,4 @@
+#include "Models/Store/BrowserStore.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/History/HistoryContent.h"

@@ -1,9 +1,11 @@
 #include "Base/GRef.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 #include "Views/Window/UtilityWindows.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel::test {
 namespace {

@@ -1,5 +1,6 @@
 #include "Tests/Views/ShownWindow.h"
 
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 
 namespace orvel::test {

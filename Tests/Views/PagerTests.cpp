@@ -2,6 +2,9 @@
 #include "DesignSystem/Palette.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/BrowserStore.h"
+#include "Models/Windows/Toasts.h"
+#include "Models/Windows/WindowChrome.h"
 #include "Tests/Kit/Publish.h"
 #include "Tests/Views/ShownWindow.h"
 

@@ -3,6 +3,7 @@
 #include "Base/GRef.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Store/Archive.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Windows/Toasts.h"
 #include "Tests/Kit/Publish.h"
 

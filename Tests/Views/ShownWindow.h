@@ -29,14 +29,9 @@ struct ShownWindow : testing::Test {
     runFrames();
   }
   BrowserStore& store() { return sample.store(); }
-  Space& space() { return *store().activeSpace(); }
+  Space& space();
   // Opens tabs that are not selected, in the active space or another.
-  void openPages(int count, const std::shared_ptr<Space>& in = nullptr) {
-    for (int i = 0; i < count; ++i)
-      store().openTab(address("https://page" + std::to_string(i) + ".example/"),
-                      {.in = in, .select = false});
-    settle();
-  }
+  void openPages(int count, const std::shared_ptr<Space>& in = nullptr);
   GtkWidget* root() { return GTK_WIDGET(window->native()); }
   GtkWidget* focus() { return gtk_window_get_focus(window->native()); }
 

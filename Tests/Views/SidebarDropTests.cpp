@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Models/Sidebar/Folders.h"
+#include "Models/Store/BrowserStore.h"
 #include "Tests/Models/World.h"
 #include "Views/Sidebar/SidebarDrops.h"
 

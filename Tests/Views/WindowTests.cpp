@@ -1,5 +1,7 @@
 #include "Models/Sidebar/Folders.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Tests/Kit/Publish.h"

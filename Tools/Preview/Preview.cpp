@@ -12,9 +12,11 @@
 #include <iostream>
 
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwipe.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
@@ -26,6 +28,7 @@
 #include "Views/Sidebar/SidebarMenus.h"
 #include "Views/Window/BrowserView.h"
 #include "Views/Window/MainWindow.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace {
 

@@ -8,6 +8,8 @@
 
 #include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
+#include "Models/Settings/Settings.h"
+#include "Models/Store/BrowserStore.h"
 #include "Views/Sidebar/SidebarLayout.h"
 #include "Views/Window/Keyboard.h"
 

@@ -104,8 +104,8 @@ void FileSign::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
     constexpr double kBaseline = 25;
     const auto layout = GRef<PangoLayout>::adopt(
         gtk_widget_create_pango_layout(Gtk::Widget::gobj(), ending_.c_str()));
-    auto* font = pango_font_description_new();
-    pango_font_description_set_family(font, "Inter");
+    auto* font = pango_font_description_copy(
+        pango_context_get_font_description(pango_layout_get_context(layout.get())));
     pango_font_description_set_weight(font, PANGO_WEIGHT_BOLD);
     pango_font_description_set_absolute_size(font, 7.0 * PANGO_SCALE);
     pango_layout_set_font_description(layout.get(), font);

@@ -7,6 +7,7 @@
 #include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "DesignSystem/Icons.h"
+#include "Models/Store/BrowserStore.h"
 #include "Views/Support/Menu.h"
 #include "Views/Window/Keyboard.h"
 

@@ -6,6 +6,7 @@
 
 #include "DesignSystem/SiteIcon.h"
 #include "Models/History/HistoryList.h"
+#include "Models/Store/Services.h"
 
 namespace orvel {
 

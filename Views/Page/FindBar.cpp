@@ -2,6 +2,7 @@
 
 #include "Base/Texts.h"
 #include "Models/Commands/ActionCatalog.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Views/Window/Keyboard.h"
 

@@ -3,14 +3,16 @@
 #include <gtkmm/box.h>
 #include <gtkmm/label.h>
 
+#include "Base/Observable.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/SpringAnimation.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageSearch.h"
 #include "Views/Support/KeyTextField.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The bar over the page that searches it while one types. It shows while the store is finding, and
 // ends that when another tab is selected.

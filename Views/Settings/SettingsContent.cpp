@@ -3,6 +3,9 @@
 #include <gtkmm/label.h>
 
 #include "Base/Texts.h"
+#include "Models/Settings/Settings.h"
+#include "Models/Store/BrowserStore.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 
@@ -18,7 +21,10 @@ Gtk::Widget& makeExtensionsPage() {
 }  // namespace
 
 SettingsContent::SettingsContent(BrowserStore& store)
-    : tabs_(ChoiceRow::Kind::Tabs, _("Settings")), general_(store), privacy_(store), links_(store) {
+    : tabs_(ChoiceRow::Kind::Tabs, _("Settings")),
+      general_(store.settings, store.quickBar, store.services().desktop.workspace),
+      privacy_(store.contentBlocker, store.settings, [&store] { store.clearHistory(); }),
+      links_(store) {
   tabs_.set_valign(Gtk::Align::CENTER);
   addPage(Page::General, _("General"), general_);
   addPage(Page::Privacy, _("Privacy"), privacy_);

@@ -2,6 +2,7 @@
 
 #include "Base/Texts.h"
 
+#include "Desktop/Workspace.h"
 #include "Models/Commands/QuickBar.h"
 
 namespace orvel {
@@ -64,9 +65,10 @@ void SettingsGeneral::ShortcutRow::show(const SearchShortcut& shortcut) {
   showText(urlTemplate, shortcut.urlTemplate);
 }
 
-SettingsGeneral::SettingsGeneral(BrowserStore& store)
-    : store_(store),
-      settings_(store.settings),
+SettingsGeneral::SettingsGeneral(Settings& settings, QuickBar& quickBar, Workspace& workspace)
+    : bar_(quickBar),
+      workspace_(workspace),
+      settings_(settings),
       makeDefault_(_("Make Default")),
       isDefault_(_("Orvel is your default browser")),
       engine_(_("Search engine")),
@@ -104,12 +106,11 @@ void SettingsGeneral::addBrowser() {
   makeDefault_.add_css_class("small");
   makeDefault_.signal_clicked().connect([this] {
     makeDefault_.set_sensitive(false);
-    store_.services().desktop.workspace.makeDefaultBrowser(
-        [alive = std::weak_ptr(alive_), this](bool isDefault) {
-          if (alive.expired()) return;
-          refresh();
-          defaultNote_->set_visible(!isDefault);
-        });
+    workspace_.makeDefaultBrowser([alive = std::weak_ptr(alive_), this](bool isDefault) {
+      if (alive.expired()) return;
+      refresh();
+      defaultNote_->set_visible(!isDefault);
+    });
   });
   defaultNote_ = &addSubtitle(addSetting(group, _("Default browser"), *browser),
                               _("The desktop didn’t take Orvel: it isn’t installed."));
@@ -149,7 +150,7 @@ void SettingsGeneral::addQuickBar() {
   quickBar_.setChoices(std::move(labels), 0);
   quickBar_.onChoice([this](size_t index) {
     settings_.quickBarKey = index == 0 ? std::nullopt : std::optional(kQuickBarKeys[index - 1]);
-    store_.quickBar.applyQuickBarKey();
+    bar_.applyQuickBarKey();
   });
   addSetting(addGroup(), _("Quick search from any app"), quickBar_);
   quickBarNote_ = &addNote();
@@ -179,7 +180,7 @@ void SettingsGeneral::addShortcuts() {
 }
 
 void SettingsGeneral::refresh() {
-  const bool isDefault = store_.services().desktop.workspace.isDefaultBrowser();
+  const bool isDefault = workspace_.isDefaultBrowser();
   makeDefault_.set_sensitive(true);
   makeDefault_.set_visible(!isDefault);
   isDefault_.set_visible(isDefault);
@@ -209,7 +210,7 @@ void SettingsGeneral::showQuickBar() {
   const auto key = settings_.quickBarKey.get();
   quickBar_.setChosen(key ? static_cast<size_t>(*key) + 1 : 0);
   std::string note;
-  if (key && store_.quickBar.isQuickBarKeyTaken)
+  if (key && bar_.isQuickBarKeyTaken)
     note = filled(_("{keys} is already used by the desktop or another app. Pick a different "
                     "shortcut."),
                   {{"keys", label(*key)}}) +

@@ -2,17 +2,21 @@
 
 #include <gtkmm/entry.h>
 
+#include "BrowserCore/UUID.h"
 #include "DesignSystem/Icons.h"
-#include "Models/Store/BrowserStore.h"
+#include "Models/Settings/Settings.h"
 #include "Views/Settings/ChoiceButton.h"
 #include "Views/Settings/SettingsPage.h"
 
 namespace orvel {
 
+class QuickBar;
+class Workspace;
+
 class SettingsGeneral final : public SettingsPage {
  public:
-  // The store outlives the page.
-  explicit SettingsGeneral(BrowserStore& store);
+  // All outlive the page.
+  SettingsGeneral(Settings& settings, QuickBar& quickBar, Workspace& workspace);
 
   // Asks the desktop anew which browser is the default.
   void refresh();
@@ -40,7 +44,8 @@ class SettingsGeneral final : public SettingsPage {
 
   // Outlived by answers that come when the page is gone.
   std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
-  BrowserStore& store_;
+  QuickBar& bar_;
+  Workspace& workspace_;
   Settings& settings_;
   Gtk::Button makeDefault_;
   Gtk::Label isDefault_;

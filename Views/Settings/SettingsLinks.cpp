@@ -2,6 +2,8 @@
 
 #include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
+#include "Models/Settings/Settings.h"
+#include "Models/Store/BrowserStore.h"
 
 namespace orvel {
 

@@ -2,12 +2,16 @@
 
 #include <gtkmm/entry.h>
 
+#include "Base/Observable.h"
+#include "BrowserCore/Addresses/LinkRoute.h"
+#include "BrowserCore/UUID.h"
 #include "DesignSystem/Icons.h"
-#include "Models/Store/BrowserStore.h"
 #include "Views/Settings/ChoiceButton.h"
 #include "Views/Settings/SettingsPage.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 class SettingsLinks final : public SettingsPage {
  public:

@@ -3,6 +3,8 @@
 #include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
+#include "Models/Settings/Settings.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 
@@ -40,15 +42,17 @@ SettingsPrivacy::SiteRow::SiteRow(const std::string& site, const char* action,
   summary->set_visible(false);
 }
 
-SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
-    : store_(store),
+SettingsPrivacy::SettingsPrivacy(ContentBlocker& blocker, Settings& settings,
+                                 std::function<void()> clearHistory)
+    : blocker_(blocker),
+      settings_(settings),
       blocking_(
-          _("Block ads and trackers"), [this] { return store_.contentBlocker.isEnabled.get(); },
-          [this](bool isOn) { store_.contentBlocker.setEnabled(isOn); }),
+          _("Block ads and trackers"), [this] { return blocker_.isEnabled.get(); },
+          [this](bool isOn) { blocker_.setEnabled(isOn); }),
       cookies_(
           _("Reject cookie pop-ups automatically"),
-          [this] { return store_.contentBlocker.isCookieRejectionEnabled.get(); },
-          [this](bool isOn) { store_.contentBlocker.setCookieRejectionEnabled(isOn); }),
+          [this] { return blocker_.isCookieRejectionEnabled.get(); },
+          [this](bool isOn) { blocker_.setCookieRejectionEnabled(isOn); }),
       clearHistory_(_("Clear History…")),
       pausedSites_(pausedGroup_),
       permissions_(permissionsGroup_) {
@@ -71,7 +75,7 @@ SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
   clearHistory_.add_css_class("push");
   clearHistory_.add_css_class("small");
   clearHistory_.add_css_class("danger");
-  clearHistory_.signal_clicked().connect([this] { store_.clearHistory(); });
+  clearHistory_.signal_clicked().connect(std::move(clearHistory));
   auto& history = addGroup();
   history.add_css_class("second");
   addSetting(history, _("Browsing history"), clearHistory_);
@@ -81,14 +85,13 @@ SettingsPrivacy::SettingsPrivacy(BrowserStore& store)
 
 void SettingsPrivacy::showPausedSites() {
   std::vector<Site> sites;
-  for (const auto& site : store_.contentBlocker.pausedSites.get()) sites.push_back({site, ""});
+  for (const auto& site : blocker_.pausedSites.get()) sites.push_back({site, ""});
   noPausedSites_->set_visible(sites.empty());
   untracked([&] {
     pausedSites_.follow(
         sites,
         [this](const std::string& site) {
-          return new SiteRow(site, _("Resume"),
-                             [this, site] { store_.contentBlocker.resume(site); });
+          return new SiteRow(site, _("Resume"), [this, site] { blocker_.resume(site); });
         },
         [](SiteRow&, const Site&) {});
   });
@@ -96,7 +99,7 @@ void SettingsPrivacy::showPausedSites() {
 
 void SettingsPrivacy::showPermissions() {
   std::vector<Site> sites;
-  for (const auto& [site, permissions] : store_.settings.sitePermissions.get())
+  for (const auto& [site, permissions] : settings_.sitePermissions.get())
     sites.push_back({site, summaryOf(permissions)});
   noPermissions_->set_visible(sites.empty());
   untracked([&] {
@@ -104,7 +107,7 @@ void SettingsPrivacy::showPermissions() {
         sites,
         [this](const std::string& site) {
           return new SiteRow(site, _("Forget"), [this, name = site] {
-            store_.settings.sitePermissions.update([&](auto& all) { all.erase(name); });
+            settings_.sitePermissions.update([&](auto& all) { all.erase(name); });
           });
         },
         [](SiteRow& row, const Site& site) {

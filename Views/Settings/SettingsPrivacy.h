@@ -1,14 +1,16 @@
 #pragma once
 
-#include "Models/Store/BrowserStore.h"
 #include "Views/Settings/SettingsPage.h"
 
 namespace orvel {
 
+class ContentBlocker;
+class Settings;
+
 class SettingsPrivacy final : public SettingsPage {
  public:
-  // The store outlives the page.
-  explicit SettingsPrivacy(BrowserStore& store);
+  // Both outlive the page. `clearHistory` is what its button does.
+  SettingsPrivacy(ContentBlocker& blocker, Settings& settings, std::function<void()> clearHistory);
 
  private:
   // A site with what can be done about it.
@@ -22,7 +24,8 @@ class SettingsPrivacy final : public SettingsPage {
   void showPausedSites();
   void showPermissions();
 
-  BrowserStore& store_;
+  ContentBlocker& blocker_;
+  Settings& settings_;
   SettingSwitch blocking_;
   SettingSwitch cookies_;
   Gtk::Button clearHistory_;

@@ -8,13 +8,15 @@
 #include "Models/Commands/ActionCatalog.h"
 #include "Models/Settings/BlockingSwitches.h"
 #include "Models/Sidebar/CopiedLink.h"
+#include "Models/Store/BrowserStore.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 
 AddressPill::AddressPill(BrowserStore& store)
     : store_(store),
       shield_("checkmark.shield", _("Pause blocking on this site")),
-      link_("link", withKeys(_("Copy Link"), ActionID::CopyLink)),
+      link_("link", withKeys(ActionID::CopyLink)),
       inUse_("camera.fill", _("Settings for This Site")),
       settings_(store, [this] { panel_.close(); }),
       panel_(site_, settings_, Panel::Side::Below, _("Settings for This Site")) {

@@ -5,13 +5,15 @@
 #include <gtkmm/label.h>
 #include <gtkmm/stack.h>
 
+#include "Base/Observable.h"
 #include "DesignSystem/CompassNeedle.h"
 #include "DesignSystem/Icons.h"
-#include "Models/Store/BrowserStore.h"
 #include "Views/SiteSettings/SiteSettingsView.h"
 #include "Views/Support/Panel.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The selected tab's address. A click opens the command bar, where another is typed.
 class AddressPill final : public Gtk::Box {

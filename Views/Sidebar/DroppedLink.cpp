@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "Base/GRef.h"
+#include "Base/GioCall.h"
 #include "BrowserCore/Text/Text.h"
 
 namespace orvel {
@@ -29,31 +30,30 @@ std::optional<URL> firstLink(std::string_view list) {
   return std::nullopt;
 }
 
-void didRead(GObject* stream, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<Answer> answer(static_cast<Answer*>(data));
-  auto* bytes = g_input_stream_read_bytes_finish(G_INPUT_STREAM(stream), result, nullptr);
-  gsize size = 0;
-  const auto* text = bytes ? static_cast<const char*>(g_bytes_get_data(bytes, &size)) : nullptr;
-  (*answer)(text ? firstLink({text, size}) : std::nullopt);
-  if (bytes) g_bytes_unref(bytes);
-}
-
-void didOpen(GObject* drop, GAsyncResult* result, gpointer data) {
-  std::unique_ptr<Answer> answer(static_cast<Answer*>(data));
-  const char* type = nullptr;
-  const auto stream =
-      GRef<GInputStream>::adopt(gdk_drop_read_finish(GDK_DROP(drop), result, &type, nullptr));
-  if (!stream) return (*answer)(std::nullopt);
-  g_input_stream_read_bytes_async(stream.get(), kMaxList, G_PRIORITY_DEFAULT, nullptr, didRead,
-                                  answer.release());
+void readLink(GInputStream* stream, Answer answer) {
+  gioCall(g_input_stream_read_bytes_async, stream, kMaxList, G_PRIORITY_DEFAULT, nullptr)
+      .then(g_input_stream_read_bytes_finish,
+            [answer = std::move(answer)](GBytes* bytes, const GErrorRef&) {
+              gsize size = 0;
+              const auto* text =
+                  bytes ? static_cast<const char*>(g_bytes_get_data(bytes, &size)) : nullptr;
+              answer(text ? firstLink({text, size}) : std::nullopt);
+              if (bytes) g_bytes_unref(bytes);
+            });
 }
 
 }  // namespace
 
 void readLink(GdkDrop* drop, std::function<void(std::optional<URL>)> answer) {
   const char* types[] = {kLinkDragType, nullptr};
-  gdk_drop_read_async(drop, types, G_PRIORITY_DEFAULT, nullptr, didOpen,
-                      new Answer(std::move(answer)));
+  gioCall(gdk_drop_read_async, drop, types, G_PRIORITY_DEFAULT, nullptr)
+      .then([answer = std::move(answer)](GObject* source, GAsyncResult* result) {
+        const char* type = nullptr;
+        const auto stream = GRef<GInputStream>::adopt(
+            gdk_drop_read_finish(GDK_DROP(source), result, &type, nullptr));
+        if (!stream) return answer(std::nullopt);
+        readLink(stream.get(), answer);
+      });
 }
 
 }  // namespace orvel

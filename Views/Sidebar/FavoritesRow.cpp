@@ -4,6 +4,7 @@
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
 #include "Views/Sidebar/SidebarLayout.h"
 #include "Views/Sidebar/SidebarMenus.h"
@@ -74,8 +75,8 @@ FavoritesRow::FavoritesRow(SidebarContext& context) : RowWidget(kGap), context_(
 }
 
 void FavoritesRow::bind(const SidebarRow& row) {
-  const size_t columns =
-      std::max(row.tabs.size(), untracked([this] { return favoriteColumns(context_.store); }));
+  const size_t columns = std::max(
+      row.tabs.size(), untracked([this] { return favoriteColumns(context_.store.chrome); }));
   for (size_t i = 0; i < tiles_.size(); ++i) {
     tiles_[i]->set_visible(i < columns);
     tiles_[i]->show(i < row.tabs.size() ? row.tabs[i] : nullptr);

@@ -82,7 +82,7 @@ void FolderRow::show() {
 
 void FolderRow::showRenaming() {
   const bool wasRenaming =
-      std::exchange(isRenaming_, context_.store.folders.renamingFolderID.get() == folder_->id);
+      std::exchange(isRenaming_, context_.folders.renamingFolderID.get() == folder_->id);
   name_.set_visible(!isRenaming_);
   entry_.set_visible(isRenaming_);
   if (isRenaming_ && !wasRenaming) entry_.set_text(folder_->name.peek());
@@ -94,10 +94,10 @@ void FolderRow::endRenaming(Renaming renaming) {
   const auto folder = folder_;
   const std::string name = entry_.get_text();
   if (entry_.has_focus() || entry_.get_first_child()->has_focus()) grab_focus();
-  context_.store.folders.endRenaming();
+  context_.folders.endRenaming();
   name_.set_visible(true);
   entry_.set_visible(false);
-  if (renaming == Renaming::Keep) context_.store.folders.rename(folder, name);
+  if (renaming == Renaming::Keep) context_.folders.rename(folder, name);
 }
 
 bool FolderRow::takeFocus() {
@@ -107,7 +107,7 @@ bool FolderRow::takeFocus() {
 }
 
 void FolderRow::activate() {
-  if (!isRenaming_) context_.store.folders.toggle(FolderRef(folder_));
+  if (!isRenaming_) context_.folders.toggle(FolderRef(folder_));
 }
 
 std::vector<MenuEntry> FolderRow::menu() { return folderMenu(context_.store, folder_); }
@@ -118,7 +118,7 @@ bool FolderRow::keyPressed(guint key) {
   const guint opens = isRightToLeft ? GDK_KEY_Left : GDK_KEY_Right;
   const guint closes = isRightToLeft ? GDK_KEY_Right : GDK_KEY_Left;
   if (key == GDK_KEY_F2) {
-    context_.store.folders.beginRenaming(folder_);
+    context_.folders.beginRenaming(folder_);
   } else if ((key == opens && !isOpen) || (key == closes && isOpen)) {
     activate();
   } else {

@@ -5,6 +5,7 @@
 #include "Base/Texts.h"
 #include "DesignSystem/ShownText.h"
 #include "Models/Sidebar/Folders.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
 
 namespace orvel {
@@ -40,7 +41,7 @@ HeadingRow::HeadingRow(SidebarContext& context)
   append(newFolder_);
   append(clear_);
 
-  newFolder_.signal_clicked().connect([this] { context_.store.folders.newFolder(); });
+  newFolder_.signal_clicked().connect([this] { context_.folders.newFolder(); });
   clear_.signal_clicked().connect(
       [this] { context_.store.pageClosing.clearToday(context_.space); });
 

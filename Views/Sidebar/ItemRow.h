@@ -2,16 +2,19 @@
 
 #include <gtkmm/gestureclick.h>
 
-#include "Models/Store/BrowserStore.h"
 #include "Views/Sidebar/TabDragSource.h"
 #include "Views/Support/Menu.h"
 #include "Views/Support/RowWidget.h"
 
 namespace orvel {
 
+class BrowserStore;
+class Folders;
+
 // What the rows of a space work on; outlives them.
 struct SidebarContext {
   BrowserStore& store;
+  Folders& folders;
   std::shared_ptr<Space> space;
   SidebarDrag& drag;
 };

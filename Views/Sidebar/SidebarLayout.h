@@ -4,7 +4,6 @@
 
 #include "Models/Sidebar/SidebarRows.h"
 #include "Models/Spaces/SpaceSwitching.h"
-#include "Models/Store/BrowserStore.h"
 #include "Models/Windows/WindowChrome.h"
 
 namespace orvel {
@@ -19,20 +18,21 @@ inline constexpr double kRoomyWidth = 720;
 
 // The sidebar's width as it is shown; a stored one may be anything. Subscribes to it, as do the
 // others.
-[[nodiscard]] inline double shownSidebarWidth(const BrowserStore& store) {
-  return std::clamp(store.chrome.sidebarWidth.get(), kMinimumSidebarWidth, kMaximumSidebarWidth);
+[[nodiscard]] inline double shownSidebarWidth(const WindowChrome& chrome) {
+  return std::clamp(chrome.sidebarWidth.get(), kMinimumSidebarWidth, kMaximumSidebarWidth);
 }
 
 // How many favorites stand side by side in the sidebar.
-[[nodiscard]] inline size_t favoriteColumns(const BrowserStore& store) {
-  return favoriteColumns(shownSidebarWidth(store) - 2 * kSidebarInset);
+[[nodiscard]] inline size_t favoriteColumns(const WindowChrome& chrome) {
+  return favoriteColumns(shownSidebarWidth(chrome) - 2 * kSidebarInset);
 }
 
 // How far the fingers have moved the pages of the sidebar, as a share of a page, from -1 to 1;
 // positive brings the previous space.
-[[nodiscard]] inline double swipeShare(const BrowserStore& store) {
-  const double offset = store.switching.spaceSwipeOffset;
-  return std::clamp(offset / std::max(store.chrome.sidebarWidth.get(), 1.0), -1.0, 1.0);
+[[nodiscard]] inline double swipeShare(const WindowChrome& chrome,
+                                       const SpaceSwitching& switching) {
+  const double offset = switching.spaceSwipeOffset;
+  return std::clamp(offset / std::max(chrome.sidebarWidth.get(), 1.0), -1.0, 1.0);
 }
 
 }  // namespace orvel

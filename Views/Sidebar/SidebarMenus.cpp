@@ -5,6 +5,7 @@
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Sidebar/Folders.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageClosing.h"
 

@@ -2,10 +2,12 @@
 
 #include <vector>
 
-#include "Models/Store/BrowserStore.h"
+#include "Models/Spaces/Space.h"
 #include "Views/Support/Menu.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The context menu of a tab in this space.
 [[nodiscard]] std::vector<MenuEntry> tabMenu(BrowserStore& store,

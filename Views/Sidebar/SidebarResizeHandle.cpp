@@ -17,7 +17,7 @@ constexpr double kKeyStep = 10;
 
 }  // namespace
 
-SidebarResizeHandle::SidebarResizeHandle(BrowserStore& store) : store_(store) {
+SidebarResizeHandle::SidebarResizeHandle(WindowChrome& chrome) : chrome_(chrome) {
   setAccessibleRole(*this, GTK_ACCESSIBLE_ROLE_SEPARATOR);
   setAccessibleLabel(*this, _("Sidebar Width"));
   add_css_class("sidebar-edge");
@@ -34,7 +34,7 @@ SidebarResizeHandle::SidebarResizeHandle(BrowserStore& store) : store_(store) {
                                  GTK_ACCESSIBLE_PROPERTY_VALUE_MAX, kMaximumSidebarWidth, -1);
   width_ = effect([this, spoken] {
     gtk_accessible_update_property(spoken, GTK_ACCESSIBLE_PROPERTY_VALUE_NOW,
-                                   shownSidebarWidth(store_), -1);
+                                   shownSidebarWidth(chrome_), -1);
   });
 
   auto gesture = Gtk::GestureDrag::create();
@@ -71,9 +71,9 @@ double SidebarResizeHandle::windowX(double x) const {
 }
 
 void SidebarResizeHandle::drag(double translation) {
-  if (!startWidth_) startWidth_ = shownSidebarWidth(store_);
+  if (!startWidth_) startWidth_ = shownSidebarWidth(chrome_);
   const double sign = get_direction() == Gtk::TextDirection::RTL ? -1 : 1;
-  store_.chrome.setSidebarWidth(
+  chrome_.setSidebarWidth(
       std::clamp(*startWidth_ + sign * translation, kMinimumSidebarWidth, kMaximumSidebarWidth));
 }
 

@@ -1,18 +1,19 @@
 #pragma once
 
 #include <gtkmm/box.h>
-
-#include "Models/Store/BrowserStore.h"
+#include "Base/Observable.h"
 
 namespace orvel {
+
+class WindowChrome;
 
 // The strip on the docked sidebar's edge by which its width is dragged; the arrow keys move it too.
 class SidebarResizeHandle final : public Gtk::Box {
  public:
   static constexpr int kWidth = 8;
 
-  // The store outlives the handle.
-  explicit SidebarResizeHandle(BrowserStore& store);
+  // `chrome` outlives the handle.
+  explicit SidebarResizeHandle(WindowChrome& chrome);
 
  private:
   // The pointer's place in the window, where the handle itself does not move.
@@ -20,7 +21,7 @@ class SidebarResizeHandle final : public Gtk::Box {
   void drag(double translation);
   bool keyPressed(guint key);
 
-  BrowserStore& store_;
+  WindowChrome& chrome_;
   std::optional<double> startWidth_;  // absent outside of a drag
   double startX_ = 0;
   Effect width_;

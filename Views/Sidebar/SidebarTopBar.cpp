@@ -3,6 +3,7 @@
 #include "Base/Texts.h"
 #include "Models/Commands/ActionCatalog.h"
 
+#include "Models/Store/BrowserStore.h"
 #include "Models/Windows/WindowChrome.h"
 
 namespace orvel {
@@ -26,9 +27,9 @@ constexpr WindowControl kControls[] = {
 
 SidebarTopBar::SidebarTopBar(BrowserStore& store)
     : store_(store),
-      toggle_("sidebar.left", withKeys(_("Toggle Sidebar"), ActionID::ToggleSidebar)),
-      back_("arrow.left", withKeys(_("Back"), ActionID::Back)),
-      forward_("arrow.right", withKeys(_("Forward"), ActionID::Forward)),
+      toggle_("sidebar.left", withKeys(ActionID::ToggleSidebar)),
+      back_("arrow.left", withKeys(ActionID::Back)),
+      forward_("arrow.right", withKeys(ActionID::Forward)),
       reload_("arrow.clockwise", withKeys(_("Reload"), ActionID::Reload)) {
   auto* bar = Gtk::make_managed<Gtk::Box>();
   bar->add_css_class("sidebar-top");
@@ -88,8 +89,7 @@ void SidebarTopBar::showNavigation() {
   isLoading_ = tab && tab->isLoading;
   reload_.set_sensitive(tab && (isLoading_ || tab->url.get()));
   reload_.setSymbol(isLoading_ ? "xmark" : "arrow.clockwise");
-  reload_.setHelp(isLoading_ ? withKeys(_("Stop"), ActionID::Stop)
-                             : withKeys(_("Reload"), ActionID::Reload));
+  reload_.setHelp(isLoading_ ? withKeys(ActionID::Stop) : withKeys(_("Reload"), ActionID::Reload));
 }
 
 }  // namespace orvel

@@ -5,10 +5,12 @@
 
 #include <array>
 
+#include "Base/Observable.h"
 #include "DesignSystem/Icons.h"
-#include "Models/Store/BrowserStore.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The window's own buttons, the sidebar's toggle, back, forward and reload. It moves the window; a
 // double click maximizes it.

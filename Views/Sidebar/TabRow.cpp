@@ -6,6 +6,7 @@
 #include "DesignSystem/StyleSheet.h"
 #include "DesignSystem/TextScale.h"
 #include "Models/Commands/ActionCatalog.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
 #include "Views/Sidebar/SidebarMenus.h"
 
@@ -15,7 +16,7 @@ TabRow::TabRow(SidebarContext& context)
     : context_(context),
       mute_("speaker.wave.2.fill", _("Mute Tab"), 15),
       home_("arrow.uturn.backward", _("Back to the pinned page"), 15),
-      close_("xmark", withKeys(_("Close Tab"), ActionID::CloseTab), 14) {
+      close_("xmark", withKeys(ActionID::CloseTab), 14) {
   add_css_class("tab");
   site_.add_css_class("site");
   title_.add_css_class("title");

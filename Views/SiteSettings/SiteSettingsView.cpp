@@ -8,8 +8,11 @@
 #include "BrowserCore/Addresses/URLInput.h"
 #include "DesignSystem/ShownText.h"
 #include "Models/Settings/BlockingSwitches.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Settings/SiteSettings.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
+#include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
 

@@ -11,10 +11,12 @@
 
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/SiteIcon.h"
-#include "Models/Store/BrowserStore.h"
+#include "Models/Tab/BrowserTab.h"
 #include "Views/Settings/ChoiceButton.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // What the user decides about one site: blocking, devices, zoom, hidden items and stored data.
 class SiteSettingsView final : public Gtk::Box {

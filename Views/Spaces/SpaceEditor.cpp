@@ -5,6 +5,7 @@
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/ShownText.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Views/Settings/ChoiceRow.h"
 

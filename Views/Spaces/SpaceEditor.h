@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "Models/Spaces/SpaceEditing.h"
-#include "Models/Store/BrowserStore.h"
 #include "Views/Settings/ChoiceButton.h"
 #include "Views/Spaces/ColorWell.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // The form of one draft: the space that is made or edited. A chosen color or appearance shows at
 // once in the whole window.

@@ -8,6 +8,7 @@
 #include "DesignSystem/Icons.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/BrowserStore.h"
 #include "Views/Sidebar/SidebarLayout.h"
 
 namespace orvel {
@@ -35,7 +36,7 @@ void SpacePager::follow(const Wake& wake) {
   std::vector<Place> places;
   for (const auto& space : store_.switching.pagerSpaces())
     places.push_back({space, store_.switching.pagerPosition(*space)});
-  const double share = swipeShare(store_);
+  const double share = swipeShare(store_.chrome, store_.switching);
   // Two may stand on the same side; the one that the fingers bring is seen.
   if (const auto revealing = store_.switching.revealingSpace()) {
     const int position = store_.switching.pagerPosition(*revealing);

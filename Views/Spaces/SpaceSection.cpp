@@ -4,6 +4,7 @@
 
 #include "Base/Texts.h"
 #include "Models/Sidebar/Folders.h"
+#include "Models/Store/BrowserStore.h"
 #include "Views/Sidebar/FavoritesRow.h"
 #include "Views/Sidebar/FolderRow.h"
 #include "Views/Sidebar/HeadingRow.h"
@@ -14,7 +15,7 @@
 namespace orvel {
 
 SpaceSection::SpaceSection(BrowserStore& store, SidebarDrag& drag)
-    : context_{store, nullptr, drag}, list_(*this, _("Tabs"), kTabDragType) {
+    : context_{store, store.folders, nullptr, drag}, list_(*this, _("Tabs"), kTabDragType) {
   add_css_class("tabs");
   add_css_class("theme-root");
   set_focusable(false);
@@ -48,7 +49,7 @@ void SpaceSection::show(std::shared_ptr<Space> space) {
 }
 
 void SpaceSection::showRows(const std::optional<Spring>& motion) {
-  auto rows = sidebarRows(*context_.space, favoriteColumns(context_.store));
+  auto rows = sidebarRows(*context_.space, favoriteColumns(context_.store.chrome));
   untracked([&] {
     list_.setRows(std::move(rows), motion);
     if (isRenamingAhead_) showRenaming();
@@ -64,7 +65,7 @@ void SpaceSection::scrollToSelection() {
 }
 
 void SpaceSection::showRenaming() {
-  const auto& renamed = context_.store.folders.renamingFolderID.get();
+  const auto& renamed = context_.folders.renamingFolderID.get();
   const auto row = std::ranges::find_if(
       list_.rows(), [&](const SidebarRow& one) { return one.folder && one.folder->id == renamed; });
   isRenamingAhead_ = renamed && row == list_.rows().end();
@@ -89,7 +90,7 @@ std::unique_ptr<RowWidget> SpaceSection::makeRow(SidebarRow::Kind kind) {
 }
 
 size_t SpaceSection::columns() const {
-  return untracked([this] { return favoriteColumns(context_.store); });
+  return untracked([this] { return favoriteColumns(context_.store.chrome); });
 }
 
 std::optional<RowDrop> SpaceSection::dropAt(const RowPoint& point, Dragged what) {

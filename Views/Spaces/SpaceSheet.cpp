@@ -19,9 +19,11 @@ constexpr int kWindowButtons = 72;
 
 }  // namespace
 
-SpaceSheet::SpaceSheet(BrowserStore& store, std::function<bool(double, double)> isKeptFree)
+SpaceSheet::SpaceSheet(BrowserStore& store, SpaceEditing& editing,
+                       std::function<bool(double, double)> isKeptFree)
     : Glib::ObjectBase("OrvelSpaceSheet"),
       store_(store),
+      editing_(editing),
       isKeptFree_(std::move(isKeptFree)),
       theme_(Gtk::Widget::gobj()),
       presence_(Gtk::Widget::gobj(), 0, [this](double presence) {
@@ -65,7 +67,7 @@ SpaceSheet::SpaceSheet(BrowserStore& store, std::function<bool(double, double)> 
   add_controller(keys);
 
   follow_ = effect([this] {
-    const auto& draft = store_.spaceEditing.spaceDraft.get();
+    const auto& draft = editing_.spaceDraft.get();
     untracked([&] { follow(draft); });
   });
 }

@@ -18,7 +18,8 @@ class SpaceSheet final : public Gtk::Box {
  public:
   // The store outlives the sheet. `isKeptFree` tells, of a point of the sheet's, that what lies
   // below stays in reach.
-  SpaceSheet(BrowserStore& store, std::function<bool(double x, double y)> isKeptFree);
+  SpaceSheet(BrowserStore& store, SpaceEditing& editing,
+             std::function<bool(double x, double y)> isKeptFree);
 
   void setTheme(const Theme& theme, ColorScheme scheme);
   // Null without a draft.
@@ -33,6 +34,7 @@ class SpaceSheet final : public Gtk::Box {
   void follow(const std::optional<SpaceDraft>& draft);
 
   BrowserStore& store_;
+  SpaceEditing& editing_;
   const std::function<bool(double, double)> isKeptFree_;
   ThemeRoot theme_;
   Gtk::WindowHandle handle_;

@@ -10,6 +10,7 @@
 #include "Models/Commands/ActionCatalog.h"
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/BrowserStore.h"
 #include "Views/Sidebar/SidebarMenus.h"
 #include "Views/Window/MainMenuView.h"
 
@@ -25,7 +26,7 @@ constexpr double kSealPitch = 32;  // by which a notch of the wheel moves them
 }  // namespace
 
 SpaceSwitcher::SpaceSwitcher(BrowserStore& store, SidebarDrag& drag)
-    : store_(store), drag_(drag), newSpace_("plus", withKeys(_("New Space"), ActionID::NewSpace)) {
+    : store_(store), drag_(drag), newSpace_("plus", withKeys(ActionID::NewSpace)) {
   add_css_class("spaces");
   row_.add_css_class("seals");
   row_.set_valign(Gtk::Align::CENTER);
@@ -162,9 +163,7 @@ void SpaceSwitcher::takeDrops(Gtk::Widget& seal, const std::shared_ptr<Space>& s
 }
 
 ToolsRow::ToolsRow(BrowserStore& store)
-    : store_(store),
-      downloads_(store.downloads),
-      menu_("menu", withKeys(_("Main Menu"), ActionID::MainMenu)) {
+    : store_(store), downloads_(store.downloads), menu_("menu", withKeys(ActionID::MainMenu)) {
   add_css_class("tools");
   auto* space = Gtk::make_managed<Gtk::Box>();
   space->set_hexpand(true);
@@ -175,7 +174,7 @@ ToolsRow::ToolsRow(BrowserStore& store)
 }
 
 void ToolsRow::toggleMainMenu() {
-  if (!dismissMenu(menu_)) presentMenuAbove(menu_, mainMenuEntries(store_));
+  if (!dismissMenu(menu_)) presentMenuAbove(menu_, mainMenuEntries(store_.commands));
 }
 
 }  // namespace orvel

@@ -9,11 +9,13 @@
 #include "Base/Scheduler.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/Towel.h"
-#include "Models/Store/BrowserStore.h"
+#include "Models/Spaces/Space.h"
 #include "Views/Downloads/DownloadsButton.h"
 #include "Views/Sidebar/TabDragSource.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // One seal for each space, in order, and the button that makes a new one. A click on a seal goes to
 // its space; its menu edits and deletes it, and a tab that is dropped on it moves there. The active

@@ -11,12 +11,12 @@ namespace {
 
 // What the shortcuts of one window share.
 struct Context {
-  BrowserStore& store;
+  CommandList& commands;
   std::function<std::optional<bool>(ActionID)> meansHere;
 
   bool perform(ActionID action) const {
     const auto answer = meansHere ? meansHere(action) : std::nullopt;
-    const bool wasPerformed = answer ? *answer : store.commands.performAction(action);
+    const bool wasPerformed = answer ? *answer : commands.performAction(action);
     // What the keys have opened takes the keyboard now: the next key may be waiting already.
     flushEffects();
     return wasPerformed;
@@ -53,9 +53,9 @@ bool worksUnderSheet(ActionID action) {
   }
 }
 
-void installAccelerators(GtkWidget* window, BrowserStore& store,
+void installAccelerators(GtkWidget* window, CommandList& commands,
                          std::function<std::optional<bool>(ActionID)> meansHere) {
-  const auto context = std::make_shared<Context>(Context{store, std::move(meansHere)});
+  const auto context = std::make_shared<Context>(Context{commands, std::move(meansHere)});
   const struct {
     KeyReach reach;
     GtkPropagationPhase phase;

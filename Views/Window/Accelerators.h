@@ -6,14 +6,15 @@
 #include <optional>
 
 #include "Models/Commands/ActionCatalog.h"
-#include "Models/Store/BrowserStore.h"
 
 namespace orvel {
 
+class CommandList;
+
 // Installs the catalog's keys on a window: most ahead of the page and the fields, some behind
-// them. They choose from the store's main menu, unless `meansHere` answers for the action itself:
+// them. They choose from the main menu, unless `meansHere` answers for the action itself:
 // whether the keys were taken. Everything outlives the window.
-void installAccelerators(GtkWidget* window, BrowserStore& store,
+void installAccelerators(GtkWidget* window, CommandList& commands,
                          std::function<std::optional<bool>(ActionID)> meansHere = {});
 
 // What a window's keys do while a sheet stands on the main one: they end the program and move,

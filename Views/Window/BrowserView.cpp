@@ -5,6 +5,7 @@
 
 #include "Models/Spaces/SpaceEditing.h"
 #include "Models/Spaces/SpaceSwitching.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Views/Sidebar/SidebarLayout.h"
@@ -35,12 +36,13 @@ BrowserView::BrowserView(BrowserStore& store)
       contentTheme_(content_.Gtk::Widget::gobj()),
       stockColors_([&store] { return store.switching.spaceSwipeOffset.peek() != 0; }),
       sidebar_(store, scheme_),
-      handle_(store),
+      handle_(store.chrome),
       handleTheme_(handle_.Gtk::Widget::gobj()),
       findBar_(store),
       commandBar_(store),
-      toast_(store),
-      sheet_(store, [this](double x, double y) { return isWindowButton(x, y); }),
+      toast_(store.toasts),
+      sheet_(store, store.spaceEditing,
+             [this](double x, double y) { return isWindowButton(x, y); }),
       layers_(makeLayers()),
       docked_(gobj(), 1, [this](double) { queue_allocate(); }),
       floating_(gobj(), 0, [this](double) { queue_allocate(); }) {
@@ -162,7 +164,7 @@ void BrowserView::followBackdrop(const Wake& wake) {
   };
   const auto& preview = store_.spaceEditing.previewTheme.get();
   auto colors = backdropOf(preview ? *preview : Theme::forHue(store_.activeSpace()->hue));
-  const double share = swipeShare(store_);
+  const double share = swipeShare(store_.chrome, store_.switching);
   if (const auto next = store_.switching.revealingSpace())
     colors = blend(colors, backdropOf(Theme::forHue(next->hue)), std::abs(share));
   for (auto* ground : {&backdrop_, &sidebar_.ground()}) {
@@ -245,7 +247,7 @@ void BrowserView::place(Gtk::Widget& widget, const LayerArea& area) {
 WindowRoom BrowserView::roomOf(double width, double height) const {
   const double sidebarWidth = width < kRoomyWidth
                                   ? kMinimumSidebarWidth
-                                  : untracked([this] { return shownSidebarWidth(store_); });
+                                  : untracked([this] { return shownSidebarWidth(store_.chrome); });
   const double dockedWidth = sidebarWidth * docked_.value();
   const double left = std::max(dockedWidth, kFrame * (1 - docked_.value()));
   return {.width = width,

@@ -46,8 +46,8 @@ std::vector<MenuEntry> entriesOf(Menu& menu) {
 
 }  // namespace
 
-std::vector<MenuEntry> mainMenuEntries(BrowserStore& store) {
-  const auto& menus = store.commands.mainMenu().items;
+std::vector<MenuEntry> mainMenuEntries(CommandList& commands) {
+  const auto& menus = commands.mainMenu().items;
   std::vector<MenuEntry> entries;
   for (auto menu = menus.begin() + 1; menu != menus.end(); ++menu)
     entries.push_back({.title = shownTitle(*menu), .submenu = entriesOf(*menu->submenu)});

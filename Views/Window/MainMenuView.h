@@ -1,12 +1,13 @@
 #pragma once
 
-#include "Models/Store/BrowserStore.h"
 #include "Views/Support/Menu.h"
 
 namespace orvel {
 
-// The store's main menu as it is now: its menus, and flat at the end the application's own. Empty
+class CommandList;
+
+// The main menu as it is now: its menus, and flat at the end the application's own. Empty
 // without one.
-[[nodiscard]] std::vector<MenuEntry> mainMenuEntries(BrowserStore& store);
+[[nodiscard]] std::vector<MenuEntry> mainMenuEntries(CommandList& commands);
 
 }  // namespace orvel

@@ -2,7 +2,9 @@
 
 #include "DesignSystem/ShownText.h"
 #include "Engine/WebView.h"
+#include "Models/Commands/CommandList.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageFullscreen.h"
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
@@ -44,7 +46,7 @@ MainWindow::MainWindow(GtkApplication* application, BrowserStore& store)
   gtk_widget_add_css_class(GTK_WIDGET(window_), "orvel");
   adw_application_window_set_content(ADW_APPLICATION_WINDOW(window_), view_->gobj());
   desktopWindow_.setButtons(view_->sidebar().topBar().windowButtons());
-  installAccelerators(GTK_WIDGET(window_), store,
+  installAccelerators(GTK_WIDGET(window_), store.commands,
                       [this](ActionID action) { return perform(action); });
   // The latest comes first: monitors see a key before it is an accelerator.
   events_ = std::make_unique<GtkEventSource>(desktopWindow_, store.services().desktop.events);
@@ -130,7 +132,7 @@ void MainWindow::toggleMainMenu() {
   if (tools.get_mapped())
     tools.toggleMainMenu();
   else if (!dismissMenu(*view_))
-    presentMenu(*view_, kMenuInset, kMenuInset, mainMenuEntries(store_));
+    presentMenu(*view_, kMenuInset, kMenuInset, mainMenuEntries(store_.commands));
 }
 
 }  // namespace orvel

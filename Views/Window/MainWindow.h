@@ -5,13 +5,15 @@
 #include <functional>
 #include <memory>
 
+#include "Base/Observable.h"
 #include "Desktop/Gtk/GtkDesktopWindow.h"
 #include "Desktop/Gtk/GtkEventSource.h"
 #include "Models/Commands/ActionCatalog.h"
-#include "Models/Store/BrowserStore.h"
 #include "Models/Windows/Interface.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 class BrowserView;
 class SettingsContent;

@@ -11,7 +11,7 @@ constexpr int kSpacing = 10;
 
 }  // namespace
 
-ToastView::ToastView(BrowserStore& store)
+ToastView::ToastView(Toasts& toasts)
     : theme_(Gtk::Widget::gobj()),
       symbol_(makeIcon("checkmark", 17)),
       presence_(Gtk::Widget::gobj(), 0, [this](double presence) {
@@ -38,10 +38,10 @@ ToastView::ToastView(BrowserStore& store)
   words->append(divider_);
   words->append(action_);
   append(*words);
-  action_.signal_clicked().connect([&store] { store.toasts.undoToast(); });
+  action_.signal_clicked().connect([&toasts] { toasts.undoToast(); });
 
-  follow_ = effect([this, &store](const Wake& wake) {
-    const auto& toast = store.toasts.toast.get();
+  follow_ = effect([this, &toasts](const Wake& wake) {
+    const auto& toast = toasts.toast.get();
     // A message that leaves keeps its words while it fades.
     if (toast) show(*toast);
     set_can_target(toast.has_value());

@@ -7,15 +7,15 @@
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/SpringAnimation.h"
 #include "DesignSystem/StyleSheet.h"
-#include "Models/Store/BrowserStore.h"
+#include "Models/Windows/Toasts.h"
 
 namespace orvel {
 
 // The short message over the page, with its one action.
 class ToastView final : public Gtk::Box {
  public:
-  // The store outlives the view.
-  explicit ToastView(BrowserStore& store);
+  // `toasts` outlives the view.
+  explicit ToastView(Toasts& toasts);
 
   ThemeRoot& theme() { return theme_; }
   // How far it still lies below its place, in pixels.

@@ -9,7 +9,9 @@
 #include "Base/Texts.h"
 #include "DesignSystem/Icons.h"
 #include "DesignSystem/StyleSheet.h"
+#include "Models/Commands/CommandList.h"
 #include "Models/Spaces/SpaceEditing.h"
+#include "Models/Store/BrowserStore.h"
 #include "Views/Window/AboutWindow.h"
 #include "Views/Window/Accelerators.h"
 #include "Views/Window/WindowFrame.h"
@@ -132,7 +134,7 @@ class UtilityWindows::Window {
   }
 
   void addKeys(BrowserStore& store) {
-    installAccelerators(GTK_WIDGET(window_), store,
+    installAccelerators(GTK_WIDGET(window_), store.commands,
                         [this, &store](ActionID action) -> std::optional<bool> {
                           if (action == ActionID::CloseTab || action == ActionID::Stop) {
                             gtk_window_close(window_);

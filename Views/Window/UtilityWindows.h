@@ -6,11 +6,14 @@
 #include <map>
 #include <memory>
 
+#include "Base/Observable.h"
 #include "BrowserCore/Look/Theme.h"
 #include "Desktop/Gtk/GtkDesktopWindow.h"
-#include "Models/Store/BrowserStore.h"
+#include "Models/Windows/UtilityWindow.h"
 
 namespace orvel {
+
+class BrowserStore;
 
 // What fills a utility window.
 class UtilityContent {

@@ -45,7 +45,7 @@ bool covers(const std::string& entry, const std::string& site) {
 
 const std::optional<UserScript>& ContentBlocker::PageScript::get(FileSystem& files) {
   if (std::exchange(isRead_, true)) return script_;
-  auto source = files.read(file_, kMaxScript).bytes;
+  auto source = files.read(file_, kMaxScript);
   if (source && text::isValidUTF8(*source)) script_ = UserScript{.source = std::move(*source)};
   return script_;
 }
@@ -104,8 +104,7 @@ Task<> ContentBlocker::loadLists() {
   bool hasEnded = co_await isCancelled();
   if (hasEnded) co_return;
   for (const std::string& identifier : identifiers)
-    if (!isNamedList(identifier))
-      store->remove(identifier, [](const std::optional<std::string>&) {});
+    if (!isNamedList(identifier)) store->remove(identifier, [](const auto&) {});
 
   const std::set<std::string> available(identifiers.begin(), identifiers.end());
   auto sources = co_await std::move(reading);
@@ -121,11 +120,12 @@ Task<> ContentBlocker::loadLists() {
   std::vector<NamedRuleList> loaded;
   for (size_t i = 0; i < sources.size(); ++i) {
     const std::string name = sources[i].name;
-    CompiledRules known;
+    CompiledRules known = nullptr;
     if (lookups[i]) known = co_await std::move(*lookups[i]);
     hasEnded = co_await isCancelled();
     if (hasEnded) co_return;
-    auto loading = loadRuleList(scheduler_, store, available, std::move(sources[i]), known.list);
+    auto loading =
+        loadRuleList(scheduler_, store, available, std::move(sources[i]), known.value_or(nullptr));
     auto list = co_await std::move(loading);
     hasEnded = co_await isCancelled();
     if (hasEnded) co_return;

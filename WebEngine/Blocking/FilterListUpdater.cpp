@@ -16,11 +16,11 @@ constexpr const char* kLastCheckedKey = "filterListsLastChecked";
 double secondsSince1970(Date date) { return inSeconds(date.time_since_epoch()); }
 
 // The body when it is a filter list; absent for anything else, as the page of a hotel's network.
-std::optional<std::string> filterList(HTTPAnswer answer) {
-  if (!answer.isOK() || answer.body.size() <= FilterListUpdater::kTooShort ||
-      !answer.body.starts_with("[Adblock") || !text::isValidUTF8(answer.body))
+std::optional<std::string> filterList(HTTPResult answer) {
+  if (!answer || !answer->isOK() || answer->body.size() <= FilterListUpdater::kTooShort ||
+      !answer->body.starts_with("[Adblock") || !text::isValidUTF8(answer->body))
     return std::nullopt;
-  return std::move(answer.body);
+  return std::move(answer->body);
 }
 
 }  // namespace
@@ -39,8 +39,9 @@ std::optional<std::string> FilterListFolders::text(std::string_view name) const 
   const bool hasOriginal = files->exists(original);
   if (!hasDownload && !hasOriginal) return std::nullopt;
   const bool takesDownload = hasDownload && (!hasOriginal || dated(downloaded) >= dated(original));
-  auto bytes = files->read(takesDownload ? downloaded : original).bytes;
-  return bytes && text::isValidUTF8(*bytes) ? std::move(bytes) : std::nullopt;
+  auto bytes = files->read(takesDownload ? downloaded : original);
+  if (!bytes || !text::isValidUTF8(*bytes)) return std::nullopt;
+  return *std::move(bytes);
 }
 
 std::vector<FilterListUpdater::Source> FilterListUpdater::publicSources() {
@@ -91,7 +92,7 @@ Task<bool> FilterListUpdater::updateIfDue() {
 
 Task<bool> FilterListUpdater::update(HTTPSession& session, Source source) {
   auto fetching = fetch(session, source.url, {.mostBytes = kMaxBytes});
-  HTTPAnswer answer = co_await std::move(fetching);
+  HTTPResult answer = co_await std::move(fetching);
   bool hasEnded = co_await isCancelled();
   if (hasEnded) co_return false;
   auto check = [answer = std::move(answer)]() mutable { return filterList(std::move(answer)); };
@@ -102,7 +103,7 @@ Task<bool> FilterListUpdater::update(HTTPSession& session, Source source) {
   auto [writing, written] = makeFuture<WriteResult>();
   writer_.write(folders_.download(source.name), std::move(*list), std::move(written));
   const WriteResult result = co_await std::move(writing);
-  co_return result.outcome == WriteResult::Outcome::Done;
+  co_return result == Written::Done;
 }
 
 }  // namespace orvel

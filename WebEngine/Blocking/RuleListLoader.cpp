@@ -55,8 +55,7 @@ Future<CompiledRules> compile(ContentRuleListStore& store, const std::string& id
 }
 
 void removeAll(ContentRuleListStore& store, const std::vector<std::string>& identifiers) {
-  for (const std::string& identifier : identifiers)
-    store.remove(identifier, [](const std::optional<std::string>&) {});
+  for (const std::string& identifier : identifiers) store.remove(identifier, [](const auto&) {});
 }
 
 // The first of the lists that can be had.
@@ -65,7 +64,7 @@ Task<std::shared_ptr<ContentRuleList>> firstOf(std::shared_ptr<ContentRuleListSt
   for (const std::string& identifier : identifiers) {
     auto looking = lookUpRuleList(*store, identifier);
     const CompiledRules found = co_await std::move(looking);
-    if (found.list) co_return found.list;
+    if (found) co_return *found;
   }
   co_return nullptr;
 }
@@ -79,12 +78,12 @@ Task<std::shared_ptr<ContentRuleList>> convertAndCompile(
   Converted converted = co_await std::move(converting);
   auto compiling = compile(*store, source.identifier, std::move(converted.json));
   const CompiledRules compiled = co_await std::move(compiling);
-  if (compiled.list)
+  if (compiled)
     kLog.info("Compiled {}: {} rules, {} skipped, {:.2f} seconds", source.name, converted.ruleCount,
               converted.skipped, inSeconds(scheduler.instant() - begin));
-  else if (compiled.error)
-    kLog.error("Couldn't compile {}: {}", source.name, compiled.error->message);
-  co_return compiled.list;
+  else
+    kLog.error("Couldn't compile {}: {}", source.name, compiled.error());
+  co_return compiled.value_or(nullptr);
 }
 
 }  // namespace

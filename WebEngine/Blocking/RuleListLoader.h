@@ -35,7 +35,7 @@ Task<std::shared_ptr<ContentRuleList>> loadRuleList(Scheduler& scheduler,
                                                     FilterListSource source,
                                                     std::shared_ptr<ContentRuleList> known);
 
-// What the store has under this identifier; null when it cannot be loaded.
+// What the store has under this identifier.
 Future<CompiledRules> lookUpRuleList(ContentRuleListStore& store, const std::string& identifier);
 
 }  // namespace orvel

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "Base/GioCall.h"
 #include "Engine/WebKitGtk/Data/WebKitDownload.h"
 
 namespace orvel {
@@ -17,6 +18,10 @@ struct DataList {
     });
   }
 };
+
+const char* nameOf(const GList* item) {
+  return webkit_website_data_get_name(static_cast<WebKitWebsiteData*>(item->data));
+}
 
 // Session cookies and everything that outlives a run.
 constexpr auto kAllTypes = WEBKIT_WEBSITE_DATA_ALL;
@@ -43,63 +48,37 @@ bool WebKitDataStore::isPersistent() const {
 }
 
 void WebKitDataStore::fetchDataRecords(std::function<void(std::vector<WebsiteDataRecord>)> answer) {
-  using Answer = std::function<void(std::vector<WebsiteDataRecord>)>;
-  webkit_website_data_manager_fetch(
-      manager(), kAllTypes, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
-        const DataList found{webkit_website_data_manager_fetch_finish(
-            WEBKIT_WEBSITE_DATA_MANAGER(source), result, nullptr)};
-        std::vector<WebsiteDataRecord> records;
-        for (const GList* item = found.list; item; item = item->next)
-          records.push_back(
-              {webkit_website_data_get_name(static_cast<WebKitWebsiteData*>(item->data))});
-        (*give)(std::move(records));
-      },
-      new Answer(std::move(answer)));
+  gioCall(webkit_website_data_manager_fetch, manager(), kAllTypes, nullptr)
+      .then(webkit_website_data_manager_fetch_finish,
+            [answer = std::move(answer)](GList* fetched, const GErrorRef&) {
+              const DataList found{fetched};
+              std::vector<WebsiteDataRecord> records;
+              for (const GList* item = found.list; item; item = item->next)
+                records.push_back({nameOf(item)});
+              answer(std::move(records));
+            });
 }
-
-namespace {
-
-struct Removal {
-  std::vector<WebsiteDataRecord> records;
-  std::function<void()> answer;
-
-  bool contains(const char* name) const {
-    return std::any_of(records.begin(), records.end(),
-                       [name](const auto& record) { return record.displayName == name; });
-  }
-};
-
-// The records are names; the engine wants its own objects for them.
-void removeFetched(GObject* source, GAsyncResult* result, gpointer data) {
-  std::unique_ptr<Removal> removal(static_cast<Removal*>(data));
-  auto* manager = WEBKIT_WEBSITE_DATA_MANAGER(source);
-  const DataList found{webkit_website_data_manager_fetch_finish(manager, result, nullptr)};
-  GList* chosen = nullptr;
-  for (GList* item = found.list; item; item = item->next)
-    if (removal->contains(
-            webkit_website_data_get_name(static_cast<WebKitWebsiteData*>(item->data))))
-      chosen = g_list_prepend(chosen, item->data);
-  if (!chosen) return removal->answer();
-  webkit_website_data_manager_remove(
-      manager, kAllTypes, chosen, nullptr,
-      [](GObject* object, GAsyncResult* done, gpointer context) {
-        const std::unique_ptr<Removal> owned(static_cast<Removal*>(context));
-        webkit_website_data_manager_remove_finish(WEBKIT_WEBSITE_DATA_MANAGER(object), done,
-                                                  nullptr);
-        owned->answer();
-      },
-      removal.release());
-  g_list_free(chosen);
-}
-
-}  // namespace
 
 void WebKitDataStore::removeData(std::vector<WebsiteDataRecord> records,
                                  std::function<void()> answer) {
-  webkit_website_data_manager_fetch(manager(), kAllTypes, nullptr, &removeFetched,
-                                    new Removal{std::move(records), std::move(answer)});
+  // The records are names; the engine wants its own objects for them.
+  auto remove = [manager = GRef<WebKitWebsiteDataManager>::retain(manager()),
+                 records = std::move(records),
+                 answer = std::move(answer)](GList* fetched, const GErrorRef&) {
+    const DataList found{fetched};
+    GList* chosen = nullptr;
+    for (GList* item = found.list; item; item = item->next)
+      if (std::ranges::find(records, nameOf(item), &WebsiteDataRecord::displayName) !=
+          records.end())
+        chosen = g_list_prepend(chosen, item->data);
+    if (!chosen) return answer();
+    gioCall(webkit_website_data_manager_remove, manager.get(), kAllTypes, chosen, nullptr)
+        .then(webkit_website_data_manager_remove_finish,
+              [answer](gboolean, const GErrorRef&) { answer(); });
+    g_list_free(chosen);
+  };
+  gioCall(webkit_website_data_manager_fetch, manager(), kAllTypes, nullptr)
+      .then(webkit_website_data_manager_fetch_finish, std::move(remove));
 }
 
 std::shared_ptr<Download> WebKitDataStore::startDownload(const URLRequest& request) {

@@ -66,8 +66,8 @@ void HTTPSFirst::compile() {
                     // It names hosts, also those of private tabs: loaded, it needs no file.
                     if (!exceptions_.empty()) store_->remove(kWithExceptions, [](const auto&) {});
                     if (generation != generation_) return;
-                    hasFailed_ = !result.list;
-                    if (result.list) list_ = result.list;
+                    hasFailed_ = !result;
+                    if (result) list_ = *result;
                     isReady_ = true;
                     for (const auto& [key, changed] : std::vector(listeners_)) changed();
                     for (const auto& action : std::exchange(waiting_, {})) action();

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "Base/GRef.h"
+#include "Base/GioCall.h"
 
 namespace orvel {
 
@@ -24,7 +25,7 @@ constexpr auto kFlags =
     static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_PIPE | G_SUBPROCESS_FLAGS_INHERIT_FDS);
 constexpr const char* kFolderPrefix = "compile-";
 
-using Outcome = std::optional<std::string>;
+using Outcome = Result<void, std::string>;
 
 // A process that ends with this object at the latest.
 class Process {
@@ -39,8 +40,10 @@ class Process {
           return G_SOURCE_REMOVE;
         },
         this);
-    g_subprocess_communicate_utf8_async(process, nullptr, nullptr, &Process::ended,
-                                        new Resolver<Outcome>(std::move(resolve)));
+    gioCall(g_subprocess_communicate_utf8_async, process, nullptr, nullptr)
+        .then([resolve = std::move(resolve)](GObject* source, GAsyncResult* result) {
+          resolve(outcome(G_SUBPROCESS(source), result));
+        });
   }
   ~Process() {
     if (deadline_) g_source_remove(deadline_);
@@ -49,21 +52,19 @@ class Process {
   Process(const Process&) = delete;
 
  private:
-  static void ended(GObject* source, GAsyncResult* result, gpointer data) {
-    const std::unique_ptr<Resolver<Outcome>> resolve(static_cast<Resolver<Outcome>*>(data));
-    auto* process = G_SUBPROCESS(source);
+  static Outcome outcome(GSubprocess* process, GAsyncResult* result) {
     gchar* rawText = nullptr;
     GError* rawError = nullptr;
     g_subprocess_communicate_utf8_finish(process, result, &rawText, nullptr, &rawError);
     const GText text(rawText);
     const GErrorRef error(rawError);
-    if (error) return (*resolve)(error->message);
-    if (g_subprocess_get_successful(process)) return (*resolve)(std::nullopt);
+    if (error) return Failure(error->message);
+    if (g_subprocess_get_successful(process)) return {};
     if (!g_subprocess_get_if_exited(process))
-      return (*resolve)(
+      return Failure(
           fmt::format("the compiler was ended by signal {}", g_subprocess_get_term_sig(process)));
     const std::string reason = text ? text.get() : "";
-    (*resolve)(reason.empty() ? "the compiler failed" : reason);
+    return Failure(reason.empty() ? "the compiler failed" : reason);
   }
 
   GRef<GSubprocess> process_;
@@ -114,8 +115,8 @@ CompilerInput::~CompilerInput() {
 
 int CompilerInput::release() { return std::exchange(descriptor_, -1); }
 
-Task<std::optional<std::string>> runCompiler(fs::path program, fs::path folder,
-                                             std::string identifier, CompilerInput input) {
+Task<Result<void, std::string>> runCompiler(fs::path program, fs::path folder,
+                                            std::string identifier, CompilerInput input) {
   const auto launcher = GRef<GSubprocessLauncher>::adopt(g_subprocess_launcher_new(kFlags));
   g_subprocess_launcher_setenv(launcher.get(), "TMPDIR", folder.c_str(), TRUE);
   g_subprocess_launcher_take_stdin_fd(launcher.get(), input.release());
@@ -124,7 +125,7 @@ Task<std::optional<std::string>> runCompiler(fs::path program, fs::path folder,
       g_subprocess_launcher_spawn(launcher.get(), &rawError, program.c_str(), folder.c_str(),
                                   identifier.c_str(), static_cast<const char*>(nullptr));
   const GErrorRef error(rawError);
-  if (!started) co_return Outcome(error->message);
+  if (!started) co_return Failure(error->message);
   auto [future, resolve] = makeFuture<Outcome>();
   const Process process(started, std::move(resolve));
   Outcome outcome = co_await std::move(future);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Base/Scheduler.h"
+#include "BrowserCore/Result.h"
 
 namespace orvel {
 
@@ -46,10 +47,9 @@ class CompilerInput {
 };
 
 // Runs the compiler's program on `input` with `folder` as its store and for its temporary files.
-// Returns the reason of a failure; absent when the list is there. A run that takes minutes is
-// ended.
-Task<std::optional<std::string>> runCompiler(std::filesystem::path program,
-                                             std::filesystem::path folder, std::string identifier,
-                                             CompilerInput input);
+// A run that takes minutes is ended.
+Task<Result<void, std::string>> runCompiler(std::filesystem::path program,
+                                            std::filesystem::path folder, std::string identifier,
+                                            CompilerInput input);
 
 }  // namespace orvel

@@ -69,7 +69,7 @@ struct Seal {
 
 // Absent without a seal that can be read.
 std::optional<Seal> readSeal(const fs::path& file) {
-  const auto text = FileSystem::disk()->read(file, kMaxSeal).bytes;
+  const auto text = FileSystem::disk()->read(file, kMaxSeal);
   if (!text) return std::nullopt;
   std::istringstream lines(*text);
   Seal seal;

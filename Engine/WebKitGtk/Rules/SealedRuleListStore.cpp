@@ -30,8 +30,6 @@ std::string engineVersion() {
                      webkit_get_micro_version());
 }
 
-CompiledRules failure(std::string reason) { return {nullptr, ContentRuleError{std::move(reason)}}; }
-
 // What one run of the compiler needs.
 struct Workplace {
   CompilerFolder folder;
@@ -93,7 +91,7 @@ void SealedRuleListStore::compile(const std::string& identifier, std::string jso
 }
 
 void SealedRuleListStore::remove(const std::string& identifier,
-                                 std::function<void(std::optional<std::string>)> answer) {
+                                 std::function<void(Result<void, std::string>)> answer) {
   parts_->ahead.erase(identifier);
   if (rule_list_seal::isPlain(identifier))
     parts_->scheduler.runInBackground(
@@ -107,18 +105,18 @@ void SealedRuleListStore::remove(const std::string& identifier,
 
 Task<> SealedRuleListStore::lookUpChecked(std::shared_ptr<Parts> parts, std::string identifier,
                                           Answer answer) {
-  if (!rule_list_seal::isPlain(identifier)) co_return answer(failure("unknown identifier"));
+  if (!rule_list_seal::isPlain(identifier)) co_return answer(Failure("unknown identifier"));
   auto work = [folder = parts->folder, identifier] {
     return rule_list_seal::check(folder, identifier, engineVersion());
   };
   auto checking = background(parts->scheduler, std::move(work));
   const Check checked = co_await std::move(checking);
   if (checked.state == Check::State::Broken)
-    co_return answer(failure("the list is missing or damaged"));
+    co_return answer(Failure("the list is missing or damaged"));
   if (checked.state == Check::State::OtherEngine) {
     auto fitting = fitsEngine(parts, identifier, checked.format);
     const bool fits = co_await std::move(fitting);
-    if (!fits) co_return answer(failure("the list was made for another engine"));
+    if (!fits) co_return answer(Failure("the list was made for another engine"));
   }
   if (checked.isUnread) parts->scheduler.start(readThrough(parts, identifier)).detach();
   parts->lists.lookUp(identifier, std::move(answer));
@@ -140,7 +138,7 @@ Task<bool> SealedRuleListStore::fitsEngine(std::shared_ptr<Parts> parts, std::st
     auto [future, resolve] = makeFuture<CompiledRules>();
     store->compile(kFormatIdentifier, kMinRules, std::move(resolve));
     const CompiledRules compiled = co_await std::move(future);
-    if (compiled.list)
+    if (compiled)
       parts->format = rule_list_seal::format(rule_list_seal::listFile(folder, kFormatIdentifier));
   }
   if (parts->format != format) co_return false;
@@ -155,32 +153,32 @@ Task<bool> SealedRuleListStore::fitsEngine(std::shared_ptr<Parts> parts, std::st
 
 Task<> SealedRuleListStore::compileApart(std::shared_ptr<Parts> parts, std::string identifier,
                                          std::shared_ptr<const std::string> json, Answer answer) {
-  if (!rule_list_seal::isPlain(identifier)) co_return answer(failure("not an identifier"));
+  if (!rule_list_seal::isPlain(identifier)) co_return answer(Failure("not an identifier"));
   auto compiling = compileFile(parts, identifier, std::move(json));
-  const auto reason = co_await std::move(compiling);
-  if (reason) co_return answer(failure(*reason));
+  const auto compiled = co_await std::move(compiling);
+  if (!compiled) co_return answer(Failure(compiled.error()));
   parts->lists.lookUp(identifier, std::move(answer));
 }
 
-Task<std::optional<std::string>> SealedRuleListStore::compileFile(
+Task<Result<void, std::string>> SealedRuleListStore::compileFile(
     std::shared_ptr<Parts> parts, std::string identifier, std::shared_ptr<const std::string> json) {
   auto prepare = [folder = parts->folder, json = std::move(json)] {
     return makeWorkplace(folder, hidingRulesForDocuments(*json));
   };
   auto preparing = background(parts->scheduler, std::move(prepare), WorkPriority::Utility);
   auto workplace = co_await std::move(preparing);
-  if (!workplace) co_return std::string("there is no room to compile in");
+  if (!workplace) co_return Failure("there is no room to compile in");
   auto running = runCompiler(parts->compiler, workplace->folder.path(), identifier,
                              std::move(workplace->input));
-  auto reason = co_await std::move(running);
-  if (reason) co_return std::move(reason);
+  auto compiled = co_await std::move(running);
+  if (!compiled) co_return std::move(compiled);
   auto take = [from = workplace->folder.path(), to = parts->folder, identifier] {
     return rule_list_seal::adopt(from, to, identifier, engineVersion());
   };
   auto taking = background(parts->scheduler, std::move(take), WorkPriority::Utility);
   const bool isTaken = co_await std::move(taking);
-  if (!isTaken) co_return std::string("the compiled list cannot be kept");
-  co_return std::nullopt;
+  if (!isTaken) co_return Failure("the compiled list cannot be kept");
+  co_return compiled;
 }
 
 }  // namespace orvel

@@ -29,7 +29,7 @@ class SealedRuleListStore final : public ContentRuleListStore {
   void compile(const std::string& identifier, std::string json,
                std::function<void(CompiledRules)> answer) override;
   void remove(const std::string& identifier,
-              std::function<void(std::optional<std::string>)> answer) override;
+              std::function<void(Result<void, std::string>)> answer) override;
 
  private:
   using Answer = std::function<void(CompiledRules)>;
@@ -56,9 +56,9 @@ class SealedRuleListStore final : public ContentRuleListStore {
   static Task<> readThrough(std::shared_ptr<Parts> parts, std::string identifier);
   static Task<bool> fitsEngine(std::shared_ptr<Parts> parts, std::string identifier,
                                uint32_t format);
-  static Task<std::optional<std::string>> compileFile(std::shared_ptr<Parts> parts,
-                                                      std::string identifier,
-                                                      std::shared_ptr<const std::string> json);
+  static Task<Result<void, std::string>> compileFile(std::shared_ptr<Parts> parts,
+                                                     std::string identifier,
+                                                     std::shared_ptr<const std::string> json);
 
   std::shared_ptr<Parts> parts_;
 };

@@ -1,6 +1,9 @@
 #include "Engine/WebKitGtk/Rules/WebKitRuleListStore.h"
 
 #include <memory>
+#include <utility>
+
+#include "Base/GioCall.h"
 
 namespace orvel {
 
@@ -8,10 +11,12 @@ namespace {
 
 using CompiledAnswer = std::function<void(CompiledRules)>;
 
-CompiledRules compiled(WebKitUserContentFilter* filter, GError* rawError) {
-  const GErrorRef error(rawError);
-  if (filter) return {std::make_shared<WebKitRuleList>(filter), std::nullopt};
-  return {nullptr, ContentRuleError{error ? error->message : "unknown error"}};
+// Gives what came of compiling or loading a list.
+auto giving(CompiledAnswer answer) {
+  return [answer = std::move(answer)](WebKitUserContentFilter* filter, const GErrorRef& error) {
+    if (filter) return answer(std::make_shared<WebKitRuleList>(filter));
+    answer(Failure(error ? error->message : "unknown error"));
+  };
 }
 
 }  // namespace
@@ -27,32 +32,19 @@ WebKitRuleListStore::WebKitRuleListStore(const std::filesystem::path& folder)
 
 void WebKitRuleListStore::getAvailableIdentifiers(
     std::function<void(std::vector<std::string>)> answer) {
-  using Answer = std::function<void(std::vector<std::string>)>;
-  webkit_user_content_filter_store_fetch_identifiers(
-      store_.get(), nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
-        gchar** names = webkit_user_content_filter_store_fetch_identifiers_finish(
-            WEBKIT_USER_CONTENT_FILTER_STORE(source), result);
-        std::vector<std::string> identifiers;
-        for (gchar** name = names; name && *name; ++name) identifiers.emplace_back(*name);
-        g_strfreev(names);
-        (*give)(std::move(identifiers));
-      },
-      new Answer(std::move(answer)));
+  gioCall(webkit_user_content_filter_store_fetch_identifiers, store_.get(), nullptr)
+      .then(webkit_user_content_filter_store_fetch_identifiers_finish,
+            [answer = std::move(answer)](gchar** names, const GErrorRef&) {
+              std::vector<std::string> identifiers;
+              for (gchar** name = names; name && *name; ++name) identifiers.emplace_back(*name);
+              g_strfreev(names);
+              answer(std::move(identifiers));
+            });
 }
 
 void WebKitRuleListStore::lookUp(const std::string& identifier, CompiledAnswer answer) {
-  webkit_user_content_filter_store_load(
-      store_.get(), identifier.c_str(), nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<CompiledAnswer> give(static_cast<CompiledAnswer*>(data));
-        GError* error = nullptr;
-        auto* filter = webkit_user_content_filter_store_load_finish(
-            WEBKIT_USER_CONTENT_FILTER_STORE(source), result, &error);
-        (*give)(compiled(filter, error));
-      },
-      new CompiledAnswer(std::move(answer)));
+  gioCall(webkit_user_content_filter_store_load, store_.get(), identifier.c_str(), nullptr)
+      .then(webkit_user_content_filter_store_load_finish, giving(std::move(answer)));
 }
 
 void WebKitRuleListStore::compile(const std::string& identifier, std::string json,
@@ -61,33 +53,19 @@ void WebKitRuleListStore::compile(const std::string& identifier, std::string jso
   GBytes* bytes = g_bytes_new_with_free_func(
       text->data(), text->size(), [](gpointer owned) { delete static_cast<std::string*>(owned); },
       text);
-  webkit_user_content_filter_store_save(
-      store_.get(), identifier.c_str(), bytes, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<CompiledAnswer> give(static_cast<CompiledAnswer*>(data));
-        GError* error = nullptr;
-        auto* filter = webkit_user_content_filter_store_save_finish(
-            WEBKIT_USER_CONTENT_FILTER_STORE(source), result, &error);
-        (*give)(compiled(filter, error));
-      },
-      new CompiledAnswer(std::move(answer)));
+  gioCall(webkit_user_content_filter_store_save, store_.get(), identifier.c_str(), bytes, nullptr)
+      .then(webkit_user_content_filter_store_save_finish, giving(std::move(answer)));
   g_bytes_unref(bytes);
 }
 
 void WebKitRuleListStore::remove(const std::string& identifier,
-                                 std::function<void(std::optional<std::string>)> answer) {
-  using Answer = std::function<void(std::optional<std::string>)>;
-  webkit_user_content_filter_store_remove(
-      store_.get(), identifier.c_str(), nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Answer> give(static_cast<Answer*>(data));
-        GError* error = nullptr;
-        webkit_user_content_filter_store_remove_finish(WEBKIT_USER_CONTENT_FILTER_STORE(source),
-                                                       result, &error);
-        const GErrorRef owned(error);
-        (*give)(owned ? std::optional<std::string>(owned->message) : std::nullopt);
-      },
-      new Answer(std::move(answer)));
+                                 std::function<void(Result<void, std::string>)> answer) {
+  gioCall(webkit_user_content_filter_store_remove, store_.get(), identifier.c_str(), nullptr)
+      .then(webkit_user_content_filter_store_remove_finish,
+            [answer = std::move(answer)](gboolean, const GErrorRef& error) {
+              if (error) return answer(Failure(error->message));
+              answer({});
+            });
 }
 
 }  // namespace orvel

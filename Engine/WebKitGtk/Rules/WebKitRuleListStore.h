@@ -33,7 +33,7 @@ class WebKitRuleListStore final : public ContentRuleListStore {
   void compile(const std::string& identifier, std::string json,
                std::function<void(CompiledRules)> answer) override;
   void remove(const std::string& identifier,
-              std::function<void(std::optional<std::string>)> answer) override;
+              std::function<void(Result<void, std::string>)> answer) override;
 
  private:
   GRef<WebKitUserContentFilterStore> store_;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Base/FileSystem.h"
+#include "Base/GioCall.h"
 #include "Base/Texts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Scripts/EngineScripts.h"
@@ -19,41 +20,43 @@ namespace {
 
 using nlohmann::json;
 
-// Wraps a callback for a C function that calls back with one pointer.
-template <class Callback>
-Callback* boxed(Callback callback) {
-  return new Callback(std::move(callback));
-}
-
 using ScriptAnswer = std::function<void(ScriptResult)>;
 
-ScriptResult scriptResult(JSCValue* rawValue, GError* rawError) {
-  const auto value = GRef<JSCValue>::adopt(rawValue);
-  const GErrorRef error(rawError);
-  if (!value) return {std::nullopt, error ? error->message : "unknown error"};
-  const GText text(jsc_value_to_json(value.get(), 0));
-  return {text ? text.get() : "null", ""};
+// Gives what came of running a script.
+auto giving(ScriptAnswer answer) {
+  return [answer = std::move(answer)](JSCValue* returned, const GErrorRef& error) {
+    const auto value = GRef<JSCValue>::adopt(returned);
+    if (!value) return answer(Failure(error ? error->message : "unknown error"));
+    const GText text(jsc_value_to_json(value.get(), 0));
+    answer(text ? text.get() : "null");
+  };
 }
 
-void evaluated(GObject* source, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<ScriptAnswer> answer(static_cast<ScriptAnswer*>(data));
-  GError* error = nullptr;
-  auto* value = webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &error);
-  (*answer)(scriptResult(value, error));
-}
+const ScriptResult kUnanswered = Failure("the page does not answer");
 
-void called(GObject* source, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<ScriptAnswer> answer(static_cast<ScriptAnswer*>(data));
-  GError* error = nullptr;
-  auto* value = webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(source),
-                                                                      result, &error);
-  (*answer)(scriptResult(value, error));
+// What printing to `file` came to; `error` is empty when the engine knows of none.
+PageFile printed(const std::string& file, const std::string& error) {
+  if (!error.empty()) return Failure(error);
+  if (auto bytes = FileSystem::disk()->read(file)) return *std::move(bytes);
+  return Failure(_("The page could not be printed to a file."));
 }
-
-const ScriptResult kUnanswered{std::nullopt, "the page does not answer"};
 
 const char* worldName(const ContentWorld& world) {
   return world.name.empty() ? nullptr : world.name.c_str();
+}
+
+// What the frames of a page answered; empty without a reply.
+std::vector<ScriptResult> frameResults(const GRef<WebKitUserMessage>& reply) {
+  std::vector<ScriptResult> results;
+  GVariant* parameters = reply ? webkit_user_message_get_parameters(reply.get()) : nullptr;
+  if (!parameters || !g_variant_is_of_type(parameters, G_VARIANT_TYPE("a(bs)"))) return results;
+  GVariantIter iterator;
+  gboolean isValue = FALSE;
+  const char* text = nullptr;
+  g_variant_iter_init(&iterator, parameters);
+  while (g_variant_iter_next(&iterator, "(b&s)", &isValue, &text))
+    results.push_back(isValue ? ScriptResult(text) : ScriptResult(Failure(text)));
+  return results;
 }
 
 struct Crop {
@@ -126,13 +129,13 @@ void WebKitWebView::evaluateJavaScript(const std::string& script, const ContentW
   if (frame && !frame->isMainFrame)
     return evaluateInFrames(script, world, frame->id,
                             [answer = std::move(answer)](const FrameResults& results) {
-                              if (results.empty()) return answer({std::nullopt, "no such frame"});
+                              if (results.empty()) return answer(Failure("no such frame"));
                               answer(results.front());
                             });
   auto expected = answers_.expect(std::move(answer), kUnanswered);
-  webkit_web_view_evaluate_javascript(view_.get(), script.c_str(),
-                                      static_cast<gssize>(script.size()), worldName(world), nullptr,
-                                      nullptr, &evaluated, boxed(std::move(expected.give)));
+  gioCall(webkit_web_view_evaluate_javascript, view_.get(), script.c_str(),
+          static_cast<gssize>(script.size()), worldName(world), nullptr, nullptr)
+      .then(webkit_web_view_evaluate_javascript_finish, giving(std::move(expected.give)));
 }
 
 void WebKitWebView::evaluateInFrames(const std::string& script, const ContentWorld& world,
@@ -140,40 +143,22 @@ void WebKitWebView::evaluateInFrames(const std::string& script, const ContentWor
   auto expected = answers_.expect(std::move(answer), FrameResults());
   const auto message = GRef<WebKitUserMessage>::retain(webkit_user_message_new(
       "evaluate", g_variant_new("(sst)", world.name.c_str(), script.c_str(), frame)));
-  webkit_web_view_send_message_to_page(
-      view_.get(), message.get(), nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::function<void(FrameResults)>> give(
-            static_cast<std::function<void(FrameResults)>*>(data));
-        const auto reply = GRef<WebKitUserMessage>::adopt(
-            webkit_web_view_send_message_to_page_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
-        FrameResults results;
-        GVariant* parameters = reply ? webkit_user_message_get_parameters(reply.get()) : nullptr;
-        if (parameters && g_variant_is_of_type(parameters, G_VARIANT_TYPE("a(bs)"))) {
-          GVariantIter iterator;
-          gboolean isValue = FALSE;
-          const char* text = nullptr;
-          g_variant_iter_init(&iterator, parameters);
-          while (g_variant_iter_next(&iterator, "(b&s)", &isValue, &text))
-            results.push_back(isValue ? ScriptResult{text, ""} : ScriptResult{std::nullopt, text});
-        }
-        (*give)(std::move(results));
-      },
-      boxed(std::move(expected.give)));
+  gioCall(webkit_web_view_send_message_to_page, view_.get(), message.get(), nullptr)
+      .then(webkit_web_view_send_message_to_page_finish,
+            [give = std::move(expected.give)](WebKitUserMessage* reply, const GErrorRef&) {
+              give(frameResults(GRef<WebKitUserMessage>::adopt(reply)));
+            });
 }
 
 // What its process is sent it answers in order.
 void WebKitWebView::awaitTakingUp(std::function<void()> takenUp) {
-  webkit_web_view_evaluate_javascript(
-      view_.get(), "0", 1, ContentWorld::defaultClient().name.c_str(), nullptr, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::function<void()>> done(
-            static_cast<std::function<void()>*>(data));
-        const auto value = GRef<JSCValue>::adopt(
-            webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
-        if (value) (*done)();
-      },
-      boxed(std::move(takenUp)));
+  gioCall(webkit_web_view_evaluate_javascript, view_.get(), "0", 1,
+          ContentWorld::defaultClient().name.c_str(), nullptr, nullptr)
+      .then(webkit_web_view_evaluate_javascript_finish,
+            [takenUp = std::move(takenUp)](JSCValue* returned, const GErrorRef&) {
+              const auto value = GRef<JSCValue>::adopt(returned);
+              if (value) takenUp();
+            });
 }
 
 void WebKitWebView::callAsyncJavaScript(const std::string& body, const std::string& arguments,
@@ -193,10 +178,11 @@ void WebKitWebView::callAsyncJavaScript(const std::string& body, const std::stri
   prelude += body;
   if (!answer) answer = [](const ScriptResult&) {};
   auto expected = answers_.expect(std::move(answer), kUnanswered, PendingAnswers::EndsWith::Page);
-  webkit_web_view_call_async_javascript_function(
-      view_.get(), prelude.c_str(), static_cast<gssize>(prelude.size()),
-      g_variant_dict_end(&dictionary), worldName(world), nullptr, nullptr, &called,
-      boxed(std::move(expected.give)));
+  gioCall(webkit_web_view_call_async_javascript_function, view_.get(), prelude.c_str(),
+          static_cast<gssize>(prelude.size()), g_variant_dict_end(&dictionary), worldName(world),
+          nullptr, nullptr)
+      .then(webkit_web_view_call_async_javascript_function_finish,
+            giving(std::move(expected.give)));
   awaitTakingUp(std::move(expected.takenUp));
 }
 
@@ -204,22 +190,15 @@ void WebKitWebView::callAsyncJavaScript(const std::string& body, const std::stri
 
 void WebKitWebView::takeSnapshot(const SnapshotRequest& request,
                                  std::function<void(ImageRef)> answer) {
-  struct Context {
-    SnapshotRequest request;
-    int scale;
-    std::function<void(ImageRef)> answer;
-  };
   const int scale = gtk_widget_get_scale_factor(GTK_WIDGET(view_.get()));
-  webkit_web_view_get_snapshot(
-      view_.get(), WEBKIT_SNAPSHOT_REGION_VISIBLE, WEBKIT_SNAPSHOT_OPTIONS_NONE, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<Context> context(static_cast<Context*>(data));
-        const auto texture = GRef<GdkTexture>::adopt(
-            webkit_web_view_get_snapshot_finish(WEBKIT_WEB_VIEW(source), result, nullptr));
-        context->answer(texture ? imageFrom(texture.get(), context->request, context->scale)
-                                : nullptr);
-      },
-      new Context{request, scale, answers_.expect<ImageRef>(std::move(answer), nullptr).give});
+  gioCall(webkit_web_view_get_snapshot, view_.get(), WEBKIT_SNAPSHOT_REGION_VISIBLE,
+          WEBKIT_SNAPSHOT_OPTIONS_NONE, nullptr)
+      .then(webkit_web_view_get_snapshot_finish,
+            [request, scale, give = answers_.expect<ImageRef>(std::move(answer), nullptr).give](
+                GdkTexture* taken, const GErrorRef&) {
+              const auto texture = GRef<GdkTexture>::adopt(taken);
+              give(texture ? imageFrom(texture.get(), request, scale) : nullptr);
+            });
 }
 
 void WebKitWebView::createPDF(std::function<void(PageFile)> answer) {
@@ -237,12 +216,12 @@ void WebKitWebView::createPDF(std::function<void(PageFile)> answer) {
   if (descriptor < 0)
     return engine_.scheduler().post(
         [answer = std::move(answer), text = std::string(failure->message)] {
-          answer({std::nullopt, text});
+          answer(Failure(text));
         });
   g_close(descriptor, nullptr);
 
   auto expected =
-      answers_.expect(std::move(answer), PageFile{std::nullopt, _("The page does not answer.")});
+      answers_.expect(std::move(answer), PageFile(Failure(_("The page does not answer."))));
   awaitTakingUp(std::move(expected.takenUp));
   auto* context =
       new Context{GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get())),
@@ -261,14 +240,8 @@ void WebKitWebView::createPDF(std::function<void(PageFile)> answer) {
                    context);
   g_signal_connect(operation, "finished", G_CALLBACK(+[](WebKitPrintOperation*, gpointer data) {
                      const std::unique_ptr<Context> owned(static_cast<Context*>(data));
-                     PageFile result;
-                     result.error = owned->error;
-                     if (owned->error.empty())
-                       result.data = FileSystem::disk()->read(owned->file).bytes;
-                     if (!result.data && result.error.empty())
-                       result.error = _("The page could not be printed to a file.");
+                     owned->answer(printed(owned->file, owned->error));
                      g_unlink(owned->file.c_str());
-                     owned->answer(std::move(result));
                    }),
                    context);
   webkit_print_operation_print(operation);
@@ -303,53 +276,38 @@ std::string decoded(std::string bytes, const std::string& encoding) {
 
 void WebKitWebView::createArchive(std::function<void(PageFile)> answer) {
   auto expected =
-      answers_.expect(std::move(answer), PageFile{std::nullopt, _("The page does not answer.")});
+      answers_.expect(std::move(answer), PageFile(Failure(_("The page does not answer."))));
   awaitTakingUp(std::move(expected.takenUp));
-  webkit_web_view_save(
-      view_.get(), WEBKIT_SAVE_MODE_MHTML, nullptr,
-      [](GObject* source, GAsyncResult* result, gpointer data) {
-        const std::unique_ptr<std::function<void(PageFile)>> give(
-            static_cast<std::function<void(PageFile)>*>(data));
-        GError* raw = nullptr;
-        const auto stream = GRef<GInputStream>::adopt(
-            webkit_web_view_save_finish(WEBKIT_WEB_VIEW(source), result, &raw));
-        const GErrorRef error(raw);
-        if (!stream) return (*give)({std::nullopt, error ? error->message : ""});
-        (*give)({contentsOf(stream.get()), ""});
-      },
-      boxed(std::function<void(PageFile)>(std::move(expected.give))));
+  gioCall(webkit_web_view_save, view_.get(), WEBKIT_SAVE_MODE_MHTML, nullptr)
+      .then(webkit_web_view_save_finish,
+            [give = std::move(expected.give)](GInputStream* saved, const GErrorRef& error) {
+              const auto stream = GRef<GInputStream>::adopt(saved);
+              if (stream) return give(contentsOf(stream.get()));
+              give(Failure(std::string(error ? error->message : "")));
+            });
 }
 
 void WebKitWebView::readSource(std::function<void(std::optional<std::string>)> answer) {
-  using Answer = std::function<void(std::optional<std::string>)>;
-  const Answer give =
+  const auto give =
       answers_.expect<std::optional<std::string>>(std::move(answer), std::nullopt).give;
   auto* resource = webkit_web_view_get_main_resource(view_.get());
-  if (!resource || isCommittedSubstitute_)
-    return engine_.scheduler().post([give] { give(std::nullopt); });
-  evaluateJavaScript(
-      "document.characterSet", ContentWorld::named(engine_scripts::kWorld), std::nullopt,
-      [give, held = GRef<WebKitWebResource>::retain(resource)](const ScriptResult& encoding) {
-        struct Context {
-          Answer give;
-          std::string encoding;
-        };
-        const json name = json::parse(encoding.value.value_or("null"), nullptr, false);
-        webkit_web_resource_get_data(
-            held.get(), nullptr,
-            [](GObject* source, GAsyncResult* result, gpointer data) {
-              const std::unique_ptr<Context> context(static_cast<Context*>(data));
-              gsize size = 0;
-              guchar* bytes = webkit_web_resource_get_data_finish(WEBKIT_WEB_RESOURCE(source),
-                                                                  result, &size, nullptr);
-              std::optional<std::string> text;
-              if (bytes)
-                text = decoded({reinterpret_cast<const char*>(bytes), size}, context->encoding);
-              g_free(bytes);
-              context->give(std::move(text));
-            },
-            new Context{give, name.is_string() ? name.get<std::string>() : "UTF-8"});
-      });
+  if (!resource || isCommittedSubstitute_) return give(std::nullopt);
+  const auto read = [give, held = GRef<WebKitWebResource>::retain(resource)](
+                        const ScriptResult& told) {
+    const json name = json::parse(told.value_or("null"), nullptr, false);
+    const std::string encoding = name.is_string() ? name.get<std::string>() : "UTF-8";
+    gioCall(webkit_web_resource_get_data, held.get(), nullptr)
+        .then([give, encoding](GObject* source, GAsyncResult* result) {
+          gsize size = 0;
+          guchar* bytes = webkit_web_resource_get_data_finish(WEBKIT_WEB_RESOURCE(source), result,
+                                                              &size, nullptr);
+          if (!bytes) return give(std::nullopt);
+          give(decoded({reinterpret_cast<const char*>(bytes), size}, encoding));
+          g_free(bytes);
+        });
+  };
+  evaluateJavaScript("document.characterSet", ContentWorld::named(engine_scripts::kWorld),
+                     std::nullopt, read);
 }
 
 void WebKitWebView::print() {

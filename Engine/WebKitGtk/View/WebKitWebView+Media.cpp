@@ -46,8 +46,7 @@ void WebKitWebView::requestMediaPlaybackState(std::function<void(MediaPlaybackSt
       [weak = weak_from_this(), answer = std::move(answer)](const FrameResults& results) {
         int bits = 0;
         for (const auto& result : results)
-          bits |=
-              result.value ? static_cast<int>(std::strtol(result.value->c_str(), nullptr, 10)) : 0;
+          bits |= result ? static_cast<int>(std::strtol(result->c_str(), nullptr, 10)) : 0;
         const auto self = weak.lock();
         // What a script plays without an element in the page is only heard; of a video that the
         // page itself has muted the engine says that it is heard, too.

@@ -68,7 +68,7 @@ void WebKitWebView::navigate(std::function<void()> begin) {
   evaluateJavaScript("0", ContentWorld::defaultClient(), std::nullopt,
                      [weak = weak_from_this(), number](const ScriptResult& result) {
                        const auto self = weak.lock();
-                       if (self && result.value && self->lastNavigation_ == number)
+                       if (self && result && self->lastNavigation_ == number)
                          self->forgetNavigation();
                      });
 }
@@ -99,7 +99,7 @@ void WebKitWebView::awaitDrawing() {
       "requestAnimationFrame(done)))",
       "{}", ContentWorld::defaultClient(), [weak = weak_from_this()](const ScriptResult& result) {
         const auto self = weak.lock();
-        if (self && result.value) self->setBlank(false);
+        if (self && result) self->setBlank(false);
       });
   engine_.scheduler().start(endAwaitingDrawing(weak_from_this())).detach();
 }
