@@ -50,7 +50,8 @@ class NavigationDelegate {
   virtual void didCommit(WebView& view) = 0;
   // The page and what it embeds have loaded. Not told of a page that stands in for another.
   virtual void didFinish(WebView& view) = 0;
-  // A main-frame load failed before its commit.
+  // A main-frame load failed before its commit. So does one that is answered with an error and
+  // nothing to show, and one of an address whose port belongs to another service.
   virtual void didFailProvisionalNavigation(WebView& view, const LoadError& error) = 0;
   // The main frame's load broke off after its commit: what has come of the page stays.
   virtual void didFail(WebView& view, const LoadError& error) = 0;

@@ -2,6 +2,7 @@
 #include "Models/Commands/PageMenu.h"
 #include "Models/Downloads/Downloads.h"
 #include "Models/Downloads/PictureCopy.h"
+#include "Models/Settings/Settings.h"
 #include "Models/Sidebar/CopiedLink.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Store/ComingFeatures.h"
@@ -82,7 +83,7 @@ class Action {
   static URL cleaned(const URL& link) { return TrackingParameters::stripped(link).value_or(link); }
   void copy(const std::string& text) const { store_.services().desktop.clipboard.setText(text); }
   void openBehind(const URL& address) {
-    store_.openTab(cleaned(address), {.after = tab_, .select = false});
+    tab_->host()->openLink(cleaned(address), *tab_, TabHost::Selection::StaysBehind);
   }
   void openLittleWindow(const URL& link) {
     if (store_.interface().hasLittleWindows())

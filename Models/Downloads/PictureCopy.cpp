@@ -29,7 +29,7 @@ void PictureCopy::didFinish(const std::shared_ptr<Download>&) {
   store_.services().scheduler.runInBackground(
       [image, file = file_, &files = store_.services().files.files()] {
         const auto contents = files.read(file, kMaxBytes);
-        if (contents.bytes) *image = Image::decode(*contents.bytes, kMaxSide);
+        if (contents) *image = Image::decode(*contents, kMaxSide);
         files.remove(file);
       },
       [image, self = self_, alive = store_.weak_from_this()] {

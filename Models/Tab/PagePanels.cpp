@@ -43,7 +43,7 @@ PagePanels::PagePanels(BrowserTab& tab, const Services& services, OtherApplicati
 std::shared_ptr<WebView> PagePanels::createWebView(WebView& opener,
                                                    const WebViewConfiguration& configuration,
                                                    const NavigationAction& action) {
-  if (applications_.handOver(opener, action)) return nullptr;
+  if (applications_.handOver(opener, action) || !popUps_.allows(action)) return nullptr;
   const auto address = action.request ? std::optional(action.request->url) : std::nullopt;
   const TabRef opened = tab_.host()->openWindow(address, tab_, configuration);
   return opened ? opened->webView() : nullptr;

@@ -352,6 +352,7 @@ NavigationPolicy FakeWebView::clickLink(const std::string& url, ModifierFlags mo
   action.modifierFlags = modifiers;
   action.buttonNumber = button;
   action.hasUserGesture = true;
+  action.input = inputs;
   return navigate(std::move(action));
 }
 

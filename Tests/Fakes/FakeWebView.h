@@ -214,6 +214,7 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   std::vector<EditingCommand> edits;
   std::vector<MediaCommand> mediaCommands;
   bool hasInspector = false;
+  uint64_t inputs = 1;  // presses of keys and buttons
   int prints = 0;
   std::optional<std::string> source;
   int stopCount = 0;

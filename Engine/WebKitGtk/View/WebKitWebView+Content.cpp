@@ -292,8 +292,8 @@ void WebKitWebView::readSource(std::function<void(std::optional<std::string>)> a
       answers_.expect<std::optional<std::string>>(std::move(answer), std::nullopt).give;
   auto* resource = webkit_web_view_get_main_resource(view_.get());
   if (!resource || isCommittedSubstitute_) return give(std::nullopt);
-  const auto read = [give, held = GRef<WebKitWebResource>::retain(resource)](
-                        const ScriptResult& told) {
+  const auto read = [give,
+                     held = GRef<WebKitWebResource>::retain(resource)](const ScriptResult& told) {
     const json name = json::parse(told.value_or("null"), nullptr, false);
     const std::string encoding = name.is_string() ? name.get<std::string>() : "UTF-8";
     gioCall(webkit_web_resource_get_data, held.get(), nullptr)

@@ -135,6 +135,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void runScriptDialog(WebKitScriptDialog* dialog);
   // Whether what the page asks to print is refused.
   bool refusesToPrint(WebKitPrintOperation* operation);
+  void countInputs();
   void connectMenu();
   void showMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit);
   void connectFind();
@@ -170,6 +171,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // The request for the main frame's document goes out: which of the navigations that could not be
   // told apart it is for is known now.
   void mainFrameRequests(const URL& address);
+  void refuseRestrictedPort(const URL& address);
   void askLate(NavigationAction action);
   // What the main frame asks for may have to be asked over http instead.
   void notePlainRequest(const NavigationAction& action);
@@ -272,6 +274,8 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // Of the page that is shown; the view's own address is already that of the next one.
   std::optional<URL> committedURL_;
   bool isCommittedSubstitute_ = false;
+  // The answer that the load was given up for.
+  std::optional<LoadError> refusal_;
   Finding finding_;
   PendingAnswers answers_;
   // Goes with the last reference to a dialog that the page waits for.
@@ -279,6 +283,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   PlayingMedia playingMedia_;
   TaskHandle mediaTimer_;
   bool isInspectorOpen_ = false;
+  uint64_t inputs_ = 0;  // presses of keys and buttons
 };
 
 }  // namespace orvel
