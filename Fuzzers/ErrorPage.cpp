@@ -11,8 +11,8 @@ namespace {
 
 size_t marks(const LoadError& error, const std::optional<URL>& url) {
   const std::string page = ErrorPage::html(error, url);
-  return static_cast<size_t>(std::ranges::count_if(
-      page, [](char c) { return c == '<' || c == '>' || c == '"'; }));
+  return static_cast<size_t>(
+      std::ranges::count_if(page, [](char c) { return c == '<' || c == '>' || c == '"'; }));
 }
 
 }  // namespace

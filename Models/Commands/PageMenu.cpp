@@ -24,6 +24,7 @@ std::string quoted(const std::string& selection) {
       line += ' ';
   }
   for (size_t at = 0; (at = line.find("\u2069", at)) != std::string::npos;) line.erase(at, 3);
+  if (line.ends_with(' ')) line.pop_back();
   if (line.size() > kMaxShown) line = text::prefix(line, kMaxShown) + "…";
   return "\u2068" + line + "\u2069";
 }

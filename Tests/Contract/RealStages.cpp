@@ -42,6 +42,7 @@ class RealEngineStage final : public EngineStage, RealEngine {
                        const chosen = document.getElementById('chosen');
                        if (chosen) getSelection().selectAllChildren(chosen); 1)js",
                        nlohmann::json(markup).dump()));
+    ASSERT_TRUE(eventually([&] { return !view.isBlank(); }));
     auto* native = gtk_widget_get_native(view.widget());
     const auto id = gdk_x11_surface_get_xid(gtk_native_get_surface(native));
     const std::string command = fmt::format("xdotool mousemove --window {} 60 60 click 3", id);

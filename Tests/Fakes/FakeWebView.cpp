@@ -352,7 +352,6 @@ NavigationPolicy FakeWebView::clickLink(const std::string& url, ModifierFlags mo
   action.modifierFlags = modifiers;
   action.buttonNumber = button;
   action.hasUserGesture = true;
-  action.input = inputs;
   return navigate(std::move(action));
 }
 
@@ -362,6 +361,7 @@ std::shared_ptr<WebView> FakeWebView::openWindow(const std::string& url) {
   action.request = URLRequest{.url = *URL::parse(url)};
   action.sourceFrame = FrameInfo{};
   action.hasUserGesture = true;
+  action.input = inputs;
   WebViewConfiguration configuration = configuration_;
   configuration.userContentController = nullptr;
   configuration.opener = std::make_shared<WindowOpener>();

@@ -96,7 +96,7 @@ TEST_F(PageMenuActions, ASavedPictureReplacesWhatTheUserNamed) {
   world.disk->write(download->destination.value(), "picture");
   download->finish();
   settle();
-  EXPECT_EQ(world.disk->read("/pictures/x.png").value_or(""), "picture");
+  EXPECT_EQ(world.disk->read("/pictures/x.png", 100).value_or(""), "picture");
 }
 
 TEST_F(PageMenuActions, TheSourceIsShownAsText) {
