@@ -96,9 +96,9 @@ struct HTTPSFirstTest : LoadingTest {
 // A proxy that will not connect answers with nothing that a page could show.
 TEST_F(HTTPSFirstTest, AnEmptyRefusalIsAFailedLoad) {
   server.serve("http://denied.test/", "<title>Plain</title>");
-  server.serve("http://busy.test/", ServedPage{.status = 503});
+  server.serve("http://busy.test/", test::ServedPage{.status = 503});
   server.serve("http://broken.test/",
-               ServedPage{.status = 500, .headers = {{"Content-Type", "application/zip"}}});
+               test::ServedPage{.status = 500, .headers = {{"Content-Type", "application/zip"}}});
   const auto view = makeUpgradingView();
   view->load({.url = *URL::parse("http://denied.test/")});
   EXPECT_TRUE(eventually([&] { return view->title() == "Plain"; }));
