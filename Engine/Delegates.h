@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Engine/Download.h"
+#include "Engine/PageHit.h"
 #include "Engine/WebView.h"
 
 namespace orvel {
@@ -49,7 +50,8 @@ class NavigationDelegate {
   virtual void didCommit(WebView& view) = 0;
   // The page and what it embeds have loaded. Not told of a page that stands in for another.
   virtual void didFinish(WebView& view) = 0;
-  // A main-frame load failed before its commit.
+  // A main-frame load failed before its commit. So does one that is answered with an error and
+  // nothing to show, and one of an address whose port belongs to another service.
   virtual void didFailProvisionalNavigation(WebView& view, const LoadError& error) = 0;
   // The main frame's load broke off after its commit: what has come of the page stays.
   virtual void didFail(WebView& view, const LoadError& error) = 0;
@@ -105,6 +107,10 @@ class UIDelegate {
                                              std::function<void(PermissionDecision)> answer) = 0;
   virtual void requestGeolocationPermission(WebView& view, const std::string& originHost,
                                             std::function<void(PermissionDecision)> answer) = 0;
+
+  // The page's menu is asked for, by a secondary click or a key that the page has not taken. The
+  // engine shows none.
+  virtual void showContextMenu(WebView& view, const PageHit& hit) = 0;
 
   // An element of the page fills the screen, or no longer does.
   virtual void fullscreenDidChange(WebView& view, bool isFullscreen) = 0;

@@ -78,6 +78,8 @@ struct NavigationAction {
   ModifierFlags modifierFlags;
   MouseButton buttonNumber = MouseButton::None;
   bool hasUserGesture = false;
+  // For a new window: the number of the latest press of a key or a button in the view.
+  uint64_t input = 0;
 };
 
 struct NavigationResponse {

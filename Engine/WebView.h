@@ -12,6 +12,7 @@
 #include "BrowserCore/Look/Theme.h"
 #include "BrowserCore/Result.h"
 #include "Engine/Navigation.h"
+#include "Engine/PageHit.h"
 #include "Engine/UserContent.h"
 #include "Engine/WebViewConfiguration.h"
 
@@ -76,8 +77,8 @@ struct FindConfiguration {
 // page was gone or the frame does not exist.
 using ScriptResult = Result<std::string, std::string>;
 
-// The file's bytes. The error is a sentence for the user.
-using PDFResult = Result<std::string, std::string>;
+// The page as a file: its bytes. The error is a sentence for the user.
+using PageFile = Result<std::string, std::string>;
 
 // What brings a page back.
 struct InteractionState {
@@ -175,6 +176,10 @@ class WebView {
   virtual void focus() = 0;
   // The page's cursor is in a field or another part that can be edited.
   virtual bool isEditing() const = 0;
+  // The developer tools: beside the page or in a window of their own, as they were left.
+  virtual bool isInspectorOpen() const = 0;
+  virtual void openInspector() = 0;
+  virtual void closeInspector() = 0;
   // Acts where the page's cursor or selection is.
   virtual void edit(EditingCommand command) = 0;
   // Takes the view out of its parent widget, if it is in one.
@@ -186,7 +191,12 @@ class WebView {
   virtual void takeSnapshot(const SnapshotRequest& request,
                             std::function<void(ImageRef)> answer) = 0;
   // The page's whole length.
-  virtual void createPDF(std::function<void(PDFResult)> answer) = 0;
+  virtual void createPDF(std::function<void(PageFile)> answer) = 0;
+  // The page with all it shows, in one MHTML file.
+  virtual void createArchive(std::function<void(PageFile)> answer) = 0;
+  // The document as the server sent it, in UTF-8. Absent: there is none, as in a page that stands
+  // in for another.
+  virtual void readSource(std::function<void(std::optional<std::string>)> answer) = 0;
   virtual void print() = 0;  // returns when the user has answered its dialog
   virtual void find(const std::string& text, const FindConfiguration& configuration,
                     std::function<void(bool matchFound)> answer) = 0;
@@ -208,6 +218,8 @@ class WebView {
   // takes out of the page, shows only with such an answer.
   virtual PlayingMedia playingMedia() const = 0;
   virtual void pauseAllMediaPlayback() = 0;
+  // Does nothing once the media of the latest `showContextMenu` are gone.
+  virtual void controlMedia(MediaCommand command) = 0;
   // Silences the page with all its frames, the coming ones too. What the page mutes by itself is
   // apart from this.
   virtual void setMuted(bool isMuted) = 0;

@@ -106,6 +106,31 @@ gboolean messageReceived(WebKitWebPage* page, WebKitUserMessage* message, gpoint
   return TRUE;
 }
 
+// The world of the engine's own scripts, which tell what a menu is for.
+WebKitScriptWorld* engineWorld = nullptr;
+
+// What only the page's own process knows travels with the menu, as JSON text.
+gboolean contextMenu(WebKitWebPage* page, WebKitContextMenu* menu, WebKitWebHitTestResult* hit,
+                     gpointer) {
+  for (const FrameRef& frame : framesOf(page))
+    evaluate(frame.get(), engineWorld, "globalThis.__orvelMenu?.forget()");
+  JSCValue* node = webkit_web_hit_test_result_get_js_node(hit, engineWorld);
+  if (!node) return FALSE;
+  JSCContext* context = jsc_value_get_context(node);
+  JSCValue* describe = jsc_context_evaluate(context, "globalThis.__orvelMenu?.describe", -1);
+  if (jsc_value_is_function(describe)) {
+    JSCValue* told = jsc_value_function_call(describe, JSC_TYPE_VALUE, node, G_TYPE_NONE);
+    if (jsc_value_is_string(told))
+      webkit_context_menu_set_user_data(
+          menu, g_variant_new_string(take(jsc_value_to_string(told)).c_str()));
+    g_object_unref(told);
+  }
+  jsc_context_clear_exception(context);
+  g_object_unref(describe);
+  g_object_unref(node);
+  return FALSE;
+}
+
 gboolean sendRequest(WebKitWebPage*, WebKitURIRequest* request, WebKitURIResponse*, gpointer) {
   if (sendsPrivacySignal && g_str_has_prefix(webkit_uri_request_get_uri(request), "http"))
     if (auto* headers = webkit_uri_request_get_http_headers(request))
@@ -115,6 +140,7 @@ gboolean sendRequest(WebKitWebPage*, WebKitURIRequest* request, WebKitURIRespons
 
 void pageCreated(WebKitWebProcessExtension*, WebKitWebPage* page, gpointer) {
   g_signal_connect(page, "send-request", G_CALLBACK(sendRequest), nullptr);
+  g_signal_connect(page, "context-menu", G_CALLBACK(contextMenu), nullptr);
   g_signal_connect(page, "user-message-received", G_CALLBACK(messageReceived), nullptr);
 }
 
@@ -127,15 +153,15 @@ extern "C" G_MODULE_EXPORT void webkit_web_process_extension_initialize_with_use
   g_variant_get(const_cast<GVariant*>(data), "(bas)", &isOn, &names);
   sendsPrivacySignal = isOn;
   worlds()[""] = webkit_script_world_get_default();
-  WebKitScriptWorld* first = nullptr;
   const char* name = nullptr;
   while (g_variant_iter_next(names, "&s", &name)) {
     WebKitScriptWorld* world = worlds()[name] = webkit_script_world_new_with_name(name);
-    if (!first) first = world;
+    if (!engineWorld) engineWorld = world;  // it comes first
   }
   g_variant_iter_free(names);
   // Any one of them tells of every frame.
-  if (first)
-    g_signal_connect(first, "window-object-cleared", G_CALLBACK(windowObjectCleared), nullptr);
+  if (engineWorld)
+    g_signal_connect(engineWorld, "window-object-cleared", G_CALLBACK(windowObjectCleared),
+                     nullptr);
   g_signal_connect(extension, "page-created", G_CALLBACK(pageCreated), nullptr);
 }

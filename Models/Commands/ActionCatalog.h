@@ -22,6 +22,7 @@ enum class ActionID {
   PromoteLittleWindow,
   NewSpace,
   Capture,
+  SavePage,
   ExportPDF,
   Print,
   CloseTab,
@@ -54,6 +55,8 @@ enum class ActionID {
   ZoomOut,
   ActualSize,
   ToggleFullScreen,
+  ViewSource,
+  DeveloperTools,
 
   Back,
   Forward,

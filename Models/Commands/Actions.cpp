@@ -11,6 +11,7 @@
 #include "Models/Store/ComingFeatures.h"
 #include "Models/Tab/PageClosing.h"
 #include "Models/Tab/PageSearch.h"
+#include "Models/Tab/PageSource.h"
 #include "Models/Updates/SelfUpdate.h"
 #include "Models/Windows/LittleWindows.h"
 #include "Models/Windows/WindowChrome.h"
@@ -52,6 +53,8 @@ void Actions::perform(BrowserStore& store, ActionID action, const TabRef& tab) {
       return store.spaceEditing.beginNewSpace();
     case Capture:
       return store.coming.beginCapture(tab);
+    case SavePage:
+      return tab->savePage();
     case ExportPDF:
       return tab->exportPDF();
     case Print:
@@ -114,6 +117,11 @@ void Actions::perform(BrowserStore& store, ActionID action, const TabRef& tab) {
       return tab->setZoom(1);
     case ToggleFullScreen:
       return inActiveWindow(store, &DesktopWindow::toggleFullscreen);
+
+    case ViewSource:
+      return openSource(store, tab);
+    case DeveloperTools:
+      return tab->toggleInspector();
 
     case Back:
       return tab->goBack();

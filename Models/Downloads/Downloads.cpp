@@ -7,6 +7,15 @@
 
 namespace orvel {
 
+URLRequest pageRequest(const BrowserTab& tab, const URL& address) {
+  URLRequest request{.url = address};
+  const auto view = tab.liveWebView();
+  const auto origin = view ? view->committedOrigin() : std::nullopt;
+  const bool isDowngrade = origin && origin->starts_with("https:") && !address.hasScheme("https");
+  if (origin && !isDowngrade) request.headers = {{"Referer", *origin + "/"}};
+  return request;
+}
+
 Downloads::Downloads(BrowserStore& store) : store_(store) {}
 
 DownloadManager& Downloads::manager() const { return *store_.services().downloads; }
@@ -65,6 +74,20 @@ Task<bool> Downloads::mayQuit() {
   const AlertAnswer given = co_await std::move(asking);
   isAskingToQuit_ = false;
   co_return given.isFirstButton();
+}
+
+void Downloads::saveAs(const TabRef& tab, const URL& address) {
+  const auto isFree = [](const std::string&) { return false; };
+  const std::string name = address.hasScheme("data") ? "" : address.decodedPath();
+  store_.services().desktop.dialogs.showSavePanel(
+      store_.window(), {.proposedName = downloadName(name, isFree)},
+      store_.whileAlive([this, tab, address](const std::optional<std::filesystem::path>& file) {
+        if (!file) return;
+        const auto download = tab->profile->dataStore()->startDownload(pageRequest(*tab, address));
+        if (!download) return;
+        manager().choose(*download, *file);
+        download->setDelegate(store_.services().downloads);
+      }));
 }
 
 void Downloads::closeEmpty(const TabRef& tab) {

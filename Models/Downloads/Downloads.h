@@ -8,6 +8,9 @@ namespace orvel {
 class BrowserStore;
 class Space;
 
+// What a page of the tab would ask for the address with.
+[[nodiscard]] URLRequest pageRequest(const BrowserTab& tab, const URL& address);
+
 // What the program tells of downloads, and what a person does with their files.
 class Downloads {
  public:
@@ -24,6 +27,8 @@ class Downloads {
   void openFolder();
   // Whether the program may end: asks while a download is under way. No while it is being asked.
   Task<bool> mayQuit();
+  // Asks where to, and downloads the address as a page of the tab would.
+  void saveAs(const TabRef& tab, const URL& address);
   // Closes a tab that has nothing to show, as what it was to load is downloaded. It does not count
   // as closed by the person; the tab that was used before it is selected.
   void closeEmpty(const TabRef& tab);

@@ -7,6 +7,12 @@
 
 namespace orvel {
 
+std::string markdownLink(const std::string& text, const URL& address) {
+  std::string title;
+  for (const char c : text) title.append(c == ']' ? "\\]" : std::string(1, c));
+  return "[" + title + "](" + address.text() + ")";
+}
+
 void CopiedLink::copyLink(TabRef tab, LinkForm form) {
   constexpr Duration kMarkStays = 1200ms;
   if (!tab) tab = store_.activeSpace()->selectedTab();
@@ -14,11 +20,7 @@ void CopiedLink::copyLink(TabRef tab, LinkForm form) {
   const URL& shown = *tab->url.peek();
   const URL address = TrackingParameters::stripped(shown).value_or(shown);
   std::string copied = address.text();
-  if (form == LinkForm::Markdown) {
-    std::string title;
-    for (const char c : tab->displayTitle()) title.append(c == ']' ? "\\]" : std::string(1, c));
-    copied = "[" + title + "](" + address.text() + ")";
-  }
+  if (form == LinkForm::Markdown) copied = markdownLink(tab->displayTitle(), address);
   store_.services().desktop.clipboard.setText(copied);
   if (!store_.chrome.isSidebarVisible.peek())
     return store_.showToast(_("Copied link"), {.symbol = "link"});

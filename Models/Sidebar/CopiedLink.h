@@ -1,11 +1,17 @@
 #pragma once
 
+#include <string>
+
 #include "Base/Published.h"
+#include "BrowserCore/Addresses/URL.h"
 #include "Models/Spaces/Profile.h"
 
 namespace orvel {
 
 class BrowserStore;
+
+// "[text](address)".
+[[nodiscard]] std::string markdownLink(const std::string& text, const URL& address);
 
 enum class LinkForm { Plain, Markdown };
 

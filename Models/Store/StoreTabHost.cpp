@@ -80,6 +80,10 @@ void StoreTabHost::nameVisit(const BrowserTab& tab, const URL& address, const st
       }));
 }
 
+void StoreTabHost::showPageMenu(BrowserTab& tab, const PageHit& hit) {
+  store_.interface().showPageMenu(tab.shared_from_this(), hit);
+}
+
 void StoreTabHost::fullscreenDidChange(BrowserTab& tab, bool isFullscreen) {
   store_.pageFullscreen.didChange(tab.shared_from_this(), isFullscreen);
 }
@@ -102,8 +106,18 @@ void StoreTabHost::propertiesDidChange(BrowserTab& tab, TabProperties properties
 // Other tabs
 
 void StoreTabHost::openLink(const URL& address, BrowserTab& from, Selection selection) {
-  store_.openTab(address,
-                 {.after = from.shared_from_this(), .select = selection == Selection::Selects});
+  const bool isSelected = selection == Selection::Selects;
+  const TabRef opened =
+      store_.openTab(address, {.after = from.shared_from_this(), .select = isSelected});
+  if (!isSelected) backgroundLoads_.add(opened);
+}
+
+bool StoreTabHost::mayOpenWindows(const BrowserTab& tab, const std::string& site) const {
+  return windowSites_.contains({tab.profile->id, site});
+}
+
+void StoreTabHost::allowWindows(const BrowserTab& tab, const std::string& site) {
+  windowSites_.emplace(tab.profile->id, site);
 }
 
 TabRef StoreTabHost::openWindow(const std::optional<URL>& address, BrowserTab& opener,

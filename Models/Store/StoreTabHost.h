@@ -1,5 +1,10 @@
 #pragma once
 
+#include <set>
+#include <string>
+#include <utility>
+
+#include "Models/Tab/BackgroundLoads.h"
 #include "Models/Tab/TabHost.h"
 
 namespace orvel {
@@ -24,11 +29,14 @@ class StoreTabHost final : public TabHost {
   void didZoom(BrowserTab& tab, double zoom) override;
   void recordVisit(const BrowserTab& tab, const URL& address, const std::string& title) override;
   void nameVisit(const BrowserTab& tab, const URL& address, const std::string& title) override;
+  void showPageMenu(BrowserTab& tab, const PageHit& hit) override;
   void fullscreenDidChange(BrowserTab& tab, bool isFullscreen) override;
   void willTearDown(BrowserTab& tab) override;
   std::optional<WebExtensionContext> extensionContext(const URL& address) override;
   void propertiesDidChange(BrowserTab& tab, TabProperties properties) override;
   void openLink(const URL& address, BrowserTab& from, Selection selection) override;
+  bool mayOpenWindows(const BrowserTab& tab, const std::string& site) const override;
+  void allowWindows(const BrowserTab& tab, const std::string& site) override;
   TabRef openWindow(const std::optional<URL>& address, BrowserTab& opener,
                     const WebViewConfiguration& configuration) override;
   bool canPeek(const BrowserTab& tab) const override;
@@ -39,6 +47,9 @@ class StoreTabHost final : public TabHost {
 
  private:
   BrowserStore& store_;
+  BackgroundLoads backgroundLoads_{store_};
+  // By profile.
+  std::set<std::pair<UUID, std::string>> windowSites_;
 };
 
 }  // namespace orvel

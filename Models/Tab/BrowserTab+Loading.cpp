@@ -137,49 +137,66 @@ void BrowserTab::printPage() {
   if (view && view->isInWindow()) view->print();
 }
 
-// PDF
+void BrowserTab::toggleInspector() {
+  const auto& view = webView_.peek();
+  if (!view) return;
+  if (view->isInspectorOpen())
+    view->closeInspector();
+  else
+    view->openInspector();
+}
+
+// Files
 
 namespace {
 
-void tellOfFailedExport(Dialogs& dialogs, DesktopWindow* parent, const std::string& error) {
+void tellOfFailure(Dialogs& dialogs, DesktopWindow* parent, const char* message,
+                   const std::string& error) {
   dialogs.showAlert(parent,
-                    {.messageText = _("Couldn't export the page as PDF"),
-                     .informativeText = error,
-                     .buttons = {_("OK")}},
+                    {.messageText = message, .informativeText = error, .buttons = {_("OK")}},
                     [](const AlertAnswer&) {});
 }
 
 }  // namespace
 
 void BrowserTab::exportPDF() {
+  saveTo({&WebView::createPDF, ".pdf", _("Couldn't export the page as PDF")});
+}
+
+void BrowserTab::savePage() {
+  saveTo({&WebView::createArchive, ".mhtml", _("The page couldn’t be saved")});
+}
+
+void BrowserTab::saveTo(const FileForm& form) {
   const auto& view = webView_.peek();
   if (!view || !view->isInWindow()) return;
   std::string name = displayTitle();
   std::ranges::replace(name, '/', '-');
   services_.desktop.dialogs.showSavePanel(
-      host()->window(), {.proposedName = name + ".pdf"},
-      [weak = weak_from_this()](const std::optional<std::filesystem::path>& file) {
-        if (const auto tab = weak.lock(); tab && file) tab->writePDF(*file);
+      host()->window(), {.proposedName = name + form.suffix},
+      [weak = weak_from_this(), form](const std::optional<std::filesystem::path>& file) {
+        if (const auto tab = weak.lock(); tab && file) tab->write(form, *file);
       });
 }
 
-void BrowserTab::writePDF(const std::filesystem::path& file) {
+void BrowserTab::write(const FileForm& form, const std::filesystem::path& file) {
   const auto& view = webView_.peek();
   if (!view) return;
-  view->createPDF([weak = weak_from_this(), file](PDFResult result) {
+  ((*view).*form.create)([weak = weak_from_this(), form, file](PageFile result) {
     const auto tab = weak.lock();
     if (!tab) return;
     auto& dialogs = tab->services_.desktop.dialogs;
-    if (!result) return tellOfFailedExport(dialogs, tab->host()->window(), result.error());
+    if (!result) return tellOfFailure(dialogs, tab->host()->window(), form.failure, result.error());
     const auto written = std::make_shared<Result<void, std::string>>();
     tab->services_.scheduler.runInBackground(
         [written, file, data = *std::move(result), &files = tab->services_.files.files()] {
           *written = files.writeForUser(file, data);
         },
-        [written, weak, &dialogs] {
+        [written, weak, form, &dialogs] {
           const auto live = weak.lock();
           if (!*written)
-            tellOfFailedExport(dialogs, live ? live->host()->window() : nullptr, written->error());
+            tellOfFailure(dialogs, live ? live->host()->window() : nullptr, form.failure,
+                          written->error());
         },
         WorkPriority::UserInitiated);
   });

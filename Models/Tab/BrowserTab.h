@@ -125,6 +125,10 @@ class BrowserTab final : public NavigationDelegate,
   void printPage();
   // Asks for a file and writes the whole page to it. Does nothing for a page that is not on screen.
   void exportPDF();
+  // The same in one file that a browser shows.
+  void savePage();
+  // Opens the developer tools, or closes them.
+  void toggleInspector();
   // Sets it on the live view and, but for a private tab, for the site. 1 is actual size.
   void setZoom(double zoom);
   // By a step, within the least and the greatest zoom. Nothing without a live view.
@@ -174,7 +178,14 @@ class BrowserTab final : public NavigationDelegate,
   void sync(const WebView& view);
   // The page is another one, or at another address: the session and the page's state are saved.
   void pageDidChange();
-  void writePDF(const std::filesystem::path& file);
+  // The page in one form of a file; the sentence says that it could not be had.
+  struct FileForm {
+    void (WebView::*create)(std::function<void(PageFile)>);
+    const char* suffix;
+    const char* failure;
+  };
+  void saveTo(const FileForm& form);
+  void write(const FileForm& form, const std::filesystem::path& file);
   // Swaps the icon when the host changes.
   void setAddress(const std::optional<URL>& address);
   void applyMute();

@@ -43,7 +43,7 @@ PagePanels::PagePanels(BrowserTab& tab, const Services& services, OtherApplicati
 std::shared_ptr<WebView> PagePanels::createWebView(WebView& opener,
                                                    const WebViewConfiguration& configuration,
                                                    const NavigationAction& action) {
-  if (applications_.handOver(opener, action)) return nullptr;
+  if (applications_.handOver(opener, action) || !popUps_.allows(action)) return nullptr;
   const auto address = action.request ? std::optional(action.request->url) : std::nullopt;
   const TabRef opened = tab_.host()->openWindow(address, tab_, configuration);
   return opened ? opened->webView() : nullptr;
@@ -155,6 +155,10 @@ void PagePanels::requestMediaCapturePermission(WebView& view, const std::string&
 void PagePanels::requestGeolocationPermission(WebView& view, const std::string& originHost,
                                               std::function<void(PermissionDecision)> answer) {
   tab_.permissions.decidePermission(view, originHost, {PageDevice::Location}, std::move(answer));
+}
+
+void PagePanels::showContextMenu(WebView&, const PageHit& hit) {
+  tab_.host()->showPageMenu(tab_, hit);
 }
 
 void PagePanels::fullscreenDidChange(WebView&, bool isFullscreen) {

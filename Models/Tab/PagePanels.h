@@ -12,6 +12,7 @@
 #include "Engine/Delegates.h"
 #include "Models/Tab/OtherApplications.h"
 #include "Models/Tab/PageQuestions.h"
+#include "Models/Tab/PopUps.h"
 #include "Models/Tab/ScriptDialogs.h"
 
 namespace orvel {
@@ -30,7 +31,10 @@ class PagePanels final : public UIDelegate {
   void leave() { dialogs_.leave(); }
   void stay() { dialogs_.stay(); }
   // Another page is there.
-  void pageDidChange() { dialogs_.pageDidChange(); }
+  void pageDidChange() {
+    dialogs_.pageDidChange();
+    popUps_.pageDidChange();
+  }
   // The view is going.
   void teardown();
   void followResponsiveness(const WebView& view);
@@ -61,6 +65,7 @@ class PagePanels final : public UIDelegate {
                                      std::function<void(PermissionDecision)> answer) override;
   void requestGeolocationPermission(WebView& view, const std::string& originHost,
                                     std::function<void(PermissionDecision)> answer) override;
+  void showContextMenu(WebView& view, const PageHit& hit) override;
   void fullscreenDidChange(WebView& view, bool isFullscreen) override;
 
  private:
@@ -73,6 +78,7 @@ class PagePanels final : public UIDelegate {
   const Services& services_;
   OtherApplications& applications_;
   ScriptDialogs dialogs_;
+  PopUps popUps_{tab_};
   std::optional<uint64_t> unresponsiveQuestion_;
   TaskHandle askAgain_;
   // The page has been asked whether its tab may be closed; whether it had the user asked.

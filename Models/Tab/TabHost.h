@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Desktop/Windows.h"
+#include "Engine/PageHit.h"
 #include "Engine/UserContent.h"
 #include "Engine/WebViewConfiguration.h"
 #include "Models/Spaces/Profile.h"
@@ -52,6 +53,7 @@ class TabHost {
                            const std::string& /*title*/) {}
   virtual void nameVisit(const BrowserTab& /*tab*/, const URL& /*address*/,
                          const std::string& /*title*/) {}
+  virtual void showPageMenu(BrowserTab& /*tab*/, const PageHit& /*hit*/) {}
   virtual void fullscreenDidChange(BrowserTab& /*tab*/, bool /*isFullscreen*/) {}
   // The tab's view is going.
   virtual void willTearDown(BrowserTab& /*tab*/) {}
@@ -66,6 +68,11 @@ class TabHost {
   // Other tabs.
   enum class Selection { Selects, StaysBehind };
   virtual void openLink(const URL& /*address*/, BrowserTab& /*from*/, Selection /*selection*/) {}
+  // Whether pages of the site may open windows as they like; for the rest of this run, if so.
+  virtual bool mayOpenWindows(const BrowserTab& /*tab*/, const std::string& /*site*/) const {
+    return false;
+  }
+  virtual void allowWindows(const BrowserTab& /*tab*/, const std::string& /*site*/) {}
   // A window that the page opened, which the engine navigates by itself; null: it gets none.
   virtual TabRef openWindow(const std::optional<URL>& /*address*/, BrowserTab& /*opener*/,
                             const WebViewConfiguration& /*configuration*/) {

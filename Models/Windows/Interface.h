@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "Desktop/Windows.h"
+#include "Engine/PageHit.h"
 #include "Models/Spaces/Profile.h"
 #include "Models/Windows/UtilityWindow.h"
 
@@ -32,6 +33,8 @@ class Interface {
   virtual bool hasLittleWindows() const { return false; }
   // Opens a little window for the tab. Called only where there are any; never null.
   virtual std::shared_ptr<LittleWindow> makeLittleWindow(const TabRef& /*tab*/) { return nullptr; }
+  // Opens the menu of the tab's page (Models/Commands/PageMenu.h) where the tab is on screen.
+  virtual void showPageMenu(const TabRef& /*tab*/, const PageHit& /*hit*/) {}
   // Shows the window; returns whether there is one.
   virtual bool openUtilityWindow(UtilityWindow /*which*/) { return false; }
 };

@@ -59,18 +59,25 @@ fs::path DownloadManager::uniqueDestination(std::string_view suggestedName) cons
          });
 }
 
+void DownloadManager::choose(const Download& download, fs::path destination) {
+  chosen_.insert_or_assign(&download, std::move(destination));
+}
+
 void DownloadManager::decideDestination(const std::shared_ptr<Download>& download,
                                         const std::string& suggestedFilename,
                                         std::function<void(std::optional<fs::path>)> answer) {
+  const auto chosen = chosen_.extract(download.get());
+  const bool isChosen = !chosen.empty();
+  const fs::path directory = isChosen ? chosen.mapped().parent_path() : directory_;
   // Not every account has the folder from its beginning; where it cannot be made, the download
   // fails.
-  files_.createFolders(directory_);
+  files_.createFolders(directory);
   Item item{.id = UUID::random(),
-            .destination = uniqueDestination(suggestedFilename),
+            .destination = isChosen ? chosen.mapped() : uniqueDestination(suggestedFilename),
             .isPrivate = download->isEphemeral()};
   const auto expected = download->expectedBytes();
   item.isLengthKnown = expected.has_value();
-  if (const auto free = files_.freeSpace(directory_); free && expected > free) {
+  if (const auto free = files_.freeSpace(directory); free && expected > free) {
     item.state = State::Failed;
     item.isDiskFull = true;
     insert(std::move(item));
@@ -82,9 +89,9 @@ void DownloadManager::decideDestination(const std::shared_ptr<Download>& downloa
     if (!live || !live->expectedBytes()) return;
     update(id, [&](Item& changed) { changed.progress = live->fractionCompleted(); });
   };
-  const fs::path partial = directory_ / partialName(item.destination.filename().string());
-  active_.insert_or_assign(download.get(), Active{item.id, item.destination, partial, download,
-                                                  download->observeProgress(progressed)});
+  const fs::path partial = directory / partialName(item.destination.filename().string());
+  active_.insert_or_assign(download.get(), Active{item.id, item.destination, partial, isChosen,
+                                                  download, download->observeProgress(progressed)});
   answer(partial);
   if (onBegin) onBegin(item.destination.filename().string());
 }
@@ -113,6 +120,7 @@ void DownloadManager::update(const UUID& id, const std::function<void(Item&)>& c
 }
 
 std::optional<DownloadManager::Active> DownloadManager::takeActive(const Download& download) {
+  chosen_.erase(&download);
   auto active = active_.extract(&download);
   if (active.empty()) return std::nullopt;
   return std::move(active.mapped());
@@ -123,7 +131,8 @@ std::optional<fs::path> DownloadManager::complete(const Active& active) {
   constexpr int kMaxAttempts = 100;
   fs::path destination = active.destination;
   for (int attempt = 0; attempt < kMaxAttempts; ++attempt) {
-    const std::error_code error = files_.renameToNew(active.partial, destination);
+    const std::error_code error = active.isChosen ? files_.rename(active.partial, destination)
+                                                  : files_.renameToNew(active.partial, destination);
     if (!error) return destination;
     if (error != std::errc::file_exists) {
       Log::download.error("Couldn't name a download: {}", error.message());

@@ -66,6 +66,9 @@ class DownloadManager final : public DownloadDelegate {
   // files that have come stay.
   void forgetPrivate();
 
+  // The user has said where the download goes, and that it may replace what stands there.
+  void choose(const Download& download, std::filesystem::path destination);
+
   void decideDestination(const std::shared_ptr<Download>& download,
                          const std::string& suggestedFilename,
                          std::function<void(std::optional<std::filesystem::path>)> answer) override;
@@ -77,6 +80,7 @@ class DownloadManager final : public DownloadDelegate {
     UUID itemID;
     std::filesystem::path destination;
     std::filesystem::path partial;
+    bool isChosen = false;  // by the user, who replaces what has the name
     std::weak_ptr<Download> download;
     Observation observation;
   };
@@ -94,6 +98,7 @@ class DownloadManager final : public DownloadDelegate {
   Workspace& workspace_;
   const std::filesystem::path directory_;
   std::unordered_map<const Download*, Active> active_;
+  std::unordered_map<const Download*, std::filesystem::path> chosen_;
 };
 
 }  // namespace orvel

@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "Base/Markup.h"
 #include "Base/Texts.h"
 #include "BrowserCore/Addresses/URLInput.h"
 
@@ -39,27 +40,6 @@ a {
 }
 )";
 
-std::string escaped(std::string_view text) {
-  std::string result;
-  for (const char c : text) switch (c) {
-      case '&':
-        result += "&amp;";
-        break;
-      case '<':
-        result += "&lt;";
-        break;
-      case '>':
-        result += "&gt;";
-        break;
-      case '"':
-        result += "&quot;";
-        break;
-      default:
-        result += c;
-    }
-  return result;
-}
-
 }  // namespace
 
 bool isConnectionProblem(const LoadError& error) {
@@ -83,21 +63,21 @@ bool isConnectionProblem(const LoadError& error) {
 }
 
 std::string html(const LoadError& error, const std::optional<URL>& url) {
-  const std::string title =
-      escaped(filled(_("Can’t open {site}"), {{"site", url ? displayHost(*url) : _("This page")}}));
-  const std::string guide =
-      isConnectionProblem(error)
-          ? fmt::format("<p class=\"guide\" title=\"{}\">{}</p>\n",
-                        escaped(_("In large, friendly letters")), escaped(_("Don’t Panic")))
-          : "";
-  const std::string link =
-      url ? fmt::format("<a href=\"{}\">{}</a>\n", escaped(url->text()), escaped(_("Try Again")))
-          : "";
+  const std::string title = escapedMarkup(
+      filled(_("Can’t open {site}"), {{"site", url ? displayHost(*url) : _("This page")}}));
+  const std::string guide = isConnectionProblem(error)
+                                ? fmt::format("<p class=\"guide\" title=\"{}\">{}</p>\n",
+                                              escapedMarkup(_("In large, friendly letters")),
+                                              escapedMarkup(_("Don’t Panic")))
+                                : "";
+  const std::string link = url ? fmt::format("<a href=\"{}\">{}</a>\n", escapedMarkup(url->text()),
+                                             escapedMarkup(_("Try Again")))
+                               : "";
   return fmt::format(
       "<!doctype html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>{0}</title>\n"
       "<style>{1}</style>\n</head>\n<body>\n<main>\n{2}<h1>{0}</h1>\n<p>{3}</p>\n{4}"
       "</main>\n</body>\n</html>\n",
-      title, kStyle, guide, escaped(error.localizedDescription), link);
+      title, kStyle, guide, escapedMarkup(error.localizedDescription), link);
 }
 
 }  // namespace orvel::ErrorPage

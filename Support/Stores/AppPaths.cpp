@@ -1,6 +1,7 @@
 #include "Support/Stores/AppPaths.h"
 
 #include <fmt/format.h>
+#include <glib.h>
 
 namespace orvel {
 
@@ -10,6 +11,10 @@ AppPaths AppPaths::in(const std::filesystem::path& dataHome, const std::filesyst
 }
 
 void AppPaths::create(FileSystem& files) const { (void)files.createFolders(support); }
+
+std::filesystem::path AppPaths::transient() {
+  return std::filesystem::path(g_get_user_runtime_dir()) / "orvel";
+}
 
 std::filesystem::path AppPaths::sessionBackup(int64_t schemaVersion) const {
   return support / fmt::format("session.v{}.backup.json", schemaVersion);

@@ -25,6 +25,9 @@ struct AppPaths {
   // later fails by itself.
   void create(FileSystem& files) const;
 
+  // What is gone with the person's session on this machine, and, where the system can, never on the
+  // disk.
+  static std::filesystem::path transient();
   std::filesystem::path session() const { return support / "session.json"; }
   std::filesystem::path unreadableSession() const { return support / "session.unreadable.json"; }
   std::filesystem::path sessionBackup(int64_t schemaVersion) const;

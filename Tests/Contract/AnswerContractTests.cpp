@@ -41,7 +41,7 @@ TEST_P(AnswerContract, EachQuestionIsAnsweredOnceOnALaterTurnWhateverBecomesOfTh
     view->find("needle", {}, [&](bool isFound) { note("find", !isFound); });
     view->takeSnapshot({}, [&](const ImageRef& image) { note("picture", !image); });
     view->createPDF(
-        [&](const PDFResult& result) { note("PDF", !result.value_or("").starts_with("%PDF-")); });
+        [&](const PageFile& result) { note("PDF", !result.value_or("").starts_with("%PDF-")); });
     view->requestMediaPlaybackState([&](MediaPlaybackState) { note("media", false); });
     EXPECT_TRUE(counts.empty()) << "a later turn";
     if (fate == Fate::ViewGoes) view.reset();

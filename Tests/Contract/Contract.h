@@ -42,6 +42,8 @@ class EngineStage {
 
   // Puts the view on screen.
   virtual void show(WebView& view) = 0;
+  // Puts `markup` all over the page and asks for its menu there; a fake page is told of `hit`.
+  virtual void askForMenu(WebView& view, const std::string& markup, const PageHit& hit) = 0;
   // What pages do.
   virtual void hang(WebView& view) = 0;
   virtual void crash(WebView& view) = 0;

@@ -43,6 +43,9 @@ class FakeEngineStage final : public EngineStage {
     fake.isOnScreen = true;
     fake.place = {.width = 800, .height = 600};
   }
+  void askForMenu(WebView& view, const std::string&, const PageHit& hit) override {
+    static_cast<FakeWebView&>(view).askForMenu(hit);
+  }
   void hang(WebView& view) override { static_cast<FakeWebView&>(view).isHung = true; }
   void crash(WebView& view) override { static_cast<FakeWebView&>(view).die(); }
   void play(WebView& view) override { static_cast<FakeWebView&>(view).play({.audio = true}); }

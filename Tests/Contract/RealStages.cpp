@@ -1,5 +1,8 @@
+#include <fmt/format.h>
 #include <gdk/x11/gdkx.h>
 #include <webkit/webkit.h>
+
+#include <nlohmann/json.hpp>
 
 #include "Desktop/Gtk/GtkDesktop.h"
 #include "Desktop/Gtk/GtkEventSource.h"
@@ -30,6 +33,21 @@ class RealEngineStage final : public EngineStage, RealEngine {
   bool until(const std::function<bool()>& condition) override { return eventually(condition, 15s); }
   void pass() override { turnFor(150ms); }
   void show(WebView& view) override { RealEngine::show(view); }
+  void askForMenu(WebView& view, const std::string& markup, const PageHit&) override {
+    evaluate(view, fmt::format(
+                       R"js(document.body.innerHTML = {};
+                       document.head.append(Object.assign(document.createElement('style'),
+                           {{textContent: 'body > *, img {{ position: fixed; inset: 0; width: 100vw; height: 100vh }}'}}));
+                       document.querySelector('[autofocus]')?.focus();
+                       const chosen = document.getElementById('chosen');
+                       if (chosen) getSelection().selectAllChildren(chosen); 1)js",
+                       nlohmann::json(markup).dump()));
+    ASSERT_TRUE(eventually([&] { return !view.isBlank(); }));
+    auto* native = gtk_widget_get_native(view.widget());
+    const auto id = gdk_x11_surface_get_xid(gtk_native_get_surface(native));
+    const std::string command = fmt::format("xdotool mousemove --window {} 60 60 click 3", id);
+    ASSERT_TRUE(g_spawn_command_line_async(command.c_str(), nullptr));
+  }
   void hang(WebView& view) override {
     evaluate(view, "setTimeout(() => { for (;;); }); 1");
     turnFor(100ms);

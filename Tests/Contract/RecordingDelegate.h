@@ -104,6 +104,7 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
     panels.push_back("location " + host);
     answer(PermissionDecision::Deny);
   }
+  void showContextMenu(WebView&, const PageHit& hit) override { hits.push_back(hit); }
   void fullscreenDidChange(WebView&, bool) override {}
 
   std::function<NavigationPolicy(const NavigationAction&)> decide;
@@ -126,6 +127,7 @@ class RecordingDelegate : public NavigationDelegate, public UIDelegate {
   std::vector<LoadError> breaks;  // after it
   std::vector<AuthenticationChallenge> challenges;
   std::vector<std::string> panels;
+  std::vector<PageHit> hits;
   int commits = 0;
   int finishes = 0;
   int terminations = 0;

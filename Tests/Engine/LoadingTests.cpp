@@ -93,6 +93,26 @@ struct HTTPSFirstTest : LoadingTest {
   }
 };
 
+// A proxy that will not connect answers with nothing that a page could show.
+TEST_F(HTTPSFirstTest, AnEmptyRefusalIsAFailedLoad) {
+  server.serve("http://denied.test/", "<title>Plain</title>");
+  server.serve("http://busy.test/", test::ServedPage{.status = 503});
+  server.serve("http://broken.test/",
+               test::ServedPage{.status = 500, .headers = {{"Content-Type", "application/zip"}}});
+  const auto view = makeUpgradingView();
+  view->load({.url = *URL::parse("http://denied.test/")});
+  EXPECT_TRUE(eventually([&] { return view->title() == "Plain"; }));
+  for (const char* address : {"http://busy.test/", "http://broken.test/", "http://one.test:25/"}) {
+    server.refuse(std::string(*URL::parse(address)->host()), 443);
+    delegate.errors.clear();
+    view->load({.url = *URL::parse(address)});
+    EXPECT_TRUE(eventually([&] { return !delegate.errors.empty(); })) << address;
+    EXPECT_EQ(delegate.errors.front().kind, LoadError::Kind::Other) << address;
+    EXPECT_EQ(delegate.errors.front().failingURL, URL::parse(address)) << address;
+  }
+  EXPECT_TRUE(delegate.downloads.empty());
+}
+
 TEST_F(HTTPSFirstTest, TriesHTTPSFirstAndFallsBackByItself) {
   server.serve("http://old.test/page", "<title>Old</title>");
   server.refuse("old.test", 443);

@@ -297,8 +297,16 @@ void FakeWebView::takeSnapshot(const SnapshotRequest&, std::function<void(ImageR
   answerLater<ImageRef>(std::move(answer), snapshot, nullptr);
 }
 
-void FakeWebView::createPDF(std::function<void(PDFResult)> answer) {
-  answerLater<PDFResult>(std::move(answer), "%PDF-1.4 fake", Failure("no answer"));
+void FakeWebView::createPDF(std::function<void(PageFile)> answer) {
+  answerLater<PageFile>(std::move(answer), "%PDF-1.4 fake", Failure("no answer"));
+}
+
+void FakeWebView::createArchive(std::function<void(PageFile)> answer) {
+  answerLater<PageFile>(std::move(answer), "MIME-Version: 1.0 fake", Failure("no answer"));
+}
+
+void FakeWebView::readSource(std::function<void(std::optional<std::string>)> answer) {
+  answerLater<std::optional<std::string>>(std::move(answer), source, std::nullopt);
 }
 
 void FakeWebView::find(const std::string& text, const FindConfiguration& configuration,
@@ -353,6 +361,7 @@ std::shared_ptr<WebView> FakeWebView::openWindow(const std::string& url) {
   action.request = URLRequest{.url = *URL::parse(url)};
   action.sourceFrame = FrameInfo{};
   action.hasUserGesture = true;
+  action.input = inputs;
   WebViewConfiguration configuration = configuration_;
   configuration.userContentController = nullptr;
   configuration.opener = std::make_shared<WindowOpener>();

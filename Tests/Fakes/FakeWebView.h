@@ -136,12 +136,18 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   }
   void focus() override { ++focusCount; }
   bool isEditing() const override { return false; }
+  bool isInspectorOpen() const override { return hasInspector; }
+  void openInspector() override { hasInspector = true; }
+  void closeInspector() override { hasInspector = false; }
+  void controlMedia(MediaCommand command) override { mediaCommands.push_back(command); }
   void edit(EditingCommand command) override { edits.push_back(command); }
   void removeFromParent() override { isOnScreen = false; }
   GtkWidget* widget() override { return pageWidget; }
   void takeSnapshot(const SnapshotRequest& request, std::function<void(ImageRef)> answer) override;
-  void createPDF(std::function<void(PDFResult)> answer) override;
-  void print() override {}
+  void createPDF(std::function<void(PageFile)> answer) override;
+  void createArchive(std::function<void(PageFile)> answer) override;
+  void readSource(std::function<void(std::optional<std::string>)> answer) override;
+  void print() override { ++prints; }
   void find(const std::string& text, const FindConfiguration& configuration,
             std::function<void(bool)> answer) override;
   void endFind() override { hasMarks = false; }
@@ -180,6 +186,10 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   void enterFullscreen();
   // Returns the view that the delegate made, or null.
   std::shared_ptr<WebView> openWindow(const std::string& url);
+  // The page's menu is asked for.
+  void askForMenu(const PageHit& hit) {
+    if (ui_) ui_->showContextMenu(*this, hit);
+  }
   void closeWindow() {
     if (ui_) ui_->webViewDidClose(*this);
   }
@@ -202,6 +212,11 @@ class FakeWebView final : public WebView, public std::enable_shared_from_this<Fa
   bool guardsChanges = false;
   bool isFullscreen = false;
   std::vector<EditingCommand> edits;
+  std::vector<MediaCommand> mediaCommands;
+  bool hasInspector = false;
+  uint64_t inputs = 1;  // presses of keys and buttons
+  int prints = 0;
+  std::optional<std::string> source;
   int stopCount = 0;
   bool isMuted = false;
   size_t observerCount() const { return observers_.size(); }

@@ -142,6 +142,8 @@ class Handler(BaseHTTPRequestHandler):
         if (host, int(port)) in self.server.state.refused:
             self.close_connection = True
             return
+        if host.startswith("denied."):
+            return self.answer({"status": 502})
         if host.startswith("behind."):
             headers = {"Proxy-Authenticate": 'Basic realm="Gate"'}
             return self.answer({"status": 407, "headers": headers})

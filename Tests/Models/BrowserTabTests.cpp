@@ -474,5 +474,48 @@ TEST_F(Panels, AHugeQuestionIsCut) {
   EXPECT_LT(question().alert.informativeText.size(), 5000u);
 }
 
+TEST_F(Tab, OnePressOpensOneWindowUntilTheSiteIsAllowed) {
+  world.open("https://popular.org/");
+  settle();
+  const auto page = world.viewOnScreen(selected());
+  EXPECT_NE(page->openWindow("https://first.org/"), nullptr);
+  EXPECT_EQ(page->openWindow("https://second.org/"), nullptr);
+  ++page->inputs;
+  EXPECT_NE(page->openWindow("https://third.org/"), nullptr);
+  EXPECT_EQ(page->openWindow("mailto:x@y.org"), nullptr);
+  store().toasts.undoToast();
+  settle();
+  EXPECT_THAT(urls(space().today.peek()), Contains("https://second.org/"));
+  EXPECT_NE(page->openWindow("https://fourth.org/"), nullptr);
+}
+
+TEST_F(Tab, TabsOpenedBehindLoadTwoAtATimeAfterThePageInFront) {
+  for (const char* slow : {"https://front.org/", "https://b.org/", "https://c.org/"})
+    world.engine.pages[slow].load = FakePage::Load::Wait;
+  world.open("https://front.org/");
+  settle();
+  const auto front = world.view(selected());
+  std::vector<TabRef> behind;
+  for (const char* link : {"https://b.org/", "https://c.org/", "https://d.org/"}) {
+    front->clickLink(link, {.control = true});
+    settle();
+    for (const TabRef& tab : space().today.peek())
+      if (tab->url.peek() == address(link)) behind.push_back(tab);
+  }
+  ASSERT_EQ(behind.size(), 3u);
+  const auto live = [&] {
+    std::string text;
+    for (const TabRef& tab : behind) text += tab->liveWebView() ? 'x' : '-';
+    return text;
+  };
+  EXPECT_EQ(live(), "---");
+  front->stopLoading();
+  settle();
+  EXPECT_EQ(live(), "xx-");
+  world.view(behind[0])->stopLoading();
+  settle();
+  EXPECT_EQ(live(), "xxx");
+}
+
 }  // namespace
 }  // namespace orvel::test

@@ -67,6 +67,10 @@ void PageView::follow() {
   empty_.set_visible(!hasPage);
 }
 
+void PageView::showMenu(const PageHit& hit, std::vector<MenuEntry> entries) {
+  presentMenu(web_, hit.x, hit.y, std::move(entries));
+}
+
 void PageView::setPalette(const Palette& palette) {
   empty_.setPalette(palette);
   bar_.setPalette(palette);

@@ -7,6 +7,7 @@
 #include "Views/Page/LoadingBar.h"
 #include "Views/Page/PageGestures.h"
 #include "Views/Page/PageQuestionView.h"
+#include "Views/Support/Menu.h"
 
 namespace orvel {
 
@@ -31,6 +32,9 @@ class PageView final : public Gtk::Overlay {
 
   // Null: no tab.
   void setTab(const TabRef& tab);
+  const TabRef& tab() const { return tab_; }
+  // Opens a menu where the page was hit.
+  void showMenu(const PageHit& hit, std::vector<MenuEntry> entries);
   void setPalette(const Palette& palette);
   // Whether the tab has a page, in place of the empty state.
   bool showsPage() const { return web_.get_visible(); }

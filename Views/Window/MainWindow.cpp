@@ -9,6 +9,7 @@
 #include "Models/Windows/Toasts.h"
 #include "Models/Windows/WindowChrome.h"
 #include "Views/History/HistoryContent.h"
+#include "Views/Page/PageMenuView.h"
 #include "Views/Settings/SettingsContent.h"
 #include "Views/Window/Accelerators.h"
 #include "Views/Window/BrowserView.h"
@@ -120,6 +121,10 @@ bool MainWindow::offersUndo() const {
   const bool isInPage = view && view->widget() && focus &&
                         (focus == view->widget() || gtk_widget_is_ancestor(focus, view->widget()));
   return !isInPage || !view->isEditing();
+}
+
+void MainWindow::showPageMenu(const TabRef& tab, const PageHit& hit) {
+  if (view_->page().tab() == tab) view_->page().showMenu(hit, pageMenuEntries(store_, tab, hit));
 }
 
 void MainWindow::toggleMainMenu() {

@@ -29,6 +29,7 @@ class MainWindow final : public Interface {
   MainWindow(const MainWindow&) = delete;
 
   DesktopWindow* window() override { return &desktopWindow_; }
+  void showPageMenu(const TabRef& tab, const PageHit& hit) override;
   bool openUtilityWindow(UtilityWindow which) override;
 
   void present();

@@ -72,4 +72,19 @@ LoadError timeoutError(const char* failingURL) {
   return loadError(error, failingURL);
 }
 
+LoadError restrictedPortError(const URL& address) {
+  const GError error{WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_CANNOT_USE_RESTRICTED_PORT,
+                     const_cast<char*>(_("The port of this address belongs to another service."))};
+  return loadError(error, address.text().c_str());
+}
+
+LoadError refusalError(int status, const URL& address) {
+  return {.kind = Kind::Other,
+          .domain = "HTTP",
+          .code = status,
+          .localizedDescription = filled(_("The server answered with the error {status}."),
+                                         {{"status", std::to_string(status)}}),
+          .failingURL = address};
+}
+
 }  // namespace orvel

@@ -12,5 +12,9 @@ namespace orvel {
 LoadError loadError(const GError& error, const char* failingURL);
 // That of a load which was given up for want of an answer.
 LoadError timeoutError(const char* failingURL);
+// The address is at a port of another service.
+LoadError restrictedPortError(const URL& address);
+// A server, or a proxy, answered with this status and nothing to show.
+LoadError refusalError(int status, const URL& address);
 
 }  // namespace orvel

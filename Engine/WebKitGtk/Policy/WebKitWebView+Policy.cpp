@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "BrowserCore/Addresses/RestrictedPorts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Policy/HTTPSFirst.h"
 #include "Engine/WebKitGtk/Policy/LoadErrors.h"
@@ -68,6 +69,14 @@ void settle(WebKitPolicyDecision* decision, NavigationPolicy policy) {
     case NavigationPolicy::Download:
       return webkit_policy_decision_download(decision);
   }
+}
+
+// A server's or a proxy's error with nothing to show.
+bool isEmptyRefusal(WebKitURIResponse* native, const NavigationResponse& response) {
+  if (response.status < 400) return false;
+  auto* headers = webkit_uri_response_get_http_headers(native);
+  const char* length = headers ? soup_message_headers_get_one(headers, "Content-Length") : nullptr;
+  return !response.canShowMIMEType || g_strcmp0(length, "0") == 0;
 }
 
 }  // namespace
@@ -140,6 +149,11 @@ bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNew
   if (!isNewWindow) action.targetFrame = FrameInfo{isMainFrame ? 0u : 1u, isMainFrame, {}};
   if (isMainFrame && !action.sourceFrame) action.sourceFrame = mainFrame();
 
+  if (action.request && isMainFrame && hasRestrictedPort(action.request->url)) {
+    webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(raw));
+    refuseRestrictedPort(action.request->url);
+    return true;
+  }
   if (action.request && isMainFrame) notePlainRequest(action);
   if (action.request && !isNewWindow && verdict.target == Target::Unknown) {
     if (undecided_.size() == kMaxUndecided) undecided_.pop_front();
@@ -161,6 +175,13 @@ bool WebKitWebView::decideAction(WebKitNavigationPolicyDecision* raw, bool isNew
         settle(decision.get(), policy);
       });
   return true;
+}
+
+// The engine itself shows a blank page without a word.
+void WebKitWebView::refuseRestrictedPort(const URL& address) {
+  engine_.scheduler().post([weak = weak_from_this(), address] {
+    if (const auto self = weak.lock()) self->failed(restrictedPortError(address));
+  });
 }
 
 void WebKitWebView::notePlainRequest(const NavigationAction& action) {
@@ -231,6 +252,12 @@ bool WebKitWebView::decideResponse(WebKitResponsePolicyDecision* raw) {
     if (const char* value = soup_message_headers_get_list(headers, "Content-Disposition"))
       response.contentDisposition = value;
 
+  if (isMainFrame && isEmptyRefusal(native, response)) {
+    refusal_ = refusalError(response.status, *url);
+    webkit_policy_decision_ignore(WEBKIT_POLICY_DECISION(raw));
+    return true;
+  }
+
   const auto decision = GRef<WebKitPolicyDecision>::retain(WEBKIT_POLICY_DECISION(raw));
   const auto answer = [weak = weak_from_this(), decision, response](NavigationPolicy policy) {
     if (policy != NavigationPolicy::Allow) return settle(decision.get(), policy);
@@ -256,6 +283,8 @@ bool WebKitWebView::loadFailed(WebKitLoadEvent event, const char* uri, const GEr
   endWaiting();
   phase_ = Phase::Ended;
   LoadError error = loadError(raw, uri);
+  if (auto refusal = std::exchange(refusal_, std::nullopt))
+    if (error.kind == LoadError::Kind::PolicyInterrupted) error = std::move(*refusal);
   // The engine's own error page is never shown.
   if (event == WEBKIT_LOAD_COMMITTED) {
     if (navigation_) navigation_->didFail(*this, error);

@@ -80,7 +80,8 @@ WebKitContentController::WebKitContentController()
   addScriptMessageHandler(engine_scripts::kMediaHandler, world, [this](const ScriptMessage&) {
     if (mediaReporter_) mediaReporter_();
   });
-  for (const char* source : {engine_scripts::kNavigationObserver, engine_scripts::kMediaObserver}) {
+  for (const char* source : {engine_scripts::kNavigationObserver, engine_scripts::kMediaObserver,
+                             engine_scripts::kPageMenu}) {
     ownScripts_.push_back({.source = source, .world = world});
     add(ownScripts_.back());
   }

@@ -9,6 +9,7 @@
 #include "Base/FileSystem.h"
 #include "Base/GioCall.h"
 #include "Base/Texts.h"
+#include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Scripts/EngineScripts.h"
 #include "Engine/WebKitGtk/View/WebKitWebView.h"
 #include "Engine/WebKitGtk/WebKitEngine.h"
@@ -34,7 +35,7 @@ auto giving(ScriptAnswer answer) {
 const ScriptResult kUnanswered = Failure("the page does not answer");
 
 // What printing to `file` came to; `error` is empty when the engine knows of none.
-PDFResult printed(const std::string& file, const std::string& error) {
+PageFile printed(const std::string& file, const std::string& error) {
   if (!error.empty()) return Failure(error);
   if (auto bytes = FileSystem::disk()->read(file)) return *std::move(bytes);
   return Failure(_("The page could not be printed to a file."));
@@ -200,11 +201,11 @@ void WebKitWebView::takeSnapshot(const SnapshotRequest& request,
             });
 }
 
-void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
+void WebKitWebView::createPDF(std::function<void(PageFile)> answer) {
   struct Context {
     GRef<WebKitPrintOperation> operation;
     std::string file;
-    std::function<void(PDFResult)> answer;
+    std::function<void(PageFile)> answer;
     std::string error;
   };
   GError* rawError = nullptr;
@@ -220,7 +221,7 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
   g_close(descriptor, nullptr);
 
   auto expected =
-      answers_.expect(std::move(answer), PDFResult(Failure(_("The page does not answer."))));
+      answers_.expect(std::move(answer), PageFile(Failure(_("The page does not answer."))));
   awaitTakingUp(std::move(expected.takenUp));
   auto* context =
       new Context{GRef<WebKitPrintOperation>::adopt(webkit_print_operation_new(view_.get())),
@@ -244,6 +245,69 @@ void WebKitWebView::createPDF(std::function<void(PDFResult)> answer) {
                    }),
                    context);
   webkit_print_operation_print(operation);
+}
+
+namespace {
+
+// All of a stream that is in memory.
+std::string contentsOf(GInputStream* stream) {
+  constexpr gsize kPiece = 1u << 20;
+  std::string contents;
+  for (;;) {
+    GBytes* piece = g_input_stream_read_bytes(stream, kPiece, nullptr, nullptr);
+    gsize size = 0;
+    const auto* data = piece ? static_cast<const char*>(g_bytes_get_data(piece, &size)) : nullptr;
+    if (size > 0) contents.append(data, size);
+    if (piece) g_bytes_unref(piece);
+    if (size == 0) return contents;
+  }
+}
+
+// `bytes` in UTF-8, from the page's own encoding.
+std::string decoded(std::string bytes, const std::string& encoding) {
+  if (g_utf8_validate(bytes.data(), static_cast<gssize>(bytes.size()), nullptr)) return bytes;
+  const GText converted(g_convert_with_fallback(bytes.data(), static_cast<gssize>(bytes.size()),
+                                                "UTF-8", encoding.c_str(), "\uFFFD", nullptr,
+                                                nullptr, nullptr));
+  return converted ? converted.get() : text::repairedUTF8(bytes);
+}
+
+}  // namespace
+
+void WebKitWebView::createArchive(std::function<void(PageFile)> answer) {
+  auto expected =
+      answers_.expect(std::move(answer), PageFile(Failure(_("The page does not answer."))));
+  awaitTakingUp(std::move(expected.takenUp));
+  gioCall(webkit_web_view_save, view_.get(), WEBKIT_SAVE_MODE_MHTML, nullptr)
+      .then(webkit_web_view_save_finish,
+            [give = std::move(expected.give)](GInputStream* saved, const GErrorRef& error) {
+              const auto stream = GRef<GInputStream>::adopt(saved);
+              if (stream) return give(contentsOf(stream.get()));
+              give(Failure(std::string(error ? error->message : "")));
+            });
+}
+
+void WebKitWebView::readSource(std::function<void(std::optional<std::string>)> answer) {
+  const auto give =
+      answers_.expect<std::optional<std::string>>(std::move(answer), std::nullopt).give;
+  auto* resource = webkit_web_view_get_main_resource(view_.get());
+  if (!resource || isCommittedSubstitute_) return give(std::nullopt);
+  const auto read = [give,
+                     held = GRef<WebKitWebResource>::retain(resource)](const ScriptResult& told) {
+    const json name = json::parse(told.value_or("null"), nullptr, false);
+    const std::string encoding = name.is_string() ? name.get<std::string>() : "UTF-8";
+    gioCall(webkit_web_resource_get_data, held.get(), nullptr)
+        .then([give, encoding](GObject* source, GAsyncResult* result) {
+          gsize size = 0;
+          guchar* bytes = webkit_web_resource_get_data_finish(WEBKIT_WEB_RESOURCE(source), result,
+                                                              &size, nullptr);
+          if (!bytes) return give(std::nullopt);
+          give(decoded({reinterpret_cast<const char*>(bytes), size}, encoding));
+          g_free(bytes);
+        });
+  };
+  evaluateJavaScript("document.characterSet", ContentWorld::named(engine_scripts::kWorld),
+                     std::nullopt, read);
 }
 
 void WebKitWebView::print() {

@@ -122,6 +122,22 @@ bool WebKitWebView::refusesToPrint(WebKitPrintOperation* operation) {
   return false;
 }
 
+// Ahead of the page.
+void WebKitWebView::countInputs() {
+  auto* controller = gtk_event_controller_legacy_new();
+  gtk_event_controller_set_propagation_phase(controller, GTK_PHASE_CAPTURE);
+  g_signal_connect(
+      controller, "event",
+      G_CALLBACK(+[](GtkEventController*, GdkEvent* event, gpointer self) -> gboolean {
+        const auto type = gdk_event_get_event_type(event);
+        if (type == GDK_BUTTON_PRESS || type == GDK_KEY_PRESS || type == GDK_TOUCH_BEGIN)
+          ++static_cast<WebKitWebView*>(self)->inputs_;
+        return GDK_EVENT_PROPAGATE;
+      }),
+      this);
+  gtk_widget_add_controller(widget(), controller);
+}
+
 void WebKitWebView::connectPanels() {
   using Self = WebKitWebView;
   connect(
@@ -138,6 +154,7 @@ void WebKitWebView::connectPanels() {
           action.request = URLRequest{.url = *url};
         action.sourceFrame = self->mainFrame();
         action.hasUserGesture = webkit_navigation_action_is_user_gesture(asked);
+        action.input = self->inputs_;
         const auto view = self->ui_->createWebView(*self, configuration, action);
         return view ? view->widget() : nullptr;
       });

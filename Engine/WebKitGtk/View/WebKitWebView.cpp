@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "BrowserCore/Addresses/RestrictedPorts.h"
 #include "BrowserCore/Text/Text.h"
 #include "Engine/WebKitGtk/Data/WebKitDataStore.h"
 #include "Engine/WebKitGtk/Policy/HTTPSFirst.h"
@@ -126,6 +127,8 @@ void WebKitWebView::applySettings() {
   webkit_settings_set_enable_fullscreen(settings, configuration_.isElementFullscreenEnabled);
   webkit_settings_set_enable_developer_extras(settings, TRUE);
   webkit_settings_set_enable_media_stream(settings, TRUE);
+  // The delegate decides.
+  webkit_settings_set_javascript_can_open_windows_automatically(settings, TRUE);
   webkit_settings_set_enable_mock_capture_devices(settings, usesMockCapture());
   webkit_settings_set_enable_javascript_markup(settings, configuration_.isPageJavaScriptEnabled);
   if (!configuration_.areHiddenTimersSlowed) switchOff(settings, "HiddenPageDOMTimerThrottling");
@@ -147,6 +150,8 @@ void WebKitWebView::start() {
   connectPanels();
   connectProcess();
   connectFind();
+  connectMenu();
+  countInputs();
   connectMedia();
   controller().setNavigationReporter([this](NavigationReport report) {
     classifier_.noteReport(std::move(report), engine_.scheduler().instant());
@@ -335,6 +340,10 @@ void WebKitWebView::noteProgramLoad(const char* address) {
 
 void WebKitWebView::load(const URLRequest& request) {
   stoppedAddress_.reset();
+  if (hasRestrictedPort(request.url)) {
+    stopLoading();
+    return refuseRestrictedPort(request.url);
+  }
   waitingLoad_ = request.url;
   engine_.httpsFirst().whenReady([weak = weak_from_this(), request] {
     const auto self = weak.lock();

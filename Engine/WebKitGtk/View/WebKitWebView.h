@@ -23,7 +23,7 @@ class WebKitEngine;
 // One web view of the engine. Its topics have source files of their own: loading and mirroring
 // (WebKitWebView.cpp), decisions (+Policy), panels and permissions (+Panels), the page's process
 // and its end (+Process), scripts, pictures and find (+Content), media (+Media), its place in a
-// window (+Widget).
+// window (+Widget), its menu and the developer tools (+Menu).
 class WebKitWebView final : public WebView, public std::enable_shared_from_this<WebKitWebView> {
  public:
   WebKitWebView(WebKitEngine& engine, WebKitWebContext* context,
@@ -66,12 +66,17 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   bool holdsPoint(double x, double y) const override;
   void focus() override;
   bool isEditing() const override;
+  bool isInspectorOpen() const override { return isInspectorOpen_; }
+  void openInspector() override;
+  void closeInspector() override;
   void edit(EditingCommand command) override;
   void removeFromParent() override;
   GtkWidget* widget() override { return GTK_WIDGET(view_.get()); }
 
   void takeSnapshot(const SnapshotRequest& request, std::function<void(ImageRef)> answer) override;
-  void createPDF(std::function<void(PDFResult)> answer) override;
+  void createPDF(std::function<void(PageFile)> answer) override;
+  void createArchive(std::function<void(PageFile)> answer) override;
+  void readSource(std::function<void(std::optional<std::string>)> answer) override;
   void print() override;
   void find(const std::string& text, const FindConfiguration& configuration,
             std::function<void(bool)> answer) override;
@@ -84,6 +89,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
                            std::function<void(ScriptResult)> answer) override;
   PlayingMedia playingMedia() const override { return playingMedia_; }
   void pauseAllMediaPlayback() override;
+  void controlMedia(MediaCommand command) override;
   void setMuted(bool isMuted) override;
   void requestMediaPlaybackState(std::function<void(MediaPlaybackState)> answer) override;
   CaptureState cameraCaptureState() const override;
@@ -129,6 +135,9 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   void runScriptDialog(WebKitScriptDialog* dialog);
   // Whether what the page asks to print is refused.
   bool refusesToPrint(WebKitPrintOperation* operation);
+  void countInputs();
+  void connectMenu();
+  void showMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit);
   void connectFind();
   void connectMedia();
   void answerFinding(bool isFound);
@@ -162,6 +171,7 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // The request for the main frame's document goes out: which of the navigations that could not be
   // told apart it is for is known now.
   void mainFrameRequests(const URL& address);
+  void refuseRestrictedPort(const URL& address);
   void askLate(NavigationAction action);
   // What the main frame asks for may have to be asked over http instead.
   void notePlainRequest(const NavigationAction& action);
@@ -264,12 +274,16 @@ class WebKitWebView final : public WebView, public std::enable_shared_from_this<
   // Of the page that is shown; the view's own address is already that of the next one.
   std::optional<URL> committedURL_;
   bool isCommittedSubstitute_ = false;
+  // The answer that the load was given up for.
+  std::optional<LoadError> refusal_;
   Finding finding_;
   PendingAnswers answers_;
   // Goes with the last reference to a dialog that the page waits for.
   std::weak_ptr<WebKitScriptDialog> dialog_;
   PlayingMedia playingMedia_;
   TaskHandle mediaTimer_;
+  bool isInspectorOpen_ = false;
+  uint64_t inputs_ = 0;  // presses of keys and buttons
 };
 
 }  // namespace orvel
