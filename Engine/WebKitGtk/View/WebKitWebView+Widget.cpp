@@ -1,5 +1,7 @@
 #include <adwaita.h>
 
+#include <algorithm>
+
 #include "Engine/WebKitGtk/View/WebKitWebView.h"
 
 // The view as a widget in a window, and what the program sets on it.
@@ -16,9 +18,8 @@ void WebKitWebView::setBackground(const Color& color, double opacity) {
 }
 
 void WebKitWebView::setAccessiblePatterns(const std::vector<std::string>& patterns) {
-  std::vector<const char*> list;
-  for (const auto& pattern : patterns) list.push_back(pattern.c_str());
-  list.push_back(nullptr);
+  std::vector<const char*> list(patterns.size() + 1);  // ends with null
+  std::ranges::transform(patterns, list.begin(), &std::string::c_str);
   webkit_web_view_set_cors_allowlist(view_.get(), list.data());
 }
 
