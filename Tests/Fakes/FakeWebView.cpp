@@ -161,7 +161,7 @@ void FakeWebView::fail(LoadError error) {
 void FakeWebView::commit(const URL& url, const FakePage& page) {
   const URL committed = page.redirect ? *URL::parse(*page.redirect) : url;
   if (!isMovingInHistory_) {
-    history_.resize(static_cast<size_t>(position_ + 1), committed);
+    history_.resize(static_cast<size_t>(position_) + 1, committed);
     history_.push_back(committed);
     ++position_;
   }
