@@ -4,6 +4,7 @@
 #include "BrowserCore/Downloads/DownloadName.h"
 #include "Models/Store/Archive.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Windows/Ask.h"
 
 namespace orvel {
 
@@ -51,18 +52,14 @@ void Downloads::openFolder() {
                                                store_.whileAlive(opened));
 }
 
-static Future<AlertAnswer> askToQuit(const BrowserStore& store, size_t count) {
-  auto [future, resolve] = makeFuture<AlertAnswer>();
-  store.services().desktop.dialogs.showAlert(
-      store.window(),
-      {.messageText = _("Quit while downloading?"),
-       .informativeText = counted(ngettext("{count} download is not finished, and ends.",
-                                           "{count} downloads are not finished, and end.", count),
-                                  count),
-       .buttons = {_("Quit"), _("Cancel")},
-       .isDestructive = true},
-      std::move(resolve));
-  return std::move(future);
+static Alert quitQuestion(size_t count) {
+  return {
+      .messageText = _("Quit while downloading?"),
+      .informativeText = counted(ngettext("{count} download is not finished, and ends.",
+                                          "{count} downloads are not finished, and end.", count),
+                                 count),
+      .buttons = {_("Quit"), _("Cancel")},
+      .isDestructive = true};
 }
 
 Task<bool> Downloads::mayQuit() {
@@ -70,7 +67,7 @@ Task<bool> Downloads::mayQuit() {
   const size_t count = manager().activeItems().size();
   if (count == 0) co_return true;
   isAskingToQuit_ = true;
-  auto asking = askToQuit(store_, count);
+  auto asking = ask(store_, quitQuestion(count));
   const AlertAnswer given = co_await std::move(asking);
   isAskingToQuit_ = false;
   co_return given.isFirstButton();

@@ -6,6 +6,7 @@
 #include "BrowserCore/Text/Characters.h"
 #include "Models/Settings/Settings.h"
 #include "Models/Store/BrowserStore.h"
+#include "Models/Windows/Ask.h"
 #include "WebEngine/Blocking/ContentBlocker.h"
 
 namespace orvel {
@@ -43,36 +44,10 @@ void SiteSettings::clearSiteData(TabRef tab) {
   const auto& address = tab->url.peek();
   const auto site = address ? ContentBlocker::site(*address) : std::nullopt;
   if (!site) return;
-  store_.services().scheduler.start(clear(store_.shared_from_this(), tab, *site)).detach();
+  store_.services().scheduler.start(clear(store_.weak_from_this(), tab, *site)).detach();
 }
 
-Task<> SiteSettings::clear(std::shared_ptr<BrowserStore> store, TabRef tab, std::string site) {
-  const auto data = tab->profile->dataStore();
-  auto [fetching, fetched] = makeFuture<std::vector<WebsiteDataRecord>>();
-  data->fetchDataRecords(fetched);
-  const auto all = co_await std::move(fetching);
-  const auto records = recordsOf(site, all);
-  if (records.empty()) {
-    store->showToast(filled(_("{site} hasn’t stored anything"), {{"site", site}}),
-                     {.symbol = "checkmark.circle"});
-    co_return;
-  }
-  const auto length = [](const WebsiteDataRecord& record) {
-    return text::characterCount(record.displayName, std::string::npos);
-  };
-  const std::string domain = std::ranges::min_element(records, {}, length)->displayName;
-  auto confirming = confirm(*store, site, domain);
-  const bool isConfirmed = co_await std::move(confirming);
-  if (!isConfirmed) co_return;
-  auto [removing, removed] = makeFuture<bool>();
-  data->removeData(records, [done = removed] { done(true); });
-  co_await std::move(removing);
-  tab->reload();
-  store->showToast(filled(_("Cleared data for {domain}"), {{"domain", domain}}),
-                   {.symbol = "trash"});
-}
-
-Task<bool> SiteSettings::confirm(BrowserStore& store, std::string site, std::string domain) {
+static Alert clearQuestion(const std::string& site, const std::string& domain) {
   const std::string explanation =
       domain == site
           ? filled(_("You’ll be signed out of {domain} in this profile. Other sites aren’t "
@@ -82,16 +57,38 @@ Task<bool> SiteSettings::confirm(BrowserStore& store, std::string site, std::str
                      "included: you’ll be signed out of them in this profile. Other sites aren’t "
                      "affected."),
                    {{"domain", domain}, {"site", site}});
-  auto [asking, answered] = makeFuture<bool>();
-  store.services().desktop.dialogs.showAlert(
-      store.window(),
-      {.messageText = filled(_("Clear cookies and data for {domain}?"), {{"domain", domain}}),
-       .informativeText = explanation,
-       .buttons = {_("Clear"), _("Cancel")},
-       .isDestructive = true},
-      [done = answered](const AlertAnswer& given) { done(given.isFirstButton()); });
-  const bool isConfirmed = co_await std::move(asking);
-  co_return isConfirmed;
+  return {.messageText = filled(_("Clear cookies and data for {domain}?"), {{"domain", domain}}),
+          .informativeText = explanation,
+          .buttons = {_("Clear"), _("Cancel")},
+          .isDestructive = true};
+}
+
+Task<> SiteSettings::clear(std::weak_ptr<BrowserStore> weak, TabRef tab, std::string site) {
+  const auto data = tab->profile->dataStore();
+  auto [fetching, fetched] = makeFuture<std::vector<WebsiteDataRecord>>();
+  data->fetchDataRecords(fetched);
+  const auto all = co_await std::move(fetching);
+  const auto records = recordsOf(site, all);
+  if (records.empty()) {
+    tab->host()->showToast(filled(_("{site} hasn’t stored anything"), {{"site", site}}),
+                           {.symbol = "checkmark.circle"});
+    co_return;
+  }
+  const auto length = [](const WebsiteDataRecord& record) {
+    return text::characterCount(record.displayName, std::string::npos);
+  };
+  const std::string domain = std::ranges::min_element(records, {}, length)->displayName;
+  std::optional<Future<AlertAnswer>> asking;
+  if (const auto store = weak.lock()) asking = ask(*store, clearQuestion(site, domain));
+  if (!asking) co_return;
+  const AlertAnswer given = co_await *std::move(asking);
+  if (!given.isFirstButton()) co_return;
+  auto [removing, removed] = makeFuture<bool>();
+  data->removeData(records, [done = removed] { done(true); });
+  co_await std::move(removing);
+  tab->reload();
+  tab->host()->showToast(filled(_("Cleared data for {domain}"), {{"domain", domain}}),
+                         {.symbol = "trash"});
 }
 
 }  // namespace orvel

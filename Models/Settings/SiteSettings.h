@@ -25,8 +25,7 @@ class SiteSettings {
   void clearSiteData(TabRef tab);
 
  private:
-  static Task<> clear(std::shared_ptr<BrowserStore> store, TabRef tab, std::string site);
-  static Task<bool> confirm(BrowserStore& store, std::string site, std::string domain);
+  static Task<> clear(std::weak_ptr<BrowserStore> weak, TabRef tab, std::string site);
 
   BrowserStore& store_;
 };

@@ -6,6 +6,7 @@
 #include "Base/Texts.h"
 #include "Models/Store/BrowserStore.h"
 #include "Models/Tab/PageClosing.h"
+#include "Models/Windows/Ask.h"
 
 namespace orvel {
 
@@ -32,12 +33,6 @@ std::string isReady(const std::string& version) {
 
 std::string isAvailable(const std::string& version) {
   return filled(_("Orvel {version} is available"), {{"version", version}});
-}
-
-Future<AlertAnswer> ask(const BrowserStore& store, const Alert& alert) {
-  auto [future, resolve] = makeFuture<AlertAnswer>();
-  store.services().desktop.dialogs.showAlert(store.window(), alert, std::move(resolve));
-  return std::move(future);
 }
 
 void tell(const BrowserStore& store, std::string message, std::string detail) {
